@@ -1,0 +1,21 @@
+// Owners for C objects: each frees what it holds when it goes out of scope.
+#pragma once
+
+#include "wlr.hpp"
+
+#include <memory>
+
+template <auto Free> struct freed_by {
+    template <class T> void operator()(T *object) const { Free(object); }
+};
+template <class T, auto Free> using handle = std::unique_ptr<T, freed_by<Free>>;
+
+using event_source = handle<wl_event_source, wl_event_source_remove>;
+
+// An output state that is finished on every path.
+struct output_state : wlr_output_state {
+    output_state() : wlr_output_state{} { wlr_output_state_init(this); }
+    ~output_state() { wlr_output_state_finish(this); }
+    output_state(const output_state &) = delete;
+    output_state &operator=(const output_state &) = delete;
+};

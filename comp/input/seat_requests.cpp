@@ -1,0 +1,28 @@
+#include "seat_requests.hpp"
+
+#include "../server.hpp"
+
+void seat_request_set_selection(vantore_server &server, wlr_seat_request_set_selection_event *event)
+{
+    wlr_seat_set_selection(server.seat, event->source, event->serial);
+}
+
+void seat_request_set_primary_selection(vantore_server &server,
+                                        wlr_seat_request_set_primary_selection_event *event)
+{
+    wlr_seat_set_primary_selection(server.seat, event->source, event->serial);
+}
+
+void seat_request_start_drag(vantore_server &server, wlr_seat_request_start_drag_event *event)
+{
+    if (wlr_seat_validate_pointer_grab_serial(server.seat, event->origin, event->serial))
+        wlr_seat_start_pointer_drag(server.seat, event->drag, event->serial);
+    else if (event->drag->source != nullptr)
+        wlr_data_source_destroy(event->drag->source);
+}
+
+void seat_start_drag(vantore_server &server, wlr_drag *drag)
+{
+    if (drag->icon != nullptr)
+        wlr_scene_drag_icon_create(server.drag_icon_tree, drag->icon);
+}

@@ -1,0 +1,17 @@
+// One function that says "something changed".
+#pragma once
+
+#include "../fwd.hpp"
+
+// The numbers are those of the IPC protocol.
+enum vnt_event : int {
+    VNT_EVENT_WORKSPACES = 1,
+    VNT_EVENT_WINDOWS = 2,
+    VNT_EVENT_OUTPUTS = 3,
+};
+
+// Called with every event, by tests; null in the product.
+inline void (*g_broadcast_observer)(vnt_event event);
+
+// Tells subscribers of a change. Before the outputs event goes out, the outputs file is current.
+void ipc_broadcast(vantore_server &server, vnt_event event);

@@ -1,0 +1,168 @@
+// The life of an output: from the backend's announcement to its destruction.
+//
+// A dying output is let go of in a fixed order. Our destroy listener is attached before the scene output
+// exists and so runs before the scene's own. The scene output and the place in the layout go before
+// anything touches a scene node, since the scene would let surfaces enter the dying output again.
+
+#include "output.hpp"
+
+#include "../handles.hpp"
+#include "../ipc/broadcast.hpp"
+#include "../server.hpp"
+#include "../windows/layer.hpp"
+#include "../workspaces/workspace.hpp"
+#include "output_mode.hpp"
+#include "pacing.hpp"
+#include "rehome.hpp"
+
+static constexpr int reprobe_delay_ms = 500;
+
+static event_source g_reprobe_timer;
+
+// --- lookups -----------------------------------------------------------------------------------------
+
+vantore_output *output_by_name(vantore_server &server, std::string_view name)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (o.wlr_output->name != nullptr && name == o.wlr_output->name)
+            return &o;
+    return nullptr;
+}
+
+vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_output)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (o.wlr_output == wlr_output)
+            return &o;
+    return nullptr;
+}
+
+int outputs_enabled_count(vantore_server &server)
+{
+    int count = 0;
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        count += o.wlr_output->enabled ? 1 : 0;
+    return count;
+}
+
+wlr_box output_layout_box(const vantore_output &o)
+{
+    wlr_box box{};
+    wlr_output_layout_get_box(o.server->output_layout, o.wlr_output, &box);
+    return box;
+}
+
+// --- destruction -------------------------------------------------------------------------------------
+
+static void output_destroy(vantore_output &o)
+{
+    vantore_server &server = *o.server;
+    if (!server.shutting_down) { // the scene and its outputs have gone by then
+        if (o.scene_output != nullptr)
+            wlr_scene_output_destroy(o.scene_output);
+        wlr_output_layout_remove(server.output_layout, o.wlr_output);
+    }
+    if (o.current_ws != nullptr)
+        o.current_ws->output = nullptr; // its windows stay on the workspace
+    delete &o;
+    if (server.shutting_down)
+        return;
+    rehome_outputs(server);
+    cursor_ensure_on_output(server);
+    ipc_broadcast(server, VNT_EVENT_OUTPUTS);
+}
+
+// --- changes that the backend asks for ---------------------------------------------------------------
+
+static void output_request_state(vantore_output &o, const wlr_output_event_request_state *event)
+{
+    wlr_output_commit_state(o.wlr_output, event->state);
+    if (o.wlr_output->enabled)
+        arrange_layers(o);
+    ipc_broadcast(*o.server, VNT_EVENT_OUTPUTS);
+}
+
+// --- creation ----------------------------------------------------------------------------------------
+
+static void light_up(wlr_output *output)
+{
+    output_state state;
+    wlr_output_state_set_enabled(&state, true);
+    output_set_best_mode(output, &state);
+    wlr_output_commit_state(output, &state);
+    vrr_apply_output(output);
+}
+
+static void attach_listeners(vantore_output &o)
+{
+    auto &events = o.wlr_output->events;
+    listen<&vantore_output::frame, output_frame>(o, events.frame);
+    listen<&vantore_output::request_state, output_request_state>(o, events.request_state);
+    listen<&vantore_output::destroy, output_destroy>(o, events.destroy);
+}
+
+// False when the layout or the scene can't hold another output.
+static bool join_layout_and_scene(vantore_output &o)
+{
+    vantore_server &server = *o.server;
+    wlr_output_layout_output *place = wlr_output_layout_add_auto(server.output_layout, o.wlr_output);
+    o.scene_output = wlr_scene_output_create(server.scene, o.wlr_output);
+    if (place == nullptr || o.scene_output == nullptr)
+        return false;
+    wlr_scene_output_layout_add_output(server.scene_layout, place, o.scene_output);
+    o.usable = output_layout_box(o);
+    return true;
+}
+
+static void hand_workspace_to(vantore_output &o)
+{
+    if (vantore_workspace *ws = pick_workspace_for_output(*o.server, o.wlr_output, nullptr))
+        ws_bind(*ws, o);
+    refresh_workspace_visibility(*o.server);
+}
+
+void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
+{
+    if (!wlr_output_init_render(wlr_output, server.allocator, server.renderer)) {
+        wlr_log(WLR_ERROR, "vantore-comp: output %s can't be rendered to and stays dark", wlr_output->name);
+        return;
+    }
+    light_up(wlr_output);
+    wlr_xcursor_manager_load(server.xcursor_mgr, wlr_output->scale);
+    auto *o = new vantore_output{};
+    o->wlr_output = wlr_output;
+    o->server = &server;
+    attach_listeners(*o);
+    wl_list_insert(&server.outputs, &o->link);
+    if (!join_layout_and_scene(*o)) {
+        wlr_log(WLR_ERROR, "vantore-comp: output %s finds no place in the layout and stays dark",
+                wlr_output->name);
+        output_destroy(*o);
+        return;
+    }
+    hand_workspace_to(*o);
+    wlr_log(WLR_INFO, "output %s online", wlr_output->name);
+    ipc_broadcast(server, VNT_EVENT_OUTPUTS);
+}
+
+// --- start-up ----------------------------------------------------------------------------------------
+
+static int startup_reprobe(void *data)
+{
+    const auto *server = static_cast<vantore_server *>(data);
+    wlr_log(WLR_INFO, "post-startup re-probe — %d output(s) connected", wl_list_length(&server->outputs));
+    return 0;
+}
+
+void startup_reprobe_arm(vantore_server &server)
+{
+    g_reprobe_timer.reset(
+        wl_event_loop_add_timer(wl_display_get_event_loop(server.display), startup_reprobe, &server));
+    if (g_reprobe_timer != nullptr)
+        wl_event_source_timer_update(g_reprobe_timer.get(), reprobe_delay_ms);
+}
+
+void startup_reprobe_cancel()
+{
+    g_reprobe_timer.reset();
+}

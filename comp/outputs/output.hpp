@@ -1,0 +1,34 @@
+// One output of the backend, for as long as the backend keeps it.
+#pragma once
+
+#include "../fwd.hpp"
+#include "../records.hpp"
+
+#include <string_view>
+
+struct vantore_output {
+    list_link link; // server->outputs
+    vantore_server *server = nullptr;
+    struct wlr_output *wlr_output = nullptr;
+    wlr_scene_output *scene_output = nullptr;
+    wlr_box usable{}; // free of panels, layout coordinates
+    vantore_workspace *current_ws = nullptr; // current_ws->output points back; null for none
+    listener frame, request_state, destroy;
+};
+
+// Handler of the backend's new_output event.
+void server_new_output(vantore_server &server, struct wlr_output *wlr_output);
+
+// The first output of exactly this name, or null.
+vantore_output *output_by_name(vantore_server &server, std::string_view name);
+// The record of a wlr_output, or null when it has none.
+vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_output);
+int outputs_enabled_count(vantore_server &server);
+
+// The whole output in layout coordinates; all zero when it is not in the layout.
+wlr_box output_layout_box(const vantore_output &o);
+
+// Tells how many outputs there are shortly after the start: monitors may still appear just after the
+// backend has started.
+void startup_reprobe_arm(vantore_server &server);
+void startup_reprobe_cancel();

@@ -1,0 +1,47 @@
+#include "output_mode.hpp"
+
+#include "../config/settings.hpp"
+#include "../handles.hpp"
+
+static constexpr int fallback_width = 1280;
+static constexpr int fallback_height = 720;
+
+static bool accepts_mode(wlr_output *output, wlr_output_state *state, wlr_output_mode *mode)
+{
+    wlr_output_state_set_mode(state, mode);
+    return wlr_output_test_state(output, state);
+}
+
+static bool set_first_accepted_mode(wlr_output *output, wlr_output_state *state)
+{
+    wlr_output_mode *preferred = wlr_output_preferred_mode(output);
+    if (preferred != nullptr && accepts_mode(output, state, preferred))
+        return true;
+    wlr_output_mode *mode = nullptr;
+    wl_list_for_each(mode, &output->modes, link)
+    {
+        if (mode != preferred && accepts_mode(output, state, mode))
+            return true;
+    }
+    return false;
+}
+
+void output_set_best_mode(wlr_output *output, wlr_output_state *state)
+{
+    if (set_first_accepted_mode(output, state))
+        return;
+    const int width = output->width > 0 ? output->width : fallback_width;
+    const int height = output->height > 0 ? output->height : fallback_height;
+    wlr_output_state_set_custom_mode(state, width, height, 0);
+}
+
+void vrr_apply_output(wlr_output *output)
+{
+    if (!g_vrr)
+        return;
+    output_state state;
+    wlr_output_state_set_adaptive_sync_enabled(&state, true);
+    if (!wlr_output_commit_state(output, &state))
+        wlr_log(WLR_INFO, "adaptive sync on not accepted on %s",
+                output->name != nullptr ? output->name : "?");
+}

@@ -1,0 +1,61 @@
+#include "power.hpp"
+
+#include "../handles.hpp"
+#include "../server.hpp"
+#include "../windows/layer.hpp"
+#include "output.hpp"
+
+static void show_again(vantore_output &o)
+{
+    if (o.wlr_output->enabled)
+        arrange_layers(o);
+    wlr_output_schedule_frame(o.wlr_output);
+}
+
+static void set_power(vantore_output &o, bool on)
+{
+    output_state state;
+    wlr_output_state_set_enabled(&state, on);
+    if (on && o.wlr_output->current_mode != nullptr)
+        wlr_output_state_set_mode(&state, o.wlr_output->current_mode);
+    wlr_output_commit_state(o.wlr_output, &state);
+}
+
+void set_dpms(vantore_server &server, bool on)
+{
+    on = on || g_dpms_inhibit;
+    if (on == !g_dpms_off)
+        return;
+    g_dpms_off = !on;
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        set_power(o, on);
+    if (!on)
+        return;
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        show_again(o);
+}
+
+void set_dpms_inhibit(vantore_server &server, bool on)
+{
+    g_dpms_inhibit = on;
+    if (on)
+        set_dpms(server, true);
+}
+
+void handle_session_active(vantore_server &server)
+{
+    if (server.session == nullptr || !server.session->active)
+        return;
+    g_dpms_off = false;
+    for (auto &o : each<&vantore_output::link>(server.outputs)) {
+        wlr_output_mode *mode = o.wlr_output->current_mode;
+        if (mode == nullptr)
+            mode = wlr_output_preferred_mode(o.wlr_output);
+        output_state state;
+        wlr_output_state_set_enabled(&state, true);
+        if (mode != nullptr)
+            wlr_output_state_set_mode(&state, mode);
+        wlr_output_commit_state(o.wlr_output, &state);
+        show_again(o);
+    }
+}

@@ -1,0 +1,78 @@
+#include "rehome.hpp"
+
+#include "../server.hpp"
+#include "../workspaces/arrange.hpp"
+#include "../workspaces/workspace.hpp"
+#include "output.hpp"
+
+#include <cmath>
+
+struct point {
+    double x, y;
+};
+
+static point center_of(const wlr_box &box)
+{
+    return {.x = box.x + box.width / 2.0, .y = box.y + box.height / 2.0};
+}
+
+static vantore_workspace *orphan_with_windows(vantore_server &server)
+{
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
+        if (ws.output == nullptr && wl_list_empty(&ws.toplevels) == 0)
+            return &ws;
+    return nullptr;
+}
+
+void rehome_outputs(vantore_server &server)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs)) {
+        if (!o.wlr_output->enabled || o.current_ws != nullptr)
+            continue;
+        vantore_workspace *ws = orphan_with_windows(server);
+        if (ws == nullptr)
+            ws = pick_workspace_for_output(server, o.wlr_output, nullptr);
+        if (ws == nullptr)
+            continue;
+        ws_bind(*ws, o);
+        arrange_workspace(ws);
+    }
+    refresh_workspace_visibility(server);
+}
+
+static bool cursor_is_on_enabled_output(vantore_server &server)
+{
+    const wlr_output *at =
+        wlr_output_layout_output_at(server.output_layout, server.cursor->x, server.cursor->y);
+    return at != nullptr && at->enabled;
+}
+
+static vantore_output *output_nearest_to_cursor(vantore_server &server)
+{
+    vantore_output *nearest = nullptr;
+    double best = 1e18;
+    for (auto &o : each<&vantore_output::link>(server.outputs)) {
+        const wlr_box box = output_layout_box(o);
+        if (!o.wlr_output->enabled || box.width <= 0 || box.height <= 0)
+            continue;
+        const point center = center_of(box);
+        const double distance = std::hypot(center.x - server.cursor->x, center.y - server.cursor->y);
+        if (distance < best) {
+            best = distance;
+            nearest = &o;
+        }
+    }
+    return nearest;
+}
+
+void cursor_ensure_on_output(vantore_server &server)
+{
+    if (cursor_is_on_enabled_output(server))
+        return;
+    const vantore_output *o = output_nearest_to_cursor(server);
+    if (o == nullptr)
+        return;
+    const bool has_usable = o->usable.width > 0 && o->usable.height > 0;
+    const point target = center_of(has_usable ? o->usable : output_layout_box(*o));
+    wlr_cursor_warp_closest(server.cursor, nullptr, target.x, target.y);
+}

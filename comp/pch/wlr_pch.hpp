@@ -1,0 +1,1 @@
+#include "../wlr.hpp"

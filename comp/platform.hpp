@@ -1,0 +1,20 @@
+// What the process asks of the operating system and tests must be able to answer themselves: programs to
+// start, processes to kill, the clock, the kernel's command line, the log's destination. The product never
+// writes to these.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <sys/types.h>
+
+struct vnt_platform {
+    // CLOCK_MONOTONIC in nanoseconds.
+    int64_t (*monotonic_ns)();
+    void (*run_shell_line)(const char *line);
+    int (*send_signal)(pid_t pid, int signal);
+    const char *kernel_command_line;
+    // Null means stderr.
+    FILE *log;
+};
+
+extern vnt_platform g_platform;

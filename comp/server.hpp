@@ -1,0 +1,49 @@
+// The one server record. It owns everything and lives as long as the process.
+#pragma once
+
+#include "fwd.hpp"
+#include "records.hpp"
+
+#include <array>
+
+struct vantore_server {
+    wl_display *display = nullptr;
+    wlr_backend *backend = nullptr;
+    wlr_backend *headless = nullptr; // hosts virtual outputs; null when the backend is no multi-backend
+    wlr_session *session = nullptr; // null without a login session
+    listener session_active;
+    wlr_renderer *renderer = nullptr;
+    wlr_allocator *allocator = nullptr;
+    wlr_compositor *compositor = nullptr;
+    wlr_scene *scene = nullptr;
+    wlr_scene_output_layout *scene_layout = nullptr;
+
+    // Children of the scene root, see scene_graph.cpp for their order.
+    std::array<wlr_scene_tree *, 4> layers{}; // by zwlr_layer_shell_v1_layer
+    wlr_scene_tree *toplevel_tree = nullptr; // parent of all workspace trees
+    wlr_scene_tree *unmanaged = nullptr;
+    wlr_scene_tree *fullscreen_tree = nullptr;
+    wlr_scene_rect *drag_hint = nullptr;
+    wlr_scene_rect *snap_preview = nullptr;
+
+    wlr_xdg_shell *xdg_shell = nullptr;
+    listener new_xdg_toplevel, new_xdg_popup;
+    list_head toplevels; // vantore_toplevel.link, mapped windows, most recently raised first
+
+    wlr_cursor *cursor = nullptr;
+    wlr_xcursor_manager *xcursor_mgr = nullptr;
+
+    wlr_seat *seat = nullptr;
+    listener request_set_selection, request_set_primary_selection, request_start_drag, start_drag;
+
+    wlr_output_layout *output_layout = nullptr;
+    list_head outputs; // vantore_output.link, newest first
+    listener new_output;
+    listener gamma_set;
+    list_head workspaces; // vantore_workspace.link, always nine, ascending num
+    bool shutting_down = false; // the event loop has ended: teardown must not rearrange
+    uint32_t next_toplevel_id = 0; // the last id handed out
+
+    wlr_scene_tree *lock_tree = nullptr;
+    wlr_scene_tree *drag_icon_tree = nullptr;
+};

@@ -1,0 +1,14 @@
+// Starting programs. Nothing here reports a failure: a program that can't be started is a program missing,
+// and the shell's own message on stderr.
+#pragma once
+
+// Runs a line with /bin/sh, detached: its own session, no zombie, nothing to reap. Blocks for the short
+// life of an intermediate child.
+void spawn_detached(const char *cmd);
+
+// Runs a user's command line through the desktop's launcher, as one quoted argument. Null or empty does
+// nothing; a line that would not fit into the launcher's 4096 bytes is cut.
+void spawn_app(const char *cmd);
+
+// The real fork behind spawn_detached; everything else calls that.
+void fork_shell_line(const char *line);

@@ -1,0 +1,266 @@
+// What stands in the table is the start; what a step needs must stand above it. Clients can connect from
+// the socket on, but nothing of theirs is dispatched before the event loop runs.
+
+#include "startup.hpp"
+
+#include "config/settings.hpp"
+#include "globals.hpp"
+#include "graphics.hpp"
+#include "log.hpp"
+#include "memory_trim.hpp"
+#include "outputs/output.hpp"
+#include "outputs/power.hpp"
+#include "scene_graph.hpp"
+#include "server.hpp"
+#include "session/state_files.hpp"
+#include "spawn.hpp"
+#include "workspaces/workspace.hpp"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+
+static constexpr uint32_t default_cursor_size = 24;
+
+static wl_display *g_display; // for the signal handler
+// wl_display_run forgets a termination that came before it.
+static volatile sig_atomic_t g_exit_requested;
+
+static void handle_exit_signal(int)
+{
+    g_exit_requested = 1;
+    wl_display_terminate(g_display);
+}
+
+// False, with a log line, when an object that everything needs could not be made.
+static bool made(const void *object, const char *what)
+{
+    if (object == nullptr)
+        wlr_log(WLR_ERROR, "vantore-comp: could not create the %s; the session can't start", what);
+    return object != nullptr;
+}
+
+static bool reset_single_instance_state(vantore_server &)
+{
+    g_exit_requested = 0;
+    g_dpms_off = false;
+    g_dpms_inhibit = false;
+    memory_trim_reset();
+    return true;
+}
+
+static bool create_display(vantore_server &server)
+{
+    server.display = wl_display_create();
+    g_display = server.display;
+    return made(server.display, "Wayland display");
+}
+
+static bool install_signal_handlers(vantore_server &)
+{
+    signal(SIGINT, handle_exit_signal);
+    signal(SIGTERM, handle_exit_signal);
+    signal(SIGPIPE, SIG_IGN);
+    return true;
+}
+
+static bool create_backend(vantore_server &server)
+{
+    server.backend = wlr_backend_autocreate(wl_display_get_event_loop(server.display), &server.session);
+    if (server.backend == nullptr)
+        wlr_log(WLR_ERROR, "vantore-comp: backend failed");
+    return server.backend != nullptr;
+}
+
+static bool add_headless_backend(vantore_server &server)
+{
+    server.headless = wlr_headless_backend_create(wl_display_get_event_loop(server.display));
+    if (server.headless == nullptr || wlr_backend_is_multi(server.backend)) {
+        if (server.headless != nullptr)
+            wlr_multi_backend_add(server.backend, server.headless);
+        return true;
+    }
+    wlr_backend_destroy(server.headless);
+    server.headless = nullptr;
+    wlr_log(WLR_INFO, "vantore-comp: no multi-backend — virtual outputs unavailable");
+    return true;
+}
+
+static bool watch_session(vantore_server &server)
+{
+    if (server.session != nullptr)
+        listen<&vantore_server::session_active, handle_session_active>(server,
+                                                                       server.session->events.active);
+    return true;
+}
+
+static bool create_allocator(vantore_server &server)
+{
+    wlr_renderer_init_wl_display(server.renderer, server.display);
+    server.allocator = wlr_allocator_autocreate(server.backend, server.renderer);
+    return made(server.allocator, "buffer allocator");
+}
+
+static bool create_scene(vantore_server &server)
+{
+    server.output_layout = wlr_output_layout_create(server.display);
+    server.scene = wlr_scene_create();
+    if (!made(server.output_layout, "output layout") || !made(server.scene, "scene"))
+        return false;
+    server.scene_layout = wlr_scene_attach_output_layout(server.scene, server.output_layout);
+    if (!made(server.scene_layout, "scene layout"))
+        return false;
+    const blur_data blur = blur_data_get_default();
+    wlr_scene_set_blur_data(server.scene, blur.num_passes, int(blur.radius), blur.noise, blur.brightness,
+                            blur.contrast, blur.saturation);
+    return true;
+}
+
+static bool build_scene_graph(vantore_server &server)
+{
+    const bool built = scene_graph_create(server);
+    return made(built ? server.scene : nullptr, "scene graph");
+}
+
+static uint32_t cursor_size_from_environment()
+{
+    const char *text = getenv("XCURSOR_SIZE");
+    const long size = text != nullptr ? strtol(text, nullptr, 10) : 0;
+    return size < 1 ? default_cursor_size : uint32_t(size);
+}
+
+static bool create_cursor(vantore_server &server)
+{
+    server.cursor = wlr_cursor_create();
+    server.xcursor_mgr = wlr_xcursor_manager_create(nullptr, cursor_size_from_environment());
+    if (!made(server.cursor, "cursor") || !made(server.xcursor_mgr, "cursor theme manager"))
+        return false;
+    wlr_cursor_attach_output_layout(server.cursor, server.output_layout);
+    return true;
+}
+
+// Outputs and input devices of the backend appear while it starts.
+static bool open_socket_and_start_backend(vantore_server &server)
+{
+    const char *socket = wl_display_add_socket_auto(server.display);
+    if (socket == nullptr) {
+        wlr_log(WLR_ERROR, "vantore-comp: no socket");
+        return false;
+    }
+    if (!wlr_backend_start(server.backend)) {
+        wlr_log(WLR_ERROR, "vantore-comp: backend start failed");
+        return false;
+    }
+    startup_reprobe_arm(server);
+    write_outputs_file(server);
+    setenv("WAYLAND_DISPLAY", socket, 1);
+    return true;
+}
+
+static bool announce_session(vantore_server &)
+{
+    setenv("XDG_CURRENT_DESKTOP", "Vantore:GNOME", 0);
+    setenv("GNOME_DESKTOP_SESSION_ID", "this-is-deprecated", 0);
+    setenv("XDG_SESSION_TYPE", "wayland", 0);
+    spawn_detached("command -v dbus-update-activation-environment >/dev/null && "
+                   "dbus-update-activation-environment --systemd "
+                   "WAYLAND_DISPLAY XDG_CURRENT_DESKTOP XDG_SESSION_TYPE");
+    wlr_log(WLR_INFO,
+            "vantore-comp M4c running — WAYLAND_DISPLAY=%s (Super+arrows focus, +Shift move, +Ctrl resize; "
+            "Super+Space float, Super+T tile; Super+1..9 ws, +Shift move-to-ws; Super+Enter foot, Super+q "
+            "close, Super+f/m fullscreen/max; Super+drag move, Super+right-drag resize; Super+Shift+Esc "
+            "quit)",
+            getenv("WAYLAND_DISPLAY"));
+    return true;
+}
+
+// --- the table ---------------------------------------------------------------------------------------
+
+static constexpr startup_step steps[]{
+    {"log", [](vantore_server &) { return log_start(), true; }},
+    {"single-instance state", reset_single_instance_state},
+    {"display", create_display},
+    {"signals", install_signal_handlers},
+    {"safe graphics", [](vantore_server &) { return safe_graphics_detect(), true; }},
+    {"backend", create_backend},
+    {"headless backend", add_headless_backend},
+    {"login session", watch_session},
+    {"renderer", renderer_create},
+    {"render node", [](vantore_server &server) { return publish_render_node(server), true; }},
+    {"allocator", create_allocator},
+    {"first globals",
+     [](vantore_server &server) {
+         return globals_create_first(server) || made(nullptr, "compositor global");
+     }},
+    {"explicit sync", [](vantore_server &server) { return globals_create_explicit_sync(server), true; }},
+    {"scene", create_scene},
+    {"scene graph", build_scene_graph},
+    {"configuration", [](vantore_server &) { return config_load(), true; }},
+    {"reduced motion", [](vantore_server &) { return export_reduced_motion(), true; }},
+    {"presentation time", [](vantore_server &server) { return globals_create_presentation(server), true; }},
+    {"accent", [](vantore_server &server) { return scene_graph_apply_accent(server), true; }},
+    {"workspaces",
+     [](vantore_server &server) {
+         return workspaces_create(server) || made(nullptr, "workspaces");
+     }},
+    {"outputs",
+     [](vantore_server &server) {
+         listen<&vantore_server::new_output, server_new_output>(server, server.backend->events.new_output);
+         return true;
+     }},
+    {"xdg shell",
+     [](vantore_server &server) {
+         return globals_create_xdg_shell(server) || made(nullptr, "xdg shell");
+     }},
+    {"cursor", create_cursor},
+    {"seat", [](vantore_server &server) { return globals_create_seat(server) || made(nullptr, "seat"); }},
+    {"last globals", [](vantore_server &server) { return globals_create_last(server), true; }},
+    {"socket and backend", open_socket_and_start_backend},
+    {"announcement", announce_session},
+};
+
+std::span<const startup_step> startup_steps()
+{
+    return steps;
+}
+
+bool server_start(vantore_server &server)
+{
+    return std::ranges::all_of(steps, [&](const startup_step &step) { return step.run(server); });
+}
+
+// --- run and end -------------------------------------------------------------------------------------
+
+static void end_if_requested(void *)
+{
+    if (g_exit_requested != 0)
+        wl_display_terminate(g_display);
+}
+
+void server_run(vantore_server &server)
+{
+    wl_event_loop_add_idle(wl_display_get_event_loop(server.display), end_if_requested, nullptr);
+    wl_display_run(server.display);
+}
+
+// Every listener of ours is detached before the object that it listens on dies: the library asserts that.
+void server_finish(vantore_server &server)
+{
+    wlr_log(WLR_INFO, "vantore-comp: clean shutdown — tearing down");
+    server.shutting_down = true;
+    wl_display_destroy_clients(server.display);
+    wlr_scene_node_destroy(&server.scene->tree.node);
+    wlr_xcursor_manager_destroy(server.xcursor_mgr);
+    wlr_cursor_destroy(server.cursor);
+    wlr_allocator_destroy(server.allocator);
+    wlr_renderer_destroy(server.renderer);
+    unlisten(server.new_output);
+    unlisten(server.session_active);
+    wlr_backend_destroy(server.backend);
+    workspaces_destroy(server);
+    globals_forget(server);
+    startup_reprobe_cancel();
+    memory_trim_reset();
+    wl_display_destroy(server.display);
+    g_display = nullptr;
+}

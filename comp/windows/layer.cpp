@@ -1,0 +1,29 @@
+#include "layer.hpp"
+
+#include "../outputs/output.hpp"
+#include "../server.hpp"
+#include "../workspaces/arrange.hpp"
+
+void arrange_layers(vantore_output &o)
+{
+    o.usable = output_layout_box(o);
+    arrange_workspace(o.current_ws);
+}
+
+wlr_box output_usable_at(vantore_server &server, double lx, double ly)
+{
+    wlr_output *at = wlr_output_layout_output_at(server.output_layout, lx, ly);
+    if (at == nullptr)
+        return {};
+    const vantore_output *o = output_of(server, at);
+    if (o != nullptr && o->usable.width > 0 && o->usable.height > 0)
+        return o->usable;
+    wlr_box box{};
+    wlr_output_layout_get_box(server.output_layout, at, &box);
+    return box;
+}
+
+wlr_box usable_at_cursor(vantore_server &server)
+{
+    return output_usable_at(server, server.cursor->x, server.cursor->y);
+}

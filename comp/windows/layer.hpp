@@ -1,0 +1,13 @@
+// The usable area of an output: what is left of it for windows.
+#pragma once
+
+#include "../fwd.hpp"
+#include "../wlr.hpp"
+
+// Works out the output's usable box again, in layout coordinates, after its size, scale or place changed,
+// and arranges its workspace.
+void arrange_layers(vantore_output &o);
+
+// The usable box of the output at a layout point; all zero where there is no output.
+wlr_box output_usable_at(vantore_server &server, double lx, double ly);
+wlr_box usable_at_cursor(vantore_server &server);

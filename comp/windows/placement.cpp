@@ -1,0 +1,29 @@
+#include "placement.hpp"
+
+#include <algorithm>
+
+wlr_box center_in(const wlr_box &area, int w, int h, int titlebar)
+{
+    const int x = area.x + (area.width - w) / 2;
+    const int y = area.y + (area.height - (h + titlebar)) / 2;
+    return {.x = std::max(x, area.x), .y = std::max(y, area.y) + titlebar, .width = w, .height = h};
+}
+
+wlr_box float_box_in(const wlr_box &area, int titlebar)
+{
+    if (area.width < 1 || area.height < 1)
+        return float_box_in({.x = 0, .y = 0, .width = 1280, .height = 720}, titlebar);
+    const int w = std::clamp(area.width * 6 / 10, 480, 1200);
+    const int h = std::clamp(area.height * 6 / 10, 320, 850);
+    return {
+        .x = area.x + (area.width - w) / 2,
+        .y = area.y + (area.height - (h + titlebar)) / 2 + titlebar,
+        .width = w,
+        .height = h,
+    };
+}
+
+bool boxes_overlap(const wlr_box &a, const wlr_box &b)
+{
+    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
+}

@@ -1,0 +1,15 @@
+// Where windows go: arithmetic on boxes in layout coordinates, without a compositor.
+#pragma once
+
+#include "../wlr.hpp"
+
+// The content's position (the box's x and y) that centres a window of this geometry, title bar included, in
+// the area. A window too large for the area sticks to its top left corner, below its title bar.
+wlr_box center_in(const wlr_box &area, int w, int h, int titlebar);
+
+// The box in which a window floats when it has no floating geometry of its own: 6/10 of the area, within
+// 480 to 1200 by 320 to 850, centred. An area without a width or height counts as one of 1280 by 720.
+wlr_box float_box_in(const wlr_box &area, int titlebar);
+
+// Whether the rectangles share at least one pixel.
+bool boxes_overlap(const wlr_box &a, const wlr_box &b);

@@ -1,0 +1,55 @@
+#include "states.hpp"
+
+#include "../outputs/output.hpp"
+#include "../server.hpp"
+#include "../workspaces/workspace.hpp"
+#include "layer.hpp"
+#include "placement.hpp"
+#include "toplevel.hpp"
+
+wlr_box default_float_box(const vantore_toplevel &t)
+{
+    const vantore_workspace *ws = t.workspace;
+    const wlr_box area =
+        ws != nullptr && ws->output != nullptr ? ws->output->usable : usable_at_cursor(*t.server);
+    return float_box_in(area, titlebar_of(t));
+}
+
+// A window that has not shown a real size yet has nothing worth coming back to.
+static wlr_box box_to_return_to(const vantore_toplevel &t)
+{
+    const wlr_box box = toplevel_box(t);
+    return box.width < 2 || box.height < 2 ? default_float_box(t) : box;
+}
+
+static void move_and_resize(vantore_toplevel &t, const wlr_box &content)
+{
+    wlr_scene_node_set_position(&t.scene_tree->node, content.x, content.y);
+    tl_set_size(t, content.width, content.height);
+}
+
+static void maximize(vantore_toplevel &t)
+{
+    t.saved_geo = box_to_return_to(t);
+    const wlr_box usable = usable_at_cursor(*t.server);
+    if (usable.width == 0)
+        return;
+    const int bar = titlebar_of(t);
+    move_and_resize(t, {usable.x, usable.y + bar, usable.width, usable.height - bar});
+    t.maximized = true;
+}
+
+static void unmaximize(vantore_toplevel &t)
+{
+    move_and_resize(t, t.saved_geo);
+    t.maximized = false;
+}
+
+void toplevel_toggle_maximize(vantore_toplevel &t)
+{
+    if (t.maximized)
+        unmaximize(t);
+    else
+        maximize(t);
+    wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized);
+}

@@ -1,0 +1,14 @@
+// Entering and leaving the states of a window, and the box that a window floats in by default.
+#pragma once
+
+#include "../fwd.hpp"
+#include "../wlr.hpp"
+
+// Maximizes into the usable box of the output under the cursor, which need not be the output of the
+// window's workspace, or returns to saved_geo. Without an output under the cursor only saved_geo changes.
+// The window must be mapped.
+void toplevel_toggle_maximize(vantore_toplevel &t);
+
+// The default floating box on the output of the window's workspace or, without one, on the output under the
+// cursor. Layout coordinates of the content.
+wlr_box default_float_box(const vantore_toplevel &t);

@@ -1,0 +1,86 @@
+// The adapter over the window's shell objects, and the detection of hung windows.
+//
+// A ping is sent only when somebody asks the window to close, so a window is only ever found hung when the
+// user has tried to close it. The second close is a forced one; any commit before it clears the mark.
+
+#include "toplevel.hpp"
+
+#include "../platform.hpp"
+#include "../server.hpp"
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+
+wlr_surface *tl_surface(const vantore_toplevel &t)
+{
+    return t.xdg_toplevel->base->surface;
+}
+
+bool tl_mapped(const vantore_toplevel &t)
+{
+    const wlr_surface *surface = tl_surface(t);
+    return surface != nullptr && surface->mapped;
+}
+
+const char *tl_title(const vantore_toplevel &t)
+{
+    static std::array<char, 512> marked;
+    const char *title = t.xdg_toplevel->title;
+    if (!t.unresponsive)
+        return title;
+    const bool named = title != nullptr && *title != '\0';
+    snprintf(marked.data(), marked.size(), "%s (Not Responding)", named ? title : "Window");
+    return marked.data();
+}
+
+const char *tl_app_id(const vantore_toplevel &t)
+{
+    return t.xdg_toplevel->app_id;
+}
+
+wlr_box tl_get_geometry(const vantore_toplevel &t)
+{
+    return t.xdg_toplevel->base->geometry;
+}
+
+void tl_set_size(vantore_toplevel &t, int w, int h)
+{
+    wlr_xdg_toplevel_set_size(t.xdg_toplevel, w, h);
+}
+
+void tl_set_activated(vantore_toplevel &t, bool activated)
+{
+    wlr_xdg_toplevel_set_activated(t.xdg_toplevel, activated);
+}
+
+pid_t tl_pid(const vantore_toplevel &t)
+{
+    pid_t pid = 0;
+    wl_client_get_credentials(wl_resource_get_client(t.xdg_toplevel->resource), &pid, nullptr, nullptr);
+    return pid;
+}
+
+void tl_close(vantore_toplevel &t)
+{
+    if (!t.unresponsive) {
+        wlr_xdg_toplevel_send_close(t.xdg_toplevel);
+        wlr_xdg_surface_ping(t.xdg_toplevel->base);
+        return;
+    }
+    // 0 would be our own process group and 1 is init: neither is ever a client.
+    if (const pid_t pid = tl_pid(t); pid > 1)
+        g_platform.send_signal(pid, SIGKILL);
+}
+
+int titlebar_of(const vantore_toplevel &t)
+{
+    return t.ssd ? titlebar_height : 0;
+}
+
+wlr_box toplevel_box(const vantore_toplevel &t)
+{
+    const wlr_box geometry = tl_get_geometry(t);
+    const wlr_scene_node &node = t.scene_tree->node;
+    return {.x = node.x, .y = node.y, .width = geometry.width, .height = geometry.height};
+}

@@ -1,0 +1,54 @@
+// One managed window, and the small adapter through which the rest of the system sees it.
+#pragma once
+
+#include "../fwd.hpp"
+#include "../records.hpp"
+
+#include <sys/types.h>
+
+struct vantore_toplevel {
+    list_link link; // server->toplevels, only while mapped
+    vantore_server *server = nullptr;
+    uint32_t id = 0; // from 1, never reused
+    wlr_xdg_toplevel *xdg_toplevel = nullptr;
+    // Owned by the surface. Its position is the layout position of the content's top left corner, so a
+    // title bar lies above it.
+    wlr_scene_tree *scene_tree = nullptr;
+    bool maximized = false;
+    bool overlay_lift = false; // lives in the overlay layer, above fullscreen windows
+    bool ssd = false; // the compositor draws the title bar
+    wlr_box saved_geo{}; // where to return to from maximized
+    vantore_workspace *workspace = nullptr; // null before the first map
+    list_link ws_link; // workspace->toplevels, from the first map to destruction
+    bool floating = false; // stays out of tiling on a tiling workspace
+    bool unresponsive = false; // failed to answer a ping
+    listener ping_timeout;
+    wlr_box float_geo{}; // the last floating box; width 0 means none yet
+    listener map, unmap, commit, destroy;
+    listener request_maximize, request_fullscreen, set_app_id;
+};
+
+// Height of a title bar above the content's origin, in layout pixels.
+inline constexpr int titlebar_height = 30;
+
+// Null when the surface is gone.
+wlr_surface *tl_surface(const vantore_toplevel &t);
+bool tl_mapped(const vantore_toplevel &t);
+// The client's title, or "TITLE (Not Responding)" in a buffer that the next call overwrites. May be null.
+const char *tl_title(const vantore_toplevel &t);
+// May be null.
+const char *tl_app_id(const vantore_toplevel &t);
+// The window geometry in surface coordinates: what the client calls its window, without its own shadows.
+wlr_box tl_get_geometry(const vantore_toplevel &t);
+// Asks the client for a size in layout pixels; the client decides with its next commit.
+void tl_set_size(vantore_toplevel &t, int w, int h);
+void tl_set_activated(vantore_toplevel &t, bool activated);
+// The client's process, as the socket tells it.
+pid_t tl_pid(const vantore_toplevel &t);
+// Asks the window to close and pings it; a window already found unresponsive is killed.
+void tl_close(vantore_toplevel &t);
+
+// Title bar height of this window: titlebar_height or 0.
+int titlebar_of(const vantore_toplevel &t);
+// The geometry's size at the scene node's position, in layout coordinates.
+wlr_box toplevel_box(const vantore_toplevel &t);

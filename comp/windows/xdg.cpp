@@ -1,0 +1,196 @@
+// The life of an xdg-shell window.
+//
+// Created: the record exists, the scene tree hangs under toplevel_tree, hidden by the scene until the
+// surface has a buffer. Mapped: in server.toplevels and on a workspace. Unmapped: off server.toplevels,
+// still on its workspace. Each handler's steps stand in an order on which others rely.
+
+#include "xdg.hpp"
+
+#include "../ipc/broadcast.hpp"
+#include "../memory_trim.hpp"
+#include "../outputs/output.hpp"
+#include "../server.hpp"
+#include "../workspaces/arrange.hpp"
+#include "../workspaces/focus.hpp"
+#include "../workspaces/workspace.hpp"
+#include "layer.hpp"
+#include "placement.hpp"
+#include "states.hpp"
+#include "toplevel.hpp"
+
+#include <cstring>
+
+// The clipboard picker must stay above fullscreen windows, also on a system without any rules file.
+static constexpr const char *lifted_app_id = "vantore-clips-overlay";
+
+// --- commit ------------------------------------------------------------------------------------------
+
+static void send_first_size(vantore_toplevel &t)
+{
+    wlr_xdg_toplevel *xdg = t.xdg_toplevel;
+    const wlr_box usable = usable_at_cursor(*t.server);
+    if (xdg->requested.maximized && usable.width > 0) {
+        wlr_xdg_toplevel_set_maximized(xdg, true);
+        wlr_xdg_toplevel_set_size(xdg, usable.width, usable.height);
+    } else {
+        wlr_xdg_toplevel_set_size(xdg, 0, 0); // the client chooses
+    }
+}
+
+static void xdg_toplevel_commit(vantore_toplevel &t)
+{
+    if (t.unresponsive) {
+        t.unresponsive = false;
+        ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+    }
+    const wlr_xdg_surface *base = t.xdg_toplevel->base;
+    if (base->initialized && base->initial_commit)
+        send_first_size(t);
+}
+
+// --- map ---------------------------------------------------------------------------------------------
+
+static bool has_fixed_size(const wlr_xdg_toplevel_state &state)
+{
+    return state.min_width >= 1 && state.min_width == state.max_width && state.min_height >= 1 &&
+           state.min_height == state.max_height;
+}
+
+static void center_toplevel(vantore_toplevel &t)
+{
+    const wlr_box usable = usable_at_cursor(*t.server);
+    if (usable.width == 0)
+        return;
+    const wlr_box geometry = tl_get_geometry(t);
+    const wlr_box box = center_in(usable, geometry.width, geometry.height, titlebar_of(t));
+    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
+}
+
+static vantore_workspace *workspace_for_new_window(vantore_server &server)
+{
+    const vantore_output *o = current_output(server);
+    if (o != nullptr && o->current_ws != nullptr)
+        return o->current_ws;
+    return each<&vantore_workspace::link>(server.workspaces).first();
+}
+
+static void xdg_toplevel_map(vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    wl_list_insert(&server.toplevels, &t.link);
+    if (const char *app_id = tl_app_id(t); app_id != nullptr && strcmp(app_id, lifted_app_id) == 0)
+        t.overlay_lift = t.floating = true;
+    toplevel_set_workspace(t, workspace_for_new_window(server));
+    const wlr_xdg_toplevel *xdg = t.xdg_toplevel;
+    if (xdg->parent != nullptr || has_fixed_size(xdg->current))
+        t.floating = true;
+    center_toplevel(t);
+    arrange_workspace(t.workspace);
+    if (toplevel_visible(t))
+        focus_toplevel_ex(&t, true);
+    if (xdg->requested.maximized && !t.maximized) {
+        toplevel_toggle_maximize(t);
+        // The client's first size is the maximized one and says nothing about where to return.
+        t.saved_geo = default_float_box(t);
+    }
+}
+
+// --- unmap and destroy -------------------------------------------------------------------------------
+
+static void refocus_after_unmap(vantore_toplevel &t)
+{
+    const wlr_surface *focused = t.server->seat->keyboard_state.focused_surface;
+    if (focused == nullptr || focused == tl_surface(t) || !focused->mapped)
+        focus_top_toplevel(*t.server);
+}
+
+// The window stays on its workspace: a client may map it again.
+static void xdg_toplevel_unmap(vantore_toplevel &t)
+{
+    unlink_from_list(t.link);
+    ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+    refocus_after_unmap(t);
+}
+
+static void xdg_toplevel_destroy(vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    vantore_workspace *ws = t.workspace;
+    delete &t;
+    arrange_workspace(ws);
+    memory_note_window_gone(server);
+}
+
+// --- requests ----------------------------------------------------------------------------------------
+
+// The protocol demands a configure in answer to a state request, also where nothing changes.
+static void request_maximize(vantore_toplevel &t)
+{
+    wlr_xdg_toplevel *xdg = t.xdg_toplevel;
+    if (!xdg->base->initialized)
+        return;
+    if (t.maximized != xdg->requested.maximized)
+        toplevel_toggle_maximize(t);
+    wlr_xdg_toplevel_set_maximized(xdg, t.maximized);
+    wlr_xdg_surface_schedule_configure(xdg->base);
+}
+
+static void request_fullscreen(vantore_toplevel &t)
+{
+    if (t.xdg_toplevel->base->initialized)
+        wlr_xdg_surface_schedule_configure(t.xdg_toplevel->base);
+}
+
+static void set_app_id(vantore_toplevel &t)
+{
+    ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+}
+
+static void tl_handle_ping_timeout(vantore_toplevel &t)
+{
+    if (t.unresponsive)
+        return;
+    t.unresponsive = true;
+    ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+}
+
+// --- creation ----------------------------------------------------------------------------------------
+
+static void attach_listeners(vantore_toplevel &t)
+{
+    wlr_xdg_surface *base = t.xdg_toplevel->base;
+    auto &surface = base->surface->events;
+    auto &toplevel = t.xdg_toplevel->events;
+    listen<&vantore_toplevel::map, xdg_toplevel_map>(t, surface.map);
+    listen<&vantore_toplevel::unmap, xdg_toplevel_unmap>(t, surface.unmap);
+    listen<&vantore_toplevel::commit, xdg_toplevel_commit>(t, surface.commit);
+    listen<&vantore_toplevel::destroy, xdg_toplevel_destroy>(t, toplevel.destroy);
+    listen<&vantore_toplevel::request_maximize, request_maximize>(t, toplevel.request_maximize);
+    listen<&vantore_toplevel::request_fullscreen, request_fullscreen>(t, toplevel.request_fullscreen);
+    listen<&vantore_toplevel::set_app_id, set_app_id>(t, toplevel.set_app_id);
+    listen<&vantore_toplevel::ping_timeout, tl_handle_ping_timeout>(t, base->events.ping_timeout);
+}
+
+void server_new_xdg_toplevel(vantore_server &server, wlr_xdg_toplevel *xdg_toplevel)
+{
+    wlr_scene_tree *tree = wlr_scene_xdg_surface_create(server.toplevel_tree, xdg_toplevel->base);
+    if (tree == nullptr) {
+        wl_resource_post_no_memory(xdg_toplevel->resource);
+        return;
+    }
+    auto *t = new vantore_toplevel{};
+    t->server = &server;
+    t->id = ++server.next_toplevel_id;
+    t->xdg_toplevel = xdg_toplevel;
+    t->scene_tree = tree;
+    tree->node.data = t;
+    xdg_toplevel->base->data = tree;
+    attach_listeners(*t);
+}
+
+// Menus are not shown yet. A client that opens one is told at once that it has closed, since it would wait
+// for ever for a configure.
+void server_new_xdg_popup(vantore_server &, wlr_xdg_popup *popup)
+{
+    wlr_xdg_popup_destroy(popup);
+}

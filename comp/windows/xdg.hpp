@@ -1,0 +1,9 @@
+// The life of an xdg-shell window, from the first commit to destruction.
+#pragma once
+
+#include "../fwd.hpp"
+#include "../wlr.hpp"
+
+// Handlers of the xdg-shell global's events.
+void server_new_xdg_toplevel(vantore_server &server, wlr_xdg_toplevel *xdg_toplevel);
+void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup);

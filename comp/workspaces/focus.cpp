@@ -1,0 +1,60 @@
+#include "focus.hpp"
+
+#include "../ipc/broadcast.hpp"
+#include "../server.hpp"
+#include "../windows/toplevel.hpp"
+#include "workspace.hpp"
+
+static void raise_to_top(vantore_toplevel &t)
+{
+    wlr_scene_node_raise_to_top(&t.scene_tree->node);
+    move_to_front(t.server->toplevels, t.link);
+}
+
+// Works on the surface, so it reaches a window that is in no list any more. A surface that was unmapped
+// is uninitialized and must not be sent a configure.
+static void deactivate(wlr_surface *surface)
+{
+    wlr_xdg_toplevel *xdg = wlr_xdg_toplevel_try_from_wlr_surface(surface);
+    if (xdg != nullptr && xdg->base->initialized)
+        wlr_xdg_toplevel_set_activated(xdg, false);
+}
+
+static void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
+{
+    wlr_keyboard *keyboard = wlr_seat_get_keyboard(seat);
+    if (keyboard != nullptr)
+        wlr_seat_keyboard_notify_enter(seat, surface, keyboard->keycodes, keyboard->num_keycodes,
+                                       &keyboard->modifiers);
+    else
+        wlr_seat_keyboard_notify_enter(seat, surface, nullptr, 0, nullptr);
+}
+
+void focus_toplevel_ex(vantore_toplevel *t, bool raise)
+{
+    if (t == nullptr)
+        return;
+    vantore_server &server = *t->server;
+    wlr_scene_node_set_enabled(&t->scene_tree->node, true);
+    if (raise)
+        raise_to_top(*t);
+    wlr_surface *surface = tl_surface(*t);
+    wlr_surface *previous = server.seat->keyboard_state.focused_surface;
+    if (previous == surface)
+        return;
+    if (previous != nullptr)
+        deactivate(previous);
+    tl_set_activated(*t, true);
+    keyboard_enter(server.seat, surface);
+    ipc_broadcast(server, VNT_EVENT_WINDOWS);
+}
+
+void focus_top_toplevel(vantore_server &server)
+{
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+        if (toplevel_visible(t)) {
+            focus_toplevel_ex(&t, false);
+            return;
+        }
+    }
+}

@@ -1,0 +1,12 @@
+// Keyboard focus of windows. The seat holds the focus; server.toplevels holds the order of raising. The two
+// are different things.
+#pragma once
+
+#include "../fwd.hpp"
+
+// Gives the window the keyboard; with `raise` also puts it on top and at the head of server.toplevels. The
+// only way a window takes the keyboard. Null does nothing.
+void focus_toplevel_ex(vantore_toplevel *t, bool raise);
+
+// Focuses the topmost visible window without raising it; without one the focus stays as the seat has it.
+void focus_top_toplevel(vantore_server &server);

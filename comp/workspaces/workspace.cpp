@@ -1,0 +1,95 @@
+#include "workspace.hpp"
+
+#include "../config/settings.hpp"
+#include "../outputs/output.hpp"
+#include "../server.hpp"
+#include "../text.hpp"
+#include "../windows/toplevel.hpp"
+
+#include <cstdio>
+
+static constexpr int workspace_count = 9;
+static constexpr int overlay_layer = 3;
+
+bool workspaces_create(vantore_server &server)
+{
+    for (int num = 1; num <= workspace_count; num++) {
+        wlr_scene_tree *tree = wlr_scene_tree_create(server.toplevel_tree);
+        if (tree == nullptr)
+            return false;
+        wlr_scene_node_set_enabled(&tree->node, false);
+        auto *ws = new vantore_workspace{};
+        ws->server = &server;
+        ws->num = num;
+        snprintf(ws->name.data(), ws->name.size(), "%d", num);
+        ws->layout = g_default_layout;
+        ws->master_ratio = g_default_master;
+        ws->tree = tree;
+        move_to_back(server.workspaces, ws->link);
+    }
+    return true;
+}
+
+void workspaces_destroy(vantore_server &server)
+{
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
+        delete &ws;
+}
+
+vantore_output *current_output(vantore_server &server)
+{
+    wlr_output *at = wlr_output_layout_output_at(server.output_layout, server.cursor->x, server.cursor->y);
+    if (vantore_output *o = at != nullptr ? output_of(server, at) : nullptr)
+        return o;
+    return each<&vantore_output::link>(server.outputs).first();
+}
+
+vantore_workspace *pick_workspace_for_output(vantore_server &server, const wlr_output *output,
+                                             const vantore_workspace *exclude)
+{
+    vantore_workspace *lowest = nullptr;
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces)) {
+        if (ws.output != nullptr || &ws == exclude)
+            continue;
+        if (output->name != nullptr && text_equals(ws.pref_output, output->name))
+            return &ws;
+        if (lowest == nullptr)
+            lowest = &ws;
+    }
+    return lowest;
+}
+
+void ws_bind(vantore_workspace &ws, vantore_output &o)
+{
+    o.current_ws = &ws;
+    ws.output = &o;
+    if (o.wlr_output->name != nullptr)
+        copy_text(ws.pref_output, o.wlr_output->name);
+}
+
+void refresh_workspace_visibility(vantore_server &server)
+{
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
+        wlr_scene_node_set_enabled(&ws.tree->node, ws.output != nullptr);
+}
+
+bool toplevel_visible(const vantore_toplevel &t)
+{
+    return t.workspace != nullptr && t.workspace->output != nullptr && t.scene_tree->node.enabled;
+}
+
+void toplevel_set_workspace(vantore_toplevel &t, vantore_workspace *ws)
+{
+    if (ws == nullptr || ws == t.workspace)
+        return;
+    t.workspace = ws;
+    move_to_back(ws->toplevels, t.ws_link);
+    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+}
+
+wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)
+{
+    if (t.overlay_lift)
+        return t.server->layers[overlay_layer];
+    return t.workspace != nullptr ? t.workspace->tree : t.server->toplevel_tree;
+}
