@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <ctime>
+#include <wayland-server-core.h>
 
 static int64_t read_monotonic_clock()
 {
@@ -14,10 +15,18 @@ static int64_t read_monotonic_clock()
     return int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
 }
 
+static pid_t read_client_pid(wl_client *client)
+{
+    pid_t pid = 0;
+    wl_client_get_credentials(client, &pid, nullptr, nullptr);
+    return pid;
+}
+
 vnt_platform g_platform{
     .monotonic_ns = read_monotonic_clock,
     .run_shell_line = fork_shell_line,
     .send_signal = kill,
+    .client_pid = read_client_pid,
     .kernel_command_line = "/proc/cmdline",
     .log = nullptr,
 };

@@ -1,17 +1,21 @@
 // What the process asks of the operating system and tests must be able to answer themselves: programs to
-// start, processes to kill, the clock, the kernel's command line, the log's destination. The product never
-// writes to these.
+// start, processes to find and kill, the clock, the kernel's command line, the log's destination. The
+// product never writes to these.
 #pragma once
 
 #include <cstdint>
 #include <cstdio>
 #include <sys/types.h>
 
+struct wl_client;
+
 struct vnt_platform {
     // CLOCK_MONOTONIC in nanoseconds.
     int64_t (*monotonic_ns)();
     void (*run_shell_line)(const char *line);
     int (*send_signal)(pid_t pid, int signal);
+    // The process at the other end of a client's socket.
+    pid_t (*client_pid)(wl_client *client);
     const char *kernel_command_line;
     // Null means stderr.
     FILE *log;

@@ -56,9 +56,7 @@ void tl_set_activated(vantore_toplevel &t, bool activated)
 
 pid_t tl_pid(const vantore_toplevel &t)
 {
-    pid_t pid = 0;
-    wl_client_get_credentials(wl_resource_get_client(t.xdg_toplevel->resource), &pid, nullptr, nullptr);
-    return pid;
+    return g_platform.client_pid(wl_resource_get_client(t.xdg_toplevel->resource));
 }
 
 void tl_close(vantore_toplevel &t)

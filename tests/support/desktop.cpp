@@ -1,0 +1,254 @@
+#include "desktop.hpp"
+
+#include "server_check.hpp"
+#include "startup.hpp"
+
+#include <drm_fourcc.h>
+#include <format>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace test {
+
+static std::vector<vnt_event> g_heard;
+
+static size_t open_descriptors()
+{
+    size_t count = 0;
+    for ([[maybe_unused]] const auto &entry : std::filesystem::directory_iterator{"/proc/self/fd"})
+        count++;
+    return count;
+}
+
+// --- start and end -----------------------------------------------------------------------------------
+
+unstarted_desktop::unstarted_desktop()
+    : server_record(std::make_unique<vantore_server>()), server(*server_record)
+{
+}
+
+unstarted_desktop::~unstarted_desktop() = default;
+
+void unstarted_desktop::SetUp()
+{
+    descriptors_before = open_descriptors();
+    g_heard.clear();
+    g_broadcast_observer = [](vnt_event event) { g_heard.push_back(event); };
+}
+
+void unstarted_desktop::start()
+{
+    ASSERT_TRUE(server_start(server)) << world.log();
+    running = true;
+    backend = made_up_backend_create(wl_display_get_event_loop(server.display));
+    ASSERT_TRUE(wlr_multi_backend_add(server.backend, &backend->base));
+    g_heard.clear();
+}
+
+void unstarted_desktop::finish()
+{
+    EXPECT_THAT(server_check(server), testing::IsEmpty()) << state();
+    server_finish(server);
+    running = false;
+    connections.clear();
+    EXPECT_TRUE(wl_list_empty(&server.toplevels));
+    EXPECT_TRUE(wl_list_empty(&server.outputs));
+    EXPECT_TRUE(wl_list_empty(&server.workspaces));
+}
+
+void unstarted_desktop::TearDown()
+{
+    if (running)
+        finish();
+    g_broadcast_observer = nullptr;
+    EXPECT_EQ(open_descriptors(), descriptors_before) << "descriptors were left open";
+}
+
+// --- outputs -----------------------------------------------------------------------------------------
+
+made_up_output &unstarted_desktop::plug(output_traits traits)
+{
+    return plug_in(*backend, std::move(traits));
+}
+
+made_up_output &unstarted_desktop::plug(const std::string &name, int width, int height)
+{
+    return plug({.name = name, .width = width, .height = height});
+}
+
+vantore_output &unstarted_desktop::output(const std::string &name)
+{
+    vantore_output *o = output_by_name(server, name);
+    if (o == nullptr) {
+        ADD_FAILURE() << "no output " << name << '\n' << state();
+        abort();
+    }
+    return *o;
+}
+
+image unstarted_desktop::picture(const std::string &name)
+{
+    wlr_buffer *shown = made_up(output(name).wlr_output).shown;
+    wlr_texture *texture = shown != nullptr ? wlr_texture_from_buffer(server.renderer, shown) : nullptr;
+    if (texture == nullptr)
+        return {};
+    image result{.width = shown->width, .height = shown->height, .argb = {}};
+    result.argb.resize(size_t(shown->width) * size_t(shown->height));
+    wlr_texture_read_pixels_options options{};
+    options.data = result.argb.data();
+    options.format = DRM_FORMAT_ARGB8888;
+    options.stride = uint32_t(shown->width) * 4;
+    const bool read = wlr_texture_read_pixels(texture, &options);
+    wlr_texture_destroy(texture);
+    return read ? result : image{};
+}
+
+uint32_t unstarted_desktop::pixel(const std::string &name, int x, int y)
+{
+    const image shown = picture(name);
+    return shown.argb.empty() ? 0 : shown.at(x, y);
+}
+
+// --- clients and windows -----------------------------------------------------------------------------
+
+client &unstarted_desktop::connect()
+{
+    int ends[2];
+    EXPECT_EQ(0, socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends));
+    wl_client *peer = wl_client_create(server.display, ends[0]);
+    auto &added = connections.emplace_back(std::make_unique<client>(ends[1]), peer);
+    EVENTUALLY(added.side->ready());
+    return *added.side;
+}
+
+window &unstarted_desktop::map(const std::string &app_id, size preferred)
+{
+    window &w = connect().create_window(app_id);
+    w.preferred = preferred;
+    return map(w);
+}
+
+window &unstarted_desktop::map(window &w)
+{
+    w.open();
+    EVENTUALLY(find_record(w) != nullptr);
+    settle();
+    return w;
+}
+
+vantore_toplevel *unstarted_desktop::find_record(const window &w)
+{
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+        wl_resource *resource = tl_surface(t)->resource;
+        if (wl_resource_get_client(resource) == server_side(w.owner()) &&
+            wl_resource_get_id(resource) == w.surface_id())
+            return &t;
+    }
+    return nullptr;
+}
+
+vantore_toplevel &unstarted_desktop::record(const window &w)
+{
+    vantore_toplevel *t = find_record(w);
+    if (t == nullptr) {
+        ADD_FAILURE() << "the compositor does not have the window\n" << state();
+        abort();
+    }
+    return *t;
+}
+
+void unstarted_desktop::drop(client &c)
+{
+    connections.remove_if([&](const connection &other) { return other.side.get() == &c; });
+}
+
+wl_client *unstarted_desktop::server_side(const client &c)
+{
+    for (const connection &other : connections)
+        if (other.side.get() == &c)
+            return other.server_side;
+    return nullptr;
+}
+
+vantore_workspace &unstarted_desktop::workspace(int num)
+{
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
+        if (ws.num == num)
+            return ws;
+    abort();
+}
+
+// --- waiting -----------------------------------------------------------------------------------------
+
+void unstarted_desktop::pump()
+{
+    wl_display_flush_clients(server.display);
+    for (const connection &c : connections)
+        c.side->pump();
+    wl_event_loop_dispatch(wl_display_get_event_loop(server.display), 1);
+}
+
+bool unstarted_desktop::idle()
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (o.wlr_output->frame_pending || o.wlr_output->idle_frame != nullptr)
+            return false;
+    return true;
+}
+
+void unstarted_desktop::settle()
+{
+    for (int round = 0; round < 2; round++) {
+        std::vector<std::pair<client *, int>> asked;
+        for (const connection &c : connections)
+            if (c.side->error() == 0)
+                asked.emplace_back(c.side.get(), c.side->roundtrip_begin());
+        EVENTUALLY(std::ranges::all_of(asked, [](const auto &ask) {
+            return ask.first->error() != 0 || ask.first->roundtrip_done(ask.second);
+        }));
+        EVENTUALLY(idle());
+    }
+}
+
+std::vector<vnt_event> unstarted_desktop::heard()
+{
+    return std::exchange(g_heard, {});
+}
+
+// --- what a failure message shows --------------------------------------------------------------------
+
+static std::string describe(const vantore_toplevel &t)
+{
+    const wlr_box box = toplevel_box(t);
+    const char *app_id = tl_app_id(t);
+    return std::format("  window {} \"{}\" {},{} {}x{} workspace {}{}{}\n", t.id, app_id ? app_id : "", box.x,
+                       box.y, box.width, box.height, t.workspace ? t.workspace->num : 0,
+                       t.maximized ? " maximized" : "", t.floating ? " floating" : "");
+}
+
+static std::string describe(const vantore_output &o)
+{
+    return std::format("  output {} {}x{} {} workspace {}\n", o.wlr_output->name, o.wlr_output->width,
+                       o.wlr_output->height, o.wlr_output->enabled ? "on" : "off",
+                       o.current_ws ? o.current_ws->num : 0);
+}
+
+static std::string last_lines(const std::string &text, int count)
+{
+    size_t from = text.size();
+    while (count-- > 0 && from != std::string::npos && from > 0)
+        from = text.rfind('\n', from - 1);
+    return from == std::string::npos ? text : text.substr(from);
+}
+
+std::string unstarted_desktop::state()
+{
+    std::string text = "state of the session:\n";
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        text += describe(o);
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        text += describe(t);
+    return text + "last log lines:" + last_lines(world.log(), 10);
+}
+
+} // namespace test

@@ -1,0 +1,118 @@
+// The whole compositor in the test's process, with made-up outputs and real Wayland clients in the same
+// thread. Each test starts and ends a session; nothing of it reaches the real desktop.
+#pragma once
+
+#include "boxes.hpp"
+#include "wayland_client.hpp"
+#include "picture.hpp"
+#include "ipc/broadcast.hpp"
+#include "isolation.hpp"
+#include "made_up_output.hpp"
+#include "outputs/output.hpp"
+#include "server.hpp"
+#include "windows/toplevel.hpp"
+#include "workspaces/workspace.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+
+// Pumps the server and the clients until the condition holds, 5 seconds at most.
+#define EVENTUALLY(condition)                                                                                \
+    do {                                                                                                     \
+        EXPECT_TRUE(until([&] { return static_cast<bool>(condition); })) << #condition << '\n' << state();    \
+    } while (false)
+#define EVENTUALLY_EQ(actual, expected)                                                                      \
+    do {                                                                                                     \
+        (void)until([&] { return (actual) == (expected); });                                                 \
+        EXPECT_EQ(actual, expected) << state();                                                              \
+    } while (false)
+
+namespace test {
+
+// A session that the test starts itself, after preparing its surroundings.
+class unstarted_desktop : public testing::Test {
+public:
+    unstarted_desktop();
+    ~unstarted_desktop() override;
+
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    void start();
+    // The orderly end; TearDown does it where the test did not.
+    void finish();
+
+    // --- outputs
+    made_up_output &plug(output_traits traits);
+    made_up_output &plug(const std::string &name, int width, int height);
+    vantore_output &output(const std::string &name);
+    // What the output shows: its last committed picture.
+    image picture(const std::string &name);
+    // A pixel of what the output shows, opaque ARGB. 0 before the first picture.
+    uint32_t pixel(const std::string &name, int x, int y);
+
+    // --- clients and windows
+    client &connect();
+    // A new client's window, mapped with the size that it likes when it may choose.
+    window &map(const std::string &app_id, size preferred = {640, 480});
+    // The same for a window that the test has prepared.
+    window &map(window &w);
+    // The compositor's record of a window; fails the test when there is none.
+    vantore_toplevel &record(const window &w);
+    vantore_toplevel *find_record(const window &w);
+    void drop(client &c);
+    wl_client *server_side(const client &c);
+    vantore_workspace &workspace(int num);
+
+    // --- waiting
+    template <class Condition> bool until(Condition holds)
+    {
+        const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{5};
+        while (!holds()) {
+            if (std::chrono::steady_clock::now() > give_up)
+                return holds();
+            pump();
+        }
+        return true;
+    }
+    // Until everything that was sent has been answered and every output rests: what has not come by then does
+    // not come.
+    void settle();
+    // The events that an IPC subscriber would have heard since the last call.
+    std::vector<vnt_event> heard();
+    // Scene, windows and the log's end, for failure messages.
+    std::string state();
+
+    isolation world;
+    std::unique_ptr<vantore_server> server_record;
+    vantore_server &server;
+
+private:
+    void pump();
+    bool idle();
+
+    struct connection {
+        std::unique_ptr<client> side;
+        wl_client *server_side;
+    };
+
+    std::list<connection> connections;
+    made_up_backend *backend = nullptr;
+    bool running = false;
+    size_t descriptors_before = 0;
+};
+
+// A session that runs, without outputs.
+class desktop : public unstarted_desktop {
+protected:
+    void SetUp() override
+    {
+        unstarted_desktop::SetUp();
+        start();
+    }
+};
+
+} // namespace test

@@ -1,0 +1,141 @@
+#include "isolation.hpp"
+
+#include "platform.hpp"
+
+#include <array>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <string_view>
+#include <unistd.h>
+
+namespace test {
+
+static constexpr std::array handled_signals{SIGINT, SIGTERM, SIGPIPE, SIGHUP};
+
+// What the replaced platform functions record; there is one isolation at a time.
+struct recording {
+    std::vector<std::string> spawned;
+    std::vector<killed> signals;
+    int64_t clock_offset_ns = 0;
+    pid_t client_pid = 0;
+    vnt_platform real;
+};
+static recording g_recording;
+
+static std::map<std::string, std::string> environment()
+{
+    std::map<std::string, std::string> variables;
+    for (char **entry = environ; *entry != nullptr; entry++) {
+        const std::string_view text{*entry};
+        const size_t equals = text.find('=');
+        variables.emplace(text.substr(0, equals), text.substr(equals + 1));
+    }
+    return variables;
+}
+
+static void replace_environment(const std::map<std::string, std::string> &variables)
+{
+    clearenv();
+    for (const auto &[name, value] : variables)
+        setenv(name.c_str(), value.c_str(), 1);
+}
+
+// What a test needs from outside: where the renderer runs and how the sanitizers behave.
+static bool passes_through(std::string_view name)
+{
+    return name.starts_with("ASAN_") || name.starts_with("LSAN_") || name.starts_with("UBSAN_") ||
+           name.starts_with("WLR_RENDERER_") || name.starts_with("VANTORE_TEST_");
+}
+
+void isolation::redirect_environment()
+{
+    std::map<std::string, std::string> kept;
+    for (const auto &[name, value] : environment_before)
+        if (passes_through(name))
+            kept.emplace(name, value);
+    for (const char *name : {"home", "run", "config", "cache", "data", "bin"})
+        std::filesystem::create_directory(root / name);
+    std::filesystem::permissions(root / "run", std::filesystem::perms::owner_all);
+    kept["HOME"] = root / "home";
+    kept["XDG_RUNTIME_DIR"] = root / "run";
+    kept["XDG_CONFIG_HOME"] = root / "config";
+    kept["XDG_CACHE_HOME"] = root / "cache";
+    kept["XDG_DATA_HOME"] = root / "data";
+    kept["PATH"] = root / "bin";
+    kept["WLR_BACKENDS"] = "headless";
+    kept["WLR_HEADLESS_OUTPUTS"] = "0";
+    replace_environment(kept);
+}
+
+void isolation::redirect_platform()
+{
+    g_recording = {.spawned = {}, .signals = {}, .clock_offset_ns = 0, .client_pid = 0, .real = g_platform};
+    g_platform.monotonic_ns = [] { return g_recording.real.monotonic_ns() + g_recording.clock_offset_ns; };
+    g_platform.run_shell_line = [](const char *line) { g_recording.spawned.emplace_back(line); };
+    g_platform.send_signal = [](pid_t pid, int signal) {
+        g_recording.signals.push_back({pid, signal});
+        return 0;
+    };
+    command_line_path = root / "cmdline";
+    g_platform.kernel_command_line = command_line_path.c_str();
+    log_stream = open_memstream(&log_text, &log_length);
+    g_platform.log = log_stream;
+}
+
+isolation::isolation() : environment_before(environment())
+{
+    std::string name = std::filesystem::temp_directory_path() / "vantore-test-XXXXXX";
+    root = mkdtemp(name.data());
+    sigprocmask(SIG_SETMASK, nullptr, &mask_before);
+    for (const int signal : handled_signals)
+        sigaction(signal, nullptr, &handlers_before[signal]);
+    redirect_environment();
+    redirect_platform();
+}
+
+isolation::~isolation()
+{
+    g_platform = g_recording.real;
+    fclose(log_stream);
+    free(log_text);
+    for (const auto &[signal, action] : handlers_before)
+        sigaction(signal, &action, nullptr);
+    sigprocmask(SIG_SETMASK, &mask_before, nullptr);
+    replace_environment(environment_before);
+    std::filesystem::remove_all(root);
+}
+
+const std::vector<std::string> &isolation::spawned() const
+{
+    return g_recording.spawned;
+}
+
+const std::vector<killed> &isolation::killed_processes() const
+{
+    return g_recording.signals;
+}
+
+void isolation::kernel_command_line(const std::string &text)
+{
+    std::ofstream{command_line_path} << text;
+}
+
+void isolation::advance_clock_ms(int ms)
+{
+    g_recording.clock_offset_ns += int64_t{ms} * 1'000'000;
+}
+
+void isolation::pretend_client_pid(pid_t pid)
+{
+    g_recording.client_pid = pid;
+    g_platform.client_pid = [](wl_client *) { return g_recording.client_pid; };
+}
+
+std::string isolation::log() const
+{
+    fflush(log_stream);
+    return {log_text, log_length};
+}
+
+} // namespace test

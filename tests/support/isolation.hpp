@@ -1,0 +1,59 @@
+// Keeps a test away from the desktop of the person who runs it, and from other tests.
+#pragma once
+
+#include <csignal>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace test {
+
+struct killed {
+    pid_t pid;
+    int signal;
+    friend bool operator==(const killed &, const killed &) = default;
+};
+
+// While it lives: HOME and all XDG directories lie in a directory of its own, PATH holds nothing, no display
+// and no bus is inherited, programs are recorded instead of started, signals recorded instead of sent, the
+// clock can be put forward, and the log is kept. Afterwards the environment, the signal handlers and the
+// signal mask are as they were.
+class isolation {
+public:
+    isolation();
+    ~isolation();
+    isolation(const isolation &) = delete;
+    isolation &operator=(const isolation &) = delete;
+
+    [[nodiscard]] const std::filesystem::path &directory() const { return root; }
+    [[nodiscard]] std::filesystem::path runtime_directory() const { return root / "run"; }
+
+    // The shell lines that would have been run.
+    [[nodiscard]] const std::vector<std::string> &spawned() const;
+    [[nodiscard]] const std::vector<killed> &killed_processes() const;
+    // What /proc/cmdline is to hold.
+    void kernel_command_line(const std::string &text);
+    void advance_clock_ms(int ms);
+    // What every client's process is to be from now on.
+    void pretend_client_pid(pid_t pid);
+
+    // All log text so far.
+    [[nodiscard]] std::string log() const;
+
+private:
+    void redirect_environment();
+    void redirect_platform();
+
+    std::filesystem::path root;
+    std::map<std::string, std::string> environment_before;
+    std::map<int, struct sigaction> handlers_before;
+    sigset_t mask_before{};
+    FILE *log_stream = nullptr;
+    char *log_text = nullptr;
+    size_t log_length = 0;
+    std::string command_line_path;
+};
+
+} // namespace test

@@ -1,0 +1,141 @@
+#include "made_up_output.hpp"
+
+#include "clock.hpp"
+#include "records.hpp"
+
+namespace test {
+
+static constexpr int vblank_delay_ms = 1;
+
+made_up_output &made_up(wlr_output *output)
+{
+    return *owner_of<&made_up_output::base>(output);
+}
+
+static int vblank(void *data)
+{
+    auto &o = *static_cast<made_up_output *>(data);
+    wlr_output_event_present event{};
+    event.output = &o.base;
+    event.commit_seq = o.base.commit_seq;
+    event.presented = true;
+    event.when = mono_timespec();
+    wlr_output_send_present(&o.base, &event);
+    wlr_output_send_frame(&o.base);
+    return 0;
+}
+
+static void show(made_up_output &o, wlr_buffer *buffer)
+{
+    if (o.shown != nullptr)
+        wlr_buffer_unlock(o.shown);
+    o.shown = buffer != nullptr ? wlr_buffer_lock(buffer) : nullptr;
+    if (o.shown != nullptr)
+        wl_event_source_timer_update(o.vblank, vblank_delay_ms);
+}
+
+static bool output_test(wlr_output *output, const wlr_output_state *state)
+{
+    return made_up(output).traits.accepts(*state);
+}
+
+static bool output_commit(wlr_output *output, const wlr_output_state *state)
+{
+    made_up_output &o = made_up(output);
+    if (!o.traits.accepts(*state))
+        return false;
+    o.commits++;
+    if ((state->committed & WLR_OUTPUT_STATE_ADAPTIVE_SYNC_ENABLED) != 0)
+        o.adaptive_sync = state->adaptive_sync_enabled;
+    if ((state->committed & WLR_OUTPUT_STATE_COLOR_TRANSFORM) != 0)
+        o.gamma_set = state->color_transform != nullptr;
+    if ((state->committed & WLR_OUTPUT_STATE_ENABLED) != 0 && !state->enabled) {
+        o.power_offs++;
+        show(o, nullptr);
+    } else if ((state->committed & WLR_OUTPUT_STATE_BUFFER) != 0) {
+        show(o, state->buffer);
+    }
+    return true;
+}
+
+static void output_destroy(wlr_output *output)
+{
+    made_up_output &o = made_up(output);
+    wlr_output_finish(output);
+    wl_event_source_remove(o.vblank);
+    show(o, nullptr);
+    o.backend->outputs.remove_if([&](const made_up_output &other) { return &other == &o; });
+}
+
+static size_t output_gamma_size(wlr_output *output)
+{
+    return made_up(output).traits.gamma_size;
+}
+
+static constexpr wlr_output_impl output_impl{
+    .destroy = output_destroy,
+    .test = output_test,
+    .commit = output_commit,
+    .get_gamma_size = output_gamma_size,
+};
+
+static void backend_destroy(wlr_backend *base)
+{
+    made_up_backend *backend = owner_of<&made_up_backend::base>(base);
+    while (!backend->outputs.empty())
+        unplug(backend->outputs.front());
+    wlr_backend_finish(base);
+    delete backend;
+}
+
+static constexpr wlr_backend_impl backend_impl{
+    .start = [](wlr_backend *) { return true; },
+    .destroy = backend_destroy,
+};
+
+made_up_backend *made_up_backend_create(wl_event_loop *loop)
+{
+    auto *backend = new made_up_backend{};
+    wlr_backend_init(&backend->base, &backend_impl);
+    backend->base.buffer_caps = WLR_BUFFER_CAP_DATA_PTR | WLR_BUFFER_CAP_DMABUF | WLR_BUFFER_CAP_SHM;
+    backend->loop = loop;
+    return backend;
+}
+
+static void add_mode(made_up_output &o, const mode &m)
+{
+    wlr_output_mode &added = o.modes.emplace_back();
+    added.width = m.width;
+    added.height = m.height;
+    added.refresh = m.refresh_mhz;
+    added.preferred = m.preferred;
+    wl_list_insert(o.base.modes.prev, &added.link);
+}
+
+made_up_output &plug_in(made_up_backend &backend, output_traits traits)
+{
+    made_up_output &o = backend.outputs.emplace_back();
+    o.backend = &backend;
+    o.traits = std::move(traits);
+    wlr_output_state state{};
+    wlr_output_state_init(&state);
+    if (o.traits.width > 0)
+        wlr_output_state_set_custom_mode(&state, o.traits.width, o.traits.height, 0);
+    wlr_output_init(&o.base, &backend.base, &output_impl, backend.loop, &state);
+    wlr_output_state_finish(&state);
+    if (!o.traits.name.empty())
+        wlr_output_set_name(&o.base, o.traits.name.c_str());
+    o.base.adaptive_sync_supported = true;
+    for (const mode &m : o.traits.modes)
+        add_mode(o, m);
+    o.vblank = wl_event_loop_add_timer(backend.loop, vblank, &o);
+    wl_signal_emit_mutable(&backend.base.events.new_output, &o.base);
+    return o;
+}
+
+void unplug(made_up_output &output)
+{
+    wlr_output_destroy(&output.base); // frees the record
+}
+
+} // namespace test

@@ -1,0 +1,65 @@
+// Outputs that tests plug in and out and that answer as the test wants: modes, refusals, gamma, adaptive
+// sync. They keep the buffer that was committed last, so a test can look at the picture.
+#pragma once
+
+#include "wlr.hpp"
+
+#include <functional>
+#include <list>
+#include <string>
+#include <vector>
+
+extern "C" {
+#include <wlr/backend/interface.h>
+#include <wlr/interfaces/wlr_output.h>
+}
+
+namespace test {
+
+struct mode {
+    int width, height;
+    int refresh_mhz = 60000;
+    bool preferred = false;
+};
+
+struct output_traits {
+    std::string name = "A";
+    int width = 0, height = 0; // before any mode is set
+    std::vector<mode> modes;
+    size_t gamma_size = 0;
+    // Asked for every state, by tests and commits alike.
+    std::function<bool(const wlr_output_state &)> accepts = [](const wlr_output_state &) { return true; };
+};
+
+struct made_up_backend;
+
+struct made_up_output {
+    wlr_output base{};
+    made_up_backend *backend = nullptr;
+    output_traits traits;
+    std::list<wlr_output_mode> modes;
+    wl_event_source *vblank = nullptr; // armed by each commit that shows something
+    wlr_buffer *shown = nullptr; // locked
+    int commits = 0; // that were accepted
+    int power_offs = 0;
+    bool adaptive_sync = false;
+    bool gamma_set = false;
+};
+
+struct made_up_backend {
+    wlr_backend base{};
+    wl_event_loop *loop = nullptr;
+    std::list<made_up_output> outputs;
+};
+
+// Owned by the multi-backend that it is added to.
+made_up_backend *made_up_backend_create(wl_event_loop *loop);
+
+// Announces a new output. Owned by the backend until unplugged.
+made_up_output &plug_in(made_up_backend &backend, output_traits traits);
+void unplug(made_up_output &output);
+
+// The record of a wlr_output that plug_in made.
+made_up_output &made_up(wlr_output *output);
+
+} // namespace test

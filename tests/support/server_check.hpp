@@ -1,0 +1,14 @@
+// What must hold between any two events, whatever came before.
+#pragma once
+
+#include "fwd.hpp"
+
+#include <string>
+#include <vector>
+
+namespace test {
+
+// A sentence for each rule that is broken; empty when all is well.
+std::vector<std::string> server_check(vantore_server &server);
+
+} // namespace test

@@ -1,0 +1,206 @@
+// A Wayland client in the test's own thread: it is pumped and never blocks, and it does what a test tells it
+// to, well-behaved or not.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+struct wl_callback;
+struct wl_compositor;
+struct wl_display;
+struct wl_output;
+struct wl_registry;
+struct wl_shm;
+struct wl_surface;
+struct xdg_surface;
+struct xdg_toplevel;
+struct xdg_wm_base;
+struct zwlr_gamma_control_manager_v1;
+struct zwlr_gamma_control_v1;
+
+namespace test {
+
+struct size {
+    int width, height;
+    friend bool operator==(const size &, const size &) = default;
+};
+std::ostream &operator<<(std::ostream &out, const size &s);
+
+// Bits of window states that a configure carries.
+enum window_state : unsigned { MAXIMIZED = 1, FULLSCREEN = 2, RESIZING = 4, ACTIVATED = 8, TILED = 16 };
+
+struct configure {
+    int width = 0, height = 0;
+    unsigned states = 0; // of window_state
+    uint32_t serial = 0;
+    [[nodiscard]] test::size size() const { return {width, height}; }
+};
+
+struct global {
+    uint32_t name;
+    std::string interface;
+    uint32_t version;
+};
+
+class client;
+
+// One xdg-shell window. Owned by its client; its address stays.
+class window {
+public:
+    window(client &owner, std::string app_id);
+    ~window();
+    window(const window &) = delete;
+    window &operator=(const window &) = delete;
+
+    // --- how it behaves from now on
+    test::size preferred{640, 480}; // drawn when the compositor leaves the choice
+    bool auto_ack = true;
+    bool auto_draw = true; // draws at each configure, at its size
+
+    // --- the stages of its life, one call each
+    void create_surface();
+    void create_xdg_surface();
+    void create_toplevel(); // with the app id
+    void commit();
+    void ack(); // the last configure
+    // Attaches a new solid buffer and commits.
+    void draw(test::size s, uint32_t argb);
+    void unmap(); // attaches nothing and commits
+    void destroy_role(); // toplevel and xdg_surface
+    void destroy(); // everything
+
+    // All stages up to the first commit, those that are still to come. A window that was unmapped starts over.
+    void open();
+    // Another colour at the size that was drawn last.
+    void fill(uint32_t argb);
+
+    // --- properties and requests. They create the toplevel where it isn't there.
+    void title(const std::string &text);
+    void app_id(const std::string &text);
+    void min_size(test::size s);
+    void max_size(test::size s);
+    void parent(window *other);
+    // In surface coordinates; sent with each commit.
+    void geometry(int x, int y, int width, int height);
+    void request_maximize();
+    void request_unmaximize();
+    void request_fullscreen();
+    void request_unfullscreen();
+    void request_frame();
+
+    // --- what it was told
+    [[nodiscard]] const std::vector<configure> &all_configures() const { return configures; }
+    [[nodiscard]] int configure_count() const { return int(configures.size()); }
+    [[nodiscard]] configure last() const { return configures.empty() ? configure{} : configures.back(); }
+    [[nodiscard]] bool has(window_state state) const { return (last().states & state) != 0; }
+    [[nodiscard]] int closes() const { return close_events; }
+    [[nodiscard]] int frames() const { return frame_callbacks; }
+    // Names of the outputs that the surface is on.
+    [[nodiscard]] std::vector<std::string> outputs() const;
+    [[nodiscard]] uint32_t surface_id() const;
+    [[nodiscard]] client &owner() const { return *owned_by; }
+
+private:
+    friend struct window_events;
+    friend struct client_events;
+
+    void ensure_toplevel();
+    void handle_configure(uint32_t serial);
+
+    client *owned_by;
+    std::string id;
+    wl_surface *surface = nullptr;
+    xdg_surface *role = nullptr;
+    xdg_toplevel *toplevel = nullptr;
+    wl_callback *frame = nullptr;
+    std::vector<wl_output *> entered;
+    configure pending;
+    std::vector<configure> configures;
+    int close_events = 0;
+    int frame_callbacks = 0;
+    test::size drawn{0, 0};
+    uint32_t colour = 0xff808080;
+    bool opened = false;
+};
+
+class gamma_control {
+public:
+    gamma_control(client &owner, wl_output *output);
+    ~gamma_control();
+    gamma_control(const gamma_control &) = delete;
+    gamma_control &operator=(const gamma_control &) = delete;
+
+    [[nodiscard]] uint32_t size() const { return table_size; }
+    [[nodiscard]] bool failed() const { return refused; }
+    void set_identity();
+    void destroy();
+
+private:
+    friend struct gamma_events;
+    zwlr_gamma_control_v1 *control;
+    uint32_t table_size = 0;
+    bool refused = false;
+};
+
+class client {
+public:
+    // Takes over one end of a connected socket.
+    explicit client(int fd);
+    ~client();
+    client(const client &) = delete;
+    client &operator=(const client &) = delete;
+
+    // Sends what is queued, reads what has arrived. Never blocks.
+    void pump();
+    // The registry's first list is complete.
+    [[nodiscard]] bool ready() const { return registry_listed; }
+    // 0, or the errno of the lost connection; EPROTO after a protocol error.
+    [[nodiscard]] int error() const;
+    // Asks the server for a sign of life; done once everything sent before has been handled.
+    int roundtrip_begin();
+    [[nodiscard]] bool roundtrip_done(int id) const { return answered >= id; }
+    // Closes the socket as a crash does.
+    void vanish();
+
+    // A window with the app id, without a surface yet.
+    window &create_window(const std::string &app_id);
+    gamma_control &gamma(const std::string &output);
+
+    [[nodiscard]] const std::vector<global> &globals() const { return announced; }
+    [[nodiscard]] int pings() const { return ping_events; }
+    bool answer_pings = true;
+
+private:
+    friend class window;
+    friend class gamma_control;
+    friend struct client_events;
+
+    struct output {
+        uint32_t global;
+        wl_output *proxy;
+        std::string name;
+    };
+    [[nodiscard]] std::string name_of(const wl_output *proxy) const;
+
+    wl_display *display;
+    wl_registry *registry = nullptr;
+    wl_compositor *compositor = nullptr;
+    wl_shm *shm = nullptr;
+    xdg_wm_base *wm_base = nullptr;
+    zwlr_gamma_control_manager_v1 *gamma_manager = nullptr;
+    std::vector<global> announced;
+    std::list<output> outputs;
+    std::list<window> windows;
+    std::list<gamma_control> gamma_controls;
+    std::vector<wl_callback *> roundtrips;
+    int asked = 0, answered = 0;
+    int ping_events = 0;
+    bool registry_listed = false;
+};
+
+} // namespace test

@@ -1,0 +1,315 @@
+// The window of a test's client, and the shared memory that it draws into.
+
+#include "wayland_client.hpp"
+
+#include "wlr-gamma-control-unstable-v1-client-protocol.h"
+#include "xdg-shell-client-protocol.h"
+
+#include <algorithm>
+#include <utility>
+#include <sys/mman.h>
+#include <unistd.h>
+#include <wayland-client.h>
+
+namespace test {
+
+std::ostream &operator<<(std::ostream &out, const size &s)
+{
+    return out << s.width << 'x' << s.height;
+}
+
+// A memory file filled by the painter; the caller closes it.
+template <class Value, class Paint> static int memory_file(size_t count, Paint paint)
+{
+    const size_t bytes = count * sizeof(Value);
+    const int fd = memfd_create("test-client", MFD_CLOEXEC);
+    if (fd < 0 || ftruncate(fd, off_t(bytes)) != 0)
+        abort();
+    void *memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (memory == MAP_FAILED)
+        abort();
+    paint(static_cast<Value *>(memory));
+    munmap(memory, bytes);
+    return fd;
+}
+
+// A buffer that destroys itself when the compositor releases it.
+static wl_buffer *solid_buffer(wl_shm *shm, size s, uint32_t argb)
+{
+    static constexpr wl_buffer_listener listener{
+        .release = [](void *, wl_buffer *buffer) { wl_buffer_destroy(buffer); },
+    };
+    const size_t pixels = size_t(s.width) * size_t(s.height);
+    const int fd =
+        memory_file<uint32_t>(pixels, [&](uint32_t *memory) { std::fill_n(memory, pixels, argb); });
+    wl_shm_pool *pool = wl_shm_create_pool(shm, fd, int(pixels * 4));
+    wl_buffer *buffer =
+        wl_shm_pool_create_buffer(pool, 0, s.width, s.height, s.width * 4, WL_SHM_FORMAT_ARGB8888);
+    wl_shm_pool_destroy(pool);
+    close(fd);
+    wl_buffer_add_listener(buffer, &listener, nullptr);
+    return buffer;
+}
+
+void gamma_control::set_identity()
+{
+    const int fd = memory_file<uint16_t>(size_t{table_size} * 3, [&](uint16_t *table) {
+        for (uint32_t i = 0; i < table_size * 3; i++)
+            table[i] = uint16_t(65535 * (i % table_size) / (table_size - 1));
+    });
+    zwlr_gamma_control_v1_set_gamma(control, fd);
+    close(fd);
+}
+
+// --- events ------------------------------------------------------------------------------------------
+
+struct window_events {
+    static window &self(void *data) { return *static_cast<window *>(data); }
+
+    static void configure(void *data, xdg_toplevel *, int32_t width, int32_t height, wl_array *states)
+    {
+        auto &pending = self(data).pending;
+        pending = {.width = width, .height = height, .states = 0, .serial = 0};
+        const auto *first = static_cast<const uint32_t *>(states->data);
+        for (const uint32_t *state = first; state != first + states->size / sizeof *first; state++)
+            pending.states |= bit_of(*state);
+    }
+
+    static unsigned bit_of(uint32_t state)
+    {
+        switch (state) {
+        case XDG_TOPLEVEL_STATE_MAXIMIZED:
+            return MAXIMIZED;
+        case XDG_TOPLEVEL_STATE_FULLSCREEN:
+            return FULLSCREEN;
+        case XDG_TOPLEVEL_STATE_RESIZING:
+            return RESIZING;
+        case XDG_TOPLEVEL_STATE_ACTIVATED:
+            return ACTIVATED;
+        default:
+            return TILED;
+        }
+    }
+
+    static void close(void *data, xdg_toplevel *) { self(data).close_events++; }
+    static void surface_configure(void *data, xdg_surface *, uint32_t serial)
+    {
+        self(data).handle_configure(serial);
+    }
+    static void enter(void *data, wl_surface *, wl_output *output)
+    {
+        self(data).entered.push_back(output);
+    }
+    static void leave(void *data, wl_surface *, wl_output *output)
+    {
+        std::erase(self(data).entered, output);
+    }
+    static void frame_done(void *data, wl_callback *callback, uint32_t)
+    {
+        self(data).frame_callbacks++;
+        self(data).frame = nullptr;
+        wl_callback_destroy(callback);
+    }
+};
+
+static constexpr wl_surface_listener surface_listener{
+    .enter = window_events::enter,
+    .leave = window_events::leave,
+    .preferred_buffer_scale = [](void *, wl_surface *, int32_t) {},
+    .preferred_buffer_transform = [](void *, wl_surface *, uint32_t) {},
+};
+static constexpr xdg_surface_listener role_listener{.configure = window_events::surface_configure};
+static constexpr xdg_toplevel_listener toplevel_listener{
+    .configure = window_events::configure,
+    .close = window_events::close,
+    .configure_bounds = [](void *, xdg_toplevel *, int32_t, int32_t) {},
+    .wm_capabilities = [](void *, xdg_toplevel *, wl_array *) {},
+};
+
+void window::handle_configure(uint32_t serial)
+{
+    pending.serial = serial;
+    configures.push_back(pending);
+    if (auto_ack)
+        ack();
+    if (auto_draw)
+        draw(pending.width > 0 ? pending.size() : drawn.width > 0 ? drawn : preferred, colour);
+}
+
+// --- stages ------------------------------------------------------------------------------------------
+
+window::window(client &owner, std::string app_id) : owned_by(&owner), id(std::move(app_id)) {}
+
+window::~window()
+{
+    destroy();
+}
+
+void window::create_surface()
+{
+    surface = wl_compositor_create_surface(owned_by->compositor);
+    wl_surface_add_listener(surface, &surface_listener, this);
+}
+
+void window::create_xdg_surface()
+{
+    role = xdg_wm_base_get_xdg_surface(owned_by->wm_base, surface);
+    xdg_surface_add_listener(role, &role_listener, this);
+}
+
+void window::create_toplevel()
+{
+    toplevel = xdg_surface_get_toplevel(role);
+    xdg_toplevel_add_listener(toplevel, &toplevel_listener, this);
+    xdg_toplevel_set_app_id(toplevel, id.c_str());
+}
+
+void window::ensure_toplevel()
+{
+    if (surface == nullptr)
+        create_surface();
+    if (role == nullptr)
+        create_xdg_surface();
+    if (toplevel == nullptr)
+        create_toplevel();
+}
+
+void window::commit()
+{
+    wl_surface_commit(surface);
+}
+
+void window::ack()
+{
+    xdg_surface_ack_configure(role, last().serial);
+}
+
+void window::draw(size s, uint32_t argb)
+{
+    drawn = s;
+    colour = argb;
+    wl_surface_attach(surface, solid_buffer(owned_by->shm, s, argb), 0, 0);
+    wl_surface_damage_buffer(surface, 0, 0, s.width, s.height);
+    commit();
+}
+
+void window::unmap()
+{
+    wl_surface_attach(surface, nullptr, 0, 0);
+    commit();
+    opened = false;
+}
+
+void window::destroy_role()
+{
+    if (toplevel != nullptr)
+        xdg_toplevel_destroy(std::exchange(toplevel, nullptr));
+    if (role != nullptr)
+        xdg_surface_destroy(std::exchange(role, nullptr));
+}
+
+void window::destroy()
+{
+    destroy_role();
+    if (frame != nullptr)
+        wl_callback_destroy(std::exchange(frame, nullptr));
+    if (surface != nullptr)
+        wl_surface_destroy(std::exchange(surface, nullptr));
+}
+
+void window::open()
+{
+    ensure_toplevel();
+    if (!std::exchange(opened, true))
+        commit();
+}
+
+void window::fill(uint32_t argb)
+{
+    draw(drawn, argb);
+}
+
+// --- properties and requests -------------------------------------------------------------------------
+
+void window::title(const std::string &text)
+{
+    ensure_toplevel();
+    xdg_toplevel_set_title(toplevel, text.c_str());
+}
+
+void window::app_id(const std::string &text)
+{
+    ensure_toplevel();
+    xdg_toplevel_set_app_id(toplevel, text.c_str());
+}
+
+void window::min_size(size s)
+{
+    ensure_toplevel();
+    xdg_toplevel_set_min_size(toplevel, s.width, s.height);
+}
+
+void window::max_size(size s)
+{
+    ensure_toplevel();
+    xdg_toplevel_set_max_size(toplevel, s.width, s.height);
+}
+
+void window::parent(window *other)
+{
+    ensure_toplevel();
+    xdg_toplevel_set_parent(toplevel, other != nullptr ? other->toplevel : nullptr);
+}
+
+void window::geometry(int x, int y, int width, int height)
+{
+    ensure_toplevel();
+    xdg_surface_set_window_geometry(role, x, y, width, height);
+}
+
+void window::request_maximize()
+{
+    ensure_toplevel();
+    xdg_toplevel_set_maximized(toplevel);
+}
+
+void window::request_unmaximize()
+{
+    xdg_toplevel_unset_maximized(toplevel);
+}
+
+void window::request_fullscreen()
+{
+    ensure_toplevel();
+    xdg_toplevel_set_fullscreen(toplevel, nullptr);
+}
+
+void window::request_unfullscreen()
+{
+    xdg_toplevel_unset_fullscreen(toplevel);
+}
+
+void window::request_frame()
+{
+    static constexpr wl_callback_listener listener{.done = window_events::frame_done};
+    frame = wl_surface_frame(surface);
+    wl_callback_add_listener(frame, &listener, this);
+    commit();
+}
+
+// --- what it was told --------------------------------------------------------------------------------
+
+std::vector<std::string> window::outputs() const
+{
+    std::vector<std::string> names;
+    for (const wl_output *output : entered)
+        names.push_back(owned_by->name_of(output));
+    return names;
+}
+
+uint32_t window::surface_id() const
+{
+    return surface != nullptr ? wl_proxy_get_id(reinterpret_cast<wl_proxy *>(surface)) : 0;
+}
+
+} // namespace test

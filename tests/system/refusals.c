@@ -1,0 +1,31 @@
+// Preload library for tests: makes chosen calls of the library fail, as hardware would.
+// VANTORE_TEST_REFUSE names the call.
+#define _GNU_SOURCE
+#include <dlfcn.h>
+#include <stdbool.h>
+#include <stdlib.h>
+#include <string.h>
+
+static bool refused(const char *call)
+{
+	const char *wish = getenv("VANTORE_TEST_REFUSE");
+	return wish != NULL && strcmp(wish, call) == 0;
+}
+
+bool wlr_backend_start(void *backend)
+{
+	bool (*next)(void *) = dlsym(RTLD_NEXT, "wlr_backend_start");
+	return !refused("start") && next(backend);
+}
+
+bool wlr_backend_is_multi(void *backend)
+{
+	bool (*next)(void *) = dlsym(RTLD_NEXT, "wlr_backend_is_multi");
+	return !refused("multi") && next(backend);
+}
+
+void *wlr_allocator_autocreate(void *backend, void *renderer)
+{
+	void *(*next)(void *, void *) = dlsym(RTLD_NEXT, "wlr_allocator_autocreate");
+	return refused("allocator") ? NULL : next(backend, renderer);
+}

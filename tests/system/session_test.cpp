@@ -1,0 +1,217 @@
+// The real binary: its ends, its signals, and real programs in it.
+
+#include "support/picture.hpp"
+#include "support/process.hpp"
+
+#include <csignal>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::Optional;
+
+struct session : testing::Test {
+    // The last line of the log, without its stamp, level and place.
+    static std::string last_message(const std::string &log)
+    {
+        const size_t line = log.rfind('\n', log.size() - 2) + 1;
+        const size_t place = log.find("] ", log.find("] ", line) + 2) + 2;
+        return log.substr(place, log.size() - place - 1);
+    }
+
+    test::process start() { return {test::compositor(), world.environment}; }
+
+    // Starts a program as a client of the session.
+    test::process client(const std::vector<std::string> &command)
+    {
+        test::variables with_display = world.environment;
+        with_display["WAYLAND_DISPLAY"] = "wayland-0";
+        return {command, with_display};
+    }
+
+    test::private_world world;
+};
+
+static const char *const running = "vantore-comp M4c running — WAYLAND_DISPLAY=wayland-0 ";
+static const char *const torn_down = "vantore-comp: clean shutdown — tearing down\n";
+
+// --- the fatal ends ----------------------------------------------------------------------------------
+
+TEST_F(session, ends_with_1_when_there_is_no_backend)
+{
+    world.environment["WLR_BACKENDS"] = "nonsense";
+    test::process compositor = start();
+    EXPECT_THAT(compositor.wait(), Optional(1));
+    EXPECT_EQ(last_message(compositor.output()), "vantore-comp: backend failed");
+}
+
+TEST_F(session, ends_with_1_and_advice_when_there_is_no_renderer)
+{
+    world.environment["WLR_RENDER_DRM_DEVICE"] = "/dev/null";
+    test::process compositor = start();
+    EXPECT_THAT(compositor.wait(), Optional(1));
+    EXPECT_EQ(last_message(compositor.output()),
+              "vantore-comp: could not create a GPU renderer — the display device has no render node (e.g. "
+              "QEMU -vga std / bochs-drm). Set VANTORE_ALLOW_SOFTWARE=1 to run on software GL (llvmpipe), or "
+              "use a render-capable GPU (virtio-gpu+virgl in a VM). Exiting cleanly.");
+}
+
+TEST_F(session, ends_with_1_when_there_is_no_place_for_its_socket)
+{
+    world.environment.erase("XDG_RUNTIME_DIR");
+    test::process compositor = start();
+    EXPECT_THAT(compositor.wait(), Optional(1));
+    EXPECT_EQ(last_message(compositor.output()), "vantore-comp: no socket");
+}
+
+TEST_F(session, ends_with_1_when_the_backend_does_not_start)
+{
+    world.environment["VANTORE_TEST_REFUSE"] = "start";
+    test::process compositor = start();
+    EXPECT_THAT(compositor.wait(), Optional(1));
+    EXPECT_EQ(last_message(compositor.output()), "vantore-comp: backend start failed");
+}
+
+TEST_F(session, ends_with_1_and_says_what_is_missing_when_buffers_can_not_be_allocated)
+{
+    world.environment["VANTORE_TEST_REFUSE"] = "allocator";
+    test::process compositor = start();
+    EXPECT_THAT(compositor.wait(), Optional(1));
+    EXPECT_EQ(last_message(compositor.output()),
+              "vantore-comp: could not create the buffer allocator; the session can't start");
+    EXPECT_FALSE(std::filesystem::exists(world.directory() / "run/wayland-0"));
+}
+
+TEST_F(session, goes_on_without_virtual_outputs_on_a_backend_that_takes_no_others)
+{
+    world.environment["VANTORE_TEST_REFUSE"] = "multi";
+    test::process compositor = start();
+    ASSERT_TRUE(compositor.says(running));
+    EXPECT_THAT(compositor.output(),
+                HasSubstr("vantore-comp: no multi-backend — virtual outputs unavailable\n"));
+    compositor.send(SIGTERM);
+    EXPECT_THAT(compositor.wait(), Optional(0));
+}
+
+// --- signals -----------------------------------------------------------------------------------------
+
+class ended_by : public session, public testing::WithParamInterface<int> {};
+
+TEST_P(ended_by, a_signal_in_order)
+{
+    test::process compositor = start();
+    ASSERT_TRUE(compositor.says(running)) << compositor.output();
+    compositor.send(GetParam());
+    EXPECT_THAT(compositor.wait(), Optional(0)) << compositor.output();
+    EXPECT_THAT(compositor.output(), HasSubstr(torn_down));
+    EXPECT_FALSE(std::filesystem::exists(world.directory() / "run/wayland-0"));
+}
+
+INSTANTIATE_TEST_SUITE_P(all, ended_by, testing::Values(SIGINT, SIGTERM));
+
+TEST_F(session, takes_a_signal_at_any_moment_of_its_start_as_the_end)
+{
+    for (const char *moment : {"Creating headless backend", "Shaders Initialized", "Starting headless backend",
+                               "output HEADLESS-1 online"}) {
+        test::process compositor = start();
+        ASSERT_TRUE(compositor.says(moment)) << compositor.output();
+        compositor.send(SIGTERM);
+        EXPECT_THAT(compositor.wait(), Optional(0)) << moment << '\n' << compositor.output();
+    }
+}
+
+TEST_F(session, ignores_broken_pipes)
+{
+    test::process compositor = start();
+    ASSERT_TRUE(compositor.says(running));
+    compositor.send(SIGPIPE);
+    compositor.send(SIGTERM);
+    EXPECT_THAT(compositor.wait(), Optional(0));
+}
+
+// Connects as a client would and leaves without a word; many times, with half a request.
+TEST_F(session, survives_clients_that_vanish_in_the_middle_of_a_request)
+{
+    test::process compositor = start();
+    ASSERT_TRUE(compositor.says(running));
+    for (int i = 0; i < 50; i++) {
+        const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        const std::string path = world.directory() / "run/wayland-0";
+        path.copy(address.sun_path, sizeof address.sun_path - 1);
+        ASSERT_EQ(connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        EXPECT_EQ(write(fd, "\1\0\0\0\1\0", size_t(i % 6) + 1), i % 6 + 1);
+        close(fd);
+    }
+    test::process info = client({"wayland-info"});
+    EXPECT_THAT(info.wait(), Optional(0));
+    compositor.send(SIGTERM);
+    EXPECT_THAT(compositor.wait(), Optional(0));
+}
+
+// --- real programs -----------------------------------------------------------------------------------
+
+// A screenshot of the session, empty when it could not be taken.
+static test::image screenshot(session &s, const std::filesystem::path &path)
+{
+    test::process grim = s.client({"grim", path});
+    return grim.wait() == 0 ? test::image::load(path) : test::image{};
+}
+
+static bool shows_colour(const test::image &picture, uint32_t argb)
+{
+    return std::ranges::count(picture.argb, argb) > 1000;
+}
+
+TEST_F(session, shows_a_terminal_and_takes_pictures_of_it)
+{
+    test::process compositor = start();
+    ASSERT_TRUE(compositor.says(running));
+    test::process foot = client({"foot", "--override", "colors-dark.background=123456", "sleep", "100"});
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{20};
+    test::image picture;
+    while (!shows_colour(picture, 0xff123456U) && std::chrono::steady_clock::now() < give_up)
+        picture = screenshot(*this, world.directory() / "picture.png");
+    EXPECT_TRUE(shows_colour(picture, 0xff123456U)) << compositor.output() << foot.output();
+    EXPECT_EQ(picture.width, 1280);
+    EXPECT_EQ(picture.height, 720);
+    compositor.send(SIGTERM);
+    EXPECT_THAT(compositor.wait(), Optional(0)) << compositor.output();
+    EXPECT_TRUE(foot.wait());
+}
+
+TEST_F(session, hands_a_selection_from_one_program_to_another)
+{
+    test::process compositor = start();
+    ASSERT_TRUE(compositor.says(running));
+    test::process copy = client({"wl-copy", "--foreground", "some text"});
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{20};
+    std::string pasted;
+    while (pasted != "some text" && std::chrono::steady_clock::now() < give_up) {
+        test::process paste = client({"wl-paste", "--no-newline"});
+        (void)paste.wait();
+        pasted = paste.output();
+    }
+    EXPECT_EQ(pasted, "some text");
+    compositor.send(SIGTERM);
+    EXPECT_THAT(compositor.wait(), Optional(0));
+}
+
+TEST_F(session, publishes_its_outputs)
+{
+    test::process compositor = start();
+    ASSERT_TRUE(compositor.says(running));
+    std::ifstream file{world.directory() / "run/vantore-outputs"};
+    std::string line;
+    EXPECT_TRUE(std::getline(file, line));
+    EXPECT_EQ(line, "HEADLESS-1");
+    compositor.send(SIGTERM);
+    EXPECT_THAT(compositor.wait(), Optional(0));
+}

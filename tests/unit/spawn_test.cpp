@@ -1,0 +1,88 @@
+#include "spawn.hpp"
+
+#include "platform.hpp"
+#include "support/isolation.hpp"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct spawning : testing::Test {
+    test::isolation world;
+};
+
+TEST_F(spawning, an_app_goes_through_the_launcher_as_one_quoted_argument)
+{
+    spawn_app("foot --title 'my term'");
+    EXPECT_THAT(world.spawned(), ElementsAre("vantore-launch 'foot --title '\\''my term'\\'''"));
+}
+
+TEST_F(spawning, nothing_is_started_for_no_command)
+{
+    spawn_app(nullptr);
+    spawn_app("");
+    EXPECT_THAT(world.spawned(), IsEmpty());
+}
+
+TEST_F(spawning, an_overlong_command_is_cut_and_still_closed)
+{
+    spawn_app(std::string(5000, 'x').c_str());
+    ASSERT_EQ(world.spawned().size(), 1U);
+    const std::string &line = world.spawned().front();
+    EXPECT_EQ(line.size(), 4091U);
+    EXPECT_EQ(line.back(), '\'');
+    EXPECT_EQ(line.find('\'', 16), line.size() - 1);
+}
+
+TEST_F(spawning, an_overlong_command_of_quotes_never_outgrows_the_launchers_buffer)
+{
+    for (size_t lead = 0; lead < 4; lead++) {
+        spawn_app((std::string(lead, 'x') + std::string(5000, '\'')).c_str());
+        EXPECT_LT(world.spawned().back().size(), 4096U);
+    }
+}
+
+// Runs a shell line for real; returns what it wrote to file descriptor 1 of this process.
+static std::string output_of(const char *line)
+{
+    int ends[2];
+    EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    const int saved = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
+    dup2(ends[1], STDOUT_FILENO);
+    fork_shell_line(line);
+    dup2(saved, STDOUT_FILENO);
+    close(saved);
+    close(ends[1]);
+    std::string text;
+    char byte = 0;
+    pollfd wait{.fd = ends[0], .events = POLLIN, .revents = 0};
+    while (poll(&wait, 1, 5000) > 0 && read(ends[0], &byte, 1) == 1)
+        text += byte;
+    close(ends[0]);
+    return text;
+}
+
+TEST(shell_line, runs_detached_and_leaves_no_child_to_reap)
+{
+    EXPECT_EQ(output_of("echo hello"), "hello\n");
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+TEST(shell_line, runs_in_a_session_of_its_own)
+{
+    const std::string session = output_of("cut -d ' ' -f 6 /proc/$$/stat");
+    ASSERT_FALSE(session.empty());
+    EXPECT_NE(session, std::to_string(getsid(0)) + "\n");
+}
+
+TEST(shell_line, gives_a_quoted_argument_to_the_program_unchanged)
+{
+    const std::string line = "set -- 'it'\\''s; $HOME \"x\"'; printf '%s' \"$1\"";
+    EXPECT_EQ(output_of(line.c_str()), "it's; $HOME \"x\"");
+}
