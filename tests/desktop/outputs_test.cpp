@@ -306,6 +306,14 @@ struct pointer_on_outputs : outputs {
         plug("B", 1000, 700);
         plug("C", 400, 300);
     }
+    void disable(const std::string &name)
+    {
+        wlr_output_state state{};
+        wlr_output_state_init(&state);
+        wlr_output_state_set_enabled(&state, false);
+        wlr_output_commit_state(output(name).wlr_output, &state);
+        wlr_output_state_finish(&state);
+    }
     std::pair<double, double> pointer() { return {server.cursor->x, server.cursor->y}; }
     using at = std::pair<double, double>;
 };
@@ -317,21 +325,26 @@ TEST_F(pointer_on_outputs, stays_where_it_is_while_its_output_lives)
     EXPECT_EQ(pointer(), (at{100, 100}));
 }
 
-TEST_F(pointer_on_outputs, moves_to_the_middle_of_the_nearest_output_when_its_own_goes)
+TEST_F(pointer_on_outputs, goes_to_the_nearest_point_that_is_left_when_its_output_is_unplugged)
 {
     wlr_cursor_warp(server.cursor, nullptr, 2100, 100); // on C
     unplug("C");
+    EXPECT_NEAR(server.cursor->x, 1800, 1);
+    EXPECT_DOUBLE_EQ(server.cursor->y, 100);
+}
+
+TEST_F(pointer_on_outputs, moves_to_the_middle_of_the_nearest_output_when_its_own_is_disabled)
+{
+    wlr_cursor_warp(server.cursor, nullptr, 2100, 100);
+    disable("C");
+    cursor_ensure_on_output(server);
     EXPECT_EQ(pointer(), (at{1300, 350}));
 }
 
 TEST_F(pointer_on_outputs, passes_over_disabled_outputs)
 {
     wlr_cursor_warp(server.cursor, nullptr, 2100, 100);
-    wlr_output_state state{};
-    wlr_output_state_init(&state);
-    wlr_output_state_set_enabled(&state, false);
-    wlr_output_commit_state(output("B").wlr_output, &state);
-    wlr_output_state_finish(&state);
+    disable("B");
     unplug("C");
     EXPECT_EQ(pointer(), (at{400, 300}));
 }
@@ -340,8 +353,18 @@ TEST_F(pointer_on_outputs, prefers_the_middle_of_the_usable_area)
 {
     output("B").usable = {800, 100, 1000, 600};
     wlr_cursor_warp(server.cursor, nullptr, 2100, 100);
-    unplug("C");
+    disable("C");
+    cursor_ensure_on_output(server);
     EXPECT_EQ(pointer(), (at{1300, 400}));
+}
+
+TEST_F(pointer_on_outputs, stays_where_it_is_when_every_output_is_disabled)
+{
+    wlr_cursor_warp(server.cursor, nullptr, 2100, 100);
+    for (const char *name : {"A", "B", "C"})
+        disable(name);
+    cursor_ensure_on_output(server);
+    EXPECT_EQ(pointer(), (at{2100, 100}));
 }
 
 TEST_F(pointer_on_outputs, takes_the_newest_of_two_equally_near_outputs)

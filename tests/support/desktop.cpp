@@ -29,8 +29,20 @@ unstarted_desktop::unstarted_desktop()
 
 unstarted_desktop::~unstarted_desktop() = default;
 
+// The graphics driver opens files of its own with the first renderer of a process and keeps them.
+static void warm_up()
+{
+    static bool warm = false;
+    if (std::exchange(warm, true))
+        return;
+    const auto server = std::make_unique<vantore_server>();
+    ASSERT_TRUE(server_start(*server));
+    server_finish(*server);
+}
+
 void unstarted_desktop::SetUp()
 {
+    warm_up();
     descriptors_before = open_descriptors();
     g_heard.clear();
     g_broadcast_observer = [](vnt_event event) { g_heard.push_back(event); };

@@ -87,8 +87,8 @@ struct client_events {
     static void answer(void *data, wl_callback *callback, uint32_t)
     {
         auto &c = *static_cast<client *>(data);
-        c.answered++;
-        c.registry_listed = true;
+        if (++c.answered == 1)
+            (void)c.roundtrip_begin(); // for the events of what the first list made us bind
         std::erase(c.roundtrips, callback);
         wl_callback_destroy(callback);
     }

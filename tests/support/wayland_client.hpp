@@ -157,8 +157,8 @@ public:
 
     // Sends what is queued, reads what has arrived. Never blocks.
     void pump();
-    // The registry's first list is complete.
-    [[nodiscard]] bool ready() const { return registry_listed; }
+    // The registry's first list is complete, and the outputs on it have told their names.
+    [[nodiscard]] bool ready() const { return answered >= 2; }
     // 0, or the errno of the lost connection; EPROTO after a protocol error.
     [[nodiscard]] int error() const;
     // Asks the server for a sign of life; done once everything sent before has been handled.
@@ -200,7 +200,6 @@ private:
     std::vector<wl_callback *> roundtrips;
     int asked = 0, answered = 0;
     int ping_events = 0;
-    bool registry_listed = false;
 };
 
 } // namespace test

@@ -53,7 +53,9 @@ TEST_F(session, ends_with_1_when_there_is_no_backend)
 
 TEST_F(session, ends_with_1_and_advice_when_there_is_no_renderer)
 {
-    world.environment["WLR_RENDER_DRM_DEVICE"] = "/dev/null";
+    world.environment.erase("WLR_RENDERER_ALLOW_SOFTWARE");
+    world.environment.erase("WLR_RENDERER_FORCE_SOFTWARE");
+    world.environment["WLR_RENDER_DRM_DEVICE"] = "/dev/null"; // also where there is a GPU
     test::process compositor = start();
     EXPECT_THAT(compositor.wait(), Optional(1));
     EXPECT_EQ(last_message(compositor.output()),
