@@ -100,7 +100,7 @@ bool process::says(const std::string &text)
 // What the test runner gives to every test: software rendering, sanitizer settings, preloads.
 static bool comes_from_the_runner(const std::string &name)
 {
-    return name.starts_with("WLR_RENDERER_") || name.ends_with("SAN_OPTIONS") || name == "PATH" ||
+    return name.starts_with("WLR_RENDERER_") || name.starts_with("MESA_") || name.ends_with("SAN_OPTIONS") || name == "PATH" ||
            name.starts_with("VANTORE_TEST_");
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+struct wl_buffer;
 struct wl_callback;
 struct wl_compositor;
 struct wl_display;
@@ -110,6 +111,7 @@ private:
     friend struct client_events;
 
     void ensure_toplevel();
+    wl_buffer *solid_buffer(test::size s, uint32_t argb);
     void handle_configure(uint32_t serial);
 
     client *owned_by;
@@ -118,6 +120,7 @@ private:
     xdg_surface *role = nullptr;
     xdg_toplevel *toplevel = nullptr;
     wl_callback *frame = nullptr;
+    std::vector<wl_buffer *> buffers; // that the compositor holds
     std::vector<wl_output *> entered;
     configure pending;
     std::vector<configure> configures;

@@ -33,24 +33,6 @@ template <class Value, class Paint> static int memory_file(size_t count, Paint p
     return fd;
 }
 
-// A buffer that destroys itself when the compositor releases it.
-static wl_buffer *solid_buffer(wl_shm *shm, size s, uint32_t argb)
-{
-    static constexpr wl_buffer_listener listener{
-        .release = [](void *, wl_buffer *buffer) { wl_buffer_destroy(buffer); },
-    };
-    const size_t pixels = size_t(s.width) * size_t(s.height);
-    const int fd =
-        memory_file<uint32_t>(pixels, [&](uint32_t *memory) { std::fill_n(memory, pixels, argb); });
-    wl_shm_pool *pool = wl_shm_create_pool(shm, fd, int(pixels * 4));
-    wl_buffer *buffer =
-        wl_shm_pool_create_buffer(pool, 0, s.width, s.height, s.width * 4, WL_SHM_FORMAT_ARGB8888);
-    wl_shm_pool_destroy(pool);
-    close(fd);
-    wl_buffer_add_listener(buffer, &listener, nullptr);
-    return buffer;
-}
-
 void gamma_control::set_identity()
 {
     const int fd = memory_file<uint16_t>(size_t{table_size} * 3, [&](uint16_t *table) {
@@ -104,6 +86,11 @@ struct window_events {
     {
         std::erase(self(data).entered, output);
     }
+    static void release(void *data, wl_buffer *buffer)
+    {
+        std::erase(self(data).buffers, buffer);
+        wl_buffer_destroy(buffer);
+    }
     static void frame_done(void *data, wl_callback *callback, uint32_t)
     {
         self(data).frame_callbacks++;
@@ -134,6 +121,22 @@ void window::handle_configure(uint32_t serial)
         ack();
     if (auto_draw)
         draw(pending.width > 0 ? pending.size() : drawn.width > 0 ? drawn : preferred, colour);
+}
+
+wl_buffer *window::solid_buffer(test::size s, uint32_t argb)
+{
+    static constexpr wl_buffer_listener listener{.release = window_events::release};
+    const size_t pixels = size_t(s.width) * size_t(s.height);
+    const int fd =
+        memory_file<uint32_t>(pixels, [&](uint32_t *memory) { std::fill_n(memory, pixels, argb); });
+    wl_shm_pool *pool = wl_shm_create_pool(owned_by->shm, fd, int(pixels * 4));
+    wl_buffer *buffer =
+        wl_shm_pool_create_buffer(pool, 0, s.width, s.height, s.width * 4, WL_SHM_FORMAT_ARGB8888);
+    wl_shm_pool_destroy(pool);
+    close(fd);
+    wl_buffer_add_listener(buffer, &listener, this);
+    buffers.push_back(buffer);
+    return buffer;
 }
 
 // --- stages ------------------------------------------------------------------------------------------
@@ -188,7 +191,7 @@ void window::draw(size s, uint32_t argb)
 {
     drawn = s;
     colour = argb;
-    wl_surface_attach(surface, solid_buffer(owned_by->shm, s, argb), 0, 0);
+    wl_surface_attach(surface, solid_buffer(s, argb), 0, 0);
     wl_surface_damage_buffer(surface, 0, 0, s.width, s.height);
     commit();
 }
@@ -215,6 +218,9 @@ void window::destroy()
         wl_callback_destroy(std::exchange(frame, nullptr));
     if (surface != nullptr)
         wl_surface_destroy(std::exchange(surface, nullptr));
+    for (wl_buffer *buffer : buffers)
+        wl_buffer_destroy(buffer);
+    buffers.clear();
 }
 
 void window::open()
