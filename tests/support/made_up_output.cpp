@@ -30,8 +30,12 @@ static void show(made_up_output &o, wlr_buffer *buffer)
     if (o.shown != nullptr)
         wlr_buffer_unlock(o.shown);
     o.shown = buffer != nullptr ? wlr_buffer_lock(buffer) : nullptr;
-    if (o.shown != nullptr)
-        wl_event_source_timer_update(o.vblank, vblank_delay_ms);
+}
+
+// wlroots waits for a frame after every commit to an output that is on, with a buffer or without.
+static bool on_after(const made_up_output &o, const wlr_output_state &state)
+{
+    return (state.committed & WLR_OUTPUT_STATE_ENABLED) != 0 ? state.enabled : o.base.enabled;
 }
 
 static bool output_test(wlr_output *output, const wlr_output_state *state)
@@ -49,6 +53,8 @@ static bool output_commit(wlr_output *output, const wlr_output_state *state)
         o.adaptive_sync = state->adaptive_sync_enabled;
     if ((state->committed & WLR_OUTPUT_STATE_COLOR_TRANSFORM) != 0)
         o.gamma_set = state->color_transform != nullptr;
+    if (on_after(o, *state))
+        wl_event_source_timer_update(o.vblank, vblank_delay_ms);
     if ((state->committed & WLR_OUTPUT_STATE_ENABLED) != 0 && !state->enabled) {
         o.power_offs++;
         show(o, nullptr);

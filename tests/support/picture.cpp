@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <png.h>
+#include <string_view>
+#include <system_error>
 
 namespace test {
 
@@ -33,6 +34,8 @@ image image::load(const std::filesystem::path &path)
 
 bool image::save(const std::filesystem::path &path) const
 {
+    std::error_code ignored; // an unwritable directory shows in the file
+    std::filesystem::create_directories(path.parent_path(), ignored);
     png_image png{};
     png.version = PNG_IMAGE_VERSION;
     png.width = uint32_t(width);
@@ -66,11 +69,17 @@ difference compare(const image &actual, const image &expected, int tolerance)
     return result;
 }
 
+static bool golden_update_wanted()
+{
+    const char *wanted = getenv("VANTORE_UPDATE_GOLDEN");
+    return wanted != nullptr && std::string_view{wanted} == "1";
+}
+
 testing::AssertionResult matches_golden(const image &actual, const std::string &name, int tolerance)
 {
     const std::filesystem::path golden =
         std::filesystem::path{TEST_DATA_DIR} / "golden" / (name + ".png");
-    if (getenv("VANTORE_UPDATE_GOLDEN") != nullptr)
+    if (golden_update_wanted())
         return actual.save(golden) ? testing::AssertionSuccess()
                                    : testing::AssertionFailure() << "can't write " << golden;
     const difference found = compare(actual, image::load(golden), tolerance);

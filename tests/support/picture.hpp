@@ -29,7 +29,7 @@ struct difference {
 difference compare(const image &actual, const image &expected, int tolerance);
 
 // Against tests/data/golden/NAME.png. On a mismatch NAME.actual.png and NAME.diff.png are written into
-// VANTORE_TEST_OUTPUT, or the current directory, and the message says so. With VANTORE_UPDATE_GOLDEN set, the
+// VANTORE_TEST_OUTPUT, or the current directory, and the message says so. With VANTORE_UPDATE_GOLDEN=1 the
 // golden picture is written instead: look at it before you keep it.
 testing::AssertionResult matches_golden(const image &actual, const std::string &name, int tolerance);
 

@@ -4,14 +4,18 @@
 #include "xdg-shell-client-protocol.h"
 
 #include <algorithm>
-#include <utility>
 #include <cerrno>
-#include <cstring>
 #include <poll.h>
 #include <sys/socket.h>
+#include <utility>
 #include <wayland-client.h>
 
 namespace test {
+
+std::ostream &operator<<(std::ostream &out, const protocol_error &e)
+{
+    return out << e.interface << " error " << e.code;
+}
 
 // --- registry ----------------------------------------------------------------------------------------
 
@@ -143,6 +147,15 @@ void client::pump()
 int client::error() const
 {
     return wl_display_get_error(display);
+}
+
+std::optional<protocol_error> client::protocol_error() const
+{
+    if (error() != EPROTO)
+        return std::nullopt;
+    const wl_interface *interface = nullptr;
+    const uint32_t code = wl_display_get_protocol_error(display, &interface, nullptr);
+    return test::protocol_error{interface != nullptr ? interface->name : "", code};
 }
 
 int client::roundtrip_begin()

@@ -3,9 +3,8 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <list>
-#include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -48,6 +47,14 @@ struct global {
     uint32_t version;
 };
 
+// Why the server ended the connection.
+struct protocol_error {
+    std::string interface;
+    uint32_t code;
+    friend bool operator==(const protocol_error &, const protocol_error &) = default;
+};
+std::ostream &operator<<(std::ostream &out, const protocol_error &e);
+
 class client;
 
 // One xdg-shell window. Owned by its client; its address stays.
@@ -61,7 +68,7 @@ public:
     // --- how it behaves from now on
     test::size preferred{640, 480}; // drawn when the compositor leaves the choice
     bool auto_ack = true;
-    bool auto_draw = true; // draws at each configure, at its size
+    bool auto_draw = true; // draws at each configure that it acks, at its size
 
     // --- the stages of its life, one call each
     void create_surface();
@@ -119,7 +126,7 @@ private:
     wl_surface *surface = nullptr;
     xdg_surface *role = nullptr;
     xdg_toplevel *toplevel = nullptr;
-    wl_callback *frame = nullptr;
+    std::vector<wl_callback *> frame_requests; // not answered yet
     std::vector<wl_buffer *> buffers; // that the compositor holds
     std::vector<wl_output *> entered;
     configure pending;
@@ -129,6 +136,7 @@ private:
     test::size drawn{0, 0};
     uint32_t colour = 0xff808080;
     bool opened = false;
+    int unmapped_at = 0; // the round trip after which no configure from before the unmap can come
 };
 
 class gamma_control {
@@ -164,6 +172,8 @@ public:
     [[nodiscard]] bool ready() const { return answered >= 2; }
     // 0, or the errno of the lost connection; EPROTO after a protocol error.
     [[nodiscard]] int error() const;
+    // Nothing unless error() is EPROTO.
+    [[nodiscard]] std::optional<test::protocol_error> protocol_error() const;
     // Asks the server for a sign of life; done once everything sent before has been handled.
     int roundtrip_begin();
     [[nodiscard]] bool roundtrip_done(int id) const { return answered >= id; }

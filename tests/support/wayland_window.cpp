@@ -37,7 +37,7 @@ void gamma_control::set_identity()
 {
     const int fd = memory_file<uint16_t>(size_t{table_size} * 3, [&](uint16_t *table) {
         for (uint32_t i = 0; i < table_size * 3; i++)
-            table[i] = uint16_t(65535 * (i % table_size) / (table_size - 1));
+            table[i] = uint16_t(65535 * (i % table_size) / std::max(table_size - 1, 1U));
     });
     zwlr_gamma_control_v1_set_gamma(control, fd);
     close(fd);
@@ -94,7 +94,7 @@ struct window_events {
     static void frame_done(void *data, wl_callback *callback, uint32_t)
     {
         self(data).frame_callbacks++;
-        self(data).frame = nullptr;
+        std::erase(self(data).frame_requests, callback);
         wl_callback_destroy(callback);
     }
 };
@@ -117,8 +117,9 @@ void window::handle_configure(uint32_t serial)
 {
     pending.serial = serial;
     configures.push_back(pending);
-    if (auto_ack)
-        ack();
+    if (!auto_ack || !owned_by->roundtrip_done(unmapped_at))
+        return;
+    ack();
     if (auto_draw)
         draw(pending.width > 0 ? pending.size() : drawn.width > 0 ? drawn : preferred, colour);
 }
@@ -201,10 +202,12 @@ void window::unmap()
     wl_surface_attach(surface, nullptr, 0, 0);
     commit();
     opened = false;
+    unmapped_at = owned_by->roundtrip_begin();
 }
 
 void window::destroy_role()
 {
+    opened = false;
     if (toplevel != nullptr)
         xdg_toplevel_destroy(std::exchange(toplevel, nullptr));
     if (role != nullptr)
@@ -214,13 +217,12 @@ void window::destroy_role()
 void window::destroy()
 {
     destroy_role();
-    if (frame != nullptr)
-        wl_callback_destroy(std::exchange(frame, nullptr));
+    for (wl_callback *callback : std::exchange(frame_requests, {}))
+        wl_callback_destroy(callback);
     if (surface != nullptr)
         wl_surface_destroy(std::exchange(surface, nullptr));
-    for (wl_buffer *buffer : buffers)
+    for (wl_buffer *buffer : std::exchange(buffers, {}))
         wl_buffer_destroy(buffer);
-    buffers.clear();
 }
 
 void window::open()
@@ -298,8 +300,8 @@ void window::request_unfullscreen()
 void window::request_frame()
 {
     static constexpr wl_callback_listener listener{.done = window_events::frame_done};
-    frame = wl_surface_frame(surface);
-    wl_callback_add_listener(frame, &listener, this);
+    wl_callback *callback = frame_requests.emplace_back(wl_surface_frame(surface));
+    wl_callback_add_listener(callback, &listener, this);
     commit();
 }
 
