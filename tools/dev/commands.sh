@@ -1,0 +1,142 @@
+# shellcheck shell=bash
+# What ./dev can do. Sourced by it, after environment.sh.
+
+dev_help() {
+	cat <<'EOT'
+usage: ./dev COMMAND [ARGUMENTS]
+
+  run [--once] [--headless]  build, and start a session: a window inside a desktop, else a headless demo that
+                             writes a picture and stays until Ctrl-C (--once: ends after the picture)
+  test [--quick] [NAME...]   build, and run the tests, then again under the sanitizers (--quick: not those)
+  build                      build only
+  shell [COMMAND...]         a shell, or one command, where everything is installed
+  lint                       formatting, clang-tidy, header and text checks
+  format                     format the sources
+  bench [NAME...]            build and run the benchmarks
+  fuzz [SECONDS]             run each fuzz target that long (60)
+  help                       this text
+
+VANTORE_DEV_ENV=native or =rootfs chooses where to build; without it, native where everything is installed.
+EOT
+}
+
+# --- build -------------------------------------------------------------------------------------------
+
+sanitize=(-Db_sanitize=address,undefined -Db_lundef=false)
+
+configure() { # DIRECTORY MESON-OPTIONS...
+	local directory=build/$1
+	shift
+	[ -f "$directory/build.ninja" ] || inside meson setup "$directory" "$@" >&2
+}
+
+compile() { # DIRECTORY MESON-OPTIONS...
+	configure "$@"
+	inside ninja -C "build/$1" >&2
+}
+
+dev_build() {
+	prepare
+	compile dev
+}
+
+dev_shell() {
+	prepare
+	[ $# -gt 0 ] || set -- bash
+	if is_native; then
+		exec "$@"
+	fi
+	exec bwrap "${sandbox[@]}" --die-with-parent "$@"
+}
+
+# --- test --------------------------------------------------------------------------------------------
+
+run_tests() { # DIRECTORY NAME...
+	local directory=build/$1
+	shift
+	# A slow, busy machine needs longer than the tests' own limits.
+	inside meson test -C "$directory" --no-rebuild --timeout-multiplier 3 --print-errorlogs "$@" >&2
+}
+
+dev_test() {
+	local builds=(dev sanitized) status=0 build
+	if [ "${1:-}" = --quick ]; then
+		builds=(dev)
+		shift
+	fi
+	prepare
+	for build in "${builds[@]}"; do
+		rm -f "build/$build/meson-logs/testlog.junit.xml"
+		case $build in
+		dev) compile dev ;;
+		sanitized) compile sanitized "${sanitize[@]}" ;;
+		esac
+		run_tests "$build" "$@" || status=1
+	done
+	inside python3 tools/count-tests "${builds[@]/#/build/}" || status=1
+	return "$status"
+}
+
+# --- run ---------------------------------------------------------------------------------------------
+
+dev_run() {
+	local headless=no arguments=() argument
+	for argument in "$@"; do
+		case $argument in
+		--headless) headless=yes ;;
+		--once) arguments+=(--once) ;;
+		*) fail "run knows --once and --headless, not '$argument'" ;;
+		esac
+	done
+	prepare
+	compile dev
+	if [ "$headless" = no ] && { [ -n "${WAYLAND_DISPLAY:-}" ] || [ -n "${DISPLAY:-}" ]; }; then
+		is_native || sandbox_with_the_hosts_display
+		inside build/dev/comp/vantore-comp
+	else
+		inside tools/demo-session "${arguments[@]}"
+	fi
+}
+
+# --- bench and fuzz ----------------------------------------------------------------------------------
+
+dev_bench() {
+	prepare
+	compile bench --buildtype=release -Dbench=true -Dtests=true
+	inside tools/run-benchmarks build/bench "$@"
+}
+
+dev_fuzz() {
+	local seconds=${1:-60}
+	groups="base lint"
+	compgen -G 'fuzz/fuzz_*.cpp' >/dev/null || {
+		say "there are no fuzz targets yet"
+		return 0
+	}
+	prepare
+	CXX=clang++ CC=clang compile fuzz "${sanitize[@]}" -Dfuzz=true -Dtests=false
+	inside tools/run-fuzzers build/fuzz "$seconds"
+}
+
+# --- lint --------------------------------------------------------------------------------------------
+
+sources() { git ls-files --cached --others --exclude-standard -- "$@"; }
+
+dev_format() {
+	groups="base lint"
+	prepare
+	sources '*.cpp' '*.hpp' | xargs -d '\n' -r printf '%s\n' | inside xargs -d '\n' clang-format -i
+}
+
+dev_lint() {
+	local status=0
+	groups="base lint"
+	prepare
+	CXX=clang++ CC=clang configure lint -Dtests=true -Dbench=true
+	inside ninja -C build/lint -t targets all 2>/dev/null |
+		sed -n 's/^\([^:]*-protocol\.[hc]\): .*/\1/p' |
+		inside xargs -d '\n' ninja -C build/lint >&2 || status=1
+	inside tools/lint build/lint || status=1
+	[ "$status" -eq 0 ] && say "lint found nothing"
+	return "$status"
+}
