@@ -11,7 +11,7 @@ struct vantore_server {
     wlr_backend *backend = nullptr;
     wlr_backend *headless = nullptr; // hosts virtual outputs; null when the backend is no multi-backend
     wlr_session *session = nullptr; // null without a login session
-    listener session_active;
+    listener session_active, session_destroy;
     wlr_renderer *renderer = nullptr;
     wlr_allocator *allocator = nullptr;
     wlr_compositor *compositor = nullptr;

@@ -21,6 +21,7 @@
 #include <cstdlib>
 
 static constexpr uint32_t default_cursor_size = 24;
+static constexpr long largest_cursor_size = 1024; // larger images only cost memory
 
 static wl_display *g_display; // for the signal handler
 // wl_display_run forgets a termination that came before it.
@@ -74,23 +75,39 @@ static bool create_backend(vantore_server &server)
 
 static bool add_headless_backend(vantore_server &server)
 {
-    server.headless = wlr_headless_backend_create(wl_display_get_event_loop(server.display));
-    if (server.headless == nullptr || wlr_backend_is_multi(server.backend)) {
-        if (server.headless != nullptr)
-            wlr_multi_backend_add(server.backend, server.headless);
-        return true;
-    }
-    wlr_backend_destroy(server.headless);
-    server.headless = nullptr;
-    wlr_log(WLR_INFO, "vantore-comp: no multi-backend — virtual outputs unavailable");
+    const bool multi = wlr_backend_is_multi(server.backend);
+    if (!multi)
+        wlr_log(WLR_INFO, "vantore-comp: no multi-backend — virtual outputs unavailable");
+    wlr_backend *headless = wlr_headless_backend_create(wl_display_get_event_loop(server.display));
+    if (headless != nullptr && multi && wlr_multi_backend_add(server.backend, headless))
+        server.headless = headless; // owned by the multi-backend from here
+    else if (headless != nullptr)
+        wlr_backend_destroy(headless);
     return true;
+}
+
+static void forget_session(vantore_server &server)
+{
+    unlisten(server.session_active);
+    unlisten(server.session_destroy);
+    server.session = nullptr;
+}
+
+// The seat daemon has hung up: without it there are no displays and no devices.
+static void handle_session_destroy(vantore_server &server)
+{
+    wlr_log(WLR_ERROR, "vantore-comp: the login session has gone, ending");
+    forget_session(server);
+    wl_display_terminate(server.display);
 }
 
 static bool watch_session(vantore_server &server)
 {
-    if (server.session != nullptr)
-        listen<&vantore_server::session_active, handle_session_active>(server,
-                                                                       server.session->events.active);
+    if (server.session == nullptr)
+        return true;
+    auto &events = server.session->events;
+    listen<&vantore_server::session_active, handle_session_active>(server, events.active);
+    listen<&vantore_server::session_destroy, handle_session_destroy>(server, events.destroy);
     return true;
 }
 
@@ -126,7 +143,7 @@ static uint32_t cursor_size_from_environment()
 {
     const char *text = getenv("XCURSOR_SIZE");
     const long size = text != nullptr ? strtol(text, nullptr, 10) : 0;
-    return size < 1 ? default_cursor_size : uint32_t(size);
+    return size < 1 ? default_cursor_size : uint32_t(std::min(size, largest_cursor_size));
 }
 
 static bool create_cursor(vantore_server &server)
@@ -246,6 +263,9 @@ void server_run(vantore_server &server)
 // Every listener of ours is detached before the object that it listens on dies: the library asserts that.
 void server_finish(vantore_server &server)
 {
+    // A second Ctrl-C has nothing left to end.
+    signal(SIGINT, SIG_IGN);
+    signal(SIGTERM, SIG_IGN);
     wlr_log(WLR_INFO, "vantore-comp: clean shutdown — tearing down");
     server.shutting_down = true;
     wl_display_destroy_clients(server.display);
@@ -255,7 +275,7 @@ void server_finish(vantore_server &server)
     wlr_allocator_destroy(server.allocator);
     wlr_renderer_destroy(server.renderer);
     unlisten(server.new_output);
-    unlisten(server.session_active);
+    forget_session(server);
     wlr_backend_destroy(server.backend);
     workspaces_destroy(server);
     globals_forget(server);

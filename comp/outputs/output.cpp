@@ -10,6 +10,7 @@
 #include "../ipc/broadcast.hpp"
 #include "../server.hpp"
 #include "../windows/layer.hpp"
+#include "../workspaces/arrange.hpp"
 #include "../workspaces/workspace.hpp"
 #include "output_mode.hpp"
 #include "pacing.hpp"
@@ -45,6 +46,11 @@ int outputs_enabled_count(vantore_server &server)
     return count;
 }
 
+const char *output_name(const struct wlr_output *wlr_output)
+{
+    return wlr_output->name != nullptr ? wlr_output->name : "?";
+}
+
 wlr_box output_layout_box(const vantore_output &o)
 {
     wlr_box box{};
@@ -67,6 +73,7 @@ static void output_destroy(vantore_output &o)
     delete &o;
     if (server.shutting_down)
         return;
+    arrange_all_layers(server);
     rehome_outputs(server);
     cursor_ensure_on_output(server);
     ipc_broadcast(server, VNT_EVENT_OUTPUTS);
@@ -77,8 +84,7 @@ static void output_destroy(vantore_output &o)
 static void output_request_state(vantore_output &o, const wlr_output_event_request_state *event)
 {
     wlr_output_commit_state(o.wlr_output, event->state);
-    if (o.wlr_output->enabled)
-        arrange_layers(o);
+    arrange_all_layers(*o.server);
     ipc_broadcast(*o.server, VNT_EVENT_OUTPUTS);
 }
 
@@ -116,15 +122,18 @@ static bool join_layout_and_scene(vantore_output &o)
 
 static void hand_workspace_to(vantore_output &o)
 {
-    if (vantore_workspace *ws = pick_workspace_for_output(*o.server, o.wlr_output, nullptr))
+    vantore_workspace *ws = pick_workspace_for_output(*o.server, o.wlr_output, nullptr);
+    if (ws != nullptr)
         ws_bind(*ws, o);
     refresh_workspace_visibility(*o.server);
+    arrange_workspace(ws); // its windows may come from an output that lay elsewhere
 }
 
 void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
 {
     if (!wlr_output_init_render(wlr_output, server.allocator, server.renderer)) {
-        wlr_log(WLR_ERROR, "vantore-comp: output %s can't be rendered to and stays dark", wlr_output->name);
+        wlr_log(WLR_ERROR, "vantore-comp: output %s can't be rendered to and stays dark",
+                output_name(wlr_output));
         return;
     }
     light_up(wlr_output);
@@ -136,12 +145,13 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
     wl_list_insert(&server.outputs, &o->link);
     if (!join_layout_and_scene(*o)) {
         wlr_log(WLR_ERROR, "vantore-comp: output %s finds no place in the layout and stays dark",
-                wlr_output->name);
+                output_name(wlr_output));
         output_destroy(*o);
         return;
     }
+    arrange_all_layers(server);
     hand_workspace_to(*o);
-    wlr_log(WLR_INFO, "output %s online", wlr_output->name);
+    wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));
     ipc_broadcast(server, VNT_EVENT_OUTPUTS);
 }
 

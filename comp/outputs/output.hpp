@@ -25,6 +25,9 @@ vantore_output *output_by_name(vantore_server &server, std::string_view name);
 vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_output);
 int outputs_enabled_count(vantore_server &server);
 
+// For messages: never null.
+const char *output_name(const struct wlr_output *wlr_output);
+
 // The whole output in layout coordinates; all zero when it is not in the layout.
 wlr_box output_layout_box(const vantore_output &o);
 

@@ -2,6 +2,7 @@
 
 #include "../config/settings.hpp"
 #include "../handles.hpp"
+#include "output.hpp"
 
 static constexpr int fallback_width = 1280;
 static constexpr int fallback_height = 720;
@@ -42,6 +43,5 @@ void vrr_apply_output(wlr_output *output)
     output_state state;
     wlr_output_state_set_adaptive_sync_enabled(&state, true);
     if (!wlr_output_commit_state(output, &state))
-        wlr_log(WLR_INFO, "adaptive sync on not accepted on %s",
-                output->name != nullptr ? output->name : "?");
+        wlr_log(WLR_INFO, "adaptive sync on not accepted on %s", output_name(output));
 }

@@ -7,8 +7,7 @@
 
 static void show_again(vantore_output &o)
 {
-    if (o.wlr_output->enabled)
-        arrange_layers(o);
+    arrange_layers(o);
     wlr_output_schedule_frame(o.wlr_output);
 }
 

@@ -6,8 +6,19 @@
 
 void arrange_layers(vantore_output &o)
 {
-    o.usable = output_layout_box(o);
+    if (!o.wlr_output->enabled)
+        return;
+    const wlr_box usable = output_layout_box(o);
+    if (wlr_box_equal(&usable, &o.usable))
+        return;
+    o.usable = usable;
     arrange_workspace(o.current_ws);
+}
+
+void arrange_all_layers(vantore_server &server)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        arrange_layers(o);
 }
 
 wlr_box output_usable_at(vantore_server &server, double lx, double ly)

@@ -7,6 +7,8 @@
 #include "placement.hpp"
 #include "toplevel.hpp"
 
+#include <algorithm>
+
 wlr_box default_float_box(const vantore_toplevel &t)
 {
     const vantore_workspace *ws = t.workspace;
@@ -35,7 +37,7 @@ static void maximize(vantore_toplevel &t)
     if (usable.width == 0)
         return;
     const int bar = titlebar_of(t);
-    move_and_resize(t, {usable.x, usable.y + bar, usable.width, usable.height - bar});
+    move_and_resize(t, {usable.x, usable.y + bar, usable.width, std::max(usable.height - bar, 1)});
     t.maximized = true;
 }
 

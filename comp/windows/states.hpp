@@ -6,7 +6,8 @@
 
 // Maximizes into the usable box of the output under the cursor, which need not be the output of the
 // window's workspace, or returns to saved_geo. Without an output under the cursor only saved_geo changes.
-// The window must be mapped.
+// The surface must be initialized; a window that is not mapped yet has no size to return to and takes the
+// default box.
 void toplevel_toggle_maximize(vantore_toplevel &t);
 
 // The default floating box on the output of the window's workspace or, without one, on the output under the

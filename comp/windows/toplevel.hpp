@@ -11,7 +11,7 @@ struct vantore_toplevel {
     vantore_server *server = nullptr;
     uint32_t id = 0; // from 1, never reused
     wlr_xdg_toplevel *xdg_toplevel = nullptr;
-    // Owned by the surface. Its position is the layout position of the content's top left corner, so a
+    // Its position is the layout position of the content's top left corner, so a
     // title bar lies above it.
     wlr_scene_tree *scene_tree = nullptr;
     bool maximized = false;

@@ -116,6 +116,9 @@ static void xdg_toplevel_destroy(vantore_toplevel &t)
 {
     vantore_server &server = *t.server;
     vantore_workspace *ws = t.workspace;
+    // The scene would keep the tree as long as the xdg_surface, which may get another role object.
+    t.xdg_toplevel->base->data = nullptr;
+    wlr_scene_node_destroy(&t.scene_tree->node);
     delete &t;
     arrange_workspace(ws);
     memory_note_window_gone(server);

@@ -12,12 +12,23 @@ static void raise_to_top(vantore_toplevel &t)
 }
 
 // Works on the surface, so it reaches a window that is in no list any more. A surface that was unmapped
-// is uninitialized and must not be sent a configure.
+// must not be sent a configure before its client commits again; the next one is to say the truth.
 static void deactivate(wlr_surface *surface)
 {
     wlr_xdg_toplevel *xdg = wlr_xdg_toplevel_try_from_wlr_surface(surface);
-    if (xdg != nullptr && xdg->base->initialized)
+    if (xdg == nullptr)
+        return;
+    if (xdg->base->initialized)
         wlr_xdg_toplevel_set_activated(xdg, false);
+    else
+        xdg->scheduled.activated = false;
+}
+
+// A surface keeps the keyboard while its window dies; a new window of the same surface does not know of it.
+static void activate_if_new(vantore_toplevel &t)
+{
+    if (!t.xdg_toplevel->scheduled.activated)
+        tl_set_activated(t, true);
 }
 
 static void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
@@ -40,8 +51,10 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
         raise_to_top(*t);
     wlr_surface *surface = tl_surface(*t);
     wlr_surface *previous = server.seat->keyboard_state.focused_surface;
-    if (previous == surface)
+    if (previous == surface) {
+        activate_if_new(*t);
         return;
+    }
     if (previous != nullptr)
         deactivate(previous);
     tl_set_activated(*t, true);

@@ -7,7 +7,6 @@
 #include "outputs/rehome.hpp"
 #include "session/state_files.hpp"
 #include "startup.hpp"
-#include "windows/layer.hpp"
 
 #include <fstream>
 #include <random>
@@ -29,6 +28,16 @@ static int wanted_width(const wlr_output_state &state)
 
 struct outputs : desktop {
     void unplug(const std::string &name) { test::unplug(test::made_up(output(name).wlr_output)); }
+
+    // As the window of a nested session is resized.
+    static void resize(test::made_up_output &made, int width, int height)
+    {
+        wlr_output_state state{};
+        wlr_output_state_init(&state);
+        wlr_output_state_set_custom_mode(&state, width, height, 0);
+        wlr_output_send_request_state(&made.base, &state);
+        wlr_output_state_finish(&state);
+    }
 
     std::vector<std::string> outputs_file()
     {
@@ -291,9 +300,38 @@ TEST_F(outputs, windows_left_outside_are_brought_onto_the_output_that_takes_thei
     plug("C", 640, 480);
     plug("E", 100, 100); // workspace 2, at 640,0: the window lies outside
     EXPECT_EQ(workspace(2).output, &output("E"));
-    arrange_layers(output("E"));
     EXPECT_EQ(toplevel_box(record(w)), (wlr_box{640, 0, 400, 300}));
     EXPECT_EQ(record(w).float_geo, (wlr_box{640, 0, 400, 300}));
+}
+
+TEST_F(outputs, windows_follow_their_output_when_a_neighbour_goes_and_it_moves)
+{
+    plug("A", 800, 600);
+    plug("B", 1000, 700);
+    wlr_cursor_warp(server.cursor, nullptr, 1300, 350);
+    test::window &w = map("w", {400, 300});
+    unplug("A");
+    EXPECT_EQ(output("B").usable, (wlr_box{0, 0, 1000, 700}));
+    EXPECT_EQ(toplevel_box(record(w)), (wlr_box{300, 200, 400, 300}));
+}
+
+TEST_F(outputs, move_when_the_backend_resizes_their_neighbour)
+{
+    auto &made = plug("A", 800, 600);
+    plug("B", 1000, 700);
+    resize(made, 1200, 600);
+    EXPECT_EQ(output("A").usable, (wlr_box{0, 0, 1200, 600}));
+    EXPECT_EQ(output("B").usable, (wlr_box{1200, 0, 1000, 700}));
+}
+
+TEST_F(outputs, that_accept_nothing_survive_power_changes_and_a_return_of_the_session)
+{
+    auto &made = plug({.name = "A", .accepts = [](const wlr_output_state &) { return false; }});
+    set_dpms(server, false);
+    set_dpms(server, true);
+    settle();
+    EXPECT_FALSE(made.base.enabled);
+    EXPECT_EQ(made.commits, 0);
 }
 
 // --- the pointer -------------------------------------------------------------------------------------
@@ -358,6 +396,15 @@ TEST_F(pointer_on_outputs, prefers_the_middle_of_the_usable_area)
     EXPECT_EQ(pointer(), (at{1300, 400}));
 }
 
+TEST_F(pointer_on_outputs, goes_to_the_middle_of_an_output_without_a_usable_area)
+{
+    output("B").usable = {};
+    wlr_cursor_warp(server.cursor, nullptr, 2100, 100);
+    disable("C");
+    cursor_ensure_on_output(server);
+    EXPECT_EQ(pointer(), (at{1300, 350}));
+}
+
 TEST_F(pointer_on_outputs, stays_where_it_is_when_every_output_is_disabled)
 {
     wlr_cursor_warp(server.cursor, nullptr, 2100, 100);
@@ -397,11 +444,7 @@ TEST_F(outputs, take_the_size_that_their_backend_asks_for)
 {
     auto &made = plug("A", 800, 600);
     (void)heard();
-    wlr_output_state state{};
-    wlr_output_state_init(&state);
-    wlr_output_state_set_custom_mode(&state, 1111, 777, 0);
-    wlr_output_send_request_state(&made.base, &state);
-    wlr_output_state_finish(&state);
+    resize(made, 1111, 777);
     EXPECT_EQ(output("A").usable, (wlr_box{0, 0, 1111, 777}));
     EXPECT_THAT(heard(), ElementsAre(VNT_EVENT_OUTPUTS));
 }
@@ -476,13 +519,11 @@ struct login_session : outputs {
     {
         outputs::SetUp();
         wl_signal_init(&session.events.active);
+        wl_signal_init(&session.events.destroy);
         server.session = &session;
-        listen<&vantore_server::session_active, handle_session_active>(server, session.events.active);
-    }
-    void TearDown() override
-    {
-        unlisten(server.session_active);
-        outputs::TearDown();
+        for (const startup_step &step : startup_steps())
+            if (step.name == "login session")
+                step.run(server);
     }
     void switch_to(bool ours)
     {
@@ -503,6 +544,34 @@ TEST_F(login_session, returns_with_its_outputs_lit)
     EXPECT_EQ(output("A").wlr_output->width, 1024);
     EXPECT_TRUE(output("B").wlr_output->enabled);
     EVENTUALLY_EQ(pixel("A", 5, 5), 0xff0f121aU);
+}
+
+TEST_F(login_session, lights_an_output_without_a_mode_in_its_preferred_one)
+{
+    auto &made = plug({.name = "A", .modes = {{.width = 1024, .height = 768, .preferred = true}}});
+    resize(made, 640, 480);
+    ASSERT_EQ(made.base.current_mode, nullptr);
+    switch_to(true);
+    EXPECT_EQ(made.base.width, 1024);
+}
+
+TEST_F(login_session, ends_the_compositor_when_the_seat_daemon_hangs_up)
+{
+    plug("A", 800, 600);
+    auto *hang_up = wl_event_loop_add_timer(
+        wl_display_get_event_loop(server.display),
+        [](void *data) {
+            wl_signal_emit_mutable(&static_cast<wlr_session *>(data)->events.destroy, nullptr);
+            return 0;
+        },
+        &session);
+    wl_event_source_timer_update(hang_up, 1);
+    server_run(server);
+    wl_event_source_remove(hang_up);
+    EXPECT_EQ(server.session, nullptr);
+    EXPECT_TRUE(wl_list_empty(&session.events.active.listener_list));
+    EXPECT_TRUE(wl_list_empty(&session.events.destroy.listener_list));
+    EXPECT_THAT(world.log(), HasSubstr("vantore-comp: the login session has gone, ending\n"));
 }
 
 TEST_F(login_session, does_nothing_on_leaving)

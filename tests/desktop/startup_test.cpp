@@ -4,6 +4,7 @@
 
 #include "config/settings.hpp"
 #include "graphics.hpp"
+#include "scene_graph.hpp"
 #include "support/desktop.hpp"
 
 #include <csignal>
@@ -101,9 +102,25 @@ static std::vector<float> color_of(const wlr_scene_rect *rect)
     return {rect->color, rect->color + 4};
 }
 
-TEST_F(desktop, colours_its_hints_and_gives_the_snap_preview_the_accent)
+TEST(scene_graph, colours_its_hints)
 {
-    EXPECT_THAT(color_of(server.drag_hint), ElementsAre(0.3F, 0.55F, 0.95F, 0.35F));
+    vantore_server bare;
+    bare.scene = wlr_scene_create();
+    ASSERT_TRUE(scene_graph_create(bare));
+    EXPECT_THAT(color_of(bare.drag_hint), ElementsAre(0.3F, 0.55F, 0.95F, 0.35F));
+    EXPECT_THAT(color_of(bare.snap_preview), ElementsAre(0.3F, 0.55F, 0.95F, 0.18F));
+    g_accent_set = false;
+    g_accent = {1, 0, 0, 1};
+    scene_graph_apply_accent(bare);
+    EXPECT_THAT(color_of(bare.snap_preview), ElementsAre(0.3F, 0.55F, 0.95F, 0.18F));
+    g_accent_set = true;
+    scene_graph_apply_accent(bare);
+    EXPECT_THAT(color_of(bare.snap_preview), ElementsAre(1, 0, 0, 0.18F));
+    wlr_scene_node_destroy(&bare.scene->tree.node);
+}
+
+TEST_F(desktop, gives_the_snap_preview_the_accent)
+{
     EXPECT_THAT(color_of(server.snap_preview), ElementsAre(76 / 255.0F, 191 / 255.0F, 115 / 255.0F, 0.18F));
 }
 
@@ -140,9 +157,12 @@ TEST_F(desktop, has_nine_workspaces_named_by_number)
 TEST_F(unstarted_desktop, safe_graphics_on_the_kernel_command_line_turns_effects_off)
 {
     world.kernel_command_line("quiet splash vantore.safe=1 ro");
+    unsetenv("WLR_RENDERER_ALLOW_SOFTWARE");
+    g_soft_render = false;
+    safe_graphics_detect();
+    EXPECT_TRUE(g_soft_render); // before anybody asks for the renderer's device
     start();
     EXPECT_TRUE(g_safe_graphics);
-    EXPECT_TRUE(g_soft_render);
     EXPECT_EQ(environment("WLR_RENDERER_ALLOW_SOFTWARE"), "1");
     EXPECT_EQ(environment("LIBGL_ALWAYS_SOFTWARE"), "1");
     EXPECT_EQ(environment("VANTORE_REDUCED_MOTION"), "1");
@@ -242,24 +262,29 @@ INSTANTIATE_TEST_SUITE_P(all, cursor_size,
                          testing::Values(cursor_size_case{nullptr, 24}, cursor_size_case{"48", 48},
                                          cursor_size_case{"0", 24}, cursor_size_case{"-3", 24},
                                          cursor_size_case{"large", 24}, cursor_size_case{"", 24},
-                                         cursor_size_case{"32px", 32}));
+                                         cursor_size_case{"32px", 32},
+                                         cursor_size_case{"4294967296", 1024}));
 
 // --- what programs find ------------------------------------------------------------------------------
 
 TEST_F(unstarted_desktop, the_environment_names_the_session_and_keeps_what_the_login_chose)
 {
     setenv("XDG_CURRENT_DESKTOP", "Mine", 1);
+    setenv("GNOME_DESKTOP_SESSION_ID", "mine too", 1);
+    setenv("XDG_SESSION_TYPE", "tty", 1);
     setenv("WAYLAND_DISPLAY", "somebody-elses", 1);
     start();
     EXPECT_EQ(environment("XDG_CURRENT_DESKTOP"), "Mine");
+    EXPECT_EQ(environment("GNOME_DESKTOP_SESSION_ID"), "mine too");
+    EXPECT_EQ(environment("XDG_SESSION_TYPE"), "tty");
     EXPECT_EQ(environment("WAYLAND_DISPLAY"), "wayland-0");
-    EXPECT_EQ(environment("GNOME_DESKTOP_SESSION_ID"), "this-is-deprecated");
-    EXPECT_EQ(environment("XDG_SESSION_TYPE"), "wayland");
 }
 
 TEST_F(desktop, the_environment_is_filled_where_it_was_empty)
 {
     EXPECT_EQ(environment("XDG_CURRENT_DESKTOP"), "Vantore:GNOME");
+    EXPECT_EQ(environment("GNOME_DESKTOP_SESSION_ID"), "this-is-deprecated");
+    EXPECT_EQ(environment("XDG_SESSION_TYPE"), "wayland");
 }
 
 TEST_F(desktop, the_session_bus_is_told_of_the_display)
@@ -303,6 +328,15 @@ TEST_F(desktop, a_signal_that_comes_before_the_loop_ends_it_at_once)
     server_run(server);
     finish();
     EXPECT_THAT(world.log(), HasSubstr("vantore-comp: clean shutdown — tearing down\n"));
+}
+
+TEST_F(desktop, a_second_signal_finds_nothing_left_to_end)
+{
+    raise(SIGTERM);
+    server_run(server);
+    finish();
+    raise(SIGTERM);
+    raise(SIGINT);
 }
 
 class ending_signal : public desktop, public testing::WithParamInterface<int> {};

@@ -157,6 +157,33 @@ TEST_F(desk, a_window_on_a_workspace_that_is_not_shown_takes_no_focus)
     EXPECT_FALSE(hidden.has(test::ACTIVATED));
 }
 
+TEST_F(desktop, a_fixed_size_dialog_is_centred_on_the_cursors_output_and_brought_to_that_of_its_workspace)
+{
+    for (int i = 1; i <= 10; i++)
+        plug("out" + std::to_string(i), 640, 480);
+    ASSERT_EQ(output("out10").current_ws, nullptr);
+    wlr_cursor_warp(server.cursor, nullptr, 640 * 9 + 10, 10);
+    test::window &dialog = connect().create_window("dialog");
+    dialog.preferred = {300, 200};
+    dialog.min_size({300, 200});
+    dialog.max_size({300, 200});
+    map(dialog);
+    EXPECT_TRUE(record(dialog).floating);
+    EXPECT_EQ(record(dialog).workspace, &workspace(1));
+    EXPECT_EQ(toplevel_box(record(dialog)), (wlr_box{170, 140, 300, 200}));
+}
+
+TEST_F(desktop, a_window_on_the_cursors_output_may_belong_to_a_workspace_elsewhere)
+{
+    for (int i = 1; i <= 10; i++)
+        plug("out" + std::to_string(i), 640, 480);
+    wlr_cursor_warp(server.cursor, nullptr, 640 * 8 + 630, 10); // near the edge of out9
+    output("out9").usable = {640 * 8 + 320, 0, 640, 480}; // a window centred in it overlaps out10
+    test::window &w = map("w", {400, 200});
+    EXPECT_EQ(record(w).workspace, &workspace(9));
+    EXPECT_EQ(toplevel_box(record(w)), (wlr_box{640 * 8 + 440, 140, 400, 200}));
+}
+
 // --- focus -------------------------------------------------------------------------------------------
 
 TEST_F(desk, the_keyboard_goes_to_the_newest_window_and_back_to_the_next_when_it_goes)
@@ -258,6 +285,31 @@ TEST_F(desk, only_the_role_of_a_window_may_die_and_its_surface_live_on)
     map("next");
 }
 
+TEST_F(desk, a_surface_may_become_a_window_again_and_is_shown_once)
+{
+    test::window &w = map("w");
+    w.destroy_toplevel();
+    EVENTUALLY(wl_list_empty(&workspace(1).toplevels));
+    w.create_toplevel();
+    w.unmap(); // the first commit of the new role must not show anything
+    EVENTUALLY(find_record(w) != nullptr);
+    settle();
+    EXPECT_EQ(record(w).id, 2U);
+    EXPECT_EQ(wl_list_length(&workspace(1).tree->children), 1);
+    EXPECT_TRUE(wl_list_empty(&workspace(2).tree->children));
+}
+
+TEST_F(desk, a_window_that_was_unmapped_in_focus_is_not_active_when_it_comes_back_unseen)
+{
+    test::window &w = map("w");
+    w.unmap();
+    settle();
+    map("other");
+    test::unplug(test::made_up(output("A").wlr_output));
+    map(w);
+    EXPECT_FALSE(w.has(test::ACTIVATED));
+}
+
 // --- requests ----------------------------------------------------------------------------------------
 
 TEST_F(desk, a_window_maximizes_into_the_usable_area_and_returns)
@@ -277,6 +329,31 @@ TEST_F(desk, a_maximized_window_with_a_title_bar_leaves_room_for_it)
     record(w).ssd = true;
     w.request_maximize();
     EVENTUALLY_EQ(toplevel_box(record(w)), (wlr_box{0, 30, 1920, 1050}));
+}
+
+TEST_F(desk, a_title_bar_never_leaves_a_maximized_window_without_a_size)
+{
+    test::window &w = map("w", {640, 480});
+    record(w).ssd = true;
+    output("A").usable = {0, 0, 200, 20};
+    w.request_maximize();
+    EVENTUALLY_EQ(w.last().size(), (size{200, 1}));
+}
+
+TEST_F(desk, a_window_may_be_maximized_between_its_first_configure_and_its_first_frame)
+{
+    test::window &w = connect().create_window("w");
+    w.auto_draw = false;
+    w.open();
+    EVENTUALLY_EQ(w.configure_count(), 1);
+    w.request_maximize();
+    EVENTUALLY(w.has(test::MAXIMIZED));
+    w.draw(w.last().size(), 0xff00ff00);
+    EVENTUALLY(find_record(w) != nullptr);
+    EXPECT_EQ(toplevel_box(record(w)), (wlr_box{0, 0, 1920, 1080}));
+    w.auto_draw = true;
+    w.request_unmaximize();
+    EVENTUALLY_EQ(toplevel_box(record(w)), (wlr_box{384, 216, 1152, 648}));
 }
 
 TEST_F(desk, every_maximize_request_is_answered_also_when_nothing_changes)

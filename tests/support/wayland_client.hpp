@@ -79,6 +79,7 @@ public:
     // Attaches a new solid buffer and commits.
     void draw(test::size s, uint32_t argb);
     void unmap(); // attaches nothing and commits
+    void destroy_toplevel();
     void destroy_role(); // toplevel and xdg_surface
     void destroy(); // everything
 

@@ -205,11 +205,16 @@ void window::unmap()
     unmapped_at = owned_by->roundtrip_begin();
 }
 
+void window::destroy_toplevel()
+{
+    if (toplevel != nullptr)
+        xdg_toplevel_destroy(std::exchange(toplevel, nullptr));
+}
+
 void window::destroy_role()
 {
     opened = false;
-    if (toplevel != nullptr)
-        xdg_toplevel_destroy(std::exchange(toplevel, nullptr));
+    destroy_toplevel();
     if (role != nullptr)
         xdg_surface_destroy(std::exchange(role, nullptr));
 }
