@@ -1,0 +1,95 @@
+"""Checks many files side by side, and skips those that passed before with the same contents."""
+
+import hashlib
+import json
+import os
+import re
+import shlex
+import subprocess
+from concurrent.futures import ThreadPoolExecutor
+from dataclasses import dataclass
+from pathlib import Path
+
+PROJECT = Path(__file__).resolve().parent.parent
+INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
+
+
+@dataclass
+class Check:
+    file: Path
+    command: list[str]
+    directory: Path
+
+
+def compile_commands(build):
+    """The project's own sources with their compiler's arguments: {source: (arguments, directory)}."""
+    database = json.loads(Path(build, "compile_commands.json").read_text())
+    commands = {}
+    for entry in database:
+        directory = Path(entry["directory"])
+        source = (directory / entry["file"]).resolve()
+        if source.is_relative_to(PROJECT) and not source.is_relative_to(PROJECT / "build"):
+            commands[source] = (shlex.split(entry["command"]), directory)
+    return commands
+
+
+def project_includes(file, folders=()):
+    """The project's files that a file includes by a quoted name, in their order."""
+    found = []
+    for name in INCLUDE.findall(file.read_text()):
+        places = (folder / name for folder in (file.parent, *folders))
+        found += [p.resolve() for p in places if p.is_file()][:1]
+    return [path for path in found if path.is_relative_to(PROJECT)]
+
+
+def _include_folders(check):
+    names = [argument[2:] for argument in check.command if argument.startswith("-I")]
+    return [check.directory / name for name in names] + [PROJECT / "comp", PROJECT / "tests"]
+
+
+def _files_read(check):
+    folders = _include_folders(check)
+    seen, unread = {check.file}, [check.file]
+    while unread:
+        new = set(project_includes(unread.pop(), folders)) - seen
+        seen |= new
+        unread += new
+    return sorted(seen)
+
+
+def _fingerprint(check, common):
+    digest = hashlib.sha256(common)
+    digest.update("\0".join(check.command).encode())
+    for file in _files_read(check):
+        digest.update(str(file).encode() + b"\0" + file.read_bytes())
+    return digest.hexdigest()
+
+
+def _passes(check):
+    result = subprocess.run(check.command, cwd=check.directory, text=True, stdin=subprocess.DEVNULL,
+                            stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+    if result.returncode != 0:
+        # clang-tidy tells findings on stdout, and only counts them on stderr.
+        print(result.stdout or result.stderr, end="", flush=True)
+    return result.returncode == 0
+
+
+def run(checks, store, common=b""):
+    """Runs the checks and says whether all pass. `common` is what else a result depends on. `store` is a
+    directory that remembers, by the contents that were read, what passed."""
+    store.mkdir(parents=True, exist_ok=True)
+    marks = {_fingerprint(check, common): check for check in checks}
+    for old in store.iterdir():
+        if old.name not in marks:
+            old.unlink()
+
+    def passes(mark):
+        if (store / mark).exists():
+            return True
+        if not _passes(marks[mark]):
+            return False
+        (store / mark).touch()
+        return True
+
+    with ThreadPoolExecutor(os.cpu_count()) as pool:
+        return all(list(pool.map(passes, marks)))
