@@ -1,5 +1,5 @@
-// The least that a compositor on the same libraries can do: windows in a scene, one workspace, no policy. What it
-// costs is what nobody can avoid; the benchmarks measure the compositor against it.
+// The least that a compositor on the same libraries can do: windows in a scene, one workspace, no policy.
+// What it costs is what nobody can avoid; the benchmarks measure the compositor against it.
 
 #include "records.hpp"
 #include "wlr.hpp"
@@ -8,7 +8,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace {
+namespace
+{
 
 struct bare_server {
     wl_display *display = nullptr;

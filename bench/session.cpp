@@ -1,5 +1,5 @@
-// What a session costs: starting, mapping and closing windows among many, memory, and doing nothing. Each program is
-// a child process; its CPU time is read from the kernel, so a busy machine disturbs little.
+// What a session costs: starting, mapping and closing windows among many, memory, and doing nothing. Each
+// program is a child process; its CPU time is read from the kernel, so a busy machine disturbs little.
 
 #include "support/process.hpp"
 #include "support/wayland_client.hpp"
@@ -20,7 +20,8 @@
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
-namespace {
+namespace
+{
 
 // --- what the kernel knows of a process --------------------------------------------------------------
 
@@ -57,7 +58,8 @@ long context_switches(pid_t pid)
 
 // --- a program under measurement and its client ------------------------------------------------------
 
-class subject {
+class subject
+{
 public:
     explicit subject(const char *binary)
         : program({"env", std::string{"LD_PRELOAD="} + getenv("VANTORE_TEST_PRELOAD"), binary},

@@ -79,7 +79,7 @@ bool globals_create_seat(vantore_server &server)
         return false;
     auto &events = server.seat->events;
     listen<&vantore_server::request_set_selection, seat_request_set_selection>(server,
-                                                                              events.request_set_selection);
+                                                                               events.request_set_selection);
     listen<&vantore_server::request_set_primary_selection, seat_request_set_primary_selection>(
         server, events.request_set_primary_selection);
     listen<&vantore_server::request_start_drag, seat_request_start_drag>(server, events.request_start_drag);

@@ -23,8 +23,7 @@ void memory_note_window_gone(vantore_server &server)
     if (server.shutting_down || ++g_windows_gone < windows_worth_a_trim)
         return;
     if (g_trim_timer == nullptr)
-        g_trim_timer.reset(
-            wl_event_loop_add_timer(wl_display_get_event_loop(server.display), trim, nullptr));
+        g_trim_timer.reset(wl_event_loop_add_timer(wl_display_get_event_loop(server.display), trim, nullptr));
     if (g_trim_timer != nullptr)
         wl_event_source_timer_update(g_trim_timer.get(), trim_delay_ms);
 }

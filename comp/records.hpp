@@ -94,7 +94,8 @@ inline void move_to_back(wl_list &head, list_link &link)
 
 // for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
 // The body may remove the current element from the list, and no other.
-template <auto Link> class each {
+template <auto Link> class each
+{
 public:
     explicit each(wl_list &list) : head(&list) {}
 

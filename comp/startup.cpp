@@ -217,18 +217,14 @@ static constexpr startup_step steps[]{
     {"presentation time", [](vantore_server &server) { return globals_create_presentation(server), true; }},
     {"accent", [](vantore_server &server) { return scene_graph_apply_accent(server), true; }},
     {"workspaces",
-     [](vantore_server &server) {
-         return workspaces_create(server) || made(nullptr, "workspaces");
-     }},
+     [](vantore_server &server) { return workspaces_create(server) || made(nullptr, "workspaces"); }},
     {"outputs",
      [](vantore_server &server) {
          listen<&vantore_server::new_output, server_new_output>(server, server.backend->events.new_output);
          return true;
      }},
     {"xdg shell",
-     [](vantore_server &server) {
-         return globals_create_xdg_shell(server) || made(nullptr, "xdg shell");
-     }},
+     [](vantore_server &server) { return globals_create_xdg_shell(server) || made(nullptr, "xdg shell"); }},
     {"cursor", create_cursor},
     {"seat", [](vantore_server &server) { return globals_create_seat(server) || made(nullptr, "seat"); }},
     {"last globals", [](vantore_server &server) { return globals_create_last(server), true; }},

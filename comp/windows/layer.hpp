@@ -4,8 +4,8 @@
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
-// Works out the output's usable box again, in layout coordinates, and arranges its workspace where the box has
-// changed. Does nothing for a disabled output.
+// Works out the output's usable box again, in layout coordinates, and arranges its workspace where the box
+// has changed. Does nothing for a disabled output.
 void arrange_layers(vantore_output &o);
 
 // The same for every output: one that comes, goes or changes its size moves its neighbours.

@@ -53,7 +53,8 @@ struct outputs : desktop {
 
 TEST_F(outputs, come_up_in_their_preferred_mode)
 {
-    plug({.name = "A", .modes = {{.width = 1024, .height = 768}, {.width = 1920, .height = 1080, .preferred = true}}});
+    plug({.name = "A",
+          .modes = {{.width = 1024, .height = 768}, {.width = 1920, .height = 1080, .preferred = true}}});
     EXPECT_TRUE(output("A").wlr_output->enabled);
     EXPECT_EQ(output("A").usable, (wlr_box{0, 0, 1920, 1080}));
 }
@@ -71,15 +72,15 @@ TEST_F(outputs, that_refuse_the_preferred_mode_take_the_first_of_the_others_that
 
 TEST_F(outputs, that_refuse_every_mode_get_a_custom_one_of_their_present_size)
 {
-    const auto &made = plug(
-        {.name = "A",
-         .width = 1000,
-         .height = 700,
-         .modes = {{.width = 3840, .height = 2160, .preferred = true}, {.width = 1024, .height = 768}},
-         .accepts = [](const wlr_output_state &state) {
-             return (state.committed & WLR_OUTPUT_STATE_MODE) == 0 ||
-                    state.mode_type == WLR_OUTPUT_STATE_MODE_CUSTOM;
-         }});
+    const auto &made =
+        plug({.name = "A",
+              .width = 1000,
+              .height = 700,
+              .modes = {{.width = 3840, .height = 2160, .preferred = true}, {.width = 1024, .height = 768}},
+              .accepts = [](const wlr_output_state &state) {
+                  return (state.committed & WLR_OUTPUT_STATE_MODE) == 0 ||
+                         state.mode_type == WLR_OUTPUT_STATE_MODE_CUSTOM;
+              }});
     EXPECT_EQ(made.base.width, 1000);
     EXPECT_EQ(made.base.height, 700);
     EXPECT_TRUE(made.base.enabled);
@@ -116,9 +117,10 @@ TEST_F(outputs, get_adaptive_sync_where_it_is_asked_for)
 TEST_F(outputs, that_refuse_adaptive_sync_go_on_without_it)
 {
     g_vrr = true;
-    const auto &made = plug({.name = "A", .width = 800, .height = 600, .accepts = [](const wlr_output_state &s) {
-                                 return (s.committed & WLR_OUTPUT_STATE_ADAPTIVE_SYNC_ENABLED) == 0;
-                             }});
+    const auto &made =
+        plug({.name = "A", .width = 800, .height = 600, .accepts = [](const wlr_output_state &s) {
+                  return (s.committed & WLR_OUTPUT_STATE_ADAPTIVE_SYNC_ENABLED) == 0;
+              }});
     EXPECT_FALSE(made.adaptive_sync);
     EXPECT_TRUE(made.base.enabled);
     EXPECT_THAT(world.log(), HasSubstr("adaptive sync on not accepted on A\n"));
@@ -608,7 +610,10 @@ TEST_F(outputs, take_gamma_tables)
 
 TEST_F(outputs, that_refuse_a_gamma_table_tell_its_client)
 {
-    auto &made = plug({.name = "A", .width = 800, .height = 600, .gamma_size = 256,
+    auto &made = plug({.name = "A",
+                       .width = 800,
+                       .height = 600,
+                       .gamma_size = 256,
                        .accepts = [](const wlr_output_state &s) {
                            return (s.committed & WLR_OUTPUT_STATE_COLOR_TRANSFORM) == 0;
                        }});
@@ -665,7 +670,9 @@ TEST_F(outputs, may_die_in_the_middle_of_a_frame_that_a_client_waits_for)
     EVENTUALLY_EQ(w.frames(), 1);
 }
 
-class any_order : public outputs, public testing::WithParamInterface<std::vector<std::string>> {};
+class any_order : public outputs, public testing::WithParamInterface<std::vector<std::string>>
+{
+};
 
 TEST_P(any_order, of_unplugging_and_plugging_keeps_every_window)
 {
@@ -688,10 +695,8 @@ TEST_P(any_order, of_unplugging_and_plugging_keeps_every_window)
         EVENTUALLY(!w->outputs().empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(all, any_order,
-                         testing::Values(std::vector<std::string>{"A", "B", "C"},
-                                         std::vector<std::string>{"A", "C", "B"},
-                                         std::vector<std::string>{"B", "A", "C"},
-                                         std::vector<std::string>{"B", "C", "A"},
-                                         std::vector<std::string>{"C", "A", "B"},
-                                         std::vector<std::string>{"C", "B", "A"}));
+INSTANTIATE_TEST_SUITE_P(
+    all, any_order,
+    testing::Values(std::vector<std::string>{"A", "B", "C"}, std::vector<std::string>{"A", "C", "B"},
+                    std::vector<std::string>{"B", "A", "C"}, std::vector<std::string>{"B", "C", "A"},
+                    std::vector<std::string>{"C", "A", "B"}, std::vector<std::string>{"C", "B", "A"}));

@@ -168,7 +168,9 @@ struct random_session : test::desktop {
     std::vector<test::window *> windows;
 };
 
-class random_operations : public random_session, public testing::WithParamInterface<unsigned> {};
+class random_operations : public random_session, public testing::WithParamInterface<unsigned>
+{
+};
 
 TEST_P(random_operations, break_no_invariant)
 {

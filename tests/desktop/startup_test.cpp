@@ -32,13 +32,12 @@ TEST(startup_table, names_its_steps_in_order)
     std::vector<std::string_view> names;
     for (const startup_step &step : startup_steps())
         names.push_back(step.name);
-    EXPECT_THAT(names,
-                ElementsAre("log", "single-instance state", "display", "signals", "safe graphics", "backend",
-                            "headless backend", "login session", "renderer", "render node", "allocator",
-                            "first globals", "explicit sync", "scene", "scene graph", "configuration",
-                            "reduced motion", "presentation time", "accent", "workspaces", "outputs",
-                            "xdg shell", "cursor", "seat", "last globals", "socket and backend",
-                            "announcement"));
+    EXPECT_THAT(names, ElementsAre("log", "single-instance state", "display", "signals", "safe graphics",
+                                   "backend", "headless backend", "login session", "renderer", "render node",
+                                   "allocator", "first globals", "explicit sync", "scene", "scene graph",
+                                   "configuration", "reduced motion", "presentation time", "accent",
+                                   "workspaces", "outputs", "xdg shell", "cursor", "seat", "last globals",
+                                   "socket and backend", "announcement"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)
@@ -72,10 +71,10 @@ TEST(linkage, takes_the_scene_from_the_library_with_effects)
 TEST_F(desktop, stacks_its_eleven_scene_nodes_in_order)
 {
     const std::vector<wlr_scene_node *> expected{
-        &server.layers[0]->node,       &server.layers[1]->node,    &server.toplevel_tree->node,
-        &server.drag_hint->node,       &server.layers[2]->node,    &server.fullscreen_tree->node,
-        &server.layers[3]->node,       &server.snap_preview->node, &server.unmanaged->node,
-        &server.lock_tree->node,       &server.drag_icon_tree->node,
+        &server.layers[0]->node, &server.layers[1]->node,      &server.toplevel_tree->node,
+        &server.drag_hint->node, &server.layers[2]->node,      &server.fullscreen_tree->node,
+        &server.layers[3]->node, &server.snap_preview->node,   &server.unmanaged->node,
+        &server.lock_tree->node, &server.drag_icon_tree->node,
     };
     std::vector<wlr_scene_node *> actual;
     wlr_scene_node *node = nullptr;
@@ -88,9 +87,9 @@ TEST_F(desktop, stacks_its_eleven_scene_nodes_in_order)
 
 TEST_F(desktop, starts_with_the_lock_tree_and_the_hints_hidden_and_everything_else_shown)
 {
-    for (const auto *tree : {server.layers[0], server.layers[1], server.layers[2], server.layers[3],
-                             server.toplevel_tree, server.fullscreen_tree, server.unmanaged,
-                             server.drag_icon_tree})
+    for (const auto *tree :
+         {server.layers[0], server.layers[1], server.layers[2], server.layers[3], server.toplevel_tree,
+          server.fullscreen_tree, server.unmanaged, server.drag_icon_tree})
         EXPECT_TRUE(tree->node.enabled);
     EXPECT_FALSE(server.lock_tree->node.enabled);
     EXPECT_FALSE(server.drag_hint->node.enabled);
@@ -218,7 +217,9 @@ struct motion_case {
     const char *reduced;
 };
 
-class reduced_motion : public testing::TestWithParam<motion_case> {};
+class reduced_motion : public testing::TestWithParam<motion_case>
+{
+};
 
 TEST_P(reduced_motion, is_exported_for_the_programs_that_we_start)
 {
@@ -232,14 +233,12 @@ TEST_P(reduced_motion, is_exported_for_the_programs_that_we_start)
     EXPECT_EQ(environment("VANTORE_REDUCED_MOTION"), GetParam().reduced);
 }
 
-INSTANTIATE_TEST_SUITE_P(all, reduced_motion,
-                         testing::Values(motion_case{true, false, false, false, "0"},
-                                         motion_case{false, false, false, false, "1"},
-                                         motion_case{true, true, false, false, "1"},
-                                         motion_case{true, false, true, false, "1"},
-                                         motion_case{true, false, true, true, "0"},
-                                         motion_case{true, true, true, true, "1"},
-                                         motion_case{false, false, true, true, "1"}));
+INSTANTIATE_TEST_SUITE_P(
+    all, reduced_motion,
+    testing::Values(motion_case{true, false, false, false, "0"}, motion_case{false, false, false, false, "1"},
+                    motion_case{true, true, false, false, "1"}, motion_case{true, false, true, false, "1"},
+                    motion_case{true, false, true, true, "0"}, motion_case{true, true, true, true, "1"},
+                    motion_case{false, false, true, true, "1"}));
 
 // --- cursor size -------------------------------------------------------------------------------------
 
@@ -248,7 +247,9 @@ struct cursor_size_case {
     uint32_t size;
 };
 
-class cursor_size : public unstarted_desktop, public testing::WithParamInterface<cursor_size_case> {};
+class cursor_size : public unstarted_desktop, public testing::WithParamInterface<cursor_size_case>
+{
+};
 
 TEST_P(cursor_size, comes_from_the_environment_where_it_is_a_size)
 {
@@ -262,8 +263,7 @@ INSTANTIATE_TEST_SUITE_P(all, cursor_size,
                          testing::Values(cursor_size_case{nullptr, 24}, cursor_size_case{"48", 48},
                                          cursor_size_case{"0", 24}, cursor_size_case{"-3", 24},
                                          cursor_size_case{"large", 24}, cursor_size_case{"", 24},
-                                         cursor_size_case{"32px", 32},
-                                         cursor_size_case{"4294967296", 1024}));
+                                         cursor_size_case{"32px", 32}, cursor_size_case{"4294967296", 1024}));
 
 // --- what programs find ------------------------------------------------------------------------------
 
@@ -289,10 +289,9 @@ TEST_F(desktop, the_environment_is_filled_where_it_was_empty)
 
 TEST_F(desktop, the_session_bus_is_told_of_the_display)
 {
-    EXPECT_THAT(world.spawned(),
-                ElementsAre("command -v dbus-update-activation-environment >/dev/null && "
-                            "dbus-update-activation-environment --systemd WAYLAND_DISPLAY "
-                            "XDG_CURRENT_DESKTOP XDG_SESSION_TYPE"));
+    EXPECT_THAT(world.spawned(), ElementsAre("command -v dbus-update-activation-environment >/dev/null && "
+                                             "dbus-update-activation-environment --systemd WAYLAND_DISPLAY "
+                                             "XDG_CURRENT_DESKTOP XDG_SESSION_TYPE"));
 }
 
 TEST_F(desktop, the_banner_names_the_socket_and_the_keys)
@@ -339,13 +338,15 @@ TEST_F(desktop, a_second_signal_finds_nothing_left_to_end)
     raise(SIGINT);
 }
 
-class ending_signal : public desktop, public testing::WithParamInterface<int> {};
+class ending_signal : public desktop, public testing::WithParamInterface<int>
+{
+};
 
 TEST_P(ending_signal, ends_the_running_loop)
 {
     auto *timer = wl_event_loop_add_timer(
-        wl_display_get_event_loop(server.display), [](void *signal) { return raise(*static_cast<int *>(signal)); },
-        const_cast<int *>(&GetParam()));
+        wl_display_get_event_loop(server.display),
+        [](void *signal) { return raise(*static_cast<int *>(signal)); }, const_cast<int *>(&GetParam()));
     wl_event_source_timer_update(timer, 1);
     server_run(server);
     wl_event_source_remove(timer);

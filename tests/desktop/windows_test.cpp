@@ -485,7 +485,9 @@ TEST_F(hung_window, is_killed_by_the_second_close)
     EXPECT_EQ(w.closes(), 1);
 }
 
-class unkillable_pid : public hung_window, public testing::WithParamInterface<pid_t> {};
+class unkillable_pid : public hung_window, public testing::WithParamInterface<pid_t>
+{
+};
 
 TEST_P(unkillable_pid, is_never_killed)
 {
@@ -554,9 +556,20 @@ TEST_F(desk, frame_callbacks_come_also_when_the_output_refuses_every_commit)
 
 // --- clients that vanish -----------------------------------------------------------------------------
 
-enum class stage { surface, xdg_surface, toplevel, first_commit, configured, acked, mapped, unmapped, maximized };
+enum class stage {
+    surface,
+    xdg_surface,
+    toplevel,
+    first_commit,
+    configured,
+    acked,
+    mapped,
+    unmapped,
+    maximized
+};
 
-class vanishing_client : public desk, public testing::WithParamInterface<stage> {
+class vanishing_client : public desk, public testing::WithParamInterface<stage>
+{
 protected:
     void bring_to(test::window &w, stage last)
     {

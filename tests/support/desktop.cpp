@@ -8,7 +8,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace test {
+namespace test
+{
 
 static std::vector<vnt_event> g_heard;
 

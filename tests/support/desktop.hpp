@@ -3,13 +3,13 @@
 #pragma once
 
 #include "boxes.hpp"
-#include "wayland_client.hpp"
-#include "picture.hpp"
 #include "ipc/broadcast.hpp"
 #include "isolation.hpp"
 #include "made_up_output.hpp"
 #include "outputs/output.hpp"
+#include "picture.hpp"
 #include "server.hpp"
+#include "wayland_client.hpp"
 #include "windows/toplevel.hpp"
 #include "workspaces/workspace.hpp"
 
@@ -19,20 +19,22 @@
 #include <optional>
 
 // Pumps the server and the clients until the condition holds, 5 seconds at most.
-#define EVENTUALLY(condition)                                                                                \
-    do {                                                                                                     \
-        EXPECT_TRUE(until([&] { return static_cast<bool>(condition); })) << #condition << '\n' << state();    \
+#define EVENTUALLY(condition) \
+    do { \
+        EXPECT_TRUE(until([&] { return static_cast<bool>(condition); })) << #condition << '\n' << state(); \
     } while (false)
-#define EVENTUALLY_EQ(actual, expected)                                                                      \
-    do {                                                                                                     \
-        (void)until([&] { return (actual) == (expected); });                                                 \
-        EXPECT_EQ(actual, expected) << state();                                                              \
+#define EVENTUALLY_EQ(actual, expected) \
+    do { \
+        (void)until([&] { return (actual) == (expected); }); \
+        EXPECT_EQ(actual, expected) << state(); \
     } while (false)
 
-namespace test {
+namespace test
+{
 
 // A session that the test starts itself, after preparing its surroundings.
-class unstarted_desktop : public testing::Test {
+class unstarted_desktop : public testing::Test
+{
 public:
     unstarted_desktop();
     ~unstarted_desktop() override;
@@ -106,7 +108,8 @@ private:
 };
 
 // A session that runs, without outputs.
-class desktop : public unstarted_desktop {
+class desktop : public unstarted_desktop
+{
 protected:
     void SetUp() override
     {

@@ -9,7 +9,8 @@
 #include <string_view>
 #include <unistd.h>
 
-namespace test {
+namespace test
+{
 
 static constexpr std::array handled_signals{SIGINT, SIGTERM, SIGPIPE, SIGHUP};
 
@@ -45,8 +46,8 @@ static void replace_environment(const std::map<std::string, std::string> &variab
 static bool passes_through(std::string_view name)
 {
     return name.starts_with("ASAN_") || name.starts_with("LSAN_") || name.starts_with("UBSAN_") ||
-           name.starts_with("WLR_RENDERER_") || name.starts_with("MESA_") || name.starts_with("VANTORE_TEST_") ||
-           name == "VANTORE_UPDATE_GOLDEN";
+           name.starts_with("WLR_RENDERER_") || name.starts_with("MESA_") ||
+           name.starts_with("VANTORE_TEST_") || name == "VANTORE_UPDATE_GOLDEN";
 }
 
 void isolation::redirect_environment()

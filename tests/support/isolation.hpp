@@ -8,7 +8,8 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace test {
+namespace test
+{
 
 struct killed {
     pid_t pid;
@@ -20,7 +21,8 @@ struct killed {
 // and no bus is inherited, programs are recorded instead of started, signals recorded instead of sent, the
 // clock can be put forward, and the log is kept. Afterwards the environment, the signal handlers and the
 // signal mask are as they were.
-class isolation {
+class isolation
+{
 public:
     isolation();
     ~isolation();

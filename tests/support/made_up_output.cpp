@@ -3,7 +3,8 @@
 #include "clock.hpp"
 #include "records.hpp"
 
-namespace test {
+namespace test
+{
 
 static constexpr int vblank_delay_ms = 1;
 

@@ -14,7 +14,8 @@ extern "C" {
 #include <wlr/interfaces/wlr_output.h>
 }
 
-namespace test {
+namespace test
+{
 
 struct mode {
     int width, height;

@@ -6,7 +6,8 @@
 #include <string_view>
 #include <system_error>
 
-namespace test {
+namespace test
+{
 
 static constexpr uint32_t differs = 0xffffffff;
 static constexpr uint32_t same = 0xff202020;
@@ -58,8 +59,7 @@ difference compare(const image &actual, const image &expected, int tolerance)
     result.picture = {.width = actual.width, .height = actual.height, .argb = {}};
     const bool comparable = actual.width == expected.width && actual.height == expected.height;
     for (size_t i = 0; i < actual.argb.size(); i++) {
-        const int distance =
-            comparable ? largest_channel_difference(actual.argb[i], expected.argb[i]) : 255;
+        const int distance = comparable ? largest_channel_difference(actual.argb[i], expected.argb[i]) : 255;
         result.largest = std::max(result.largest, distance);
         result.pixels += distance > tolerance ? 1 : 0;
         result.picture.argb.push_back(distance > tolerance ? differs : same);
@@ -77,8 +77,7 @@ static bool golden_update_wanted()
 
 testing::AssertionResult matches_golden(const image &actual, const std::string &name, int tolerance)
 {
-    const std::filesystem::path golden =
-        std::filesystem::path{TEST_DATA_DIR} / "golden" / (name + ".png");
+    const std::filesystem::path golden = std::filesystem::path{TEST_DATA_DIR} / "golden" / (name + ".png");
     if (golden_update_wanted())
         return actual.save(golden) ? testing::AssertionSuccess()
                                    : testing::AssertionFailure() << "can't write " << golden;
@@ -91,8 +90,8 @@ testing::AssertionResult matches_golden(const image &actual, const std::string &
     (void)found.picture.save(output / (name + ".diff.png"));
     return testing::AssertionFailure()
            << found.pixels << " pixels differ from " << golden << " by more than " << tolerance
-           << " (at most " << found.largest << "); see " << std::filesystem::absolute(output)
-           << "/" << name << ".{actual,diff}.png";
+           << " (at most " << found.largest << "); see " << std::filesystem::absolute(output) << "/" << name
+           << ".{actual,diff}.png";
 }
 
 } // namespace test

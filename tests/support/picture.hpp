@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-namespace test {
+namespace test
+{
 
 struct image {
     int width = 0, height = 0;

@@ -9,7 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace test {
+namespace test
+{
 
 static constexpr std::chrono::seconds patience{10};
 
@@ -100,8 +101,8 @@ bool process::says(const std::string &text)
 // What the test runner gives to every test: software rendering, sanitizer settings, preloads.
 static bool comes_from_the_runner(const std::string &name)
 {
-    return name.starts_with("WLR_RENDERER_") || name.starts_with("MESA_") || name.ends_with("SAN_OPTIONS") || name == "PATH" ||
-           name.starts_with("VANTORE_TEST_");
+    return name.starts_with("WLR_RENDERER_") || name.starts_with("MESA_") || name.ends_with("SAN_OPTIONS") ||
+           name == "PATH" || name.starts_with("VANTORE_TEST_");
 }
 
 private_world::private_world()

@@ -9,12 +9,14 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace test {
+namespace test
+{
 
 using variables = std::map<std::string, std::string>;
 
 // A child whose output is collected. Killed, by its pid, when it is still alive at the end of the scope.
-class process {
+class process
+{
 public:
     process(const std::vector<std::string> &command, const variables &environment);
     ~process();
@@ -39,7 +41,8 @@ private:
 
 // A directory of its own, the variables that lead all of a session's files into it, and the renderer that
 // works without graphics hardware.
-class private_world {
+class private_world
+{
 public:
     private_world();
     ~private_world();

@@ -7,11 +7,14 @@
 
 #include <algorithm>
 
-namespace test {
+namespace test
+{
 
-namespace {
+namespace
+{
 
-class checker {
+class checker
+{
 public:
     explicit checker(vantore_server &checked) : server(checked) {}
 

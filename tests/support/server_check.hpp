@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-namespace test {
+namespace test
+{
 
 // A sentence for each rule that is broken; empty when all is well.
 std::vector<std::string> server_check(vantore_server &server);

@@ -10,7 +10,8 @@
 #include <utility>
 #include <wayland-client.h>
 
-namespace test {
+namespace test
+{
 
 std::ostream &operator<<(std::ostream &out, const protocol_error &e)
 {
@@ -41,12 +42,13 @@ struct client_events {
     static void bind_shell(client &c, xdg_wm_base *base)
     {
         static constexpr xdg_wm_base_listener listener{
-            .ping = [](void *data, xdg_wm_base *shell, uint32_t serial) {
-                auto &self = *static_cast<client *>(data);
-                self.ping_events++;
-                if (self.answer_pings)
-                    xdg_wm_base_pong(shell, serial);
-            },
+            .ping =
+                [](void *data, xdg_wm_base *shell, uint32_t serial) {
+                    auto &self = *static_cast<client *>(data);
+                    self.ping_events++;
+                    if (self.answer_pings)
+                        xdg_wm_base_pong(shell, serial);
+                },
         };
         c.wm_base = base;
         xdg_wm_base_add_listener(base, &listener, &c);

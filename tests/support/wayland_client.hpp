@@ -23,7 +23,8 @@ struct xdg_wm_base;
 struct zwlr_gamma_control_manager_v1;
 struct zwlr_gamma_control_v1;
 
-namespace test {
+namespace test
+{
 
 struct size {
     int width, height;
@@ -58,7 +59,8 @@ std::ostream &operator<<(std::ostream &out, const protocol_error &e);
 class client;
 
 // One xdg-shell window. Owned by its client; its address stays.
-class window {
+class window
+{
 public:
     window(client &owner, std::string app_id);
     ~window();
@@ -83,7 +85,8 @@ public:
     void destroy_role(); // toplevel and xdg_surface
     void destroy(); // everything
 
-    // All stages up to the first commit, those that are still to come. A window that was unmapped starts over.
+    // All stages up to the first commit, those that are still to come. A window that was unmapped starts
+    // over.
     void open();
     // Another colour at the size that was drawn last.
     void fill(uint32_t argb);
@@ -140,7 +143,8 @@ private:
     int unmapped_at = 0; // the round trip after which no configure from before the unmap can come
 };
 
-class gamma_control {
+class gamma_control
+{
 public:
     gamma_control(client &owner, wl_output *output);
     ~gamma_control();
@@ -159,7 +163,8 @@ private:
     bool refused = false;
 };
 
-class client {
+class client
+{
 public:
     // Takes over one end of a connected socket.
     explicit client(int fd);

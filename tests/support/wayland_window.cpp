@@ -6,12 +6,13 @@
 #include "xdg-shell-client-protocol.h"
 
 #include <algorithm>
-#include <utility>
 #include <sys/mman.h>
 #include <unistd.h>
+#include <utility>
 #include <wayland-client.h>
 
-namespace test {
+namespace test
+{
 
 std::ostream &operator<<(std::ostream &out, const size &s)
 {
@@ -78,14 +79,8 @@ struct window_events {
     {
         self(data).handle_configure(serial);
     }
-    static void enter(void *data, wl_surface *, wl_output *output)
-    {
-        self(data).entered.push_back(output);
-    }
-    static void leave(void *data, wl_surface *, wl_output *output)
-    {
-        std::erase(self(data).entered, output);
-    }
+    static void enter(void *data, wl_surface *, wl_output *output) { self(data).entered.push_back(output); }
+    static void leave(void *data, wl_surface *, wl_output *output) { std::erase(self(data).entered, output); }
     static void release(void *data, wl_buffer *buffer)
     {
         std::erase(self(data).buffers, buffer);

@@ -103,7 +103,9 @@ TEST_F(session, goes_on_without_virtual_outputs_on_a_backend_that_takes_no_other
 
 // --- signals -----------------------------------------------------------------------------------------
 
-class ended_by : public session, public testing::WithParamInterface<int> {};
+class ended_by : public session, public testing::WithParamInterface<int>
+{
+};
 
 TEST_P(ended_by, a_signal_in_order)
 {
@@ -119,8 +121,8 @@ INSTANTIATE_TEST_SUITE_P(all, ended_by, testing::Values(SIGINT, SIGTERM));
 
 TEST_F(session, takes_a_signal_at_any_moment_of_its_start_as_the_end)
 {
-    for (const char *moment : {"Creating headless backend", "Shaders Initialized", "Starting headless backend",
-                               "output HEADLESS-1 online"}) {
+    for (const char *moment : {"Creating headless backend", "Shaders Initialized",
+                               "Starting headless backend", "output HEADLESS-1 online"}) {
         test::process compositor = start();
         ASSERT_TRUE(compositor.says(moment)) << compositor.output();
         compositor.send(SIGTERM);

@@ -70,7 +70,8 @@ TEST_F(log_sink, drops_what_is_below_the_verbosity)
     EXPECT_THAT(said(), IsEmpty());
 }
 
-class repeated_message : public log_sink, public testing::WithParamInterface<const char *> {
+class repeated_message : public log_sink, public testing::WithParamInterface<const char *>
+{
 protected:
     void say() { log_format(WLR_ERROR, GetParam()); }
 };

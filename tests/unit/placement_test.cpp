@@ -42,24 +42,26 @@ struct float_box_case {
     wlr_box expected;
 };
 
-class float_box : public testing::TestWithParam<float_box_case> {};
+class float_box : public testing::TestWithParam<float_box_case>
+{
+};
 
 TEST_P(float_box, is_six_tenths_of_the_area_within_limits)
 {
     EXPECT_EQ(float_box_in(GetParam().area, GetParam().titlebar), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    worked, float_box,
-    testing::Values(float_box_case{screen, 0, {384, 216, 1152, 648}},
-                    float_box_case{screen, 30, {384, 231, 1152, 648}},
-                    float_box_case{{0, 0, 3840, 2160}, 0, {1320, 655, 1200, 850}},
-                    float_box_case{{0, 0, 3840, 2160}, 30, {1320, 670, 1200, 850}},
-                    float_box_case{{0, 0, 640, 400}, 0, {80, 40, 480, 320}},
-                    float_box_case{{100, 0, 300, 400}, 0, {10, 40, 480, 320}}, // left of the area
-                    float_box_case{{1920, 27, 1366, 741}, 0, {2193, 175, 819, 444}},
-                    float_box_case{{0, 0, 0, 0}, 0, {256, 144, 768, 432}},
-                    float_box_case{{50, 60, 0, 700}, 30, {256, 159, 768, 432}}));
+INSTANTIATE_TEST_SUITE_P(worked, float_box,
+                         testing::Values(float_box_case{screen, 0, {384, 216, 1152, 648}},
+                                         float_box_case{screen, 30, {384, 231, 1152, 648}},
+                                         float_box_case{{0, 0, 3840, 2160}, 0, {1320, 655, 1200, 850}},
+                                         float_box_case{{0, 0, 3840, 2160}, 30, {1320, 670, 1200, 850}},
+                                         float_box_case{{0, 0, 640, 400}, 0, {80, 40, 480, 320}},
+                                         float_box_case{
+                                             {100, 0, 300, 400}, 0, {10, 40, 480, 320}}, // left of the area
+                                         float_box_case{{1920, 27, 1366, 741}, 0, {2193, 175, 819, 444}},
+                                         float_box_case{{0, 0, 0, 0}, 0, {256, 144, 768, 432}},
+                                         float_box_case{{50, 60, 0, 700}, 30, {256, 159, 768, 432}}));
 
 TEST(boxes_overlap, counts_a_single_shared_pixel)
 {

@@ -98,7 +98,7 @@ dev_run() {
 	fi
 }
 
-# --- bench and fuzz ----------------------------------------------------------------------------------
+# --- bench ----------------------------------------------------------------------------------
 
 dev_bench() {
 	prepare
@@ -106,26 +106,15 @@ dev_bench() {
 	inside tools/run-benchmarks build/bench "$@"
 }
 
-dev_fuzz() {
-	local seconds=${1:-60}
-	groups="base lint"
-	compgen -G 'fuzz/fuzz_*.cpp' >/dev/null || {
-		say "there are no fuzz targets yet"
-		return 0
-	}
-	prepare
-	CXX=clang++ CC=clang compile fuzz "${sanitize[@]}" -Dfuzz=true -Dtests=false
-	inside tools/run-fuzzers build/fuzz "$seconds"
-}
+# The targets come with the parsers that they are for.
+dev_fuzz() { say "there are no fuzz targets yet"; }
 
 # --- lint --------------------------------------------------------------------------------------------
-
-sources() { git ls-files --cached --others --exclude-standard -- "$@"; }
 
 dev_format() {
 	groups="base lint"
 	prepare
-	sources '*.cpp' '*.hpp' | xargs -d '\n' -r printf '%s\n' | inside xargs -d '\n' clang-format -i
+	inside tools/format-sources -i
 }
 
 dev_lint() {
