@@ -23,8 +23,6 @@ using std::chrono::steady_clock;
 namespace
 {
 
-// --- what the kernel knows of a process --------------------------------------------------------------
-
 std::string read_proc(pid_t pid, const char *file)
 {
     std::ifstream in{"/proc/" + std::to_string(pid) + "/" + file};
@@ -55,8 +53,6 @@ long context_switches(pid_t pid)
     const std::string status = read_proc(pid, "status");
     return field(status, "\nvoluntary_ctxt_switches:") + field(status, "\nnonvoluntary_ctxt_switches:");
 }
-
-// --- a program under measurement and its client ------------------------------------------------------
 
 class subject
 {
@@ -132,8 +128,6 @@ test::window &map_one(test::client &client)
     subject::pump_until(client, [&] { return w.has(test::ACTIVATED) && w.configure_count() > 1; });
     return w;
 }
-
-// --- the measurements --------------------------------------------------------------------------------
 
 void start_up()
 {

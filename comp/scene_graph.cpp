@@ -9,7 +9,6 @@ static constexpr int backdrop_size = 16384; // larger than any layout of outputs
 static constexpr std::array backdrop_color{0.06F, 0.07F, 0.10F, 1.0F};
 static constexpr std::array drag_hint_color{0.3F, 0.55F, 0.95F, 0.35F};
 static constexpr std::array snap_preview_color{0.3F, 0.55F, 0.95F, 0.18F};
-static constexpr float snap_preview_alpha = 0.18F;
 
 static bool add_tree(vantore_server &server, wlr_scene_tree *&field)
 {
@@ -53,6 +52,6 @@ void scene_graph_apply_accent(vantore_server &server)
 {
     if (!g_accent_set)
         return;
-    const std::array color{g_accent[0], g_accent[1], g_accent[2], snap_preview_alpha};
+    const std::array color{g_accent[0], g_accent[1], g_accent[2], snap_preview_color[3]};
     wlr_scene_rect_set_color(server.snap_preview, color.data());
 }

@@ -34,11 +34,11 @@ static void handle_exit_signal(int)
 }
 
 // False, with a log line, when an object that everything needs could not be made.
-static bool made(const void *object, const char *what)
+static bool made(bool success, const char *what)
 {
-    if (object == nullptr)
+    if (!success)
         wlr_log(WLR_ERROR, "vantore-comp: could not create the %s; the session can't start", what);
-    return object != nullptr;
+    return success;
 }
 
 static bool reset_single_instance_state(vantore_server &)
@@ -54,7 +54,7 @@ static bool create_display(vantore_server &server)
 {
     server.display = wl_display_create();
     g_display = server.display;
-    return made(server.display, "Wayland display");
+    return made(server.display != nullptr, "Wayland display");
 }
 
 static bool install_signal_handlers(vantore_server &)
@@ -115,17 +115,17 @@ static bool create_allocator(vantore_server &server)
 {
     wlr_renderer_init_wl_display(server.renderer, server.display);
     server.allocator = wlr_allocator_autocreate(server.backend, server.renderer);
-    return made(server.allocator, "buffer allocator");
+    return made(server.allocator != nullptr, "buffer allocator");
 }
 
 static bool create_scene(vantore_server &server)
 {
     server.output_layout = wlr_output_layout_create(server.display);
     server.scene = wlr_scene_create();
-    if (!made(server.output_layout, "output layout") || !made(server.scene, "scene"))
+    if (!made(server.output_layout != nullptr, "output layout") || !made(server.scene != nullptr, "scene"))
         return false;
     server.scene_layout = wlr_scene_attach_output_layout(server.scene, server.output_layout);
-    if (!made(server.scene_layout, "scene layout"))
+    if (!made(server.scene_layout != nullptr, "scene layout"))
         return false;
     const blur_data blur = blur_data_get_default();
     wlr_scene_set_blur_data(server.scene, blur.num_passes, int(blur.radius), blur.noise, blur.brightness,
@@ -135,8 +135,7 @@ static bool create_scene(vantore_server &server)
 
 static bool build_scene_graph(vantore_server &server)
 {
-    const bool built = scene_graph_create(server);
-    return made(built ? server.scene : nullptr, "scene graph");
+    return made(scene_graph_create(server), "scene graph");
 }
 
 static uint32_t cursor_size_from_environment()
@@ -150,7 +149,8 @@ static bool create_cursor(vantore_server &server)
 {
     server.cursor = wlr_cursor_create();
     server.xcursor_mgr = wlr_xcursor_manager_create(nullptr, cursor_size_from_environment());
-    if (!made(server.cursor, "cursor") || !made(server.xcursor_mgr, "cursor theme manager"))
+    if (!made(server.cursor != nullptr, "cursor") ||
+        !made(server.xcursor_mgr != nullptr, "cursor theme manager"))
         return false;
     wlr_cursor_attach_output_layout(server.cursor, server.output_layout);
     return true;
@@ -191,8 +191,6 @@ static bool announce_session(vantore_server &)
     return true;
 }
 
-// --- the table ---------------------------------------------------------------------------------------
-
 static constexpr startup_step steps[]{
     {"log", [](vantore_server &) { return log_start(), true; }},
     {"single-instance state", reset_single_instance_state},
@@ -206,9 +204,7 @@ static constexpr startup_step steps[]{
     {"render node", [](vantore_server &server) { return publish_render_node(server), true; }},
     {"allocator", create_allocator},
     {"first globals",
-     [](vantore_server &server) {
-         return globals_create_first(server) || made(nullptr, "compositor global");
-     }},
+     [](vantore_server &server) { return made(globals_create_first(server), "compositor global"); }},
     {"explicit sync", [](vantore_server &server) { return globals_create_explicit_sync(server), true; }},
     {"scene", create_scene},
     {"scene graph", build_scene_graph},
@@ -216,17 +212,15 @@ static constexpr startup_step steps[]{
     {"reduced motion", [](vantore_server &) { return export_reduced_motion(), true; }},
     {"presentation time", [](vantore_server &server) { return globals_create_presentation(server), true; }},
     {"accent", [](vantore_server &server) { return scene_graph_apply_accent(server), true; }},
-    {"workspaces",
-     [](vantore_server &server) { return workspaces_create(server) || made(nullptr, "workspaces"); }},
+    {"workspaces", [](vantore_server &server) { return made(workspaces_create(server), "workspaces"); }},
     {"outputs",
      [](vantore_server &server) {
          listen<&vantore_server::new_output, server_new_output>(server, server.backend->events.new_output);
          return true;
      }},
-    {"xdg shell",
-     [](vantore_server &server) { return globals_create_xdg_shell(server) || made(nullptr, "xdg shell"); }},
+    {"xdg shell", [](vantore_server &server) { return made(globals_create_xdg_shell(server), "xdg shell"); }},
     {"cursor", create_cursor},
-    {"seat", [](vantore_server &server) { return globals_create_seat(server) || made(nullptr, "seat"); }},
+    {"seat", [](vantore_server &server) { return made(globals_create_seat(server), "seat"); }},
     {"last globals", [](vantore_server &server) { return globals_create_last(server), true; }},
     {"socket and backend", open_socket_and_start_backend},
     {"announcement", announce_session},
@@ -241,8 +235,6 @@ bool server_start(vantore_server &server)
 {
     return std::ranges::all_of(steps, [&](const startup_step &step) { return step.run(server); });
 }
-
-// --- run and end -------------------------------------------------------------------------------------
 
 static void end_if_requested(void *)
 {

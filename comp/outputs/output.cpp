@@ -20,8 +20,6 @@ static constexpr int reprobe_delay_ms = 500;
 
 static event_source g_reprobe_timer;
 
-// --- lookups -----------------------------------------------------------------------------------------
-
 vantore_output *output_by_name(vantore_server &server, std::string_view name)
 {
     for (auto &o : each<&vantore_output::link>(server.outputs))
@@ -58,8 +56,6 @@ wlr_box output_layout_box(const vantore_output &o)
     return box;
 }
 
-// --- destruction -------------------------------------------------------------------------------------
-
 static void output_destroy(vantore_output &o)
 {
     vantore_server &server = *o.server;
@@ -79,16 +75,12 @@ static void output_destroy(vantore_output &o)
     ipc_broadcast(server, VNT_EVENT_OUTPUTS);
 }
 
-// --- changes that the backend asks for ---------------------------------------------------------------
-
 static void output_request_state(vantore_output &o, const wlr_output_event_request_state *event)
 {
     wlr_output_commit_state(o.wlr_output, event->state);
     arrange_all_layers(*o.server);
     ipc_broadcast(*o.server, VNT_EVENT_OUTPUTS);
 }
-
-// --- creation ----------------------------------------------------------------------------------------
 
 static void light_up(wlr_output *output)
 {
@@ -144,7 +136,7 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
     attach_listeners(*o);
     wl_list_insert(&server.outputs, &o->link);
     if (!join_layout_and_scene(*o)) {
-        wlr_log(WLR_ERROR, "vantore-comp: output %s finds no place in the layout and stays dark",
+        wlr_log(WLR_ERROR, "vantore-comp: output %s finds no place in the layout and is left out",
                 output_name(wlr_output));
         output_destroy(*o);
         return;
@@ -154,8 +146,6 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
     wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));
     ipc_broadcast(server, VNT_EVENT_OUTPUTS);
 }
-
-// --- start-up ----------------------------------------------------------------------------------------
 
 static int startup_reprobe(void *data)
 {

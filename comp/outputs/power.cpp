@@ -11,12 +11,13 @@ static void show_again(vantore_output &o)
     wlr_output_schedule_frame(o.wlr_output);
 }
 
-static void set_power(vantore_output &o, bool on)
+// A null mode leaves the output's mode alone.
+static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)
 {
     output_state state;
     wlr_output_state_set_enabled(&state, on);
-    if (on && o.wlr_output->current_mode != nullptr)
-        wlr_output_state_set_mode(&state, o.wlr_output->current_mode);
+    if (mode != nullptr)
+        wlr_output_state_set_mode(&state, mode);
     wlr_output_commit_state(o.wlr_output, &state);
 }
 
@@ -27,7 +28,7 @@ void set_dpms(vantore_server &server, bool on)
         return;
     g_dpms_off = !on;
     for (auto &o : each<&vantore_output::link>(server.outputs))
-        set_power(o, on);
+        set_power(o, on, on ? o.wlr_output->current_mode : nullptr);
     if (!on)
         return;
     for (auto &o : each<&vantore_output::link>(server.outputs))
@@ -50,11 +51,7 @@ void handle_session_active(vantore_server &server)
         wlr_output_mode *mode = o.wlr_output->current_mode;
         if (mode == nullptr)
             mode = wlr_output_preferred_mode(o.wlr_output);
-        output_state state;
-        wlr_output_state_set_enabled(&state, true);
-        if (mode != nullptr)
-            wlr_output_state_set_mode(&state, mode);
-        wlr_output_commit_state(o.wlr_output, &state);
+        set_power(o, true, mode);
         show_again(o);
     }
 }

@@ -23,13 +23,12 @@
 // The clipboard picker must stay above fullscreen windows, also on a system without any rules file.
 static constexpr const char *lifted_app_id = "vantore-clips-overlay";
 
-// --- commit ------------------------------------------------------------------------------------------
-
 static void send_first_size(vantore_toplevel &t)
 {
     wlr_xdg_toplevel *xdg = t.xdg_toplevel;
     const wlr_box usable = usable_at_cursor(*t.server);
-    if (xdg->requested.maximized && usable.width > 0) {
+    const bool maximized = xdg->requested.maximized || t.maximized; // before, or in an earlier map
+    if (maximized && usable.width > 0) {
         wlr_xdg_toplevel_set_maximized(xdg, true);
         wlr_xdg_toplevel_set_size(xdg, usable.width, usable.height);
     } else {
@@ -47,8 +46,6 @@ static void xdg_toplevel_commit(vantore_toplevel &t)
     if (base->initialized && base->initial_commit)
         send_first_size(t);
 }
-
-// --- map ---------------------------------------------------------------------------------------------
 
 static bool has_fixed_size(const wlr_xdg_toplevel_state &state)
 {
@@ -80,7 +77,11 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     wl_list_insert(&server.toplevels, &t.link);
     if (const char *app_id = tl_app_id(t); app_id != nullptr && strcmp(app_id, lifted_app_id) == 0)
         t.overlay_lift = t.floating = true;
+    vantore_workspace *previous = t.workspace; // of an earlier map
     toplevel_set_workspace(t, workspace_for_new_window(server));
+    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+    if (previous != t.workspace)
+        arrange_workspace(previous);
     const wlr_xdg_toplevel *xdg = t.xdg_toplevel;
     if (xdg->parent != nullptr || has_fixed_size(xdg->current))
         t.floating = true;
@@ -94,8 +95,6 @@ static void xdg_toplevel_map(vantore_toplevel &t)
         t.saved_geo = default_float_box(t);
     }
 }
-
-// --- unmap and destroy -------------------------------------------------------------------------------
 
 static void refocus_after_unmap(vantore_toplevel &t)
 {
@@ -123,8 +122,6 @@ static void xdg_toplevel_destroy(vantore_toplevel &t)
     arrange_workspace(ws);
     memory_note_window_gone(server);
 }
-
-// --- requests ----------------------------------------------------------------------------------------
 
 // The protocol demands a configure in answer to a state request, also where nothing changes.
 static void request_maximize(vantore_toplevel &t)
@@ -156,8 +153,6 @@ static void tl_handle_ping_timeout(vantore_toplevel &t)
     t.unresponsive = true;
     ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
 }
-
-// --- creation ----------------------------------------------------------------------------------------
 
 static void attach_listeners(vantore_toplevel &t)
 {

@@ -9,12 +9,10 @@
 #include "startup.hpp"
 
 #include <fstream>
-#include <random>
 
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 using test::desktop;
@@ -48,8 +46,6 @@ struct outputs : desktop {
         return lines;
     }
 };
-
-// --- modes -------------------------------------------------------------------------------------------
 
 TEST_F(outputs, come_up_in_their_preferred_mode)
 {
@@ -100,8 +96,6 @@ TEST_F(outputs, that_accept_nothing_still_join_the_session)
     EXPECT_THAT(outputs_file(), ElementsAre("A"));
 }
 
-// --- adaptive sync -----------------------------------------------------------------------------------
-
 TEST_F(outputs, get_no_adaptive_sync_unless_it_is_asked_for)
 {
     EXPECT_FALSE(plug("A", 800, 600).adaptive_sync);
@@ -125,8 +119,6 @@ TEST_F(outputs, that_refuse_adaptive_sync_go_on_without_it)
     EXPECT_TRUE(made.base.enabled);
     EXPECT_THAT(world.log(), HasSubstr("adaptive sync on not accepted on A\n"));
 }
-
-// --- coming ------------------------------------------------------------------------------------------
 
 TEST_F(outputs, are_announced_logged_and_listed_newest_first)
 {
@@ -226,8 +218,6 @@ TEST_F(outputs, pictures_show_windows_at_their_places)
     EXPECT_EQ(pixel("A", 320, 199), 0xff0f121aU);
     EXPECT_EQ(pixel("A", 320, 280), 0xff0f121aU);
 }
-
-// --- going -------------------------------------------------------------------------------------------
 
 TEST_F(outputs, the_last_one_may_go_and_leaves_its_windows_on_their_workspace)
 {
@@ -336,8 +326,6 @@ TEST_F(outputs, that_accept_nothing_survive_power_changes_and_a_return_of_the_se
     EXPECT_EQ(made.commits, 0);
 }
 
-// --- the pointer -------------------------------------------------------------------------------------
-
 struct pointer_on_outputs : outputs {
     void SetUp() override
     {
@@ -440,8 +428,6 @@ TEST_F(outputs, without_any_the_pointer_stays)
     EXPECT_DOUBLE_EQ(server.cursor->x, 100);
 }
 
-// --- changes by the backend --------------------------------------------------------------------------
-
 TEST_F(outputs, take_the_size_that_their_backend_asks_for)
 {
     auto &made = plug("A", 800, 600);
@@ -450,8 +436,6 @@ TEST_F(outputs, take_the_size_that_their_backend_asks_for)
     EXPECT_EQ(output("A").usable, (wlr_box{0, 0, 1111, 777}));
     EXPECT_THAT(heard(), ElementsAre(VNT_EVENT_OUTPUTS));
 }
-
-// --- power -------------------------------------------------------------------------------------------
 
 TEST_F(outputs, all_go_dark_together_and_come_back_in_their_modes)
 {
@@ -513,8 +497,6 @@ TEST_F(outputs, windows_survive_a_sleep)
     set_dpms(server, true);
     EVENTUALLY_EQ(pixel("A", 320, 240), 0xff3366ccU);
 }
-
-// --- the login session -------------------------------------------------------------------------------
 
 struct login_session : outputs {
     void SetUp() override
@@ -594,8 +576,6 @@ TEST_F(outputs, without_a_login_session_its_return_means_nothing)
     EXPECT_EQ(made.commits, commits);
 }
 
-// --- gamma -------------------------------------------------------------------------------------------
-
 TEST_F(outputs, take_gamma_tables)
 {
     auto &made = plug({.name = "A", .width = 800, .height = 600, .gamma_size = 256});
@@ -623,8 +603,6 @@ TEST_F(outputs, that_refuse_a_gamma_table_tell_its_client)
     EVENTUALLY(gamma.failed());
     EXPECT_FALSE(made.gamma_set);
 }
-
-// --- many windows, any order -------------------------------------------------------------------------
 
 TEST_F(outputs, come_back_to_fifty_windows)
 {

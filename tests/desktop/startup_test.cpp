@@ -13,7 +13,6 @@
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 using unstarted_desktop = test::unstarted_desktop;
@@ -24,8 +23,6 @@ static std::string environment(const char *name)
     const char *value = getenv(name);
     return value != nullptr ? value : "(unset)";
 }
-
-// --- the table ---------------------------------------------------------------------------------------
 
 TEST(startup_table, names_its_steps_in_order)
 {
@@ -65,8 +62,6 @@ TEST(linkage, takes_the_scene_from_the_library_with_effects)
     ASSERT_NE(dladdr(reinterpret_cast<void *>(&wlr_scene_create), &info), 0);
     EXPECT_THAT(info.dli_fname, HasSubstr("scenefx"));
 }
-
-// --- the scene ---------------------------------------------------------------------------------------
 
 TEST_F(desktop, stacks_its_eleven_scene_nodes_in_order)
 {
@@ -150,8 +145,6 @@ TEST_F(desktop, has_nine_workspaces_named_by_number)
     }
     EXPECT_EQ(num, 9);
 }
-
-// --- graphics ----------------------------------------------------------------------------------------
 
 TEST_F(unstarted_desktop, safe_graphics_on_the_kernel_command_line_turns_effects_off)
 {
@@ -240,8 +233,6 @@ INSTANTIATE_TEST_SUITE_P(
                     motion_case{true, false, true, true, "0"}, motion_case{true, true, true, true, "1"},
                     motion_case{false, false, true, true, "1"}));
 
-// --- cursor size -------------------------------------------------------------------------------------
-
 struct cursor_size_case {
     const char *variable;
     uint32_t size;
@@ -264,8 +255,6 @@ INSTANTIATE_TEST_SUITE_P(all, cursor_size,
                                          cursor_size_case{"0", 24}, cursor_size_case{"-3", 24},
                                          cursor_size_case{"large", 24}, cursor_size_case{"", 24},
                                          cursor_size_case{"32px", 32}, cursor_size_case{"4294967296", 1024}));
-
-// --- what programs find ------------------------------------------------------------------------------
 
 TEST_F(unstarted_desktop, the_environment_names_the_session_and_keeps_what_the_login_chose)
 {
@@ -319,8 +308,6 @@ TEST_F(desktop, half_a_second_after_the_start_the_outputs_are_counted)
     EVENTUALLY(world.log().contains("post-startup re-probe — 1 output(s) connected\n"));
 }
 
-// --- the end -----------------------------------------------------------------------------------------
-
 TEST_F(desktop, a_signal_that_comes_before_the_loop_ends_it_at_once)
 {
     raise(SIGTERM);
@@ -372,10 +359,15 @@ TEST_F(desktop, the_end_takes_windows_and_outputs_down_without_rearranging)
     EXPECT_THAT(heard(), Not(testing::Contains(VNT_EVENT_OUTPUTS)));
 }
 
-TEST_F(desktop, the_end_may_come_while_a_window_waits_for_its_first_configure)
+TEST_F(desktop, the_end_may_come_while_a_window_waits_for_its_first_frame)
 {
     plug("A", 800, 600);
-    connect().create_window("half").open();
+    test::window &w = connect().create_window("half");
+    w.auto_draw = false;
+    w.open();
+    EVENTUALLY_EQ(w.configure_count(), 1);
+    EXPECT_EQ(server.next_toplevel_id, 1U);
+    finish();
 }
 
 TEST_F(desktop, a_second_session_in_the_same_process_starts_as_clean_as_the_first)

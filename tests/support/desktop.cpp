@@ -21,8 +21,6 @@ static size_t open_descriptors()
     return count;
 }
 
-// --- start and end -----------------------------------------------------------------------------------
-
 unstarted_desktop::unstarted_desktop()
     : server_record(std::make_unique<vantore_server>()), server(*server_record)
 {
@@ -77,8 +75,6 @@ void unstarted_desktop::TearDown()
     EXPECT_EQ(open_descriptors(), descriptors_before) << "descriptors were left open";
 }
 
-// --- outputs -----------------------------------------------------------------------------------------
-
 made_up_output &unstarted_desktop::plug(output_traits traits)
 {
     return plug_in(*backend, std::move(traits));
@@ -121,8 +117,6 @@ uint32_t unstarted_desktop::pixel(const std::string &name, int x, int y)
     const image shown = picture(name);
     return shown.argb.empty() ? 0 : shown.at(x, y);
 }
-
-// --- clients and windows -----------------------------------------------------------------------------
 
 client &unstarted_desktop::connect()
 {
@@ -170,11 +164,6 @@ vantore_toplevel &unstarted_desktop::record(const window &w)
     return *t;
 }
 
-void unstarted_desktop::drop(client &c)
-{
-    connections.remove_if([&](const connection &other) { return other.side.get() == &c; });
-}
-
 wl_client *unstarted_desktop::server_side(const client &c)
 {
     for (const connection &other : connections)
@@ -190,8 +179,6 @@ vantore_workspace &unstarted_desktop::workspace(int num)
             return ws;
     abort();
 }
-
-// --- waiting -----------------------------------------------------------------------------------------
 
 void unstarted_desktop::pump()
 {
@@ -228,8 +215,6 @@ std::vector<vnt_event> unstarted_desktop::heard()
     return std::exchange(g_heard, {});
 }
 
-// --- what a failure message shows --------------------------------------------------------------------
-
 static std::string describe(const vantore_toplevel &t)
 {
     const wlr_box box = toplevel_box(t);
@@ -241,7 +226,7 @@ static std::string describe(const vantore_toplevel &t)
 
 static std::string describe(const vantore_output &o)
 {
-    return std::format("  output {} {}x{} {} workspace {}\n", o.wlr_output->name, o.wlr_output->width,
+    return std::format("  output {} {}x{} {} workspace {}\n", output_name(o.wlr_output), o.wlr_output->width,
                        o.wlr_output->height, o.wlr_output->enabled ? "on" : "off",
                        o.current_ws ? o.current_ws->num : 0);
 }

@@ -16,7 +16,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
-#include <optional>
 
 // Pumps the server and the clients until the condition holds, 5 seconds at most.
 #define EVENTUALLY(condition) \
@@ -47,7 +46,7 @@ protected:
     // The orderly end; TearDown does it where the test did not.
     void finish();
 
-    // --- outputs
+    // Outputs
     made_up_output &plug(output_traits traits);
     made_up_output &plug(const std::string &name, int width, int height);
     vantore_output &output(const std::string &name);
@@ -56,7 +55,7 @@ protected:
     // A pixel of what the output shows, opaque ARGB. 0 before the first picture.
     uint32_t pixel(const std::string &name, int x, int y);
 
-    // --- clients and windows
+    // Clients and windows
     client &connect();
     // A new client's window, mapped with the size that it likes when it may choose.
     window &map(const std::string &app_id, size preferred = {640, 480});
@@ -65,11 +64,10 @@ protected:
     // The compositor's record of a window; fails the test when there is none.
     vantore_toplevel &record(const window &w);
     vantore_toplevel *find_record(const window &w);
-    void drop(client &c);
     wl_client *server_side(const client &c);
     vantore_workspace &workspace(int num);
 
-    // --- waiting
+    // Waiting
     template <class Condition> bool until(Condition holds)
     {
         const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{5};

@@ -18,7 +18,7 @@ static constexpr std::array handled_signals{SIGINT, SIGTERM, SIGPIPE, SIGHUP};
 struct recording {
     std::vector<std::string> spawned;
     std::vector<killed> signals;
-    int64_t clock_offset_ns = 0;
+    int64_t now_ns = 0; // stands still until a test moves it
     pid_t client_pid = 0;
     vnt_platform real;
 };
@@ -72,8 +72,9 @@ void isolation::redirect_environment()
 
 void isolation::redirect_platform()
 {
-    g_recording = {.spawned = {}, .signals = {}, .clock_offset_ns = 0, .client_pid = 0, .real = g_platform};
-    g_platform.monotonic_ns = [] { return g_recording.real.monotonic_ns() + g_recording.clock_offset_ns; };
+    g_recording = {.spawned = {}, .signals = {}, .now_ns = 0, .client_pid = 0, .real = g_platform};
+    g_recording.now_ns = g_platform.monotonic_ns();
+    g_platform.monotonic_ns = [] { return g_recording.now_ns; };
     g_platform.run_shell_line = [](const char *line) { g_recording.spawned.emplace_back(line); };
     g_platform.send_signal = [](pid_t pid, int signal) {
         g_recording.signals.push_back({pid, signal});
@@ -90,8 +91,10 @@ isolation::isolation() : environment_before(environment())
     std::string name = std::filesystem::temp_directory_path() / "vantore-test-XXXXXX";
     root = mkdtemp(name.data());
     sigprocmask(SIG_SETMASK, nullptr, &mask_before);
+    struct sigaction standard{};
+    standard.sa_handler = SIG_DFL;
     for (const int signal : handled_signals)
-        sigaction(signal, nullptr, &handlers_before[signal]);
+        sigaction(signal, &standard, &handlers_before[signal]);
     redirect_environment();
     redirect_platform();
 }
@@ -125,7 +128,7 @@ void isolation::kernel_command_line(const std::string &text)
 
 void isolation::advance_clock_ms(int ms)
 {
-    g_recording.clock_offset_ns += int64_t{ms} * 1'000'000;
+    g_recording.now_ns += int64_t{ms} * 1'000'000;
 }
 
 void isolation::pretend_client_pid(pid_t pid)

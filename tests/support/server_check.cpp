@@ -51,7 +51,7 @@ private:
     void check_outputs()
     {
         for (auto &o : each<&vantore_output::link>(server.outputs)) {
-            const std::string name = std::string{"output "} + o.wlr_output->name;
+            const std::string name = std::string{"output "} + output_name(o.wlr_output);
             expect(o.current_ws == nullptr || o.current_ws->output == &o, name + "'s workspace points back");
             expect(o.scene_output != nullptr, name + " shows the scene");
         }
@@ -66,6 +66,7 @@ private:
         expect(times_listed(t) == 1, name + " is on exactly one workspace list");
         expect(t.scene_tree->node.parent == toplevel_parent_tree(t), name + " hangs where it belongs");
         expect(box.width >= 1 && box.height >= 1, name + " has a size");
+        expect(t.maximized == t.xdg_toplevel->scheduled.maximized, name + " knows whether it is maximized");
         const bool focused = server.seat->keyboard_state.focused_surface == tl_surface(t);
         expect(t.xdg_toplevel->scheduled.activated == focused, name + " is active iff it has the keyboard");
     }

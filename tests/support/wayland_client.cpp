@@ -18,8 +18,6 @@ std::ostream &operator<<(std::ostream &out, const protocol_error &e)
     return out << e.interface << " error " << e.code;
 }
 
-// --- registry ----------------------------------------------------------------------------------------
-
 struct client_events {
     static void bind_global(client &c, const global &g)
     {
@@ -180,9 +178,9 @@ window &client::create_window(const std::string &app_id)
     return windows.emplace_back(*this, app_id);
 }
 
-gamma_control &client::gamma(const std::string &name)
+gamma_control &client::gamma(const std::string &output_name)
 {
-    const auto found = std::ranges::find(outputs, name, &output::name);
+    const auto found = std::ranges::find(outputs, output_name, &output::name);
     return gamma_controls.emplace_back(*this, found != outputs.end() ? found->proxy : nullptr);
 }
 
@@ -191,8 +189,6 @@ std::string client::name_of(const wl_output *proxy) const
     const auto found = std::ranges::find(outputs, proxy, &output::proxy);
     return found != outputs.end() ? found->name : "";
 }
-
-// --- gamma -------------------------------------------------------------------------------------------
 
 struct gamma_events {
     static void size(void *data, zwlr_gamma_control_v1 *, uint32_t size)

@@ -67,12 +67,12 @@ public:
     window(const window &) = delete;
     window &operator=(const window &) = delete;
 
-    // --- how it behaves from now on
+    // How it behaves from now on
     test::size preferred{640, 480}; // drawn when the compositor leaves the choice
     bool auto_ack = true;
     bool auto_draw = true; // draws at each configure that it acks, at its size
 
-    // --- the stages of its life, one call each
+    // The stages of its life, one call each
     void create_surface();
     void create_xdg_surface();
     void create_toplevel(); // with the app id
@@ -91,7 +91,7 @@ public:
     // Another colour at the size that was drawn last.
     void fill(uint32_t argb);
 
-    // --- properties and requests. They create the toplevel where it isn't there.
+    // Properties and requests. They create the toplevel where it isn't there.
     void title(const std::string &text);
     void app_id(const std::string &text);
     void min_size(test::size s);
@@ -105,7 +105,7 @@ public:
     void request_unfullscreen();
     void request_frame();
 
-    // --- what it was told
+    // What it was told
     [[nodiscard]] const std::vector<configure> &all_configures() const { return configures; }
     [[nodiscard]] int configure_count() const { return int(configures.size()); }
     [[nodiscard]] configure last() const { return configures.empty() ? configure{} : configures.back(); }
@@ -188,7 +188,7 @@ public:
 
     // A window with the app id, without a surface yet.
     window &create_window(const std::string &app_id);
-    gamma_control &gamma(const std::string &output);
+    gamma_control &gamma(const std::string &output_name);
 
     [[nodiscard]] const std::vector<global> &globals() const { return announced; }
     [[nodiscard]] int pings() const { return ping_events; }

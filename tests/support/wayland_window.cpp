@@ -44,8 +44,6 @@ void gamma_control::set_identity()
     close(fd);
 }
 
-// --- events ------------------------------------------------------------------------------------------
-
 struct window_events {
     static window &self(void *data) { return *static_cast<window *>(data); }
 
@@ -54,7 +52,7 @@ struct window_events {
         auto &pending = self(data).pending;
         pending = {.width = width, .height = height, .states = 0, .serial = 0};
         const auto *first = static_cast<const uint32_t *>(states->data);
-        for (const uint32_t *state = first; state != first + states->size / sizeof *first; state++)
+        for (const uint32_t *state = first; state != first + states->size / sizeof(uint32_t); state++)
             pending.states |= bit_of(*state);
     }
 
@@ -134,8 +132,6 @@ wl_buffer *window::solid_buffer(test::size s, uint32_t argb)
     buffers.push_back(buffer);
     return buffer;
 }
-
-// --- stages ------------------------------------------------------------------------------------------
 
 window::window(client &owner, std::string app_id) : owned_by(&owner), id(std::move(app_id)) {}
 
@@ -237,8 +233,6 @@ void window::fill(uint32_t argb)
     draw(drawn, argb);
 }
 
-// --- properties and requests -------------------------------------------------------------------------
-
 void window::title(const std::string &text)
 {
     ensure_toplevel();
@@ -305,11 +299,10 @@ void window::request_frame()
     commit();
 }
 
-// --- what it was told --------------------------------------------------------------------------------
-
 std::vector<std::string> window::outputs() const
 {
     std::vector<std::string> names;
+    names.reserve(entered.size());
     for (const wl_output *output : entered)
         names.push_back(owned_by->name_of(output));
     return names;

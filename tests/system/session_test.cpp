@@ -11,9 +11,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-using testing::EndsWith;
 using testing::HasSubstr;
-using testing::Not;
 using testing::Optional;
 
 struct session : testing::Test {
@@ -40,8 +38,6 @@ struct session : testing::Test {
 
 static const char *const running = "vantore-comp M4c running — WAYLAND_DISPLAY=wayland-0 ";
 static const char *const torn_down = "vantore-comp: clean shutdown — tearing down\n";
-
-// --- the fatal ends ----------------------------------------------------------------------------------
 
 TEST_F(session, ends_with_1_when_there_is_no_backend)
 {
@@ -101,8 +97,6 @@ TEST_F(session, goes_on_without_virtual_outputs_on_a_backend_that_takes_no_other
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
 
-// --- signals -----------------------------------------------------------------------------------------
-
 class ended_by : public session, public testing::WithParamInterface<int>
 {
 };
@@ -159,8 +153,6 @@ TEST_F(session, survives_clients_that_vanish_in_the_middle_of_a_request)
     compositor.send(SIGTERM);
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
-
-// --- real programs -----------------------------------------------------------------------------------
 
 // A screenshot of the session, empty when it could not be taken.
 static test::image screenshot(session &s, const std::filesystem::path &path)

@@ -42,7 +42,7 @@ TEST_F(log_sink, stamps_a_line_with_the_time_since_the_start_and_the_level)
 {
     world.advance_clock_ms(((25 * 60 + 4) * 60 + 5) * 1000 + 67);
     wlr_log(WLR_ERROR, "it %s %d", "broke", 7);
-    EXPECT_THAT(said(), MatchesRegex("25:04:05\\.0[67][0-9] \\[ERROR\\] "
+    EXPECT_THAT(said(), MatchesRegex("25:04:05\\.067 \\[ERROR\\] "
                                      "\\[tests/unit/log_test\\.cpp:[0-9]+\\] it broke 7\n"));
 }
 

@@ -1,5 +1,7 @@
 #include "support/picture.hpp"
 
+#include "support/isolation.hpp"
+
 #include <cstdlib>
 #include <gtest/gtest.h>
 
@@ -12,11 +14,11 @@ static image one(uint32_t argb)
 
 TEST(pictures, survive_a_file)
 {
-    const std::filesystem::path path = std::filesystem::temp_directory_path() / "vantore-picture-test.png";
+    const test::isolation world;
+    const std::filesystem::path path = world.directory() / "picture.png";
     const image before{.width = 2, .height = 2, .argb = {0xffff0000, 0xff00ff00, 0xff0000ff, 0x80ffffff}};
     ASSERT_TRUE(before.save(path));
     const image after = image::load(path);
-    std::filesystem::remove(path);
     EXPECT_EQ(after.width, 2);
     EXPECT_EQ(after.height, 2);
     EXPECT_EQ(after.argb, before.argb);
@@ -55,9 +57,10 @@ TEST(pictures, of_different_sizes_differ)
 
 TEST(golden_pictures, that_are_missing_fail_the_comparison)
 {
-    const std::filesystem::path output = std::filesystem::temp_directory_path();
-    setenv("VANTORE_TEST_OUTPUT", output.c_str(), 1);
+    const test::isolation world;
+    unsetenv("VANTORE_UPDATE_GOLDEN");
+    setenv("VANTORE_TEST_OUTPUT", world.directory().c_str(), 1);
     EXPECT_FALSE(test::matches_golden(one(0xffffffff), "no-such-picture", 0));
-    EXPECT_TRUE(std::filesystem::remove(output / "no-such-picture.actual.png"));
-    EXPECT_TRUE(std::filesystem::remove(output / "no-such-picture.diff.png"));
+    EXPECT_TRUE(std::filesystem::exists(world.directory() / "no-such-picture.actual.png"));
+    EXPECT_TRUE(std::filesystem::exists(world.directory() / "no-such-picture.diff.png"));
 }

@@ -13,21 +13,26 @@ usage: ./dev COMMAND [ARGUMENTS]
   lint                       formatting, clang-tidy, header and text checks
   format                     format the sources
   bench [NAME...]            build and run the benchmarks
-  fuzz [SECONDS]             run each fuzz target that long (60)
+  fuzz                       run the fuzz targets (there are none yet)
   help                       this text
 
 VANTORE_DEV_ENV=native or =rootfs chooses where to build; without it, native where everything is installed.
 EOT
 }
 
-# --- build -------------------------------------------------------------------------------------------
-
-sanitize=(-Db_sanitize=address,undefined -Db_lundef=false)
+sanitize=("-Db_sanitize=address,undefined" -Db_lundef=false)
 
 configure() { # DIRECTORY MESON-OPTIONS...
 	local directory=build/$1
 	shift
-	[ -f "$directory/build.ninja" ] || inside meson setup "$directory" "$@" >&2
+	# Another environment has other paths.
+	if [ "$(cat "$directory/made-in" 2>/dev/null)" != "$environment" ]; then
+		rm -rf "$directory"
+	fi
+	if [ ! -f "$directory/build.ninja" ]; then
+		inside meson setup "$directory" "$@" >&2
+		echo "$environment" >"$directory/made-in"
+	fi
 }
 
 compile() { # DIRECTORY MESON-OPTIONS...
@@ -49,8 +54,6 @@ dev_shell() {
 	exec bwrap "${sandbox[@]}" --die-with-parent "$@"
 }
 
-# --- test --------------------------------------------------------------------------------------------
-
 run_tests() { # DIRECTORY NAME...
 	local directory=build/$1
 	shift
@@ -59,11 +62,14 @@ run_tests() { # DIRECTORY NAME...
 }
 
 dev_test() {
-	local builds=(dev sanitized) status=0 build
-	if [ "${1:-}" = --quick ]; then
-		builds=(dev)
-		shift
-	fi
+	local builds=(dev sanitized) names=() status=0 argument build
+	for argument in "$@"; do
+		case $argument in
+		--quick) builds=(dev) ;;
+		-*) fail "test knows --quick and names of tests, not '$argument'" ;;
+		*) names+=("$argument") ;;
+		esac
+	done
 	prepare
 	for build in "${builds[@]}"; do
 		rm -f "build/$build/meson-logs/testlog.junit.xml"
@@ -71,13 +77,11 @@ dev_test() {
 		dev) compile dev ;;
 		sanitized) compile sanitized "${sanitize[@]}" ;;
 		esac
-		run_tests "$build" "$@" || status=1
+		run_tests "$build" "${names[@]}" || status=1
 	done
 	inside python3 tools/count-tests "${builds[@]/#/build/}" || status=1
 	return "$status"
 }
-
-# --- run ---------------------------------------------------------------------------------------------
 
 dev_run() {
 	local headless=no arguments=() argument
@@ -92,13 +96,12 @@ dev_run() {
 	compile dev
 	if [ "$headless" = no ] && { [ -n "${WAYLAND_DISPLAY:-}" ] || [ -n "${DISPLAY:-}" ]; }; then
 		is_native || sandbox_with_the_hosts_display
-		inside build/dev/comp/vantore-comp
+		# Without a bus: the session must not be announced to the desktop that it runs in.
+		inside env -u DBUS_SESSION_BUS_ADDRESS build/dev/comp/vantore-comp
 	else
 		inside tools/demo-session "${arguments[@]}"
 	fi
 }
-
-# --- bench ----------------------------------------------------------------------------------
 
 dev_bench() {
 	prepare
@@ -108,8 +111,6 @@ dev_bench() {
 
 # The targets come with the parsers that they are for.
 dev_fuzz() { say "there are no fuzz targets yet"; }
-
-# --- lint --------------------------------------------------------------------------------------------
 
 dev_format() {
 	groups="base lint"
@@ -121,7 +122,7 @@ dev_lint() {
 	local status=0
 	groups="base lint"
 	prepare
-	CXX=clang++ CC=clang configure lint -Dtests=true -Dbench=true
+	CXX=clang++ CC=clang configure lint -Dtests=true -Dbench=true -Db_pch=false
 	inside ninja -C build/lint -t targets all 2>/dev/null |
 		sed -n 's/^\([^:]*-protocol\.[hc]\): .*/\1/p' |
 		inside xargs -d '\n' ninja -C build/lint >&2 || status=1

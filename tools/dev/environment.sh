@@ -2,6 +2,7 @@
 # Where commands run: on this machine where everything is installed, else in a root filesystem with Debian's
 # packages, made once in the user's cache. Sourced by ./dev; needs $project.
 
+: "${project:?}"
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/vantore-comp
 suite=forky
 groups=base # package groups that the command needs; lint adds its own
@@ -12,31 +13,35 @@ fail() {
 	exit 1
 }
 
-# --- native ------------------------------------------------------------------------------------------
-
 native_libraries=(wlroots-0.20 scenefx-0.5 wayland-server wayland-client wayland-protocols xkbcommon cairo
 	libdrm pixman-1 xcb xcb-ewmh xcb-icccm libinput libudev libpng gtest_main gmock benchmark)
 
 has_everything() {
-	local program
-	for program in meson ninja wayland-scanner pkg-config c++; do
+	local program programs=(meson ninja wayland-scanner pkg-config c++ python3 foot grim wayland-info wl-copy)
+	[ "$groups" = base ] || programs+=(clang++ clang-tidy clang-format shellcheck)
+	for program in "${programs[@]}"; do
 		command -v "$program" >/dev/null || return 1
 	done
 	pkg-config --exists "${native_libraries[@]}" 2>/dev/null || return 1
 	c++ -std=c++23 -x c++ -fsyntax-only - </dev/null 2>/dev/null || return 1
-	tools/find-wlr-protocols >/dev/null 2>&1 || return 1
-	[ "$groups" = base ] || command -v clang-tidy clang-format clang++ >/dev/null
+	tools/find-wlr-protocols >/dev/null 2>&1
 }
 
-is_native() {
+environment= # "native", or the root filesystem's path; prepare decides
+
+is_native() { [ "$environment" = native ]; }
+
+choose_environment() {
 	case ${VANTORE_DEV_ENV:-auto} in
-	native) return 0 ;;
-	rootfs) return 1 ;;
-	*) has_everything ;;
+	native)
+		has_everything || fail "not everything of tools/packages is installed here;" \
+			"without VANTORE_DEV_ENV=native a root filesystem is made"
+		environment=native
+		;;
+	rootfs) environment=$(rootfs_path) ;;
+	*) if has_everything; then environment=native; else environment=$(rootfs_path); fi ;;
 	esac
 }
-
-# --- making the root filesystem ----------------------------------------------------------------------
 
 packages() {
 	local group
@@ -128,10 +133,9 @@ make_rootfs() { # TARGET
 	mv "$partial" "$1"
 }
 
-ensure_rootfs() {
-	local target
-	target=$(rootfs_path)
-	[ -d "$target" ] && return
+ensure_rootfs() { # TARGET
+	local target=$1
+	[ ! -d "$target" ] || return 0
 	mkdir -p "$cache" || fail "can't make $cache"
 	exec 9>"$cache/lock"
 	flock 9 # another ./dev may be making it
@@ -139,16 +143,18 @@ ensure_rootfs() {
 	exec 9>&-
 }
 
-# --- running in it -----------------------------------------------------------------------------------
+sandbox=() # arguments of bubblewrap
 
 sandbox_arguments() {
-	sandbox=(--bind "$(rootfs_path)" / --dev /dev --proc /proc --tmpfs /tmp --tmpfs /run
-		--dir /run/user --chmod 0700 /run/user --dir /tmp/home --dir /tmp/.X11-unix
+	# The runtime directory is shared: ./dev shell reaches a session that ./dev run has started.
+	sandbox=(--bind "$environment" / --dev /dev --proc /proc --tmpfs /tmp --tmpfs /run
+		--bind "$cache/runtime" /run/user --dir /tmp/home --dir /tmp/.X11-unix
 		--bind "$project" "$project" --bind "$cache/ccache" /var/cache/ccache
 		--unsetenv WAYLAND_DISPLAY --unsetenv WAYLAND_SOCKET --unsetenv DISPLAY
 		--setenv XDG_RUNTIME_DIR /run/user --setenv HOME /tmp/home --setenv CCACHE_DIR /var/cache/ccache
 		--setenv XDG_CACHE_HOME /tmp/home/.cache --setenv XDG_CONFIG_HOME /tmp/home/.config
 		--setenv PATH /usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin --unsetenv LD_PRELOAD
+		--unsetenv DBUS_SESSION_BUS_ADDRESS
 		--chdir "$PWD" --unshare-pid --as-pid-1)
 }
 
@@ -193,6 +199,10 @@ in_sandbox() {
 
 hand_on() { # SIGNAL INFO-FILE
 	local inner
+	until [ -s "$2" ]; do # bubblewrap tells the process in its first milliseconds
+		kill -0 "$outer" 2>/dev/null || return 0
+		sleep 0.02
+	done
 	inner=$(sed -n 's/.*"child-pid": *\([0-9]*\).*/\1/p' "$2")
 	[ -z "$inner" ] || kill -s "$1" "$inner" 2>/dev/null || true
 }
@@ -207,13 +217,10 @@ inside() {
 }
 
 prepare() {
-	if is_native; then
-		if [ "${VANTORE_DEV_ENV:-auto}" = native ] && ! has_everything; then
-			fail "not everything of tools/packages is installed here; without VANTORE_DEV_ENV=native a root filesystem is made"
-		fi
-		return
-	fi
-	ensure_rootfs
-	mkdir -p "$cache/ccache"
+	choose_environment
+	is_native && return
+	ensure_rootfs "$environment"
+	mkdir -p "$cache/ccache" "$cache/runtime"
+	chmod 0700 "$cache/runtime"
 	sandbox_arguments
 }
