@@ -48,7 +48,7 @@ void window_map(bare_window &w)
     wlr_scene_node_set_position(&w.tree->node, 100, 100);
     wlr_scene_node_raise_to_top(&w.tree->node);
     wlr_surface *previous = w.server->seat->keyboard_state.focused_surface;
-    wlr_xdg_toplevel *old = previous ? wlr_xdg_toplevel_try_from_wlr_surface(previous) : nullptr;
+    wlr_xdg_toplevel *old = previous != nullptr ? wlr_xdg_toplevel_try_from_wlr_surface(previous) : nullptr;
     if (old != nullptr && old->base->initialized)
         wlr_xdg_toplevel_set_activated(old, false);
     wlr_xdg_toplevel_set_activated(w.xdg, true);

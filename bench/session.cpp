@@ -74,7 +74,7 @@ public:
         address.sun_family = AF_UNIX;
         const std::string path = world.directory() / "run/wayland-0";
         path.copy(address.sun_path, sizeof address.sun_path - 1);
-        if (::connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
+        if (fd < 0 || ::connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
             abort();
         auto client = std::make_unique<test::client>(fd);
         pump_until(*client, [&] { return client->ready(); });

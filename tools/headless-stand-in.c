@@ -53,12 +53,14 @@ static int open_through(const char *symbol, const char *path, int flags, mode_t 
 		va_end(args); \
 	}
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the C library's names are reserved
 int open(const char *path, int flags, ...)
 {
 	MODE_ARGUMENT(flags, mode)
 	return open_through("open", path, flags, mode);
 }
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 int open64(const char *path, int flags, ...)
 {
 	MODE_ARGUMENT(flags, mode)

@@ -2,6 +2,7 @@
 
 #include "../config/settings.hpp"
 #include "../handles.hpp"
+#include "../records.hpp"
 #include "output.hpp"
 
 static constexpr int fallback_width = 1280;
@@ -18,9 +19,8 @@ static bool set_first_accepted_mode(wlr_output *output, wlr_output_state *state)
     wlr_output_mode *preferred = wlr_output_preferred_mode(output);
     if (preferred != nullptr && accepts_mode(output, state, preferred))
         return true;
-    wlr_output_mode *mode = nullptr;
-    wl_list_for_each(mode, &output->modes, link)
-    {
+    for (wl_list *at = output->modes.next; at != &output->modes; at = at->next) {
+        wlr_output_mode *mode = owner_of<&wlr_output_mode::link>(at);
         if (mode != preferred && accepts_mode(output, state, mode))
             return true;
     }

@@ -11,7 +11,6 @@
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 using testing::StrEq;
 
 using desktop = test::desktop;

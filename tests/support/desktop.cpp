@@ -219,16 +219,17 @@ static std::string describe(const vantore_toplevel &t)
 {
     const wlr_box box = toplevel_box(t);
     const char *app_id = tl_app_id(t);
-    return std::format("  window {} \"{}\" {},{} {}x{} workspace {}{}{}\n", t.id, app_id ? app_id : "", box.x,
-                       box.y, box.width, box.height, t.workspace ? t.workspace->num : 0,
-                       t.maximized ? " maximized" : "", t.floating ? " floating" : "");
+    return std::format("  window {} \"{}\" {},{} {}x{} workspace {}{}{}\n", t.id,
+                       app_id != nullptr ? app_id : "", box.x, box.y, box.width, box.height,
+                       t.workspace != nullptr ? t.workspace->num : 0, t.maximized ? " maximized" : "",
+                       t.floating ? " floating" : "");
 }
 
 static std::string describe(const vantore_output &o)
 {
     return std::format("  output {} {}x{} {} workspace {}\n", output_name(o.wlr_output), o.wlr_output->width,
                        o.wlr_output->height, o.wlr_output->enabled ? "on" : "off",
-                       o.current_ws ? o.current_ws->num : 0);
+                       o.current_ws != nullptr ? o.current_ws->num : 0);
 }
 
 static std::string last_lines(const std::string &text, int count)

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <format>
 #include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -19,6 +20,7 @@ using clock = std::chrono::steady_clock;
 static std::vector<char *> pointers(std::vector<std::string> &texts)
 {
     std::vector<char *> result;
+    result.reserve(texts.size() + 1);
     for (std::string &text : texts)
         result.push_back(text.data());
     result.push_back(nullptr);
@@ -30,7 +32,7 @@ process::process(const std::vector<std::string> &command, const variables &envir
     std::vector<std::string> arguments = command;
     std::vector<std::string> assignments;
     for (const auto &[name, value] : environment)
-        assignments.push_back(name + "=" + value);
+        assignments.push_back(std::format("{}={}", name, value));
     const std::vector<char *> argv = pointers(arguments);
     const std::vector<char *> envp = pointers(assignments);
     std::array<int, 2> ends{};

@@ -6,6 +6,7 @@
 #include "xdg-shell-client-protocol.h"
 
 #include <algorithm>
+#include <span>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <utility>
@@ -51,9 +52,9 @@ struct window_events {
     {
         auto &pending = self(data).pending;
         pending = {.width = width, .height = height, .states = 0, .serial = 0};
-        const auto *first = static_cast<const uint32_t *>(states->data);
-        for (const uint32_t *state = first; state != first + states->size / sizeof(uint32_t); state++)
-            pending.states |= bit_of(*state);
+        const std::span list{static_cast<const uint32_t *>(states->data), states->size / sizeof(uint32_t)};
+        for (const uint32_t state : list)
+            pending.states |= bit_of(state);
     }
 
     static unsigned bit_of(uint32_t state)

@@ -23,10 +23,10 @@ struct session : testing::Test {
         return log.substr(place, log.size() - place - 1);
     }
 
-    test::process start() { return {test::compositor(), world.environment}; }
+    [[nodiscard]] test::process start() const { return {test::compositor(), world.environment}; }
 
     // Starts a program as a client of the session.
-    test::process client(const std::vector<std::string> &command)
+    [[nodiscard]] test::process client(const std::vector<std::string> &command) const
     {
         test::variables with_display = world.environment;
         with_display["WAYLAND_DISPLAY"] = "wayland-0";
@@ -140,6 +140,7 @@ TEST_F(session, survives_clients_that_vanish_in_the_middle_of_a_request)
     ASSERT_TRUE(compositor.says(running));
     for (int i = 0; i < 50; i++) {
         const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        ASSERT_GE(fd, 0);
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
         const std::string path = world.directory() / "run/wayland-0";
