@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+# shellcheck disable=SC2154 # environment.sh sets $environment and $sandbox
 # What ./dev can do. Sourced by it, after environment.sh.
 
 dev_help() {
