@@ -1,0 +1,92 @@
+#include "strbuf.hpp"
+
+#include "wlr.hpp"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+static constexpr size_t first_capacity = 256;
+
+strbuf::~strbuf()
+{
+    free(data);
+}
+
+// Room for n more bytes and the terminator.
+static bool reserve(strbuf &sb, size_t n)
+{
+    size_t cap = sb.cap > 0 ? sb.cap : first_capacity;
+    while (cap < sb.len + n + 1)
+        cap *= 2;
+    if (cap == sb.cap)
+        return true;
+    auto *grown = static_cast<char *>(realloc(sb.data, cap));
+    if (grown == nullptr) {
+        wlr_log(WLR_ERROR, "vantore-comp: no memory for a text of %zu bytes, it is cut", cap);
+        return false;
+    }
+    sb.data = grown;
+    sb.cap = cap;
+    return true;
+}
+
+void sb_append(strbuf &sb, const void *bytes, size_t n)
+{
+    if (!reserve(sb, n))
+        return;
+    if (n > 0)
+        memcpy(sb.data + sb.len, bytes, n);
+    sb.len += n;
+    sb.data[sb.len] = '\0';
+}
+
+void sb_appendf(strbuf &sb, const char *format, ...)
+{
+    va_list args;
+    va_start(args, format);
+    va_list measured;
+    va_copy(measured, args);
+    const int n = vsnprintf(nullptr, 0, format, measured);
+    va_end(measured);
+    if (n > 0 && reserve(sb, size_t(n))) {
+        vsnprintf(sb.data + sb.len, size_t(n) + 1, format, args);
+        sb.len += size_t(n);
+    }
+    va_end(args);
+}
+
+// Null for a byte that stands for itself.
+static const char *short_escape(char byte)
+{
+    switch (byte) {
+    case '"':
+        return "\\\"";
+    case '\\':
+        return "\\\\";
+    case '\n':
+        return "\\n";
+    case '\r':
+        return "\\r";
+    case '\t':
+        return "\\t";
+    default:
+        return nullptr;
+    }
+}
+
+void sb_jstr(strbuf &sb, const char *text)
+{
+    sb_append(sb, "\"", 1);
+    for (const char *at = text != nullptr ? text : ""; *at != '\0'; at++) {
+        const auto byte = static_cast<unsigned char>(*at);
+        if (const char *escape = short_escape(*at))
+            sb_append(sb, escape, 2);
+        else if (byte < 0x20)
+            sb_appendf(sb, "\\u%04x", byte);
+        else
+            sb_append(sb, at, 1);
+    }
+    sb_append(sb, "\"", 1);
+}
