@@ -5,3 +5,7 @@ struct vantore_server;
 struct vantore_toplevel;
 struct vantore_workspace;
 struct vantore_output;
+struct vantore_keyboard;
+struct vantore_input_dev;
+struct vantore_decoration;
+struct vantore_ime_relay;

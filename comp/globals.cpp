@@ -1,9 +1,14 @@
 #include "globals.hpp"
 
 #include "config/settings.hpp"
+#include "input/cursor_image.hpp"
+#include "input/devices.hpp"
 #include "input/seat_requests.hpp"
+#include "input/shortcuts_inhibitor.hpp"
 #include "outputs/gamma.hpp"
 #include "server.hpp"
+#include "windows/decoration_mode.hpp"
+#include "windows/popup.hpp"
 #include "windows/xdg.hpp"
 
 #include <cstdlib>
@@ -12,8 +17,47 @@
 
 static constexpr uint32_t compositor_version = 5;
 static constexpr uint32_t xdg_shell_version = 3;
+static constexpr uint32_t cursor_shape_version = 1;
 static constexpr uint32_t presentation_version = 2;
 static constexpr uint32_t ping_timeout_ms = 3000;
+
+// A global that can't be made is a feature less, never the end of the start.
+static void log_missing(const char *what, const char *consequence)
+{
+    wlr_log(WLR_ERROR, "vantore-comp: no %s, %s", what, consequence);
+}
+
+static void create_cursor_shape(vantore_server &server)
+{
+    if (auto *manager = wlr_cursor_shape_manager_v1_create(server.display, cursor_shape_version))
+        listen<&vantore_server::request_set_cursor_shape, seat_request_set_cursor_shape>(
+            server, manager->events.request_set_shape);
+    else
+        log_missing("cursor shapes", "clients draw their own cursors");
+}
+
+static void create_shortcuts_inhibit(vantore_server &server)
+{
+    if (auto *manager = wlr_keyboard_shortcuts_inhibit_v1_create(server.display))
+        listen<&vantore_server::new_keyboard_shortcuts_inhibitor, server_new_shortcuts_inhibitor>(
+            server, manager->events.new_inhibitor);
+    else
+        log_missing("shortcuts inhibitor", "shortcuts can't be left to clients");
+}
+
+static void create_virtual_devices(vantore_server &server)
+{
+    if (auto *keyboards = wlr_virtual_keyboard_manager_v1_create(server.display))
+        listen<&vantore_server::new_virtual_kbd, server_new_virtual_keyboard>(
+            server, keyboards->events.new_virtual_keyboard);
+    else
+        log_missing("virtual keyboards", "clients can't type");
+    if (auto *pointers = wlr_virtual_pointer_manager_v1_create(server.display))
+        listen<&vantore_server::new_virtual_ptr, server_new_virtual_pointer>(
+            server, pointers->events.new_virtual_pointer);
+    else
+        log_missing("virtual pointers", "clients can't point");
+}
 
 bool globals_create_first(vantore_server &server)
 {
@@ -29,12 +73,15 @@ bool globals_create_first(vantore_server &server)
     wlr_alpha_modifier_v1_create(display);
     wlr_single_pixel_buffer_manager_v1_create(display);
     wlr_security_context_manager_v1_create(display);
+    create_cursor_shape(server);
+    create_shortcuts_inhibit(server);
     if (wlr_xdg_foreign_registry *registry = wlr_xdg_foreign_registry_create(display)) {
         wlr_xdg_foreign_v1_create(display, registry);
         wlr_xdg_foreign_v2_create(display, registry);
     }
     wlr_tearing_control_manager_v1_create(display, 1);
     wlr_content_type_manager_v1_create(display, 1);
+    create_virtual_devices(server);
     return true;
 }
 
@@ -72,12 +119,23 @@ bool globals_create_xdg_shell(vantore_server &server)
     return true;
 }
 
+void globals_create_decoration(vantore_server &server)
+{
+    if (auto *manager = wlr_xdg_decoration_manager_v1_create(server.display))
+        listen<&vantore_server::new_decoration, server_new_decoration>(
+            server, manager->events.new_toplevel_decoration);
+    else
+        log_missing("decoration manager", "windows draw their own title bars");
+}
+
 bool globals_create_seat(vantore_server &server)
 {
     server.seat = wlr_seat_create(server.display, "seat0");
     if (server.seat == nullptr)
         return false;
+    listen<&vantore_server::new_input, server_new_input>(server, server.backend->events.new_input);
     auto &events = server.seat->events;
+    listen<&vantore_server::request_cursor, seat_request_cursor>(server, events.request_set_cursor);
     listen<&vantore_server::request_set_selection, seat_request_set_selection>(server,
                                                                                events.request_set_selection);
     listen<&vantore_server::request_set_primary_selection, seat_request_set_primary_selection>(
@@ -96,7 +154,7 @@ void globals_create_last(vantore_server &server)
     if (wlr_gamma_control_manager_v1 *gamma = wlr_gamma_control_manager_v1_create(display))
         listen<&vantore_server::gamma_set, server_gamma_set>(server, gamma->events.set_gamma);
     else
-        wlr_log(WLR_ERROR, "vantore-comp: no gamma control, night light is unavailable");
+        log_missing("gamma control", "night light is unavailable");
     wlr_xdg_output_manager_v1_create(display, server.output_layout);
 }
 
@@ -104,6 +162,12 @@ void globals_forget(vantore_server &server)
 {
     unlisten(server.new_xdg_toplevel);
     unlisten(server.new_xdg_popup);
+    unlisten(server.request_set_cursor_shape);
+    unlisten(server.new_keyboard_shortcuts_inhibitor);
+    unlisten(server.new_virtual_kbd);
+    unlisten(server.new_virtual_ptr);
+    unlisten(server.new_decoration);
+    unlisten(server.request_cursor);
     unlisten(server.request_set_selection);
     unlisten(server.request_set_primary_selection);
     unlisten(server.request_start_drag);

@@ -12,6 +12,8 @@ void globals_create_explicit_sync(vantore_server &server);
 // Feedback on when frames became visible, where the configuration has it.
 void globals_create_presentation(vantore_server &server);
 bool globals_create_xdg_shell(vantore_server &server);
+void globals_create_decoration(vantore_server &server);
+// The seat, and everything that devices and clients ask of it.
 bool globals_create_seat(vantore_server &server);
 // Capture, clipboard managers, gamma and output names.
 void globals_create_last(vantore_server &server);

@@ -1,7 +1,7 @@
 #include "memory_trim.hpp"
 
-#include "handles.hpp"
 #include "server.hpp"
+#include "timer.hpp"
 
 #include <malloc.h>
 
@@ -9,7 +9,7 @@ static constexpr int windows_worth_a_trim = 16;
 static constexpr int trim_delay_ms = 3000;
 
 static int g_windows_gone;
-static event_source g_trim_timer;
+static timer_source g_trim_timer;
 
 static int trim(void *)
 {
@@ -23,9 +23,8 @@ void memory_note_window_gone(vantore_server &server)
     if (server.shutting_down || ++g_windows_gone < windows_worth_a_trim)
         return;
     if (g_trim_timer == nullptr)
-        g_trim_timer.reset(wl_event_loop_add_timer(wl_display_get_event_loop(server.display), trim, nullptr));
-    if (g_trim_timer != nullptr)
-        wl_event_source_timer_update(g_trim_timer.get(), trim_delay_ms);
+        g_trim_timer = timer_create(server.display, trim, nullptr);
+    timer_arm(g_trim_timer, trim_delay_ms);
 }
 
 void memory_trim_reset()

@@ -3,10 +3,10 @@
 #include "platform.hpp"
 
 #include "spawn.hpp"
+#include "wlr.hpp"
 
 #include <csignal>
 #include <ctime>
-#include <wayland-server-core.h>
 
 static int64_t read_monotonic_clock()
 {
@@ -26,6 +26,8 @@ vnt_platform g_platform{
     .monotonic_ns = read_monotonic_clock,
     .run_shell_line = fork_shell_line,
     .send_signal = kill,
+    .arm_timer = wl_event_source_timer_update,
+    .change_vt = wlr_session_change_vt,
     .client_pid = read_client_pid,
     .kernel_command_line = "/proc/cmdline",
     .log = nullptr,

@@ -1,5 +1,5 @@
 // What the process asks of the operating system and tests must be able to answer themselves: programs to
-// start, processes to find and kill, the clock, the kernel's command line, the log's destination. The
+// start, processes to find and kill, the clock and timers, the virtual terminal, the kernel's command line, the log's destination. The
 // product never writes to these.
 #pragma once
 
@@ -8,12 +8,16 @@
 #include <sys/types.h>
 
 struct wl_client;
+struct wl_event_source;
+struct wlr_session;
 
 struct vnt_platform {
     // CLOCK_MONOTONIC in nanoseconds.
     int64_t (*monotonic_ns)();
     void (*run_shell_line)(const char *line);
     int (*send_signal)(pid_t pid, int signal);
+    int (*arm_timer)(wl_event_source *timer, int ms);
+    bool (*change_vt)(wlr_session *session, unsigned vt);
     // The process at the other end of a client's socket.
     pid_t (*client_pid)(wl_client *client);
     const char *kernel_command_line;

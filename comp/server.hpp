@@ -3,6 +3,7 @@
 
 #include "fwd.hpp"
 #include "records.hpp"
+#include "timer.hpp"
 
 #include <array>
 
@@ -28,22 +29,48 @@ struct vantore_server {
 
     wlr_xdg_shell *xdg_shell = nullptr;
     listener new_xdg_toplevel, new_xdg_popup;
+    listener request_set_cursor_shape;
+    listener new_keyboard_shortcuts_inhibitor;
+    wlr_keyboard_shortcuts_inhibitor_v1 *active_shortcuts_inhibitor = nullptr; // the latest one
+    listener new_virtual_kbd, new_virtual_ptr;
     list_head toplevels; // vantore_toplevel.link, mapped windows, most recently raised first
+    listener new_decoration;
 
     wlr_cursor *cursor = nullptr;
     wlr_xcursor_manager *xcursor_mgr = nullptr;
+    listener cursor_motion, cursor_motion_absolute, cursor_button, cursor_axis, cursor_frame;
+    // Cursor position minus surface position at the last motion that a client heard of.
+    double ptr_grab_ox = 0, ptr_grab_oy = 0;
+    vantore_ime_relay *ime = nullptr; // null without text input
 
     wlr_seat *seat = nullptr;
-    listener request_set_selection, request_set_primary_selection, request_start_drag, start_drag;
+    listener new_input;
+    listener request_cursor, request_set_selection, request_set_primary_selection, request_start_drag,
+        start_drag;
+    list_head keyboards; // vantore_keyboard.link, newest first
+    list_head input_devs; // vantore_input_dev.link, newest first
 
     wlr_output_layout *output_layout = nullptr;
     list_head outputs; // vantore_output.link, newest first
     listener new_output;
     listener gamma_set;
     list_head workspaces; // vantore_workspace.link, always nine, ascending num
+    uint32_t wm_modifier = WLR_MODIFIER_LOGO; // Ctrl, Alt or Logo
     bool shutting_down = false; // the event loop has ended: teardown must not rearrange
     uint32_t next_toplevel_id = 0; // the last id handed out
+    bool mod_tapped = false; // the modifier went down alone; a tap is still possible
+    timer_source mod_hold_timer;
+    bool shortcuts_shown = false; // the modifier was held: the shell shows the shortcuts
 
+    // What the cursor shows: a name of the theme, or a client's surface, or nothing.
+    bool cur_cursor_named = false;
+    std::array<char, 48> cur_cursor_name{};
+    wlr_surface *cur_cursor_surface = nullptr;
+    int32_t cur_cursor_hx = 0, cur_cursor_hy = 0; // its hotspot
+    listener cur_cursor_surface_destroy;
+
+    wlr_idle_notifier_v1 *idle_notifier = nullptr;
+    bool locked = false; // nothing but the lock screen may be seen or reached
     wlr_scene_tree *lock_tree = nullptr;
     wlr_scene_tree *drag_icon_tree = nullptr;
 };

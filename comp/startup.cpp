@@ -6,6 +6,9 @@
 #include "config/settings.hpp"
 #include "globals.hpp"
 #include "graphics.hpp"
+#include "input/buttons.hpp"
+#include "input/modifier_tap.hpp"
+#include "input/pointer.hpp"
 #include "log.hpp"
 #include "memory_trim.hpp"
 #include "outputs/output.hpp"
@@ -153,7 +156,22 @@ static bool create_cursor(vantore_server &server)
         !made(server.xcursor_mgr != nullptr, "cursor theme manager"))
         return false;
     wlr_cursor_attach_output_layout(server.cursor, server.output_layout);
+    auto &events = server.cursor->events;
+    listen<&vantore_server::cursor_motion, server_cursor_motion>(server, events.motion);
+    listen<&vantore_server::cursor_motion_absolute, server_cursor_motion_absolute>(server,
+                                                                                   events.motion_absolute);
+    listen<&vantore_server::cursor_button, server_cursor_button>(server, events.button);
+    listen<&vantore_server::cursor_axis, server_cursor_axis>(server, events.axis);
+    listen<&vantore_server::cursor_frame, server_cursor_frame>(server, events.frame);
     return true;
+}
+
+static void destroy_cursor(vantore_server &server)
+{
+    for (listener *l : {&server.cursor_motion, &server.cursor_motion_absolute, &server.cursor_button,
+                        &server.cursor_axis, &server.cursor_frame})
+        unlisten(*l);
+    wlr_cursor_destroy(server.cursor);
 }
 
 // Outputs and input devices of the backend appear while it starts.
@@ -213,12 +231,14 @@ static constexpr startup_step steps[]{
     {"presentation time", [](vantore_server &server) { return globals_create_presentation(server), true; }},
     {"accent", [](vantore_server &server) { return scene_graph_apply_accent(server), true; }},
     {"workspaces", [](vantore_server &server) { return made(workspaces_create(server), "workspaces"); }},
+    {"timers", [](vantore_server &server) { return modifier_tap_start(server), true; }},
     {"outputs",
      [](vantore_server &server) {
          listen<&vantore_server::new_output, server_new_output>(server, server.backend->events.new_output);
          return true;
      }},
     {"xdg shell", [](vantore_server &server) { return made(globals_create_xdg_shell(server), "xdg shell"); }},
+    {"decoration manager", [](vantore_server &server) { return globals_create_decoration(server), true; }},
     {"cursor", create_cursor},
     {"seat", [](vantore_server &server) { return made(globals_create_seat(server), "seat"); }},
     {"last globals", [](vantore_server &server) { return globals_create_last(server), true; }},
@@ -259,15 +279,17 @@ void server_finish(vantore_server &server)
     wl_display_destroy_clients(server.display);
     wlr_scene_node_destroy(&server.scene->tree.node);
     wlr_xcursor_manager_destroy(server.xcursor_mgr);
-    wlr_cursor_destroy(server.cursor);
+    destroy_cursor(server);
     wlr_allocator_destroy(server.allocator);
     wlr_renderer_destroy(server.renderer);
     unlisten(server.new_output);
+    unlisten(server.new_input);
     forget_session(server);
     wlr_backend_destroy(server.backend);
     workspaces_destroy(server);
     globals_forget(server);
     startup_reprobe_cancel();
+    server.mod_hold_timer.reset();
     memory_trim_reset();
     wl_display_destroy(server.display);
     g_display = nullptr;

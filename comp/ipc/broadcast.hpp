@@ -5,9 +5,11 @@
 
 // The numbers are those of the IPC protocol.
 enum vnt_event : int {
-    VNT_EVENT_WORKSPACES = 1,
-    VNT_EVENT_WINDOWS = 2,
-    VNT_EVENT_OUTPUTS = 3,
+    VNT_EVT_WORKSPACES = 1,
+    VNT_EVT_WINDOWS = 2,
+    VNT_EVT_OUTPUTS = 3,
+    VNT_EVT_LAUNCHER = 4, // asks the shell for its launcher
+    VNT_EVT_SHORTCUTS = 8, // shows or hides the shortcuts overlay
 };
 
 // Called with every event, by tests; null in the product.

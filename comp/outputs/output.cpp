@@ -6,9 +6,10 @@
 
 #include "output.hpp"
 
-#include "../handles.hpp"
+#include "../input/devices.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../server.hpp"
+#include "../timer.hpp"
 #include "../windows/layer.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/workspace.hpp"
@@ -18,7 +19,7 @@
 
 static constexpr int reprobe_delay_ms = 500;
 
-static event_source g_reprobe_timer;
+static timer_source g_reprobe_timer;
 
 vantore_output *output_by_name(vantore_server &server, std::string_view name)
 {
@@ -32,6 +33,14 @@ vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_o
 {
     for (auto &o : each<&vantore_output::link>(server.outputs))
         if (o.wlr_output == wlr_output)
+            return &o;
+    return nullptr;
+}
+
+vantore_output *resolve_primary_output(vantore_server &server)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (o.wlr_output->enabled)
             return &o;
     return nullptr;
 }
@@ -72,14 +81,15 @@ static void output_destroy(vantore_output &o)
     arrange_all_layers(server);
     rehome_outputs(server);
     cursor_ensure_on_output(server);
-    ipc_broadcast(server, VNT_EVENT_OUTPUTS);
+    apply_touch_mapping(server);
+    ipc_broadcast(server, VNT_EVT_OUTPUTS);
 }
 
 static void output_request_state(vantore_output &o, const wlr_output_event_request_state *event)
 {
     wlr_output_commit_state(o.wlr_output, event->state);
     arrange_all_layers(*o.server);
-    ipc_broadcast(*o.server, VNT_EVENT_OUTPUTS);
+    ipc_broadcast(*o.server, VNT_EVT_OUTPUTS);
 }
 
 static void light_up(wlr_output *output)
@@ -143,8 +153,9 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
     }
     arrange_all_layers(server);
     hand_workspace_to(*o);
+    apply_touch_mapping(server);
     wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));
-    ipc_broadcast(server, VNT_EVENT_OUTPUTS);
+    ipc_broadcast(server, VNT_EVT_OUTPUTS);
 }
 
 static int startup_reprobe(void *data)
@@ -156,10 +167,8 @@ static int startup_reprobe(void *data)
 
 void startup_reprobe_arm(vantore_server &server)
 {
-    g_reprobe_timer.reset(
-        wl_event_loop_add_timer(wl_display_get_event_loop(server.display), startup_reprobe, &server));
-    if (g_reprobe_timer != nullptr)
-        wl_event_source_timer_update(g_reprobe_timer.get(), reprobe_delay_ms);
+    g_reprobe_timer = timer_create(server.display, startup_reprobe, &server);
+    timer_arm(g_reprobe_timer, reprobe_delay_ms);
 }
 
 void startup_reprobe_cancel()

@@ -23,6 +23,8 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output);
 vantore_output *output_by_name(vantore_server &server, std::string_view name);
 // The record of a wlr_output, or null when it has none.
 vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_output);
+// The output that comes first where only one is wanted: the newest enabled one, or null.
+vantore_output *resolve_primary_output(vantore_server &server);
 int outputs_enabled_count(vantore_server &server);
 
 // For messages: never null.

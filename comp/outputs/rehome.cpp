@@ -1,5 +1,7 @@
 #include "rehome.hpp"
 
+#include "../clock.hpp"
+#include "../input/pointer.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/workspace.hpp"
@@ -75,4 +77,5 @@ void cursor_ensure_on_output(vantore_server &server)
     const bool has_usable = o->usable.width > 0 && o->usable.height > 0;
     const point target = center_of(has_usable ? o->usable : output_layout_box(*o));
     wlr_cursor_warp_closest(server.cursor, nullptr, target.x, target.y);
+    process_cursor_motion(server, uint32_t(mono_ms()));
 }

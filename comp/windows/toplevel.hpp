@@ -15,6 +15,8 @@ struct vantore_toplevel {
     // title bar lies above it.
     wlr_scene_tree *scene_tree = nullptr;
     bool maximized = false;
+    wlr_xdg_toplevel_decoration_v1 *decoration = nullptr; // null when the client has none
+    vantore_decoration *deco_wrap = nullptr; // our record of it
     bool overlay_lift = false; // lives in the overlay layer, above fullscreen windows
     bool ssd = false; // the compositor draws the title bar
     wlr_box saved_geo{}; // where to return to from maximized

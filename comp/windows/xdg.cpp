@@ -13,6 +13,7 @@
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
+#include "decoration_mode.hpp"
 #include "layer.hpp"
 #include "placement.hpp"
 #include "states.hpp"
@@ -36,15 +37,21 @@ static void send_first_size(vantore_toplevel &t)
     }
 }
 
+static void answer_initial_commit(vantore_toplevel &t)
+{
+    send_first_size(t);
+    deco_answer_initial_commit(t);
+}
+
 static void xdg_toplevel_commit(vantore_toplevel &t)
 {
     if (t.unresponsive) {
         t.unresponsive = false;
-        ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+        ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     }
     const wlr_xdg_surface *base = t.xdg_toplevel->base;
     if (base->initialized && base->initial_commit)
-        send_first_size(t);
+        answer_initial_commit(t);
 }
 
 static bool has_fixed_size(const wlr_xdg_toplevel_state &state)
@@ -107,7 +114,7 @@ static void refocus_after_unmap(vantore_toplevel &t)
 static void xdg_toplevel_unmap(vantore_toplevel &t)
 {
     unlink_from_list(t.link);
-    ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     refocus_after_unmap(t);
 }
 
@@ -115,6 +122,7 @@ static void xdg_toplevel_destroy(vantore_toplevel &t)
 {
     vantore_server &server = *t.server;
     vantore_workspace *ws = t.workspace;
+    deco_forget_window(t);
     // The scene would keep the tree as long as the xdg_surface, which may get another role object.
     t.xdg_toplevel->base->data = nullptr;
     wlr_scene_node_destroy(&t.scene_tree->node);
@@ -143,7 +151,7 @@ static void request_fullscreen(vantore_toplevel &t)
 
 static void set_app_id(vantore_toplevel &t)
 {
-    ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
 static void tl_handle_ping_timeout(vantore_toplevel &t)
@@ -151,7 +159,7 @@ static void tl_handle_ping_timeout(vantore_toplevel &t)
     if (t.unresponsive)
         return;
     t.unresponsive = true;
-    ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
 static void attach_listeners(vantore_toplevel &t)
@@ -184,11 +192,4 @@ void server_new_xdg_toplevel(vantore_server &server, wlr_xdg_toplevel *xdg_tople
     tree->node.data = t;
     xdg_toplevel->base->data = tree;
     attach_listeners(*t);
-}
-
-// Menus are not shown yet. A client that opens one is told at once that it has closed, since it would wait
-// for ever for a configure.
-void server_new_xdg_popup(vantore_server &, wlr_xdg_popup *popup)
-{
-    wlr_xdg_popup_destroy(popup);
 }

@@ -4,6 +4,4 @@
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
-// Handlers of the xdg-shell global's events.
 void server_new_xdg_toplevel(vantore_server &server, wlr_xdg_toplevel *xdg_toplevel);
-void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup);

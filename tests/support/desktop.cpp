@@ -65,6 +65,8 @@ void unstarted_desktop::finish()
     EXPECT_TRUE(wl_list_empty(&server.toplevels));
     EXPECT_TRUE(wl_list_empty(&server.outputs));
     EXPECT_TRUE(wl_list_empty(&server.workspaces));
+    EXPECT_TRUE(wl_list_empty(&server.keyboards));
+    EXPECT_TRUE(wl_list_empty(&server.input_devs));
 }
 
 void unstarted_desktop::TearDown()
@@ -116,6 +118,69 @@ uint32_t unstarted_desktop::pixel(const std::string &name, int x, int y)
 {
     const image shown = picture(name);
     return shown.argb.empty() ? 0 : shown.at(x, y);
+}
+
+template <class Device, class... Arguments>
+static Device &add_device(made_up_backend &backend, std::list<Device> &list, const Arguments &...arguments)
+{
+    Device &added = list.emplace_back(arguments...);
+    announce_device(backend, added.base.base);
+    return added;
+}
+
+made_up_keyboard &unstarted_desktop::plug_keyboard(const std::string &name)
+{
+    return add_device(*backend, backend->devices.keyboards, name);
+}
+
+made_up_pointer &unstarted_desktop::plug_pointer(const std::string &name)
+{
+    return add_device(*backend, backend->devices.pointers, name);
+}
+
+made_up_touch &unstarted_desktop::plug_touch(const std::string &name, const std::string &output_name)
+{
+    return add_device(*backend, backend->devices.touchscreens, name, output_name);
+}
+
+made_up_tablet &unstarted_desktop::plug_tablet(const std::string &name)
+{
+    return add_device(*backend, backend->devices.tablets, name);
+}
+
+made_up_tablet_pad &unstarted_desktop::plug_tablet_pad(const std::string &name)
+{
+    return add_device(*backend, backend->devices.tablet_pads, name);
+}
+
+made_up_switch &unstarted_desktop::plug_switch(const std::string &name)
+{
+    return add_device(*backend, backend->devices.switches, name);
+}
+
+template <class Device> static void remove_device(std::list<Device> &list, const Device &device)
+{
+    list.remove_if([&](const Device &other) { return &other == &device; });
+}
+
+void unstarted_desktop::unplug_device(made_up_keyboard &keyboard)
+{
+    remove_device(backend->devices.keyboards, keyboard);
+}
+
+void unstarted_desktop::unplug_device(made_up_pointer &pointer)
+{
+    remove_device(backend->devices.pointers, pointer);
+}
+
+void unstarted_desktop::unplug_device(made_up_touch &touch)
+{
+    remove_device(backend->devices.touchscreens, touch);
+}
+
+void unstarted_desktop::point_at(made_up_pointer &pointer, double lx, double ly)
+{
+    pointer.move(lx - server.cursor->x, ly - server.cursor->y);
 }
 
 client &unstarted_desktop::connect()

@@ -55,6 +55,19 @@ protected:
     // A pixel of what the output shows, opaque ARGB. 0 before the first picture.
     uint32_t pixel(const std::string &name, int x, int y);
 
+    // Input devices, of any name. They live until they are unplugged or the session ends.
+    made_up_keyboard &plug_keyboard(const std::string &name = "keyboard");
+    made_up_pointer &plug_pointer(const std::string &name = "pointer");
+    made_up_touch &plug_touch(const std::string &name, const std::string &output_name = "");
+    made_up_tablet &plug_tablet(const std::string &name);
+    made_up_tablet_pad &plug_tablet_pad(const std::string &name);
+    made_up_switch &plug_switch(const std::string &name);
+    void unplug_device(made_up_keyboard &keyboard);
+    void unplug_device(made_up_pointer &pointer);
+    void unplug_device(made_up_touch &touch);
+    // Moves the pointer there in layout coordinates, as a mouse would.
+    void point_at(made_up_pointer &pointer, double lx, double ly);
+
     // Clients and windows
     client &connect();
     // A new client's window, mapped with the size that it likes when it may choose.

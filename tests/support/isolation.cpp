@@ -20,6 +20,8 @@ struct recording {
     std::vector<killed> signals;
     int64_t now_ns = 0; // stands still until a test moves it
     pid_t client_pid = 0;
+    std::map<wl_event_source *, int64_t> armed; // and when they are due, in ns
+    std::vector<unsigned> vts;
     vnt_platform real;
 };
 static recording g_recording;
@@ -72,13 +74,24 @@ void isolation::redirect_environment()
 
 void isolation::redirect_platform()
 {
-    g_recording = {.spawned = {}, .signals = {}, .now_ns = 0, .client_pid = 0, .real = g_platform};
+    g_recording = {.real = g_platform};
     g_recording.now_ns = g_platform.monotonic_ns();
     g_platform.monotonic_ns = [] { return g_recording.now_ns; };
     g_platform.run_shell_line = [](const char *line) { g_recording.spawned.emplace_back(line); };
     g_platform.send_signal = [](pid_t pid, int signal) {
         g_recording.signals.push_back({pid, signal});
         return 0;
+    };
+    g_platform.arm_timer = [](wl_event_source *timer, int ms) {
+        if (ms > 0)
+            g_recording.armed[timer] = g_recording.now_ns + int64_t{ms} * 1'000'000;
+        else
+            g_recording.armed.erase(timer);
+        return 0;
+    };
+    g_platform.change_vt = [](wlr_session *, unsigned vt) {
+        g_recording.vts.push_back(vt);
+        return true;
     };
     command_line_path = root / "cmdline";
     g_platform.kernel_command_line = command_line_path.c_str();
@@ -121,6 +134,11 @@ const std::vector<killed> &isolation::killed_processes() const
     return g_recording.signals;
 }
 
+const std::vector<unsigned> &isolation::virtual_terminals() const
+{
+    return g_recording.vts;
+}
+
 void isolation::kernel_command_line(const std::string &text)
 {
     std::ofstream{command_line_path} << text;
@@ -129,6 +147,12 @@ void isolation::kernel_command_line(const std::string &text)
 void isolation::advance_clock_ms(int ms)
 {
     g_recording.now_ns += int64_t{ms} * 1'000'000;
+    std::erase_if(g_recording.armed, [](const auto &entry) {
+        const bool due = entry.second <= g_recording.now_ns;
+        if (due)
+            g_recording.real.arm_timer(entry.first, 1);
+        return due;
+    });
 }
 
 void isolation::pretend_client_pid(pid_t pid)

@@ -19,7 +19,7 @@ struct killed {
 
 // While it lives: HOME and all XDG directories lie in a directory of its own, PATH holds nothing, no display
 // and no bus is inherited, programs are recorded instead of started, signals recorded instead of sent, the
-// clock stands still until it is put forward, and the log is kept. Afterwards the environment, the signal
+// clock and the program's timers stand still until the clock is put forward, and the log is kept. Afterwards the environment, the signal
 // handlers and the signal mask are as they were.
 class isolation
 {
@@ -35,8 +35,11 @@ public:
     // The shell lines that would have been run.
     [[nodiscard]] const std::vector<std::string> &spawned() const;
     [[nodiscard]] const std::vector<killed> &killed_processes() const;
+    // The virtual terminals that were switched to.
+    [[nodiscard]] const std::vector<unsigned> &virtual_terminals() const;
     // What /proc/cmdline is to hold.
     void kernel_command_line(const std::string &text);
+    // Timers that are due by then fire with the next turn of the event loop.
     void advance_clock_ms(int ms);
     // What every client's process is to be from now on.
     void pretend_client_pid(pid_t pid);

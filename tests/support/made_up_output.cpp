@@ -91,6 +91,7 @@ static void backend_destroy(wlr_backend *base)
     made_up_backend *backend = owner_of<&made_up_backend::base>(base);
     while (!backend->outputs.empty())
         unplug(backend->outputs.front());
+    backend->devices = {};
     wlr_backend_finish(base);
     delete backend;
 }
@@ -143,6 +144,11 @@ made_up_output &plug_in(made_up_backend &backend, output_traits traits)
 void unplug(made_up_output &output)
 {
     wlr_output_destroy(&output.base); // frees the record
+}
+
+void announce_device(made_up_backend &backend, wlr_input_device &device)
+{
+    wl_signal_emit_mutable(&backend.base.events.new_input, &device);
 }
 
 } // namespace test

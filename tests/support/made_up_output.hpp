@@ -2,6 +2,7 @@
 // sync. They keep the buffer that was committed last, so a test can look at the picture.
 #pragma once
 
+#include "made_up_input.hpp"
 #include "wlr.hpp"
 
 #include <functional>
@@ -51,6 +52,7 @@ struct made_up_backend {
     wlr_backend base{};
     wl_event_loop *loop = nullptr;
     std::list<made_up_output> outputs;
+    made_up_devices devices;
 };
 
 // Owned by the multi-backend that it is added to.
@@ -59,6 +61,9 @@ made_up_backend *made_up_backend_create(wl_event_loop *loop);
 // Announces a new output. Owned by the backend until unplugged.
 made_up_output &plug_in(made_up_backend &backend, output_traits traits);
 void unplug(made_up_output &output);
+
+// Announces a device as the backend's own.
+void announce_device(made_up_backend &backend, wlr_input_device &device);
 
 // The record of a wlr_output that plug_in made.
 made_up_output &made_up(wlr_output *output);

@@ -1,5 +1,6 @@
 #include "wayland_client.hpp"
 
+#include "memory_file.hpp"
 #include "wlr-gamma-control-unstable-v1-client-protocol.h"
 #include "xdg-shell-client-protocol.h"
 
@@ -88,6 +89,12 @@ struct client_events {
         });
     }
 
+    static void release(void *data, wl_buffer *buffer)
+    {
+        std::erase(static_cast<client *>(data)->buffers, buffer);
+        wl_buffer_destroy(buffer);
+    }
+
     static void answer(void *data, wl_callback *callback, uint32_t)
     {
         auto &c = *static_cast<client *>(data);
@@ -112,6 +119,8 @@ client::client(int fd) : display(wl_display_connect_to_fd(fd))
 client::~client()
 {
     windows.clear();
+    for (wl_buffer *buffer : buffers)
+        wl_buffer_destroy(buffer);
     gamma_controls.clear();
     for (wl_callback *callback : roundtrips)
         wl_callback_destroy(callback);
@@ -188,6 +197,51 @@ std::string client::name_of(const wl_output *proxy) const
 {
     const auto found = std::ranges::find(outputs, proxy, &output::proxy);
     return found != outputs.end() ? found->name : "";
+}
+
+wl_surface *client::create_surface(const std::string &name)
+{
+    wl_surface *surface = wl_compositor_create_surface(compositor);
+    surface_names[surface] = name;
+    return surface;
+}
+
+void client::destroy_surface(wl_surface *surface)
+{
+    surface_names.erase(surface);
+    wl_surface_destroy(surface);
+}
+
+std::string client::name_of(wl_surface *surface) const
+{
+    const auto found = surface_names.find(surface);
+    return found != surface_names.end() ? found->second : "?";
+}
+
+void client::paint(wl_surface *surface, test::size s, uint32_t argb)
+{
+    static constexpr wl_buffer_listener listener{.release = client_events::release};
+    const size_t pixels = size_t(s.width) * size_t(s.height);
+    const int fd =
+        memory_file<uint32_t>(pixels, [&](uint32_t *memory) { std::fill_n(memory, pixels, argb); });
+    wl_shm_pool *pool = wl_shm_create_pool(shm, fd, int(pixels * 4));
+    wl_buffer *buffer =
+        wl_shm_pool_create_buffer(pool, 0, s.width, s.height, s.width * 4, WL_SHM_FORMAT_ARGB8888);
+    wl_shm_pool_destroy(pool);
+    close(fd);
+    wl_buffer_add_listener(buffer, &listener, this);
+    buffers.push_back(buffer);
+    wl_surface_attach(surface, buffer, 0, 0);
+    wl_surface_damage_buffer(surface, 0, 0, s.width, s.height);
+    wl_surface_commit(surface);
+}
+
+void *client::bind(const wl_interface &interface, uint32_t version)
+{
+    const auto found = std::ranges::find(announced, interface.name, &global::interface);
+    if (found == announced.end())
+        return nullptr;
+    return wl_registry_bind(registry, found->name, &interface, std::min(found->version, version));
 }
 
 struct gamma_events {

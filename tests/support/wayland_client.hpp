@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <list>
+#include <map>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -13,9 +14,11 @@ struct wl_buffer;
 struct wl_callback;
 struct wl_compositor;
 struct wl_display;
+struct wl_interface;
 struct wl_output;
 struct wl_registry;
 struct wl_shm;
+struct wl_subsurface;
 struct wl_surface;
 struct xdg_surface;
 struct xdg_toplevel;
@@ -99,6 +102,10 @@ public:
     void parent(window *other);
     // In surface coordinates; sent with each commit.
     void geometry(int x, int y, int width, int height);
+    // Only this part takes input; sent with the next commit.
+    void input_region(int x, int y, int width, int height);
+    // A subsurface of this size and place, drawn and desynchronised. The commit that shows it is the caller's.
+    void add_subsurface(int x, int y, test::size s);
     void request_maximize();
     void request_unmaximize();
     void request_fullscreen();
@@ -116,13 +123,15 @@ public:
     [[nodiscard]] std::vector<std::string> outputs() const;
     [[nodiscard]] uint32_t surface_id() const;
     [[nodiscard]] client &owner() const { return *owned_by; }
+    [[nodiscard]] wl_surface *get() const { return surface; }
+    [[nodiscard]] xdg_surface *shell_surface() const { return role; }
+    [[nodiscard]] xdg_toplevel *shell_toplevel() const { return toplevel; }
 
 private:
     friend struct window_events;
     friend struct client_events;
 
     void ensure_toplevel();
-    wl_buffer *solid_buffer(test::size s, uint32_t argb);
     void handle_configure(uint32_t serial);
 
     client *owned_by;
@@ -131,7 +140,7 @@ private:
     xdg_surface *role = nullptr;
     xdg_toplevel *toplevel = nullptr;
     std::vector<wl_callback *> frame_requests; // not answered yet
-    std::vector<wl_buffer *> buffers; // that the compositor holds
+    std::vector<std::pair<wl_surface *, wl_subsurface *>> subsurfaces;
     std::vector<wl_output *> entered;
     configure pending;
     std::vector<configure> configures;
@@ -190,6 +199,18 @@ public:
     window &create_window(const std::string &app_id);
     gamma_control &gamma(const std::string &output_name);
 
+    // Surfaces besides windows. The name is what events are told with.
+    wl_surface *create_surface(const std::string &name);
+    void destroy_surface(wl_surface *surface);
+    // Attaches a new solid buffer and commits.
+    void paint(wl_surface *surface, test::size s, uint32_t argb);
+    [[nodiscard]] std::string name_of(wl_surface *surface) const;
+
+    // A new object of a global that is there; the caller destroys it.
+    void *bind(const wl_interface &interface, uint32_t version);
+    [[nodiscard]] xdg_wm_base *shell() const { return wm_base; }
+    [[nodiscard]] wl_compositor *surfaces() const { return compositor; }
+
     [[nodiscard]] const std::vector<global> &globals() const { return announced; }
     [[nodiscard]] int pings() const { return ping_events; }
     bool answer_pings = true;
@@ -215,6 +236,8 @@ private:
     std::vector<global> announced;
     std::list<output> outputs;
     std::list<window> windows;
+    std::map<wl_surface *, std::string> surface_names;
+    std::vector<wl_buffer *> buffers; // that the compositor holds
     std::list<gamma_control> gamma_controls;
     std::vector<wl_callback *> roundtrips;
     int asked = 0, answered = 0;

@@ -1,13 +1,13 @@
-// The window of a test's client, and the shared memory that it draws into.
+// The window of a test's client.
 
 #include "wayland_client.hpp"
 
+#include "memory_file.hpp"
 #include "wlr-gamma-control-unstable-v1-client-protocol.h"
 #include "xdg-shell-client-protocol.h"
 
 #include <algorithm>
 #include <span>
-#include <sys/mman.h>
 #include <unistd.h>
 #include <utility>
 #include <wayland-client.h>
@@ -18,21 +18,6 @@ namespace test
 std::ostream &operator<<(std::ostream &out, const size &s)
 {
     return out << s.width << 'x' << s.height;
-}
-
-// A memory file filled by the painter; the caller closes it.
-template <class Value, class Paint> static int memory_file(size_t count, Paint paint)
-{
-    const size_t bytes = count * sizeof(Value);
-    const int fd = memfd_create("test-client", MFD_CLOEXEC);
-    if (fd < 0 || ftruncate(fd, off_t(bytes)) != 0)
-        abort();
-    void *memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
-    if (memory == MAP_FAILED)
-        abort();
-    paint(static_cast<Value *>(memory));
-    munmap(memory, bytes);
-    return fd;
 }
 
 void gamma_control::set_identity()
@@ -80,11 +65,6 @@ struct window_events {
     }
     static void enter(void *data, wl_surface *, wl_output *output) { self(data).entered.push_back(output); }
     static void leave(void *data, wl_surface *, wl_output *output) { std::erase(self(data).entered, output); }
-    static void release(void *data, wl_buffer *buffer)
-    {
-        std::erase(self(data).buffers, buffer);
-        wl_buffer_destroy(buffer);
-    }
     static void frame_done(void *data, wl_callback *callback, uint32_t)
     {
         self(data).frame_callbacks++;
@@ -118,22 +98,6 @@ void window::handle_configure(uint32_t serial)
         draw(pending.width > 0 ? pending.size() : drawn.width > 0 ? drawn : preferred, colour);
 }
 
-wl_buffer *window::solid_buffer(test::size s, uint32_t argb)
-{
-    static constexpr wl_buffer_listener listener{.release = window_events::release};
-    const size_t pixels = size_t(s.width) * size_t(s.height);
-    const int fd =
-        memory_file<uint32_t>(pixels, [&](uint32_t *memory) { std::fill_n(memory, pixels, argb); });
-    wl_shm_pool *pool = wl_shm_create_pool(owned_by->shm, fd, int(pixels * 4));
-    wl_buffer *buffer =
-        wl_shm_pool_create_buffer(pool, 0, s.width, s.height, s.width * 4, WL_SHM_FORMAT_ARGB8888);
-    wl_shm_pool_destroy(pool);
-    close(fd);
-    wl_buffer_add_listener(buffer, &listener, this);
-    buffers.push_back(buffer);
-    return buffer;
-}
-
 window::window(client &owner, std::string app_id) : owned_by(&owner), id(std::move(app_id)) {}
 
 window::~window()
@@ -143,7 +107,7 @@ window::~window()
 
 void window::create_surface()
 {
-    surface = wl_compositor_create_surface(owned_by->compositor);
+    surface = owned_by->create_surface(id);
     wl_surface_add_listener(surface, &surface_listener, this);
 }
 
@@ -184,9 +148,7 @@ void window::draw(size s, uint32_t argb)
 {
     drawn = s;
     colour = argb;
-    wl_surface_attach(surface, solid_buffer(s, argb), 0, 0);
-    wl_surface_damage_buffer(surface, 0, 0, s.width, s.height);
-    commit();
+    owned_by->paint(surface, s, argb);
 }
 
 void window::unmap()
@@ -214,12 +176,14 @@ void window::destroy_role()
 void window::destroy()
 {
     destroy_role();
+    for (const auto &[child, part] : std::exchange(subsurfaces, {})) {
+        wl_subsurface_destroy(part);
+        owned_by->destroy_surface(child);
+    }
     for (wl_callback *callback : std::exchange(frame_requests, {}))
         wl_callback_destroy(callback);
     if (surface != nullptr)
-        wl_surface_destroy(std::exchange(surface, nullptr));
-    for (wl_buffer *buffer : std::exchange(buffers, {}))
-        wl_buffer_destroy(buffer);
+        owned_by->destroy_surface(std::exchange(surface, nullptr));
 }
 
 void window::open()
@@ -268,6 +232,26 @@ void window::geometry(int x, int y, int width, int height)
 {
     ensure_toplevel();
     xdg_surface_set_window_geometry(role, x, y, width, height);
+}
+
+void window::input_region(int x, int y, int width, int height)
+{
+    wl_region *region = wl_compositor_create_region(owned_by->surfaces());
+    wl_region_add(region, x, y, width, height);
+    wl_surface_set_input_region(surface, region);
+    wl_region_destroy(region);
+}
+
+void window::add_subsurface(int x, int y, test::size s)
+{
+    auto *manager = static_cast<wl_subcompositor *>(owned_by->bind(wl_subcompositor_interface, 1));
+    wl_surface *child = owned_by->create_surface(id + "'s part");
+    wl_subsurface *part = wl_subcompositor_get_subsurface(manager, child, surface);
+    wl_subcompositor_destroy(manager);
+    wl_subsurface_set_position(part, x, y);
+    wl_subsurface_set_desync(part);
+    owned_by->paint(child, s, 0xff00c0c0);
+    subsurfaces.emplace_back(child, part);
 }
 
 void window::request_maximize()

@@ -24,7 +24,7 @@ has_everything() {
 	done
 	pkg-config --exists "${native_libraries[@]}" 2>/dev/null || return 1
 	c++ -std=c++23 -x c++ -fsyntax-only - </dev/null 2>/dev/null || return 1
-	tools/find-wlr-protocols >/dev/null 2>&1
+	tools/find-protocols wlr >/dev/null 2>&1 && tools/find-protocols misc >/dev/null 2>&1
 }
 
 environment= # "native", or the root filesystem's path; prepare decides

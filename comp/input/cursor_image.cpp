@@ -1,0 +1,65 @@
+#include "cursor_image.hpp"
+
+#include "../server.hpp"
+#include "../text.hpp"
+
+static void forget_surface(vantore_server &server)
+{
+    unlisten(server.cur_cursor_surface_destroy);
+    server.cur_cursor_surface = nullptr;
+}
+
+static void remember_name(vantore_server &server, const char *name)
+{
+    forget_surface(server);
+    server.cur_cursor_named = true;
+    copy_text(server.cur_cursor_name, name);
+}
+
+// Loading an image costs a thousand times more than moving it, and pointer motion asks for "default" at
+// every step over the desktop.
+void set_named_cursor(vantore_server &server, const char *name)
+{
+    if (server.cur_cursor_named && text_equals(server.cur_cursor_name, name))
+        return;
+    remember_name(server, name);
+    wlr_cursor_set_xcursor(server.cursor, server.xcursor_mgr, server.cur_cursor_name.data());
+}
+
+static void cursor_cache_surface_destroy(vantore_server &server)
+{
+    remember_name(server, "default");
+    wlr_cursor_set_xcursor(server.cursor, server.xcursor_mgr, "default");
+}
+
+void set_surface_cursor(vantore_server &server, wlr_surface *surface, int32_t hotspot_x, int32_t hotspot_y)
+{
+    forget_surface(server);
+    server.cur_cursor_named = false;
+    server.cur_cursor_surface = surface;
+    server.cur_cursor_hx = hotspot_x;
+    server.cur_cursor_hy = hotspot_y;
+    if (surface != nullptr)
+        listen<&vantore_server::cur_cursor_surface_destroy, cursor_cache_surface_destroy>(
+            server, surface->events.destroy);
+    wlr_cursor_set_surface(server.cursor, surface, hotspot_x, hotspot_y);
+}
+
+static bool is_under_pointer(const vantore_server &server, const wlr_seat_client *client)
+{
+    return client == server.seat->pointer_state.focused_client;
+}
+
+void seat_request_cursor(vantore_server &server, wlr_seat_pointer_request_set_cursor_event *event)
+{
+    if (is_under_pointer(server, event->seat_client))
+        set_surface_cursor(server, event->surface, event->hotspot_x, event->hotspot_y);
+}
+
+void seat_request_set_cursor_shape(vantore_server &server,
+                                   wlr_cursor_shape_manager_v1_request_set_shape_event *event)
+{
+    if (event->device_type == WLR_CURSOR_SHAPE_MANAGER_V1_DEVICE_TYPE_POINTER &&
+        is_under_pointer(server, event->seat_client))
+        set_named_cursor(server, wlr_cursor_shape_v1_name(event->shape));
+}

@@ -1,0 +1,180 @@
+// Every key of every keyboard passes the stages below in their order; the first that takes the key ends its
+// way. No memory is kept of which presses were taken: a client may see a release without its press.
+
+#include "keyboard.hpp"
+
+#include "../config/settings.hpp"
+#include "../platform.hpp"
+#include "../server.hpp"
+#include "input_method.hpp"
+#include "keymap.hpp"
+#include "modifier_tap.hpp"
+
+#include <algorithm>
+#include <span>
+
+static constexpr uint32_t xkb_keycode_offset = 8; // X11 keycodes are evdev codes shifted by it
+static constexpr xkb_keysym_t first_vt_keysym = XKB_KEY_XF86Switch_VT_1;
+static constexpr xkb_keysym_t last_vt_keysym = XKB_KEY_XF86Switch_VT_12;
+
+struct key_event {
+    vantore_server &server;
+    wlr_keyboard *keyboard;
+    const wlr_keyboard_key_event &raw;
+    bool pressed;
+    // What the key means in its layout without Shift or AltGr: 0 for nothing.
+    xkb_keysym_t base_sym;
+};
+
+// Null-safe: a keyboard whose layout never compiled has neither keymap nor state.
+static std::span<const xkb_keysym_t> base_syms(const wlr_keyboard *keyboard, xkb_keycode_t keycode)
+{
+    if (keyboard->xkb_state == nullptr)
+        return {};
+    const xkb_layout_index_t layout = xkb_state_key_get_layout(keyboard->xkb_state, keycode);
+    if (layout == XKB_LAYOUT_INVALID)
+        return {};
+    const xkb_keysym_t *syms = nullptr;
+    const int count = xkb_keymap_key_get_syms_by_level(keyboard->keymap, keycode, layout, 0, &syms);
+    return {syms, size_t(std::max(count, 0))};
+}
+
+static std::span<const xkb_keysym_t> translated_syms(const wlr_keyboard *keyboard, xkb_keycode_t keycode)
+{
+    if (keyboard->xkb_state == nullptr)
+        return {};
+    const xkb_keysym_t *syms = nullptr;
+    const int count = xkb_state_key_get_syms(keyboard->xkb_state, keycode, &syms);
+    return {syms, size_t(std::max(count, 0))};
+}
+
+static void notify_client(const key_event &key)
+{
+    wlr_seat_set_keyboard(key.server.seat, key.keyboard);
+    wlr_seat_keyboard_notify_key(key.server.seat, key.raw.time_msec, key.raw.keycode, key.raw.state);
+}
+
+static bool switch_vt(const key_event &key)
+{
+    if (key.server.session == nullptr || !key.pressed)
+        return false;
+    for (const xkb_keysym_t sym : translated_syms(key.keyboard, key.raw.keycode + xkb_keycode_offset)) {
+        if (sym < first_vt_keysym || sym > last_vt_keysym)
+            continue;
+        g_platform.change_vt(key.server.session, sym - first_vt_keysym + 1);
+        return true;
+    }
+    return false;
+}
+
+// No binding runs while the session is locked, and no input method reads the password.
+static bool give_to_lock_client(const key_event &key)
+{
+    if (!key.server.locked)
+        return false;
+    notify_client(key);
+    return true;
+}
+
+static bool watch_modifier_tap(const key_event &key)
+{
+    if (key.pressed)
+        modifier_tap_press(key.server, key.base_sym);
+    else
+        modifier_tap_release(key.server, key.base_sym);
+    return false;
+}
+
+static bool give_to_input_method(const key_event &key)
+{
+    wlr_input_method_keyboard_grab_v2 *grab = input_method_grab(key.server);
+    if (grab == nullptr)
+        return false;
+    wlr_input_method_keyboard_grab_v2_set_keyboard(grab, key.keyboard);
+    wlr_input_method_keyboard_grab_v2_send_key(grab, key.raw.time_msec, key.raw.keycode, key.raw.state);
+    return true;
+}
+
+static bool give_to_client(const key_event &key)
+{
+    notify_client(key);
+    return true;
+}
+
+static constexpr bool (*stages[])(const key_event &) = {
+    switch_vt, give_to_lock_client, watch_modifier_tap, give_to_input_method, give_to_client,
+};
+
+static void keyboard_handle_key(vantore_keyboard &k, wlr_keyboard_key_event *event)
+{
+    idle_poke(*k.server);
+    const auto syms = base_syms(k.wlr_keyboard, event->keycode + xkb_keycode_offset);
+    const key_event key{.server = *k.server,
+                        .keyboard = k.wlr_keyboard,
+                        .raw = *event,
+                        .pressed = event->state == WL_KEYBOARD_KEY_STATE_PRESSED,
+                        .base_sym = syms.empty() ? XKB_KEY_NoSymbol : syms.front()};
+    for (auto *stage : stages)
+        if (stage(key))
+            return;
+}
+
+static void keyboard_handle_modifiers(vantore_keyboard &k)
+{
+    vantore_server &server = *k.server;
+    if (wlr_input_method_keyboard_grab_v2 *grab = input_method_grab(server)) {
+        wlr_input_method_keyboard_grab_v2_set_keyboard(grab, k.wlr_keyboard);
+        wlr_input_method_keyboard_grab_v2_send_modifiers(grab, &k.wlr_keyboard->modifiers);
+        return;
+    }
+    wlr_seat_set_keyboard(server.seat, k.wlr_keyboard);
+    wlr_seat_keyboard_notify_modifiers(server.seat, &k.wlr_keyboard->modifiers);
+}
+
+static bool is_virtual(const vantore_keyboard &k)
+{
+    return wlr_input_device_get_virtual_keyboard(&k.wlr_keyboard->base) != nullptr;
+}
+
+// Null when there is none at all.
+static wlr_keyboard *best_keyboard(vantore_server &server)
+{
+    for (auto &k : each<&vantore_keyboard::link>(server.keyboards))
+        if (!is_virtual(k))
+            return k.wlr_keyboard;
+    const vantore_keyboard *k = each<&vantore_keyboard::link>(server.keyboards).first();
+    return k != nullptr ? k->wlr_keyboard : nullptr;
+}
+
+static void keyboard_handle_destroy(vantore_keyboard &k)
+{
+    vantore_server &server = *k.server;
+    const wlr_keyboard *destroyed = k.wlr_keyboard;
+    delete &k;
+    const wlr_keyboard *current = wlr_seat_get_keyboard(server.seat);
+    if (current != nullptr && current != destroyed)
+        return;
+    if (wlr_keyboard *next = best_keyboard(server))
+        wlr_seat_set_keyboard(server.seat, next);
+}
+
+void server_new_keyboard(vantore_server &server, wlr_input_device *device)
+{
+    auto *k = new vantore_keyboard{};
+    k->server = &server;
+    k->wlr_keyboard = wlr_keyboard_from_input_device(device);
+    if (!is_virtual(*k)) // those bring a keymap of their own
+        keyboard_apply_layout(k->wlr_keyboard);
+    wlr_keyboard_set_repeat_info(k->wlr_keyboard, g_kb_repeat_rate, g_kb_repeat_delay);
+    listen<&vantore_keyboard::modifiers, keyboard_handle_modifiers>(*k, k->wlr_keyboard->events.modifiers);
+    listen<&vantore_keyboard::key, keyboard_handle_key>(*k, k->wlr_keyboard->events.key);
+    listen<&vantore_keyboard::destroy, keyboard_handle_destroy>(*k, device->events.destroy);
+    wlr_seat_set_keyboard(server.seat, k->wlr_keyboard);
+    wl_list_insert(&server.keyboards, &k->link);
+}
+
+void idle_poke(vantore_server &server)
+{
+    if (server.idle_notifier != nullptr)
+        wlr_idle_notifier_v1_notify_activity(server.idle_notifier, server.seat);
+}

@@ -1,0 +1,81 @@
+#include "pointer.hpp"
+
+#include "../server.hpp"
+#include "cursor_image.hpp"
+#include "hit_test.hpp"
+#include "keyboard.hpp"
+
+void server_cursor_motion(vantore_server &server, wlr_pointer_motion_event *event)
+{
+    idle_poke(server);
+    wlr_cursor_move(server.cursor, &event->pointer->base, event->delta_x, event->delta_y);
+    process_cursor_motion(server, event->time_msec);
+}
+
+void server_cursor_motion_absolute(vantore_server &server, wlr_pointer_motion_absolute_event *event)
+{
+    idle_poke(server);
+    wlr_cursor_warp_absolute(server.cursor, &event->pointer->base, event->x, event->y);
+    process_cursor_motion(server, event->time_msec);
+}
+
+// The offset lets a press be followed beyond the surface's edges.
+static void deliver(vantore_server &server, uint32_t time_msec, const surface_hit &hit)
+{
+    server.ptr_grab_ox = server.cursor->x - hit.sx;
+    server.ptr_grab_oy = server.cursor->y - hit.sy;
+    wlr_seat_pointer_notify_motion(server.seat, time_msec, hit.sx, hit.sy);
+}
+
+static void enter_and_deliver(vantore_server &server, uint32_t time_msec, const surface_hit &hit)
+{
+    wlr_seat_pointer_notify_enter(server.seat, hit.surface, hit.sx, hit.sy);
+    deliver(server, time_msec, hit);
+}
+
+static void move_drag_icon(vantore_server &server)
+{
+    wlr_scene_node_set_position(&server.drag_icon_tree->node, int(server.cursor->x), int(server.cursor->y));
+}
+
+// Only what the scene shows can be reached, which during a lock is the lock screen.
+static void process_locked_motion(vantore_server &server, uint32_t time_msec)
+{
+    const surface_hit hit = surface_at(server, server.cursor->x, server.cursor->y);
+    set_named_cursor(server, "default");
+    if (hit.surface == nullptr)
+        return wlr_seat_pointer_clear_focus(server.seat);
+    wlr_seat_pointer_notify_enter(server.seat, hit.surface, hit.sx, hit.sy);
+    wlr_seat_pointer_notify_motion(server.seat, time_msec, hit.sx, hit.sy);
+}
+
+// A pressed button belongs to the client that it went down on until it is up again.
+static bool has_implicit_grab(wlr_seat *seat)
+{
+    return seat->pointer_state.button_count > 0 && seat->pointer_state.focused_surface != nullptr &&
+           !wlr_seat_pointer_has_grab(seat);
+}
+
+static void process_grabbed_motion(vantore_server &server, uint32_t time_msec, const surface_hit &hit)
+{
+    if (hit.surface == server.seat->pointer_state.focused_surface)
+        return deliver(server, time_msec, hit);
+    wlr_seat_pointer_notify_motion(server.seat, time_msec, server.cursor->x - server.ptr_grab_ox,
+                                   server.cursor->y - server.ptr_grab_oy);
+}
+
+void process_cursor_motion(vantore_server &server, uint32_t time_msec)
+{
+    move_drag_icon(server);
+    if (server.locked)
+        return process_locked_motion(server, time_msec);
+    surface_hit hit;
+    const vantore_toplevel *t = desktop_toplevel_at(server, server.cursor->x, server.cursor->y, hit);
+    if (has_implicit_grab(server.seat))
+        return process_grabbed_motion(server, time_msec, hit);
+    if (t == nullptr)
+        set_named_cursor(server, "default");
+    if (hit.surface == nullptr)
+        return wlr_seat_pointer_clear_focus(server.seat);
+    enter_and_deliver(server, time_msec, hit);
+}

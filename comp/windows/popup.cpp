@@ -1,0 +1,97 @@
+#include "popup.hpp"
+
+#include "../outputs/output.hpp"
+#include "../records.hpp"
+#include "../server.hpp"
+#include "toplevel.hpp"
+
+struct vantore_popup {
+    wlr_xdg_popup *xdg_popup = nullptr;
+    vantore_server *server = nullptr;
+    listener commit, reposition, destroy;
+};
+
+// The xdg surface of the window that a chain of popups hangs from. Null when the chain is broken or starts
+// at something else.
+static wlr_xdg_surface *root_surface(const wlr_xdg_popup &popup)
+{
+    wlr_surface *parent = popup.parent;
+    while (parent != nullptr) {
+        wlr_xdg_surface *xdg = wlr_xdg_surface_try_from_wlr_surface(parent);
+        if (xdg == nullptr || xdg->role != WLR_XDG_SURFACE_ROLE_POPUP)
+            return xdg;
+        parent = xdg->popup != nullptr ? xdg->popup->parent : nullptr;
+    }
+    return nullptr;
+}
+
+static const vantore_toplevel *window_of(const wlr_xdg_surface &root)
+{
+    const auto *tree = static_cast<const wlr_scene_tree *>(root.data);
+    return tree != nullptr ? static_cast<const vantore_toplevel *>(tree->node.data) : nullptr;
+}
+
+// The limit is the whole output that holds the window's top left corner, panels included: a nested menu stays
+// with its window, wherever the menu that it comes from lies.
+static void popup_unconstrain(const vantore_popup &p)
+{
+    const wlr_xdg_surface *root = root_surface(*p.xdg_popup);
+    const vantore_toplevel *t = root != nullptr ? window_of(*root) : nullptr;
+    if (t == nullptr)
+        return;
+    const wlr_scene_node &node = t->scene_tree->node;
+    wlr_output_layout *layout = p.server->output_layout;
+    wlr_output *output = wlr_output_layout_output_at(layout, node.x + 1, node.y + 1);
+    if (output == nullptr)
+        return;
+    wlr_box box{};
+    wlr_output_layout_get_box(layout, output, &box);
+    const wlr_box geometry = tl_get_geometry(*t);
+    box.x += geometry.x - node.x;
+    box.y += geometry.y - node.y;
+    wlr_xdg_popup_unconstrain_from_box(p.xdg_popup, &box);
+}
+
+static void xdg_popup_commit(vantore_popup &p)
+{
+    if (!p.xdg_popup->base->initial_commit)
+        return;
+    popup_unconstrain(p);
+    wlr_xdg_surface_schedule_configure(p.xdg_popup->base);
+}
+
+static void xdg_popup_reposition(vantore_popup &p)
+{
+    popup_unconstrain(p);
+}
+
+static void xdg_popup_destroy(vantore_popup &p)
+{
+    delete &p;
+}
+
+static wlr_scene_tree *tree_of_parent(const wlr_xdg_popup &popup)
+{
+    wlr_xdg_surface *parent =
+        popup.parent != nullptr ? wlr_xdg_surface_try_from_wlr_surface(popup.parent) : nullptr;
+    return parent != nullptr ? static_cast<wlr_scene_tree *>(parent->data) : nullptr;
+}
+
+void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup)
+{
+    wlr_scene_tree *parent = tree_of_parent(*popup);
+    if (parent == nullptr)
+        return;
+    wlr_scene_tree *tree = wlr_scene_xdg_surface_create(parent, popup->base);
+    if (tree == nullptr) {
+        wl_resource_post_no_memory(popup->resource);
+        return;
+    }
+    popup->base->data = tree; // where its own popups find it
+    auto *p = new vantore_popup{};
+    p->xdg_popup = popup;
+    p->server = &server;
+    listen<&vantore_popup::commit, xdg_popup_commit>(*p, popup->base->surface->events.commit);
+    listen<&vantore_popup::reposition, xdg_popup_reposition>(*p, popup->events.reposition);
+    listen<&vantore_popup::destroy, xdg_popup_destroy>(*p, popup->events.destroy);
+}

@@ -1,0 +1,104 @@
+// Input devices that tests plug in and use. Their events carry a time that grows by one millisecond each.
+#pragma once
+
+#include "wlr.hpp"
+
+#include <list>
+#include <string>
+
+extern "C" {
+#include <wlr/interfaces/wlr_keyboard.h>
+#include <wlr/interfaces/wlr_pointer.h>
+#define static
+#include <wlr/interfaces/wlr_switch.h>
+#include <wlr/interfaces/wlr_tablet_pad.h>
+#include <wlr/interfaces/wlr_tablet_tool.h>
+#include <wlr/interfaces/wlr_touch.h>
+#undef static
+}
+
+namespace test
+{
+
+// The time of the next event, in milliseconds.
+uint32_t next_event_time();
+
+struct made_up_keyboard {
+    explicit made_up_keyboard(const std::string &name);
+    ~made_up_keyboard();
+    made_up_keyboard(const made_up_keyboard &) = delete;
+    made_up_keyboard &operator=(const made_up_keyboard &) = delete;
+
+    // evdev codes, KEY_* of linux/input-event-codes.h
+    void press(uint32_t key);
+    void release(uint32_t key);
+    void tap(uint32_t key);
+    void use_keymap(const char *layout, const char *options = nullptr);
+
+    wlr_keyboard base{};
+};
+
+struct made_up_pointer {
+    explicit made_up_pointer(const std::string &name);
+    ~made_up_pointer();
+    made_up_pointer(const made_up_pointer &) = delete;
+    made_up_pointer &operator=(const made_up_pointer &) = delete;
+
+    void move(double dx, double dy);
+    void move_to(double x, double y); // shares of the layout, 0 to 1
+    void press(uint32_t button);
+    void release(uint32_t button);
+    void click(uint32_t button);
+    void scroll(wl_pointer_axis orientation, double delta, int32_t discrete);
+
+    wlr_pointer base{};
+};
+
+struct made_up_touch {
+    explicit made_up_touch(const std::string &name, const std::string &output_name);
+    ~made_up_touch();
+    made_up_touch(const made_up_touch &) = delete;
+    made_up_touch &operator=(const made_up_touch &) = delete;
+
+    wlr_touch base{};
+    std::string output_name;
+};
+
+struct made_up_tablet {
+    explicit made_up_tablet(const std::string &name);
+    ~made_up_tablet();
+    made_up_tablet(const made_up_tablet &) = delete;
+    made_up_tablet &operator=(const made_up_tablet &) = delete;
+
+    wlr_tablet base{};
+};
+
+struct made_up_tablet_pad {
+    explicit made_up_tablet_pad(const std::string &name);
+    ~made_up_tablet_pad();
+    made_up_tablet_pad(const made_up_tablet_pad &) = delete;
+    made_up_tablet_pad &operator=(const made_up_tablet_pad &) = delete;
+
+    wlr_tablet_pad base{};
+};
+
+struct made_up_switch {
+    explicit made_up_switch(const std::string &name);
+    ~made_up_switch();
+    made_up_switch(const made_up_switch &) = delete;
+    made_up_switch &operator=(const made_up_switch &) = delete;
+
+    wlr_switch base{};
+};
+
+// All devices of a made-up backend. A device is plugged out by erasing it.
+struct made_up_devices {
+    std::list<made_up_keyboard> keyboards;
+    std::list<made_up_pointer> pointers;
+    std::list<made_up_touch> touchscreens;
+    std::list<made_up_tablet> tablets;
+    std::list<made_up_tablet_pad> tablet_pads;
+    std::list<made_up_switch> switches;
+};
+
+} // namespace test

@@ -1,0 +1,189 @@
+#include "wayland_devices.hpp"
+
+#include "ext-idle-notify-v1-client-protocol.h"
+#include "input-method-unstable-v2-client-protocol.h"
+#include "keyboard-shortcuts-inhibit-unstable-v1-client-protocol.h"
+#include "memory_file.hpp"
+#include "virtual-keyboard-unstable-v1-client-protocol.h"
+#include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
+
+#include <format>
+#include <unistd.h>
+#include <utility>
+#include <wayland-client.h>
+
+namespace test
+{
+
+template <class T> static T *bind(seat &s, const wl_interface &interface)
+{
+    return static_cast<T *>(s.owner().bind(interface, 1));
+}
+
+virtual_keyboard::virtual_keyboard(seat &s)
+    : manager(bind<zwp_virtual_keyboard_manager_v1>(s, zwp_virtual_keyboard_manager_v1_interface)),
+      object(zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(manager.get(), s.get()))
+{
+}
+
+virtual_keyboard::~virtual_keyboard() = default;
+
+void virtual_keyboard::keymap(const std::string &text)
+{
+    const int fd = memory_file<char>(text.size() + 1, [&](char *memory) { text.copy(memory, text.size()); });
+    keymap(fd, uint32_t(text.size() + 1));
+    close(fd);
+}
+
+void virtual_keyboard::keymap(int fd, uint32_t size)
+{
+    zwp_virtual_keyboard_v1_keymap(object.get(), WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, fd, size);
+}
+
+void virtual_keyboard::key(uint32_t code, bool down)
+{
+    zwp_virtual_keyboard_v1_key(object.get(), 1, code,
+                                down ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
+}
+
+void virtual_keyboard::modifiers(uint32_t depressed)
+{
+    zwp_virtual_keyboard_v1_modifiers(object.get(), depressed, 0, 0, 0);
+}
+
+virtual_pointer::virtual_pointer(seat &s)
+    : manager(bind<zwlr_virtual_pointer_manager_v1>(s, zwlr_virtual_pointer_manager_v1_interface)),
+      object(zwlr_virtual_pointer_manager_v1_create_virtual_pointer(manager.get(), s.get()))
+{
+}
+
+virtual_pointer::~virtual_pointer() = default;
+
+void virtual_pointer::move(double dx, double dy)
+{
+    zwlr_virtual_pointer_v1_motion(object.get(), 1, wl_fixed_from_double(dx), wl_fixed_from_double(dy));
+    zwlr_virtual_pointer_v1_frame(object.get());
+}
+
+void virtual_pointer::move_to(uint32_t x, uint32_t y, uint32_t width, uint32_t height)
+{
+    zwlr_virtual_pointer_v1_motion_absolute(object.get(), 1, x, y, width, height);
+    zwlr_virtual_pointer_v1_frame(object.get());
+}
+
+void virtual_pointer::button(uint32_t code, bool down)
+{
+    zwlr_virtual_pointer_v1_button(object.get(), 1, code,
+                                   down ? WL_POINTER_BUTTON_STATE_PRESSED : WL_POINTER_BUTTON_STATE_RELEASED);
+    zwlr_virtual_pointer_v1_frame(object.get());
+}
+
+struct inhibitor_events {
+    static void active(void *data, zwp_keyboard_shortcuts_inhibitor_v1 *)
+    {
+        static_cast<shortcuts_inhibitor *>(data)->is_active = true;
+    }
+    static void inactive(void *data, zwp_keyboard_shortcuts_inhibitor_v1 *)
+    {
+        static_cast<shortcuts_inhibitor *>(data)->is_active = false;
+    }
+};
+
+shortcuts_inhibitor::shortcuts_inhibitor(seat &s, window &w)
+    : manager(bind<zwp_keyboard_shortcuts_inhibit_manager_v1>(
+          s, zwp_keyboard_shortcuts_inhibit_manager_v1_interface)),
+      object(zwp_keyboard_shortcuts_inhibit_manager_v1_inhibit_shortcuts(manager.get(), w.get(), s.get()))
+{
+    static constexpr zwp_keyboard_shortcuts_inhibitor_v1_listener listener{
+        .active = inhibitor_events::active,
+        .inactive = inhibitor_events::inactive,
+    };
+    zwp_keyboard_shortcuts_inhibitor_v1_add_listener(object.get(), &listener, this);
+}
+
+shortcuts_inhibitor::~shortcuts_inhibitor() = default;
+
+struct input_method_events {
+    static input_method &self(void *data) { return *static_cast<input_method *>(data); }
+
+    static void keymap(void *data, zwp_input_method_keyboard_grab_v2 *, uint32_t, int fd, uint32_t)
+    {
+        self(data).keymap_events++;
+        close(fd);
+    }
+    static void key(void *data, zwp_input_method_keyboard_grab_v2 *, uint32_t, uint32_t, uint32_t code,
+                    uint32_t state)
+    {
+        self(data).events.push_back(
+            std::format("key {} {}", state == WL_KEYBOARD_KEY_STATE_PRESSED ? "down" : "up", code));
+    }
+    static void modifiers(void *data, zwp_input_method_keyboard_grab_v2 *, uint32_t, uint32_t depressed,
+                          uint32_t latched, uint32_t locked, uint32_t group)
+    {
+        self(data).events.push_back(std::format("modifiers {} {} {}", depressed, latched | locked, group));
+    }
+};
+
+static constexpr zwp_input_method_v2_listener input_method_listener{
+    .activate = [](void *, zwp_input_method_v2 *) {},
+    .deactivate = [](void *, zwp_input_method_v2 *) {},
+    .surrounding_text = [](void *, zwp_input_method_v2 *, const char *, uint32_t, uint32_t) {},
+    .text_change_cause = [](void *, zwp_input_method_v2 *, uint32_t) {},
+    .content_type = [](void *, zwp_input_method_v2 *, uint32_t, uint32_t) {},
+    .done = [](void *, zwp_input_method_v2 *) {},
+    .unavailable = [](void *, zwp_input_method_v2 *) {},
+};
+
+input_method::input_method(seat &s)
+    : manager(bind<zwp_input_method_manager_v2>(s, zwp_input_method_manager_v2_interface)),
+      object(zwp_input_method_manager_v2_get_input_method(manager.get(), s.get()))
+{
+    zwp_input_method_v2_add_listener(object.get(), &input_method_listener, this);
+}
+
+input_method::~input_method() = default;
+
+void input_method::grab_keyboard()
+{
+    static constexpr zwp_input_method_keyboard_grab_v2_listener listener{
+        .keymap = input_method_events::keymap,
+        .key = input_method_events::key,
+        .modifiers = input_method_events::modifiers,
+        .repeat_info = [](void *, zwp_input_method_keyboard_grab_v2 *, int32_t, int32_t) {},
+    };
+    grab.reset(zwp_input_method_v2_grab_keyboard(object.get()));
+    zwp_input_method_keyboard_grab_v2_add_listener(grab.get(), &listener, this);
+}
+
+void input_method::release_keyboard()
+{
+    grab.reset();
+}
+
+std::vector<std::string> input_method::take()
+{
+    return std::exchange(events, {});
+}
+
+struct idle_events {
+    static void idled(void *data, ext_idle_notification_v1 *) { static_cast<idle_watch *>(data)->idled++; }
+    static void resumed(void *data, ext_idle_notification_v1 *)
+    {
+        static_cast<idle_watch *>(data)->resumed++;
+    }
+};
+
+idle_watch::idle_watch(seat &s)
+    : notifier(bind<ext_idle_notifier_v1>(s, ext_idle_notifier_v1_interface)),
+      object(ext_idle_notifier_v1_get_idle_notification(notifier.get(), 0, s.get()))
+{
+    static constexpr ext_idle_notification_v1_listener listener{
+        .idled = idle_events::idled,
+        .resumed = idle_events::resumed,
+    };
+    ext_idle_notification_v1_add_listener(object.get(), &listener, this);
+}
+
+idle_watch::~idle_watch() = default;
+
+} // namespace test

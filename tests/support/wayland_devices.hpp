@@ -1,0 +1,106 @@
+// What a client can do besides having windows: type and point by virtual devices, take shortcuts or all keys
+// for itself, and wait for the user to be idle.
+#pragma once
+
+#include "wayland_seat.hpp"
+
+namespace test
+{
+
+class virtual_keyboard
+{
+public:
+    // Without a keymap yet.
+    explicit virtual_keyboard(seat &s);
+    ~virtual_keyboard();
+    virtual_keyboard(const virtual_keyboard &) = delete;
+    virtual_keyboard &operator=(const virtual_keyboard &) = delete;
+
+    void keymap(const std::string &text);
+    // The file may be shorter or longer than the size that is told.
+    void keymap(int fd, uint32_t size);
+    void key(uint32_t code, bool down);
+    void modifiers(uint32_t depressed);
+
+private:
+    proxy<zwp_virtual_keyboard_manager_v1> manager;
+    proxy<zwp_virtual_keyboard_v1> object;
+};
+
+class virtual_pointer
+{
+public:
+    explicit virtual_pointer(seat &s);
+    ~virtual_pointer();
+    virtual_pointer(const virtual_pointer &) = delete;
+    virtual_pointer &operator=(const virtual_pointer &) = delete;
+
+    void move(double dx, double dy);
+    void move_to(uint32_t x, uint32_t y, uint32_t width, uint32_t height);
+    void button(uint32_t code, bool down);
+
+private:
+    proxy<zwlr_virtual_pointer_manager_v1> manager;
+    proxy<zwlr_virtual_pointer_v1> object;
+};
+
+class shortcuts_inhibitor
+{
+public:
+    shortcuts_inhibitor(seat &s, window &w);
+    ~shortcuts_inhibitor();
+    shortcuts_inhibitor(const shortcuts_inhibitor &) = delete;
+    shortcuts_inhibitor &operator=(const shortcuts_inhibitor &) = delete;
+
+    [[nodiscard]] bool active() const { return is_active; }
+
+private:
+    friend struct inhibitor_events;
+    proxy<zwp_keyboard_shortcuts_inhibit_manager_v1> manager;
+    proxy<zwp_keyboard_shortcuts_inhibitor_v1> object;
+    bool is_active = false;
+};
+
+// An input method that takes the keyboard. Hears "key down 30" and "modifiers 1 0 0".
+class input_method
+{
+public:
+    explicit input_method(seat &s);
+    ~input_method();
+    input_method(const input_method &) = delete;
+    input_method &operator=(const input_method &) = delete;
+
+    void grab_keyboard();
+    void release_keyboard();
+    std::vector<std::string> take();
+    [[nodiscard]] int keymaps() const { return keymap_events; }
+
+private:
+    friend struct input_method_events;
+    proxy<zwp_input_method_manager_v2> manager;
+    proxy<zwp_input_method_v2> object;
+    proxy<zwp_input_method_keyboard_grab_v2> grab;
+    std::vector<std::string> events;
+    int keymap_events = 0;
+};
+
+// Tells "idle" as soon as the user is, and "active" when that ends.
+class idle_watch
+{
+public:
+    explicit idle_watch(seat &s);
+    ~idle_watch();
+    idle_watch(const idle_watch &) = delete;
+    idle_watch &operator=(const idle_watch &) = delete;
+
+    [[nodiscard]] int times_idle() const { return idled; }
+    [[nodiscard]] int times_active() const { return resumed; }
+
+private:
+    friend struct idle_events;
+    proxy<ext_idle_notifier_v1> notifier;
+    proxy<ext_idle_notification_v1> object;
+    int idled = 0, resumed = 0;
+};
+
+} // namespace test

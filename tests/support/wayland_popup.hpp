@@ -1,0 +1,82 @@
+// Menus and decoration objects of a test's windows.
+#pragma once
+
+#include "wayland_client.hpp"
+#include "wayland_proxy.hpp"
+
+struct wl_surface;
+
+
+namespace test
+{
+
+// Where a popup wants to be, in its parent's window geometry. Anchor and gravity are the bottom right
+// corners, so that it hangs below its anchor like a menu.
+struct placement {
+    int x = 0, y = 0; // of the anchor point
+    test::size size{100, 60};
+    uint32_t adjustment = 0; // of xdg_positioner_constraint_adjustment
+};
+
+class popup
+{
+public:
+    // Opens it, up to its first commit. The parent's surface must have its role. It acks and draws by itself.
+    popup(window &parent, const placement &where);
+    popup(popup &parent, const placement &where);
+    popup(client &owner, xdg_surface *parent, const placement &where);
+    ~popup();
+    popup(const popup &) = delete;
+    popup &operator=(const popup &) = delete;
+
+    void reposition(const placement &where, uint32_t token);
+    void grab(wl_seat *seat, uint32_t serial);
+    void destroy_surface(); // before its role: a client's mistake
+    void destroy();
+
+    [[nodiscard]] int configure_count() const { return configures; }
+    // Relative to the parent's window geometry, as the compositor decided.
+    [[nodiscard]] int x() const { return last_x; }
+    [[nodiscard]] int y() const { return last_y; }
+    [[nodiscard]] test::size size() const { return last_size; }
+    [[nodiscard]] bool dismissed() const { return done; }
+    [[nodiscard]] uint32_t last_token() const { return token; }
+    [[nodiscard]] xdg_surface *shell_surface() const { return role; }
+
+private:
+    friend struct popup_events;
+
+    client *owned_by;
+    wl_surface *surface = nullptr;
+    xdg_surface *role = nullptr;
+    xdg_popup *object = nullptr;
+    int configures = 0, last_x = 0, last_y = 0;
+    test::size last_size{0, 0};
+    uint32_t token = 0;
+    bool done = false;
+};
+
+// What xdg-decoration says of a window.
+class decoration
+{
+public:
+    explicit decoration(window &w);
+    ~decoration();
+    decoration(const decoration &) = delete;
+    decoration &operator=(const decoration &) = delete;
+
+    void ask(uint32_t mode); // of zxdg_toplevel_decoration_v1_mode
+    void ask_nothing();
+    [[nodiscard]] uint32_t mode() const { return last_mode; } // 0 before the first answer
+    [[nodiscard]] int answers() const { return mode_events; }
+
+private:
+    friend struct decoration_events;
+
+    proxy<zxdg_decoration_manager_v1> manager;
+    proxy<zxdg_toplevel_decoration_v1> object;
+    uint32_t last_mode = 0;
+    int mode_events = 0;
+};
+
+} // namespace test
