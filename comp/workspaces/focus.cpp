@@ -31,14 +31,17 @@ static void activate_if_new(vantore_toplevel &t)
         tl_set_activated(t, true);
 }
 
+// A drag and an open menu hold back what the seat notifies of, the focus included. The window would be left
+// without the keyboard when they end, so the focus then goes past them.
 static void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
 {
-    wlr_keyboard *keyboard = wlr_seat_get_keyboard(seat);
-    if (keyboard != nullptr)
-        wlr_seat_keyboard_notify_enter(seat, surface, keyboard->keycodes, keyboard->num_keycodes,
-                                       &keyboard->modifiers);
-    else
-        wlr_seat_keyboard_notify_enter(seat, surface, nullptr, 0, nullptr);
+    const wlr_keyboard *keyboard = wlr_seat_get_keyboard(seat);
+    const uint32_t *keycodes = keyboard != nullptr ? keyboard->keycodes : nullptr;
+    const size_t count = keyboard != nullptr ? keyboard->num_keycodes : 0;
+    const wlr_keyboard_modifiers *modifiers = keyboard != nullptr ? &keyboard->modifiers : nullptr;
+    wlr_seat_keyboard_notify_enter(seat, surface, keycodes, count, modifiers);
+    if (seat->keyboard_state.focused_surface != surface)
+        wlr_seat_keyboard_enter(seat, surface, keycodes, count, modifiers);
 }
 
 void focus_toplevel_ex(vantore_toplevel *t, bool raise)

@@ -26,7 +26,8 @@ struct popup_events {
         popup &p = self(data);
         p.configures++;
         xdg_surface_ack_configure(role, serial);
-        p.owned_by->paint(p.surface, p.last_size, 0xffd0d0d0);
+        if (p.when == popup::draws::always)
+            p.owned_by->paint(p.surface, p.last_size, 0xffd0d0d0);
     }
 };
 
@@ -48,17 +49,21 @@ static proxy<xdg_positioner> make_positioner(client &owner, const placement &whe
     return p;
 }
 
-popup::popup(client &owner, xdg_surface *parent, const placement &where)
+popup::popup(client &owner, xdg_surface *parent, const placement &where, draws draw_when, const seat *grabs,
+             uint32_t serial)
     : owned_by(&owner), surface(owner.create_surface("popup")),
-      role(xdg_wm_base_get_xdg_surface(owner.shell(), surface))
+      role(xdg_wm_base_get_xdg_surface(owner.shell(), surface)), when(draw_when)
 {
     xdg_surface_add_listener(role, &popup_surface_listener, this);
     object = xdg_surface_get_popup(role, parent, make_positioner(owner, where).get());
     xdg_popup_add_listener(object, &popup_listener, this);
+    if (grabs != nullptr)
+        xdg_popup_grab(object, grabs->get(), serial);
     wl_surface_commit(surface);
 }
 
-popup::popup(window &parent, const placement &where) : popup(parent.owner(), parent.shell_surface(), where)
+popup::popup(window &parent, const placement &where, draws draw_when, const seat *grabs, uint32_t serial)
+    : popup(parent.owner(), parent.shell_surface(), where, draw_when, grabs, serial)
 {
 }
 
@@ -74,11 +79,6 @@ popup::~popup()
 void popup::reposition(const placement &where, uint32_t with_token)
 {
     xdg_popup_reposition(object, make_positioner(*owned_by, where).get(), with_token);
-}
-
-void popup::grab(wl_seat *seat, uint32_t serial)
-{
-    xdg_popup_grab(object, seat, serial);
 }
 
 void popup::destroy_surface()

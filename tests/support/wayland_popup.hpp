@@ -2,7 +2,7 @@
 #pragma once
 
 #include "wayland_client.hpp"
-#include "wayland_proxy.hpp"
+#include "wayland_seat.hpp"
 
 struct wl_surface;
 
@@ -21,16 +21,20 @@ struct placement {
 class popup
 {
 public:
-    // Opens it, up to its first commit. The parent's surface must have its role. It acks and draws by itself.
-    popup(window &parent, const placement &where);
+    enum class draws : bool { never, always };
+
+    // Opens it, up to its first commit. The parent's surface must have its role. It acks, and draws at each
+    // configure. With a seat it grabs the input, for the press of that serial.
+    popup(window &parent, const placement &where, draws when = draws::always, const seat *grabs = nullptr,
+          uint32_t serial = 0);
     popup(popup &parent, const placement &where);
-    popup(client &owner, xdg_surface *parent, const placement &where);
+    popup(client &owner, xdg_surface *parent, const placement &where, draws when = draws::always,
+          const seat *grabs = nullptr, uint32_t serial = 0);
     ~popup();
     popup(const popup &) = delete;
     popup &operator=(const popup &) = delete;
 
     void reposition(const placement &where, uint32_t token);
-    void grab(wl_seat *seat, uint32_t serial);
     void destroy_surface(); // before its role: a client's mistake
     void destroy();
 
@@ -50,6 +54,7 @@ private:
     wl_surface *surface = nullptr;
     xdg_surface *role = nullptr;
     xdg_popup *object = nullptr;
+    draws when;
     int configures = 0, last_x = 0, last_y = 0;
     test::size last_size{0, 0};
     uint32_t token = 0;

@@ -78,19 +78,25 @@ struct clipboard_events {
     {
         clipboard &c = self(data);
         c.drag.reset(offer != nullptr && offer == c.announced.get() ? c.announced.release() : nullptr);
+        c.dropped = false;
         c.drag_enter = serial;
         note(data, "drag enter {} {}", c.of->owner().name_of(surface), at(x, y));
     }
     static void leave(void *data, wl_data_device *)
     {
-        self(data).drag.reset();
+        if (!self(data).dropped)
+            self(data).drag.reset();
         note(data, "drag leave");
     }
     static void motion(void *data, wl_data_device *, uint32_t, wl_fixed_t x, wl_fixed_t y)
     {
         note(data, "drag motion {}", at(x, y));
     }
-    static void drop(void *data, wl_data_device *) { note(data, "drop"); }
+    static void drop(void *data, wl_data_device *)
+    {
+        self(data).dropped = true; // the offer stays until it is finished
+        note(data, "drop");
+    }
 
     static void target(void *data, wl_data_source *, const char *type)
     {

@@ -63,6 +63,7 @@ private:
     std::string offered_text, dragged_text;
     std::vector<std::string> events;
     uint32_t drag_enter = 0;
+    bool dropped = false;
 };
 
 class primary_selection

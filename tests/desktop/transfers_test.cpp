@@ -1,0 +1,236 @@
+// Clipboard, primary selection, drag and drop.
+
+#include "support/desktop.hpp"
+#include "support/server_check.hpp"
+#include "support/wayland_transfer.hpp"
+
+#include <linux/input-event-codes.h>
+
+using test::clipboard;
+using test::incoming_text;
+using test::seat;
+using test::window;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// Two clients, each with a window: the source at 100,100, the target at 700,100.
+struct transfers : test::desktop {
+    struct side {
+        explicit side(window &w) : page(w), ears(w.owner()), clips(ears) {}
+        window &page;
+        seat ears;
+        clipboard clips;
+    };
+
+    void SetUp() override
+    {
+        desktop::SetUp();
+        plug("A", 1280, 704);
+        keyboard = &plug_keyboard();
+        pointer = &plug_pointer();
+        target.emplace(map("target", {400, 300}));
+        source.emplace(map("source", {400, 300}));
+        wlr_scene_node_set_position(&record(source->page).scene_tree->node, 100, 100);
+        wlr_scene_node_set_position(&record(target->page).scene_tree->node, 700, 100);
+        settle();
+    }
+
+    void TearDown() override
+    {
+        source.reset();
+        target.reset();
+        desktop::TearDown();
+    }
+
+    // The serial of a key press that the source has heard.
+    uint32_t key_serial()
+    {
+        keyboard->tap(KEY_A);
+        settle();
+        return source->ears.press_serial();
+    }
+
+    void press_on_source()
+    {
+        point_at(*pointer, 110, 110);
+        pointer->press(BTN_LEFT);
+        settle();
+    }
+
+    void focus_target()
+    {
+        point_at(*pointer, 710, 110);
+        pointer->click(BTN_LEFT);
+        settle();
+    }
+
+    test::made_up_keyboard *keyboard = nullptr;
+    test::made_up_pointer *pointer = nullptr;
+    std::optional<side> source, target;
+};
+
+TEST_F(transfers, what_one_client_copies_another_pastes)
+{
+    source->clips.offer("hello", key_serial());
+    focus_target();
+    ASSERT_TRUE(target->clips.has_offer());
+    incoming_text text;
+    target->clips.paste(text);
+    EVENTUALLY_EQ(text.read(), "hello");
+}
+
+TEST_F(transfers, a_later_copy_replaces_the_earlier)
+{
+    source->clips.offer("old", key_serial());
+    settle();
+    source->clips.offer("new", key_serial());
+    focus_target();
+    incoming_text text;
+    target->clips.paste(text);
+    EVENTUALLY_EQ(text.read(), "new");
+}
+
+TEST_F(transfers, a_cleared_clipboard_offers_nothing)
+{
+    source->clips.offer("hello", key_serial());
+    settle();
+    source->clips.clear(key_serial());
+    focus_target();
+    EXPECT_FALSE(target->clips.has_offer());
+}
+
+TEST_F(transfers, the_clipboard_goes_with_its_client)
+{
+    source->clips.offer("hello", key_serial());
+    focus_target();
+    ASSERT_TRUE(target->clips.has_offer());
+    source->page.owner().vanish();
+    EVENTUALLY(!target->clips.has_offer());
+    EXPECT_THAT(test::server_check(server), IsEmpty());
+}
+
+TEST_F(transfers, the_primary_selection_is_one_of_its_own)
+{
+    test::primary_selection ours{source->ears}, theirs{target->ears};
+    ours.offer("marked", key_serial());
+    source->clips.offer("copied", key_serial());
+    focus_target();
+    EVENTUALLY(theirs.has_offer());
+    incoming_text marked, copied;
+    theirs.paste(marked);
+    target->clips.paste(copied);
+    EVENTUALLY_EQ(marked.read(), "marked");
+    EVENTUALLY_EQ(copied.read(), "copied");
+}
+
+TEST_F(transfers, a_drag_is_told_to_the_window_under_it_and_dropped_there)
+{
+    press_on_source();
+    source->clips.start_drag(source->page, nullptr, "cargo", source->ears.press_serial());
+    settle();
+    point_at(*pointer, 710, 120);
+    point_at(*pointer, 715, 125);
+    settle();
+    EXPECT_THAT(target->clips.take(), ElementsAre("drag enter target 10,20", "drag motion 10,20", "drag motion 15,25"));
+    target->clips.accept_drag(target->clips.drag_serial());
+    settle();
+    EXPECT_TRUE(source->clips.heard("source target text/plain"));
+    pointer->release(BTN_LEFT);
+    settle();
+    EXPECT_THAT(target->clips.take(), Contains("drop"));
+    EXPECT_TRUE(source->clips.heard("source dropped"));
+    incoming_text text;
+    target->clips.paste_drag(text);
+    EVENTUALLY_EQ(text.read(), "cargo");
+    target->clips.finish_drag();
+    EVENTUALLY(source->clips.heard("source finished"));
+}
+
+TEST_F(transfers, a_drag_icon_follows_the_cursor_and_does_not_hide_what_lies_below)
+{
+    press_on_source();
+    wl_surface *icon = source->page.owner().create_surface("icon");
+    source->clips.start_drag(source->page, icon, "cargo", source->ears.press_serial());
+    source->page.owner().paint(icon, {40, 40}, 0xffff00ff);
+    settle();
+    point_at(*pointer, 720.7, 130.2);
+    EVENTUALLY_EQ(pixel("A", 755, 165), 0xffff00ffU);
+    EXPECT_EQ(server.drag_icon_tree->node.x, 720);
+    EXPECT_EQ(server.drag_icon_tree->node.y, 130);
+    settle();
+    EXPECT_TRUE(target->clips.heard("drag enter target 20.69921875,30.19921875"));
+    pointer->release(BTN_LEFT);
+    settle();
+    EXPECT_TRUE(wl_list_empty(&server.drag_icon_tree->children));
+    source->page.owner().destroy_surface(icon);
+}
+
+TEST_F(transfers, a_drag_with_a_made_up_serial_is_cancelled)
+{
+    press_on_source();
+    source->clips.start_drag(source->page, nullptr, "cargo", 4711);
+    EVENTUALLY(source->clips.heard("source cancelled"));
+    point_at(*pointer, 710, 120);
+    settle();
+    EXPECT_THAT(target->clips.take(), IsEmpty());
+}
+
+TEST_F(transfers, a_drag_without_a_source_and_a_made_up_serial_is_harmless)
+{
+    press_on_source();
+    source->clips.start_drag(source->page, nullptr, std::nullopt, 4711);
+    settle();
+    EXPECT_EQ(source->page.owner().error(), 0);
+    EXPECT_FALSE(wlr_seat_pointer_has_grab(server.seat));
+}
+
+TEST_F(transfers, a_drag_without_a_source_stays_with_its_client)
+{
+    press_on_source();
+    source->clips.start_drag(source->page, nullptr, std::nullopt, source->ears.press_serial());
+    settle();
+    point_at(*pointer, 710, 120);
+    settle();
+    EXPECT_THAT(target->clips.take(), IsEmpty());
+    pointer->release(BTN_LEFT);
+    settle();
+    EXPECT_FALSE(wlr_seat_pointer_has_grab(server.seat));
+}
+
+TEST_F(transfers, a_drag_dropped_on_the_desktop_is_cancelled)
+{
+    press_on_source();
+    source->clips.start_drag(source->page, nullptr, "cargo", source->ears.press_serial());
+    settle();
+    point_at(*pointer, 600, 600);
+    pointer->release(BTN_LEFT);
+    EVENTUALLY(source->clips.heard("source cancelled"));
+}
+
+class vanishing_side : public transfers, public testing::WithParamInterface<const char *>
+{
+};
+
+TEST_P(vanishing_side, ends_the_drag_in_order)
+{
+    press_on_source();
+    wl_surface *icon = source->page.owner().create_surface("icon");
+    source->clips.start_drag(source->page, icon, "cargo", source->ears.press_serial());
+    source->page.owner().paint(icon, {40, 40}, 0xffff00ff);
+    settle();
+    point_at(*pointer, 710, 120);
+    settle();
+    auto &lost = std::string_view{GetParam()} == "source" ? *source : *target;
+    lost.page.owner().vanish();
+    settle();
+    pointer->release(BTN_LEFT);
+    settle();
+    EXPECT_FALSE(wlr_seat_pointer_has_grab(server.seat));
+    EXPECT_TRUE(wl_list_empty(&server.drag_icon_tree->children));
+    EXPECT_THAT(test::server_check(server), IsEmpty());
+    source->page.owner().destroy_surface(icon);
+}
+
+INSTANTIATE_TEST_SUITE_P(the, vanishing_side, testing::Values("source", "target"),
+                         [](const auto &side) { return std::string{side.param}; });
