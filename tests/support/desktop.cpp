@@ -183,14 +183,32 @@ void unstarted_desktop::point_at(made_up_pointer &pointer, double lx, double ly)
     pointer.move(lx - server.cursor->x, ly - server.cursor->y);
 }
 
+client &unstarted_desktop::add_connection(int client_end, int server_end)
+{
+    wl_client *peer = wl_client_create(server.display, server_end);
+    return *connections.emplace_back(std::make_unique<client>(client_end), peer).side;
+}
+
 client &unstarted_desktop::connect()
 {
     int ends[2];
     EXPECT_EQ(0, socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends));
-    wl_client *peer = wl_client_create(server.display, ends[0]);
-    auto &added = connections.emplace_back(std::make_unique<client>(ends[1]), peer);
-    EVENTUALLY(added.side->ready());
-    return *added.side;
+    client &added = add_connection(ends[1], ends[0]);
+    EVENTUALLY(added.ready());
+    return added;
+}
+
+client &unstarted_desktop::connect(cut_line &line)
+{
+    client &added = add_connection(line.client_end(), line.server_end());
+    cut_lines.push_back(&line);
+    EVENTUALLY(added.ready() || added.error() != 0);
+    return added;
+}
+
+void unstarted_desktop::forget(cut_line &line)
+{
+    std::erase(cut_lines, &line);
 }
 
 window &unstarted_desktop::map(const std::string &app_id, size preferred)
@@ -250,6 +268,8 @@ void unstarted_desktop::pump()
     wl_display_flush_clients(server.display);
     for (const connection &c : connections)
         c.side->pump();
+    for (cut_line *line : cut_lines)
+        line->pump();
     wl_event_loop_dispatch(wl_display_get_event_loop(server.display), 1);
 }
 

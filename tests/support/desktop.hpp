@@ -3,6 +3,7 @@
 #pragma once
 
 #include "boxes.hpp"
+#include "cut_line.hpp"
 #include "ipc/broadcast.hpp"
 #include "isolation.hpp"
 #include "made_up_output.hpp"
@@ -70,6 +71,10 @@ protected:
 
     // Clients and windows
     client &connect();
+    // Through a line that may break: then the client has an error, maybe already when this returns. The line
+    // is pumped until it is forgotten.
+    client &connect(cut_line &line);
+    void forget(cut_line &line);
     // A new client's window, mapped with the size that it likes when it may choose.
     window &map(const std::string &app_id, size preferred = {640, 480});
     // The same for a window that the test has prepared.
@@ -112,7 +117,10 @@ private:
         wl_client *server_side;
     };
 
+    client &add_connection(int client_end, int server_end);
+
     std::list<connection> connections;
+    std::vector<cut_line *> cut_lines;
     made_up_backend *backend = nullptr;
     bool running = false;
     size_t descriptors_before = 0;
