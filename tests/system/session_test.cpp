@@ -2,11 +2,15 @@
 
 #include "support/picture.hpp"
 #include "support/process.hpp"
+#include "support/wayland_devices.hpp"
+
+#include "handles.hpp"
 
 #include <csignal>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <linux/input-event-codes.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -31,6 +35,20 @@ struct session : testing::Test {
         test::variables with_display = world.environment;
         with_display["WAYLAND_DISPLAY"] = "wayland-0";
         return {command, with_display};
+    }
+
+    // A connection to a socket in the runtime directory; -1 when there is none.
+    [[nodiscard]] int connect_to(const std::string &name) const
+    {
+        const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        const std::string path = world.directory() / "run" / name;
+        path.copy(address.sun_path, sizeof address.sun_path - 1);
+        if (connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
+            return fd;
+        close(fd);
+        return -1;
     }
 
     test::private_world world;
@@ -139,13 +157,8 @@ TEST_F(session, survives_clients_that_vanish_in_the_middle_of_a_request)
     test::process compositor = start();
     ASSERT_TRUE(compositor.says(running));
     for (int i = 0; i < 50; i++) {
-        const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        const int fd = connect_to("wayland-0");
         ASSERT_GE(fd, 0);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        const std::string path = world.directory() / "run/wayland-0";
-        path.copy(address.sun_path, sizeof address.sun_path - 1);
-        ASSERT_EQ(connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
         EXPECT_EQ(write(fd, "\1\0\0\0\1\0", size_t(i % 6) + 1), i % 6 + 1);
         close(fd);
     }
@@ -197,6 +210,118 @@ TEST_F(session, hands_a_selection_from_one_program_to_another)
         pasted = paste.output();
     }
     EXPECT_EQ(pasted, "some text");
+    compositor.send(SIGTERM);
+    EXPECT_THAT(compositor.wait(), Optional(0));
+}
+
+template <class Condition> static bool eventually(Condition holds)
+{
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{30};
+    while (!holds())
+        if (std::chrono::steady_clock::now() > give_up)
+            return false;
+    return true;
+}
+
+static std::string contents(const std::filesystem::path &path)
+{
+    std::ifstream file{path};
+    return {std::istreambuf_iterator<char>{file}, {}};
+}
+
+static bool type(session &s, const std::vector<std::string> &what)
+{
+    std::vector<std::string> command{"wtype"};
+    command.insert(command.end(), what.begin(), what.end());
+    test::process wtype = s.client(command);
+    return wtype.wait() == 0;
+}
+
+TEST_F(session, types_into_a_terminal_through_a_virtual_keyboard)
+{
+    world.environment["LC_ALL"] = "C.UTF-8";
+    test::process compositor = start();
+    ASSERT_TRUE(compositor.says(running));
+    const auto ready = world.directory() / "ready", typed = world.directory() / "typed";
+    test::process foot =
+        client({"foot", "sh", "-c", "touch " + ready.string() + "; cat > " + typed.string()});
+    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(ready); })) << foot.output();
+    // The first keys come while the terminal still learns that there is a keyboard.
+    EXPECT_TRUE(eventually([&] {
+        return type(*this, {"Grüße, 世界!", "-k", "Return"}) &&
+               contents(typed).contains("\nGrüße, 世界!\n");
+    }));
+    compositor.send(SIGTERM);
+    EXPECT_THAT(compositor.wait(), Optional(0));
+}
+
+// A hand and fingers in a session that runs elsewhere.
+class remote_user
+{
+public:
+    explicit remote_user(int fd) : connection(fd)
+    {
+        (void)eventually([this] { return connection.pump(), connection.ready(); });
+        seat.emplace(connection);
+        keyboard.emplace(*seat);
+        keyboard->keymap(us_keymap());
+        finish();
+    }
+
+    void tap(uint32_t key)
+    {
+        keyboard->key(key, true);
+        keyboard->key(key, false);
+        finish();
+    }
+
+private:
+    static std::string us_keymap()
+    {
+        const handle<xkb_context, xkb_context_unref> context{xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
+        const handle<xkb_keymap, xkb_keymap_unref> keymap{
+            xkb_keymap_new_from_names(context.get(), nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS)};
+        const handle<char, free> text{xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1)};
+        return text.get();
+    }
+
+    void finish()
+    {
+        const int id = connection.roundtrip_begin();
+        (void)eventually([&] { return connection.pump(), connection.roundtrip_done(id); });
+    }
+
+    test::client connection;
+    std::optional<test::seat> seat;
+    std::optional<test::virtual_keyboard> keyboard;
+};
+
+// More than a blinking text cursor.
+static bool differs(const test::image &one, const test::image &other)
+{
+    return !one.argb.empty() && test::compare(one, other, 0).pixels > 3000;
+}
+
+TEST_F(session, opens_and_uses_the_menus_of_a_toolkit_program)
+{
+    world.environment["GDK_BACKEND"] = "wayland";
+    world.environment["NO_AT_BRIDGE"] = "1";
+    test::process compositor = start();
+    ASSERT_TRUE(compositor.says(running));
+    const auto path = world.directory() / "picture.png";
+    const test::image empty = screenshot(*this, path);
+    test::process editor = client({"l3afpad"});
+    test::image without_menu = empty;
+    ASSERT_TRUE(eventually([&] { return differs(without_menu = screenshot(*this, path), empty); }))
+        << editor.output();
+    remote_user user{connect_to("wayland-0")};
+    ASSERT_TRUE(eventually([&] {
+        user.tap(KEY_F10);
+        return differs(screenshot(*this, path), without_menu);
+    })) << editor.output();
+    user.tap(KEY_UP); // to the last entry of the first menu: Quit
+    user.tap(KEY_ENTER);
+    EXPECT_THAT(editor.wait(), Optional(0)) << editor.output();
     compositor.send(SIGTERM);
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
