@@ -3,24 +3,30 @@
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
 
-// Popups and subsurfaces may reach beyond the window: then only the scene itself can tell.
-static bool reaches_beyond_its_surface(const vantore_toplevel &t, const wlr_surface &surface)
+#include <algorithm>
+#include <cmath>
+
+static bool has_any(const wl_list &list)
 {
-    return wl_list_empty(&t.xdg_toplevel->base->popups) == 0 ||
-           wl_list_empty(&surface.current.subsurfaces_above) == 0 ||
-           wl_list_empty(&surface.current.subsurfaces_below) == 0;
+    return list.next != &list;
 }
 
-// lx and ly are relative to the parent of the window's tree.
-static bool may_hold_point(const vantore_toplevel &t, double lx, double ly)
+// Popups and subsurfaces may reach beyond the window: then only the scene itself can tell.
+static bool reaches_beyond_its_surface(const wlr_xdg_surface &base)
 {
-    const wlr_surface *surface = tl_surface(t);
-    if (surface == nullptr || reaches_beyond_its_surface(t, *surface))
-        return true;
-    const wlr_box geometry = tl_get_geometry(t);
-    const double sx = lx - t.scene_tree->node.x + geometry.x;
-    const double sy = ly - t.scene_tree->node.y + geometry.y;
-    return sx >= 0 && sx < surface->current.width && sy >= 0 && sy < surface->current.height;
+    return has_any(base.popups) || has_any(base.surface->current.subsurfaces_above) ||
+           has_any(base.surface->current.subsurfaces_below);
+}
+
+// The pixel is relative to the parent of the window's tree.
+static bool may_hold(const vantore_toplevel &t, int x, int y)
+{
+    const wlr_xdg_surface &base = *t.xdg_toplevel->base;
+    const wlr_scene_node &node = t.scene_tree->node;
+    const wlr_surface_state &shown = base.surface->current;
+    const int sx = x - node.x + base.geometry.x;
+    const int sy = y - node.y + base.geometry.y;
+    return (sx >= 0 && sx < shown.width && sy >= 0 && sy < shown.height) || reaches_beyond_its_surface(base);
 }
 
 struct lookup {
@@ -29,42 +35,41 @@ struct lookup {
     double *nx, *ny;
 };
 
-// Windows hang under toplevel_tree and under the workspace trees, its only children without a window.
-static bool holds_windows(const vantore_server &server, const wlr_scene_node &node)
+// The pixel is relative to the tree. Runs for every window at every motion of the pointer.
+static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree, int x, int y)
 {
-    const wlr_scene_tree *windows = server.toplevel_tree;
-    return &node == &windows->node || (node.parent == windows && node.data == nullptr);
-}
-
-static wlr_scene_node *top_child_at(const lookup &at, wlr_scene_tree &tree, double x, double y);
-
-// x and y are relative to the node's parent.
-static wlr_scene_node *node_at(const lookup &at, wlr_scene_node &node, double x, double y)
-{
-    if (!node.enabled)
-        return nullptr;
-    if (holds_windows(at.server, node))
-        return top_child_at(at, *wlr_scene_tree_from_node(&node), x - node.x, y - node.y);
-    const bool is_window = node.data != nullptr && holds_windows(at.server, node.parent->node);
-    if (is_window && !may_hold_point(*static_cast<vantore_toplevel *>(node.data), x, y))
-        return nullptr;
-    return wlr_scene_node_at(&node, at.lx, at.ly, at.nx, at.ny);
-}
-
-static wlr_scene_node *top_child_at(const lookup &at, wlr_scene_tree &tree, double x, double y)
-{
-    for (wl_list *link = tree.children.prev; link != &tree.children; link = link->prev) {
+    const wlr_scene_node *windows = &at.server.toplevel_tree->node;
+    for (const wl_list *link = tree.children.prev; link != &tree.children; link = link->prev) {
         wlr_scene_node *child = wl_container_of(link, child, link);
-        if (wlr_scene_node *found = node_at(at, *child, x, y))
+        if (!child->enabled)
+            continue;
+        const auto *t = static_cast<const vantore_toplevel *>(child->data);
+        if (t != nullptr && !may_hold(*t, x, y))
+            continue;
+        const bool holds_windows = t == nullptr && (child == windows || &tree.node == windows);
+        wlr_scene_node *found =
+            holds_windows
+                ? top_child_at(at, *wlr_scene_tree_from_node(child), x - child->x, y - child->y)
+                : wlr_scene_node_at(child, at.lx, at.ly, at.nx, at.ny);
+        if (found != nullptr)
             return found;
     }
     return nullptr;
 }
 
+// Far beyond any layout of outputs.
+static constexpr double farthest = 1e9;
+
+static int pixel_at(double coordinate)
+{
+    return int(std::clamp(std::floor(coordinate), -farthest, farthest));
+}
+
+// Only windows have data here: what else hangs under the root and under a workspace has none.
 wlr_scene_node *scene_node_at(const vantore_server &server, double lx, double ly, double *nx, double *ny)
 {
     const lookup at{.server = server, .lx = lx, .ly = ly, .nx = nx, .ny = ny};
-    return top_child_at(at, server.scene->tree, lx, ly);
+    return top_child_at(at, server.scene->tree, pixel_at(lx), pixel_at(ly));
 }
 
 static wlr_surface *surface_of(wlr_scene_node *node)

@@ -4,6 +4,7 @@
 #include "cursor_image.hpp"
 #include "hit_test.hpp"
 #include "keyboard.hpp"
+#include "seat_requests.hpp"
 
 void server_cursor_motion(vantore_server &server, wlr_pointer_motion_event *event)
 {
@@ -31,11 +32,6 @@ static void enter_and_deliver(vantore_server &server, uint32_t time_msec, const 
 {
     wlr_seat_pointer_notify_enter(server.seat, hit.surface, hit.sx, hit.sy);
     deliver(server, time_msec, hit);
-}
-
-static void move_drag_icon(vantore_server &server)
-{
-    wlr_scene_node_set_position(&server.drag_icon_tree->node, int(server.cursor->x), int(server.cursor->y));
 }
 
 // Only what the scene shows can be reached, which during a lock is the lock screen.
@@ -66,7 +62,7 @@ static void process_grabbed_motion(vantore_server &server, uint32_t time_msec, c
 
 void process_cursor_motion(vantore_server &server, uint32_t time_msec)
 {
-    move_drag_icon(server);
+    drag_icon_follow_cursor(server);
     if (server.locked)
         return process_locked_motion(server, time_msec);
     surface_hit hit;

@@ -23,6 +23,16 @@ void seat_request_start_drag(vantore_server &server, wlr_seat_request_start_drag
 
 void seat_start_drag(vantore_server &server, wlr_drag *drag)
 {
-    if (drag->icon != nullptr)
-        wlr_scene_drag_icon_create(server.drag_icon_tree, drag->icon);
+    if (drag->icon == nullptr)
+        return;
+    wlr_scene_drag_icon_create(server.drag_icon_tree, drag->icon);
+    drag_icon_follow_cursor(server);
+}
+
+// Moving even an empty tree makes the scene look at all windows anew, which motion can't afford.
+void drag_icon_follow_cursor(vantore_server &server)
+{
+    wlr_scene_tree *icons = server.drag_icon_tree;
+    if (wl_list_empty(&icons->children) == 0)
+        wlr_scene_node_set_position(&icons->node, int(server.cursor->x), int(server.cursor->y));
 }
