@@ -5,3 +5,4 @@ struct vantore_server;
 struct vantore_toplevel;
 struct vantore_workspace;
 struct vantore_output;
+struct vnt_ipc_client;

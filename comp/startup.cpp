@@ -6,6 +6,7 @@
 #include "config/settings.hpp"
 #include "globals.hpp"
 #include "graphics.hpp"
+#include "ipc/transport.hpp"
 #include "log.hpp"
 #include "memory_trim.hpp"
 #include "outputs/output.hpp"
@@ -224,6 +225,7 @@ static constexpr startup_step steps[]{
     {"last globals", [](vantore_server &server) { return globals_create_last(server), true; }},
     {"socket and backend", open_socket_and_start_backend},
     {"announcement", announce_session},
+    {"IPC", [](vantore_server &server) { return ipc_init(server), true; }},
 };
 
 std::span<const startup_step> startup_steps()
@@ -256,6 +258,7 @@ void server_finish(vantore_server &server)
     signal(SIGTERM, SIG_IGN);
     wlr_log(WLR_INFO, "vantore-comp: clean shutdown — tearing down");
     server.shutting_down = true;
+    ipc_finish(server);
     wl_display_destroy_clients(server.display);
     wlr_scene_node_destroy(&server.scene->tree.node);
     wlr_xcursor_manager_destroy(server.xcursor_mgr);

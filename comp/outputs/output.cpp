@@ -59,6 +59,8 @@ wlr_box output_layout_box(const vantore_output &o)
 static void output_destroy(vantore_output &o)
 {
     vantore_server &server = *o.server;
+    if (o.wlr_output == server.virtual_output)
+        server.virtual_output = nullptr;
     if (!server.shutting_down) { // the scene and its outputs have gone by then
         if (o.scene_output != nullptr)
             wlr_scene_output_destroy(o.scene_output);
@@ -72,14 +74,14 @@ static void output_destroy(vantore_output &o)
     arrange_all_layers(server);
     rehome_outputs(server);
     cursor_ensure_on_output(server);
-    ipc_broadcast(server, VNT_EVENT_OUTPUTS);
+    ipc_broadcast(server, VNT_EVT_OUTPUTS);
 }
 
 static void output_request_state(vantore_output &o, const wlr_output_event_request_state *event)
 {
     wlr_output_commit_state(o.wlr_output, event->state);
     arrange_all_layers(*o.server);
-    ipc_broadcast(*o.server, VNT_EVENT_OUTPUTS);
+    ipc_broadcast(*o.server, VNT_EVT_OUTPUTS);
 }
 
 static void light_up(wlr_output *output)
@@ -144,7 +146,7 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
     arrange_all_layers(server);
     hand_workspace_to(*o);
     wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));
-    ipc_broadcast(server, VNT_EVENT_OUTPUTS);
+    ipc_broadcast(server, VNT_EVT_OUTPUTS);
 }
 
 static int startup_reprobe(void *data)

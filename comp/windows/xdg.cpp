@@ -40,7 +40,7 @@ static void xdg_toplevel_commit(vantore_toplevel &t)
 {
     if (t.unresponsive) {
         t.unresponsive = false;
-        ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+        ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     }
     const wlr_xdg_surface *base = t.xdg_toplevel->base;
     if (base->initialized && base->initial_commit)
@@ -76,7 +76,7 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     vantore_server &server = *t.server;
     wl_list_insert(&server.toplevels, &t.link);
     if (const char *app_id = tl_app_id(t); app_id != nullptr && strcmp(app_id, lifted_app_id) == 0)
-        t.overlay_lift = t.floating = true;
+        t.overlay_lift = t.floating = t.skip_taskbar = true;
     vantore_workspace *previous = t.workspace; // of an earlier map
     toplevel_set_workspace(t, workspace_for_new_window(server));
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
@@ -89,6 +89,8 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     arrange_workspace(t.workspace);
     if (toplevel_visible(t))
         focus_toplevel_ex(&t, true);
+    else
+        ipc_broadcast(server, VNT_EVT_WINDOWS);
     if (xdg->requested.maximized && !t.maximized) {
         toplevel_toggle_maximize(t);
         // The client's first size is the maximized one and says nothing about where to return.
@@ -107,7 +109,7 @@ static void refocus_after_unmap(vantore_toplevel &t)
 static void xdg_toplevel_unmap(vantore_toplevel &t)
 {
     unlink_from_list(t.link);
-    ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     refocus_after_unmap(t);
 }
 
@@ -143,7 +145,7 @@ static void request_fullscreen(vantore_toplevel &t)
 
 static void set_app_id(vantore_toplevel &t)
 {
-    ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
 static void tl_handle_ping_timeout(vantore_toplevel &t)
@@ -151,7 +153,7 @@ static void tl_handle_ping_timeout(vantore_toplevel &t)
     if (t.unresponsive)
         return;
     t.unresponsive = true;
-    ipc_broadcast(*t.server, VNT_EVENT_WINDOWS);
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
 static void attach_listeners(vantore_toplevel &t)

@@ -59,7 +59,14 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
         deactivate(previous);
     tl_set_activated(*t, true);
     keyboard_enter(server.seat, surface);
-    ipc_broadcast(server, VNT_EVENT_WINDOWS);
+    ipc_broadcast(server, VNT_EVT_WINDOWS);
+}
+
+void focus_clear(vantore_server &server)
+{
+    if (wlr_surface *previous = server.seat->keyboard_state.focused_surface)
+        deactivate(previous);
+    wlr_seat_keyboard_notify_clear_focus(server.seat);
 }
 
 void focus_top_toplevel(vantore_server &server)

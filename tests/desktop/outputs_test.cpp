@@ -123,7 +123,7 @@ TEST_F(outputs, that_refuse_adaptive_sync_go_on_without_it)
 TEST_F(outputs, are_announced_logged_and_listed_newest_first)
 {
     plug("A", 800, 600);
-    EXPECT_THAT(heard(), ElementsAre(VNT_EVENT_OUTPUTS));
+    EXPECT_THAT(heard(), ElementsAre(VNT_EVT_OUTPUTS));
     plug("B", 800, 600);
     EXPECT_THAT(world.log(), HasSubstr("[INFO] [comp/outputs/output.cpp:"));
     EXPECT_THAT(world.log(), HasSubstr("output B online\n"));
@@ -241,7 +241,7 @@ TEST_F(outputs, are_off_the_outputs_file_by_the_time_their_going_is_announced)
     seen.clear();
     self = this;
     const auto observer = std::exchange(g_broadcast_observer, [](vnt_event event) {
-        if (event == VNT_EVENT_OUTPUTS)
+        if (event == VNT_EVT_OUTPUTS)
             seen = self->outputs_file();
     });
     unplug("A");
@@ -257,14 +257,14 @@ TEST_F(outputs, without_a_runtime_directory_no_outputs_file_is_written)
     write_outputs_file(server);
     EXPECT_FALSE(std::filesystem::exists(world.runtime_directory() / "vantore-outputs"));
     plug("B", 800, 600);
-    EXPECT_THAT(heard(), Contains(VNT_EVENT_OUTPUTS));
+    EXPECT_THAT(heard(), Contains(VNT_EVT_OUTPUTS));
 }
 
 TEST_F(outputs, a_runtime_directory_that_can_not_be_written_is_passed_over)
 {
     setenv("XDG_RUNTIME_DIR", (world.directory() / "nowhere").c_str(), 1);
     plug("A", 800, 600);
-    EXPECT_THAT(heard(), Contains(VNT_EVENT_OUTPUTS));
+    EXPECT_THAT(heard(), Contains(VNT_EVT_OUTPUTS));
 }
 
 TEST_F(outputs, disabled_ones_stay_on_the_outputs_file)
@@ -434,7 +434,7 @@ TEST_F(outputs, take_the_size_that_their_backend_asks_for)
     (void)heard();
     resize(made, 1111, 777);
     EXPECT_EQ(output("A").usable, (wlr_box{0, 0, 1111, 777}));
-    EXPECT_THAT(heard(), ElementsAre(VNT_EVENT_OUTPUTS));
+    EXPECT_THAT(heard(), ElementsAre(VNT_EVT_OUTPUTS));
 }
 
 TEST_F(outputs, all_go_dark_together_and_come_back_in_their_modes)

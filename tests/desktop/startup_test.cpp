@@ -356,7 +356,7 @@ TEST_F(desktop, the_end_takes_windows_and_outputs_down_without_rearranging)
     wlr_output *a = output("A").wlr_output;
     EXPECT_TRUE(a->enabled);
     finish();
-    EXPECT_THAT(heard(), Not(testing::Contains(VNT_EVENT_OUTPUTS)));
+    EXPECT_THAT(heard(), Not(testing::Contains(VNT_EVT_OUTPUTS)));
 }
 
 TEST_F(desktop, the_end_may_come_while_a_window_waits_for_its_first_frame)

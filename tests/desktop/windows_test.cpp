@@ -54,7 +54,7 @@ TEST_F(desk, a_new_window_is_centred_focused_and_announced)
     EXPECT_EQ(toplevel_box(record(w)), (wlr_box{640, 300, 640, 480}));
     EVENTUALLY(w.has(test::ACTIVATED));
     EXPECT_TRUE(has_keyboard(w));
-    EXPECT_THAT(heard(), Contains(VNT_EVENT_WINDOWS));
+    EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
     EXPECT_EQ(record(w).workspace, &workspace(1));
     EXPECT_EQ(record(w).scene_tree->node.parent, workspace(1).tree);
 }
@@ -252,7 +252,7 @@ TEST_F(desk, an_unmapped_window_leaves_the_list_but_stays_on_its_workspace_and_m
     (void)heard();
     w.unmap();
     EVENTUALLY(wl_list_empty(&server.toplevels));
-    EXPECT_THAT(heard(), Contains(VNT_EVENT_WINDOWS));
+    EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
     EXPECT_EQ(t.workspace, &workspace(1));
     EXPECT_EQ(wl_list_length(&workspace(1).toplevels), 1);
     map(w);
@@ -457,7 +457,7 @@ TEST_F(desk, a_changed_app_id_is_announced_and_a_changed_title_is_not)
     EXPECT_THAT(heard(), IsEmpty());
     w.app_id("other");
     EVENTUALLY(std::string{tl_app_id(record(w))} == "other");
-    EXPECT_THAT(heard(), ElementsAre(VNT_EVENT_WINDOWS));
+    EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WINDOWS));
 }
 
 struct hung_window : desk {
@@ -488,7 +488,7 @@ TEST_F(hung_window, is_asked_to_close_and_marked_when_it_does_not_answer)
     EVENTUALLY(w.closes() == 1);
     EVENTUALLY(record(w).unresponsive);
     EXPECT_THAT(tl_title(record(w)), StrEq("Report (Not Responding)"));
-    EXPECT_THAT(heard(), ElementsAre(VNT_EVENT_WINDOWS));
+    EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WINDOWS));
     EXPECT_THAT(world.killed_processes(), IsEmpty());
 }
 
@@ -534,7 +534,7 @@ TEST_F(hung_window, comes_back_with_its_next_frame)
     (void)heard();
     w.fill(0xff00ff00);
     EVENTUALLY(!record(w).unresponsive);
-    EXPECT_THAT(heard(), ElementsAre(VNT_EVENT_WINDOWS));
+    EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WINDOWS));
     EXPECT_STREQ(tl_title(record(w)), "Report");
 }
 
