@@ -399,7 +399,7 @@ TEST_F(ipc, exit_ends_the_session_with_its_reply_sent)
 {
     test::ipc_client &c = dial();
     c.send(VNT_MSG_COMMAND, "exit");
-    EVENTUALLY(c.sent_all());
+    c.pump();
     server_run(server);
     EVENTUALLY_EQ(c.messages().size(), 1U);
     EXPECT_EQ(c.messages()[0].payload, success);

@@ -33,8 +33,9 @@ TEST(ipc_frame, is_incomplete_until_its_last_byte)
     const std::string whole = bytes_of(2, "payload");
     for (size_t n = 0; n < whole.size(); n++)
         EXPECT_EQ(state_of(std::string_view{whole}.substr(0, n)), ipc_frame_state::incomplete) << n;
+    const std::string more = whole + "more";
     ipc_frame frame;
-    ASSERT_EQ(ipc_first_frame(whole + "more", frame), ipc_frame_state::complete);
+    ASSERT_EQ(ipc_first_frame(more, frame), ipc_frame_state::complete);
     EXPECT_EQ(frame.type, 2U);
     EXPECT_EQ(frame.payload, "payload");
 }
