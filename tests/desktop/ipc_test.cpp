@@ -206,11 +206,12 @@ TEST_F(ipc, subscribers_hear_events_in_order)
 {
     test::ipc_client &c = dial(), &other = dial();
     EXPECT_EQ(ask(c, VNT_MSG_SUBSCRIBE), success);
+    c.take();
     plug("A", 800, 600);
-    map("w");
+    map("w"); // its app id, its focus
     command("workspace 2");
-    EVENTUALLY_EQ(c.events(), (std::vector{VNT_EVT_OUTPUTS, VNT_EVT_WINDOWS, VNT_EVT_WINDOWS,
-                                           VNT_EVT_WORKSPACES}));
+    EVENTUALLY_EQ(c.events(),
+                  (std::vector{VNT_EVT_OUTPUTS, VNT_EVT_WINDOWS, VNT_EVT_WINDOWS, VNT_EVT_WORKSPACES}));
     EXPECT_TRUE(std::ranges::all_of(c.messages(), [](const auto &m) { return m.payload.empty(); }));
     (void)ask(other, VNT_MSG_COMMAND);
     EXPECT_THAT(other.messages(), SizeIs(1));
@@ -227,8 +228,11 @@ TEST_F(ipc, windows_that_open_where_nobody_sees_them_are_announced)
 {
     test::ipc_client &c = dial();
     (void)ask(c, VNT_MSG_SUBSCRIBE);
+    test::window &w = connect().create_window("w");
+    w.create_toplevel();
+    EVENTUALLY_EQ(c.events(), std::vector{VNT_EVT_WINDOWS}); // the app id
     c.take();
-    map("w");
+    map(w);
     EVENTUALLY_EQ(c.events(), std::vector{VNT_EVT_WINDOWS});
 }
 
