@@ -229,6 +229,8 @@ TEST_F(ipc, windows_that_open_where_nobody_sees_them_are_announced)
     test::ipc_client &c = dial();
     (void)ask(c, VNT_MSG_SUBSCRIBE);
     test::window &w = connect().create_window("w");
+    w.create_surface();
+    w.create_xdg_surface();
     w.create_toplevel();
     EVENTUALLY_EQ(c.events(), std::vector{VNT_EVT_WINDOWS}); // the app id
     c.take();
