@@ -19,8 +19,10 @@ using std::chrono::steady_clock;
 namespace
 {
 
-std::string socket_path(const subject &session)
+std::string socket_path(subject &session)
 {
+    if (!session.says("IPC listening"))
+        abort();
     return session.runtime_directory() + "/vantore-ipc-" + std::to_string(session.pid()) + ".sock";
 }
 
@@ -55,7 +57,8 @@ void queries()
     subject session{COMPOSITOR_BINARY};
     auto client = session.connect();
     test::ipc_client c{socket_path(session)};
-    printf("a command that does nothing: %.1f microseconds of CPU\n", request_us(session, c, VNT_MSG_COMMAND));
+    printf("a command that does nothing: %.1f microseconds of CPU\n",
+           request_us(session, c, VNT_MSG_COMMAND));
     for (int i = 0; i < 100; i++)
         subject::map_one(*client).title("A window with a title of ordinary length");
     subject::rest(*client);
@@ -127,12 +130,10 @@ void memory_files()
     for (int i = 0; i < 31; i++) {
         strbuf meta;
         plain_ms.push_back(duration_ms([&] { plain_copy(picture.data()); }));
-        ours_ms.push_back(duration_ms([&] {
-            close(vnt_rgba_to_memfd(picture.data(), width, height, size_t{width} * 4, 0, meta));
-        }));
-        shrunk_ms.push_back(duration_ms([&] {
-            close(vnt_rgba_to_memfd(picture.data(), width, height, size_t{width} * 4, 320, meta));
-        }));
+        ours_ms.push_back(duration_ms(
+            [&] { close(vnt_rgba_to_memfd(picture.data(), width, height, size_t{width} * 4, 0, meta)); }));
+        shrunk_ms.push_back(duration_ms(
+            [&] { close(vnt_rgba_to_memfd(picture.data(), width, height, size_t{width} * 4, 320, meta)); }));
     }
     printf("a picture of %dx%d into a memory file: %.2f ms; a plain copy: %.2f ms; shrunk to 320: %.2f ms\n",
            width, height, median(ours_ms), median(plain_ms), median(shrunk_ms));

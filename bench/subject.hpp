@@ -22,6 +22,8 @@ public:
     explicit subject(const char *binary);
 
     std::unique_ptr<test::client> connect();
+    // False when the text has not been written after 10 seconds.
+    bool says(const std::string &text) { return program.says(text); }
     [[nodiscard]] pid_t pid() const { return program.pid(); }
     [[nodiscard]] std::string runtime_directory() const { return world.directory() / "run"; }
 

@@ -1,8 +1,8 @@
 // Snapshots of windows, outputs and parts of the layout.
 //
-// Pixels are four bytes in the order red, green, blue, alpha. Each function gives a memory file that the caller
-// closes, and appends the reply that describes it to `meta`; on failure -1, with nothing appended. max_dim is
-// the longest side in pixels, 0 for no limit.
+// Pixels are four bytes in the order red, green, blue, alpha. Each function gives a memory file that the
+// caller closes, and appends the reply that describes it to `meta`; on failure -1, with nothing appended.
+// max_dim is the longest side in pixels, 0 for no limit.
 #pragma once
 
 #include "../fwd.hpp"

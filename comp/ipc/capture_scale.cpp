@@ -12,7 +12,8 @@ capture_size capture_fit(capture_size source, int max_dim)
     const double scale = double(max_dim) / std::max(source.width, source.height);
     if (scale >= 1)
         return source;
-    return {.width = std::max(int(source.width * scale), 1), .height = std::max(int(source.height * scale), 1)};
+    return {.width = std::max(int(source.width * scale), 1),
+            .height = std::max(int(source.height * scale), 1)};
 }
 
 static void sample_row(const char *source, int source_width, char *target, int target_width)

@@ -13,7 +13,7 @@ struct capture_size {
 // enlarged, no side below 1. 0 is no limit.
 capture_size capture_fit(capture_size source, int max_dim);
 
-// Pixels of four bytes; the source's rows lie stride bytes apart, the target's are packed. A target of another
-// size than the source samples it.
+// Pixels of four bytes; the source's rows lie stride bytes apart, the target's are packed. A target of
+// another size than the source samples it.
 void capture_sample(const void *source, capture_size source_size, size_t stride, void *target,
                     capture_size target_size);

@@ -12,7 +12,7 @@ struct vnt_ipc_client {
     vantore_server *server = nullptr;
     int fd = -1;
     event_source src; // fd is readable
-    event_source reap; // idle, while condemned
+    wl_event_source *reap = nullptr; // idle, while condemned
     handle<char, free> buf; // what was read and not handled yet: the first len of cap bytes
     size_t len = 0;
     size_t cap = 0;

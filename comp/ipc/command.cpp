@@ -53,11 +53,8 @@ struct verb {
 };
 
 static constexpr verb verbs[]{
-    {"debug-destroy-output", destroy_output},
-    {"workspace", show_workspace},
-    {"exit", end_session},
-    {"virtual-output", change_virtual_output},
-    {"dpms", change_power},
+    {"debug-destroy-output", destroy_output},  {"workspace", show_workspace}, {"exit", end_session},
+    {"virtual-output", change_virtual_output}, {"dpms", change_power},
 };
 
 void ipc_run_command(vantore_server &server, std::string_view text)

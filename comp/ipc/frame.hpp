@@ -22,6 +22,6 @@ enum class ipc_frame_state : unsigned char {
     broken, // no frame begins here, or one larger than a client may send
 };
 
-// Looks at the frame that begins at the first byte. `frame` is set only when it is complete. A broken frame is
-// found as soon as its header is there.
+// Looks at the frame that begins at the first byte. `frame` is set only when it is complete. A broken frame
+// is found as soon as its header is there.
 ipc_frame_state ipc_first_frame(std::string_view bytes, ipc_frame &frame);

@@ -1,6 +1,6 @@
 // The scene is built into a buffer of a private swapchain. The scene's damage tracking takes note of that
-// buffer as of any other, and hands its damage back to the next frame when the buffer dies, so the buffer must
-// be gone before this returns.
+// buffer as of any other, and hands its damage back to the next frame when the buffer dies, so the buffer
+// must be gone before this returns.
 
 #include "render_output.hpp"
 

@@ -17,6 +17,6 @@ struct rendered {
 // the output is none the poorer: what was damaged before stays damaged.
 rendered vnt_render_output_rgba(vantore_server &server, vantore_output &o);
 
-// The texture's pixels in the same layout, with their alpha. Null without memory or where the texture can't be
-// read.
+// The texture's pixels in the same layout, with their alpha. Null without memory or where the texture can't
+// be read.
 pixel_memory read_rgba(wlr_texture *texture);

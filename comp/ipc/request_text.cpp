@@ -63,9 +63,10 @@ static std::string_view take_word(const char *&at, size_t longest)
 std::optional<ipc_size> ipc_parse_size(const char *text)
 {
     ipc_size size{};
-    if (!take_int(text, size.width) || *text != 'x' || !take_int(++text, size.height))
+    if (!take_int(text, size.width) || *text != 'x')
         return std::nullopt;
-    return size;
+    text++;
+    return take_int(text, size.height) ? std::optional{size} : std::nullopt;
 }
 
 static void read_window(const char *at, capture_spec &spec)
@@ -102,8 +103,8 @@ struct capture_word {
 };
 
 static constexpr capture_word capture_words[]{
-    {"out", read_output},  {"output", read_output}, {"reg", read_region},    {"region", read_region},
-    {"all", read_everything}, {"win", read_window},  {"window", read_window},
+    {"out", read_output},     {"output", read_output}, {"reg", read_region},    {"region", read_region},
+    {"all", read_everything}, {"win", read_window},    {"window", read_window},
 };
 
 capture_spec ipc_parse_capture(std::string_view text)

@@ -26,6 +26,7 @@ private:
 
 struct ipc_size {
     int width, height;
+    friend bool operator==(const ipc_size &, const ipc_size &) = default;
 };
 
 // "WIDTHxHEIGHT", whatever follows it.

@@ -17,5 +17,6 @@ void ipc_send_reply_fd(int fd, uint32_t type, std::string_view payload, int out_
 // The same with several descriptors. More than four are cut to four.
 void ipc_send_reply_fds(int fd, uint32_t type, std::string_view payload, std::span<const int> fds);
 
-// 1 when the whole frame went out, -1 when a part of it did, so that the stream is damaged, 0 when nothing did.
+// 1 when the whole frame went out, -1 when a part of it did, so that the stream is damaged, 0 when nothing
+// did.
 int ipc_push_fds(int fd, uint32_t type, std::string_view payload, std::span<const int> fds);

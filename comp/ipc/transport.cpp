@@ -1,8 +1,8 @@
 // The IPC socket and its connections.
 //
 // A request is run within the callback that read it, and its reply written before the callback returns. No
-// client is ever freed there: its own event source may be what is running, or its record the next one of a walk
-// over all clients. It is condemned instead, and an idle source frees it.
+// client is ever freed there: its own event source may be what is running, or its record the next one of a
+// walk over all clients. It is condemned instead, and an idle source frees it.
 
 #include "transport.hpp"
 
@@ -27,6 +27,8 @@ static constexpr size_t first_capacity = 4096;
 
 static void ipc_client_destroy(vnt_ipc_client &client)
 {
+    if (client.reap != nullptr)
+        wl_event_source_remove(client.reap);
     client.src.reset();
     close(client.fd);
     delete &client;
@@ -35,7 +37,7 @@ static void ipc_client_destroy(vnt_ipc_client &client)
 static void ipc_client_reap_idle(void *data)
 {
     auto &client = *static_cast<vnt_ipc_client *>(data);
-    (void)client.reap.release(); // the loop frees an idle source that has run
+    client.reap = nullptr; // the loop frees an idle source that has run
     ipc_client_destroy(client);
 }
 
@@ -45,7 +47,7 @@ void ipc_client_dispose(vnt_ipc_client &client)
         return;
     client.dead = true;
     wl_event_loop *loop = wl_display_get_event_loop(client.server->display);
-    client.reap.reset(wl_event_loop_add_idle(loop, ipc_client_reap_idle, &client));
+    client.reap = wl_event_loop_add_idle(loop, ipc_client_reap_idle, &client);
 }
 
 // Room for n more bytes and one to spare; false without memory.
@@ -56,13 +58,11 @@ static bool reserve(vnt_ipc_client &client, size_t n)
         cap *= 2;
     if (cap == client.cap)
         return true;
-    void *grown = realloc(client.buf.get(), cap);
-    if (grown == nullptr)
-        return false;
-    (void)client.buf.release();
-    client.buf.reset(static_cast<char *>(grown));
-    client.cap = cap;
-    return true;
+    char *buf = client.buf.release();
+    auto *grown = static_cast<char *>(realloc(buf, cap));
+    client.buf.reset(grown != nullptr ? grown : buf);
+    client.cap = grown != nullptr ? cap : client.cap;
+    return grown != nullptr;
 }
 
 // False when the connection has ended or is no longer worth keeping.

@@ -9,8 +9,8 @@
 // Where a compositor of this process id puts its socket; cut where it does not fit.
 std::array<char, 108> ipc_socket_path(pid_t pid);
 
-// Opens the socket and publishes its path as VANTORESOCK. A failure is logged, and the session goes on without
-// the socket and without the variable.
+// Opens the socket and publishes its path as VANTORESOCK. A failure is logged, and the session goes on
+// without the socket and without the variable.
 void ipc_init(vantore_server &server);
 // Ends every connection and the socket. Does nothing without a socket.
 void ipc_finish(vantore_server &server);

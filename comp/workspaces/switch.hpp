@@ -4,8 +4,8 @@
 #include "../fwd.hpp"
 
 // Shows the workspace of this number: where it is on show already, else at its home, else on the current
-// output; the pointer and the focus go there. The view moves, never the workspace. A number that is not 1 to 9
-// does nothing, and so does every number while there is no output.
+// output; the pointer and the focus go there. The view moves, never the workspace. A number that is not 1 to
+// 9 does nothing, and so does every number while there is no output.
 void goto_workspace(vantore_server &server, long num);
 
 // Pulls a workspace to an output. When another output shows it, the two outputs swap. Null and the workspace

@@ -26,7 +26,8 @@ struct capture : test::desktop {
         const int file = c->take_descriptor();
         int w = 0, h = 0;
         size_t stride = 0;
-        if (sscanf(reply.c_str(), R"({"ok":true,"kind":"shm","w":%d,"h":%d,"stride":%zu})", &w, &h, &stride) != 3 ||
+        if (sscanf(reply.c_str(), R"({"ok":true,"kind":"shm","w":%d,"h":%d,"stride":%zu})", &w, &h,
+                   &stride) != 3 ||
             stride != size_t(w) * 4 || file < 0) {
             ADD_FAILURE() << spec << ": " << reply;
             return {};

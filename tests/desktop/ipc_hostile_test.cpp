@@ -7,8 +7,6 @@
 #include <random>
 #include <unistd.h>
 
-using testing::Each;
-
 static constexpr size_t rounds = 10'000;
 static constexpr size_t connections_at_once = 6;
 
@@ -34,11 +32,34 @@ struct hostile : test::desktop {
     // Requests that make sense, almost, and not at all.
     std::string text()
     {
-        static constexpr const char *words[]{
-            "workspace", "dpms",    "virtual-output", "debug-destroy-output", "exit", "output", "window",
-            "region",    "all",     "@focused",       "320x240",              "off",  "on",     "1",
-            "2",         "-1",      "0",              "64",                   "A",    "\t",     "\n",
-            "inhibit",   "\xff\xfe", "%s%n",           "uninhibit",            "out",  "reg",    "99999999999"};
+        static constexpr const char *words[]{"workspace",
+                                             "dpms",
+                                             "virtual-output",
+                                             "debug-destroy-output",
+                                             "exit",
+                                             "output",
+                                             "window",
+                                             "region",
+                                             "all",
+                                             "@focused",
+                                             "320x240",
+                                             "off",
+                                             "on",
+                                             "1",
+                                             "2",
+                                             "-1",
+                                             "0",
+                                             "64",
+                                             "A",
+                                             "\t",
+                                             "\n",
+                                             "inhibit",
+                                             "\xff\xfe",
+                                             "%s%n",
+                                             "uninhibit",
+                                             "out",
+                                             "reg",
+                                             "99999999999"};
         std::string result;
         for (int n = below(7); n > 0; n--)
             (result += any_of(words)) += ' ';
@@ -68,7 +89,7 @@ struct hostile : test::desktop {
         case 0: // half of one
             return bytes.substr(0, size_t(below(bytes.size() + 1)));
         case 1: // a length that is a lie
-            bytes[size_t(6 + below(4))] = char(below(256));
+            bytes[6 + size_t(below(4))] = char(below(256));
             return bytes;
         case 2:
             return below(4) == 0 ? noise(300) : bytes + noise(20);

@@ -7,7 +7,6 @@
 
 using testing::HasSubstr;
 using testing::Not;
-using testing::StartsWith;
 
 struct queries : test::desktop {
     std::string query(vnt_ipc_msg type) { return ask(dial(), type, "ignored"); }
@@ -150,8 +149,9 @@ TEST_F(queries, mark_windows_that_do_not_answer)
 
 TEST_F(queries, list_outputs_with_their_modes)
 {
-    auto &made = plug({.name = "A", .modes = {{.width = 1024, .height = 768, .preferred = true},
-                                              {.width = 800, .height = 600, .refresh_mhz = 75000}}});
+    auto &made = plug({.name = "A",
+                       .modes = {{.width = 1024, .height = 768, .preferred = true},
+                                 {.width = 800, .height = 600, .refresh_mhz = 75000}}});
     made.base.make = strdup("Maker");
     made.base.model = strdup("M \"1\"");
     made.base.serial = strdup("0x1");
@@ -179,8 +179,7 @@ TEST_F(queries, spell_every_transform)
     const char *const names[]{"normal",  "90",         "180",         "270",
                               "flipped", "flipped-90", "flipped-180", "flipped-270"};
     for (int i = 0; i < 8; i++) {
-        commit(made,
-               [&](wlr_output_state *s) { wlr_output_state_set_transform(s, wl_output_transform(i)); });
+        commit(made, [&](wlr_output_state *s) { wlr_output_state_set_transform(s, wl_output_transform(i)); });
         EXPECT_THAT(outputs(), HasSubstr(std::format(R"("transform":"{}")", names[i])));
     }
 }

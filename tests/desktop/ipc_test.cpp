@@ -17,14 +17,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
-using testing::StartsWith;
 
 static constexpr const char *success = R"({"success":true})";
 static constexpr const char *unknown_type = R"({"success":false,"error":"unknown message type"})";
@@ -91,8 +89,8 @@ TEST_F(ipc_before_the_start, a_path_that_is_taken_leaves_the_session_without_ipc
     std::filesystem::create_directory(place());
     setenv("VANTORESOCK", "of another session", 1);
     start();
-    EXPECT_THAT(world.log(),
-                HasSubstr("vantore-comp: IPC bind('" + place().string() + "') failed: Address already in use\n"));
+    EXPECT_THAT(world.log(), HasSubstr("vantore-comp: IPC bind('" + place().string() +
+                                       "') failed: Address already in use\n"));
     EXPECT_EQ(getenv("VANTORESOCK"), nullptr);
     EXPECT_EQ(server.ipc_listen_fd, -1);
     EXPECT_TRUE(std::filesystem::is_directory(place()));
@@ -485,7 +483,8 @@ TEST_F(virtual_outputs, appear_at_the_size_asked_for_and_are_replaced)
 TEST_F(virtual_outputs, of_a_size_out_of_range_do_not_appear_and_leave_the_old_one)
 {
     command("virtual-output 640x480");
-    for (const char *wrong : {"319x240", "320x239", "7681x4320", "7680x4321", "320", "x240", "-320x-240", "big"})
+    for (const char *wrong :
+         {"319x240", "320x239", "7681x4320", "7680x4321", "320", "x240", "-320x-240", "big"})
         command(std::string{"virtual-output "} + wrong);
     EXPECT_EQ(size(), (wlr_box{60000, 0, 640, 480}));
     EXPECT_EQ(wl_list_length(&server.outputs), 1);
@@ -579,7 +578,8 @@ TEST_F(workspace_switch, passes_over_a_home_that_is_gone_or_dark)
 
 TEST_F(workspace_switch, to_no_workspace_does_nothing)
 {
-    for (const char *wrong : {"workspace", "workspace 0", "workspace 10", "workspace two", "workspace 4294967297"})
+    for (const char *wrong :
+         {"workspace", "workspace 0", "workspace 10", "workspace two", "workspace 4294967297"})
         command(wrong);
     EXPECT_EQ(output("A").current_ws, &workspace(1));
     EXPECT_THAT(heard(), IsEmpty());

@@ -102,9 +102,9 @@ void ipc_client::pump()
 {
     if (fd >= 0 && !connected)
         connect();
-    if (connected && !to_send.empty())
+    if (fd >= 0 && connected && !to_send.empty())
         send_some();
-    if (connected && reads)
+    if (fd >= 0 && connected && reads)
         read_some();
     parse();
 }

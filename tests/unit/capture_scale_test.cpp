@@ -67,7 +67,10 @@ TEST(capture_sample, takes_the_nearest_pixel_above_and_to_the_left)
 }
 
 struct memory_file : testing::Test {
-    memory_file() : source(20) { std::ranges::generate(source, [n = 0U]() mutable { return n++; }); }
+    memory_file() : source(20)
+    {
+        std::ranges::generate(source, [n = 0U]() mutable { return n++; });
+    }
 
     std::vector<uint32_t> contents(int file)
     {
