@@ -46,7 +46,7 @@ subject::subject(const char *binary)
     }
 }
 
-std::unique_ptr<test::client> subject::connect()
+std::unique_ptr<test::client> subject::connect() const
 {
     const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_un address{};

@@ -21,7 +21,7 @@ public:
     // Ends the benchmark when the binary does not start.
     explicit subject(const char *binary);
 
-    std::unique_ptr<test::client> connect();
+    [[nodiscard]] std::unique_ptr<test::client> connect() const;
     // False when the text has not been written after 10 seconds.
     bool says(const std::string &text) { return program.says(text); }
     [[nodiscard]] pid_t pid() const { return program.pid(); }

@@ -1,6 +1,6 @@
-// The scene is built into a buffer of a private swapchain. The scene's damage tracking takes note of that
-// buffer as of any other, and hands its damage back to the next frame when the buffer dies, so the buffer
-// must be gone before this returns.
+// The scene is built into a buffer of a private swapchain and nothing is committed. The scene's damage
+// tracking takes that buffer for the newest frame: what it painted still counts as damage of every older
+// buffer, and goes back to the damage of the next frame when the private buffer dies.
 
 #include "render_output.hpp"
 

@@ -293,7 +293,12 @@ TEST_F(capture, of_an_output_composes_a_client_buffer_that_fills_it)
 {
     plug("A", 640, 512);
     configure("A", [](wlr_output_state *s) { wlr_output_state_set_scale(s, 2); });
-    map_painted({320, 256}, red); // the only thing to be seen
+    test::window &w = map_painted({320, 256}, red);
+    wlr_scene_node_set_enabled(&server.layers[0]->node, false);
+    w.fill(red);
+    settle();
+    const wlr_buffer *shown = test::made_up(output("A").wlr_output).shown;
+    ASSERT_EQ(shown->width, 320) << "the client's own buffer is on the screen";
     const test::image picture = snapshot("output A");
     EXPECT_EQ(size_of(picture), (test::size{640, 512}));
     EXPECT_EQ(picture.at(639, 511), red);
