@@ -1,40 +1,17 @@
 // What a session costs: starting, mapping and closing windows among many, memory, and doing nothing. Each
 // program is a child process; its CPU time is read from the kernel, so a busy machine disturbs little.
 
-#include "support/process.hpp"
-#include "support/wayland_client.hpp"
+#include "subject.hpp"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
-#include <numeric>
-#include <poll.h>
-#include <sstream>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
 namespace
 {
-
-std::string read_proc(pid_t pid, const char *file)
-{
-    std::ifstream in{"/proc/" + std::to_string(pid) + "/" + file};
-    return {std::istreambuf_iterator<char>{in}, {}};
-}
-
-// CPU time of the main thread in microseconds.
-double cpu_us(pid_t pid)
-{
-    const std::string stat = read_proc(pid, ("task/" + std::to_string(pid) + "/schedstat").c_str());
-    return double(strtoll(stat.c_str(), nullptr, 10)) / 1000;
-}
 
 // The number behind a name in a file of lines "NAME: NUMBER".
 long field(const std::string &text, const std::string &name)
@@ -52,81 +29,6 @@ long context_switches(pid_t pid)
 {
     const std::string status = read_proc(pid, "status");
     return field(status, "\nvoluntary_ctxt_switches:") + field(status, "\nnonvoluntary_ctxt_switches:");
-}
-
-class subject
-{
-public:
-    explicit subject(const char *binary)
-        : program({"env", std::string{"LD_PRELOAD="} + getenv("VANTORE_TEST_PRELOAD"), binary},
-                  with_size(world.environment))
-    {
-        if (!program.says("running — WAYLAND_DISPLAY=wayland-0")) {
-            fprintf(stderr, "%s did not start:\n%s\n", binary, program.output().c_str());
-            exit(1);
-        }
-    }
-
-    std::unique_ptr<test::client> connect()
-    {
-        const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        const std::string path = world.directory() / "run/wayland-0";
-        path.copy(address.sun_path, sizeof address.sun_path - 1);
-        if (fd < 0 || ::connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
-            abort();
-        auto client = std::make_unique<test::client>(fd);
-        pump_until(*client, [&] { return client->ready(); });
-        return client;
-    }
-
-    template <class Condition> static void pump_until(test::client &client, Condition holds)
-    {
-        while (!holds()) {
-            client.pump();
-            if (client.error() != 0)
-                abort();
-            if (!holds())
-                usleep(50);
-        }
-    }
-
-    // Until the program has answered everything and then had time for the frames that follow.
-    static void rest(test::client &client)
-    {
-        const int asked = client.roundtrip_begin();
-        pump_until(client, [&] { return client.roundtrip_done(asked); });
-        const auto end = steady_clock::now() + 60ms;
-        pump_until(client, [&] { return steady_clock::now() > end; });
-    }
-
-    [[nodiscard]] pid_t pid() const { return program.pid(); }
-
-private:
-    static test::variables with_size(test::variables variables)
-    {
-        variables["VANTORE_HEADLESS_SIZE"] = "1920x1080";
-        return variables;
-    }
-
-    test::private_world world;
-    test::process program;
-};
-
-double median(std::vector<double> values)
-{
-    std::ranges::nth_element(values, values.begin() + long(values.size() / 2));
-    return values[values.size() / 2];
-}
-
-test::window &map_one(test::client &client)
-{
-    test::window &w = client.create_window("bench");
-    w.preferred = {320, 200};
-    w.open();
-    subject::pump_until(client, [&] { return w.has(test::ACTIVATED) && w.configure_count() > 1; });
-    return w;
 }
 
 void start_up()
@@ -156,12 +58,12 @@ cost map_and_close(const char *binary, int others)
     subject session{binary};
     auto client = session.connect();
     for (int i = 1; i < others; i++)
-        map_one(*client);
+        subject::map_one(*client);
     subject::rest(*client);
     std::vector<double> map_us, close_us;
     for (int i = 0; i < 9; i++) {
         const double before = cpu_us(session.pid());
-        test::window &w = map_one(*client);
+        test::window &w = subject::map_one(*client);
         subject::rest(*client);
         const double mapped = cpu_us(session.pid());
         w.destroy();
@@ -192,7 +94,7 @@ void memory(const char *name, const char *binary)
     std::vector<test::window *> windows;
     for (const size_t count : {0UL, 100UL, 300UL}) {
         while (windows.size() < count)
-            windows.push_back(&map_one(*client));
+            windows.push_back(&subject::map_one(*client));
         subject::rest(*client);
         printf(" %9.1f", private_dirty_mib(session.pid()));
     }
@@ -210,7 +112,7 @@ void idle(int windows)
     const auto tenth_second = steady_clock::now() + 10s;
     auto client = session.connect();
     for (int i = 0; i < windows; i++)
-        map_one(*client);
+        subject::map_one(*client);
     subject::pump_until(*client, [&] { return steady_clock::now() > tenth_second; });
     const double cpu = cpu_us(session.pid());
     const long switches = context_switches(session.pid());

@@ -9,3 +9,4 @@ struct vantore_keyboard;
 struct vantore_input_dev;
 struct vantore_decoration;
 struct vantore_ime_relay;
+struct vnt_ipc_client;

@@ -71,6 +71,12 @@ struct vantore_server {
 
     wlr_idle_notifier_v1 *idle_notifier = nullptr;
     bool locked = false; // nothing but the lock screen may be seen or reached
+    wlr_output *virtual_output = nullptr; // on the headless backend; null for none
+    int ipc_listen_fd = -1;
+    wl_event_source *ipc_listen_src = nullptr;
+    std::array<char, 108> ipc_path{}; // empty without a socket
+    list_head ipc_clients; // vnt_ipc_client.link
+
     wlr_scene_tree *lock_tree = nullptr;
     wlr_scene_tree *drag_icon_tree = nullptr;
 };

@@ -9,6 +9,7 @@
 #include "input/buttons.hpp"
 #include "input/modifier_tap.hpp"
 #include "input/pointer.hpp"
+#include "ipc/transport.hpp"
 #include "log.hpp"
 #include "memory_trim.hpp"
 #include "outputs/output.hpp"
@@ -244,6 +245,7 @@ static constexpr startup_step steps[]{
     {"last globals", [](vantore_server &server) { return globals_create_last(server), true; }},
     {"socket and backend", open_socket_and_start_backend},
     {"announcement", announce_session},
+    {"IPC", [](vantore_server &server) { return ipc_init(server), true; }},
 };
 
 std::span<const startup_step> startup_steps()
@@ -276,6 +278,7 @@ void server_finish(vantore_server &server)
     signal(SIGTERM, SIG_IGN);
     wlr_log(WLR_INFO, "vantore-comp: clean shutdown — tearing down");
     server.shutting_down = true;
+    ipc_finish(server);
     wl_display_destroy_clients(server.display);
     wlr_scene_node_destroy(&server.scene->tree.node);
     wlr_xcursor_manager_destroy(server.xcursor_mgr);

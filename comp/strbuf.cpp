@@ -46,14 +46,19 @@ void sb_appendf(strbuf &sb, const char *format, ...)
 {
     va_list args;
     va_start(args, format);
-    va_list measured;
-    va_copy(measured, args);
-    const int n = vsnprintf(nullptr, 0, format, measured);
-    va_end(measured);
-    if (n > 0 && reserve(sb, size_t(n))) {
-        vsnprintf(sb.data + sb.len, size_t(n) + 1, format, args);
+    va_list again;
+    va_copy(again, args);
+    const size_t room = sb.cap - sb.len;
+    const int n = vsnprintf(room > 0 ? sb.data + sb.len : nullptr, room, format, args);
+    const bool fits = n > 0 && size_t(n) < room;
+    if (fits || (n > 0 && reserve(sb, size_t(n)))) {
+        if (!fits)
+            vsnprintf(sb.data + sb.len, size_t(n) + 1, format, again);
         sb.len += size_t(n);
+    } else if (sb.data != nullptr) {
+        sb.data[sb.len] = '\0'; // what was formatted of it is not kept
     }
+    va_end(again);
     va_end(args);
 }
 
@@ -76,17 +81,30 @@ static const char *short_escape(char byte)
     }
 }
 
+static bool stands_for_itself(char byte)
+{
+    return static_cast<unsigned char>(byte) >= 0x20 && byte != '"' && byte != '\\';
+}
+
+static void append_escaped(strbuf &sb, char byte)
+{
+    if (const char *escape = short_escape(byte))
+        sb_append(sb, escape, 2);
+    else
+        sb_appendf(sb, "\\u%04x", static_cast<unsigned char>(byte));
+}
+
 void sb_jstr(strbuf &sb, const char *text)
 {
     sb_append(sb, "\"", 1);
-    for (const char *at = text != nullptr ? text : ""; *at != '\0'; at++) {
-        const auto byte = static_cast<unsigned char>(*at);
-        if (const char *escape = short_escape(*at))
-            sb_append(sb, escape, 2);
-        else if (byte < 0x20)
-            sb_appendf(sb, "\\u%04x", byte);
-        else
-            sb_append(sb, at, 1);
+    for (const char *at = text != nullptr ? text : ""; *at != '\0';) {
+        const char *end = at;
+        while (stands_for_itself(*end))
+            end++;
+        sb_append(sb, at, size_t(end - at));
+        at = end;
+        if (*at != '\0')
+            append_escaped(sb, *at++);
     }
     sb_append(sb, "\"", 1);
 }

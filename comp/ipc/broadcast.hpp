@@ -2,18 +2,11 @@
 #pragma once
 
 #include "../fwd.hpp"
-
-// The numbers are those of the IPC protocol.
-enum vnt_event : int {
-    VNT_EVT_WORKSPACES = 1,
-    VNT_EVT_WINDOWS = 2,
-    VNT_EVT_OUTPUTS = 3,
-    VNT_EVT_LAUNCHER = 4, // asks the shell for its launcher
-    VNT_EVT_SHORTCUTS = 8, // shows or hides the shortcuts overlay
-};
+#include "protocol.hpp"
 
 // Called with every event, by tests; null in the product.
 inline void (*g_broadcast_observer)(vnt_event event);
 
-// Tells subscribers of a change. Before the outputs event goes out, the outputs file is current.
+// Tells subscribers of a change. Before the outputs event goes out, the outputs file is current. A subscriber
+// that can't take the event at once is condemned: none is ever queued.
 void ipc_broadcast(vantore_server &server, vnt_event event);

@@ -68,6 +68,8 @@ wlr_box output_layout_box(const vantore_output &o)
 static void output_destroy(vantore_output &o)
 {
     vantore_server &server = *o.server;
+    if (o.wlr_output == server.virtual_output)
+        server.virtual_output = nullptr;
     if (!server.shutting_down) { // the scene and its outputs have gone by then
         if (o.scene_output != nullptr)
             wlr_scene_output_destroy(o.scene_output);

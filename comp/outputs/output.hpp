@@ -4,6 +4,7 @@
 #include "../fwd.hpp"
 #include "../records.hpp"
 
+#include <array>
 #include <string_view>
 
 struct vantore_output {
@@ -13,6 +14,10 @@ struct vantore_output {
     wlr_scene_output *scene_output = nullptr;
     wlr_box usable{}; // free of panels, layout coordinates
     vantore_workspace *current_ws = nullptr; // current_ws->output points back; null for none
+    bool mir_on = false; // shows what an output or a window shows
+    bool mir_is_output = false; // what it mirrors is an output
+    std::array<char, 64> mir_src_out{}; // name of that output
+    uint32_t mir_src_wid = 0; // id of that window
     listener frame, request_state, destroy;
 };
 

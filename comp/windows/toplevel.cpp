@@ -12,6 +12,14 @@
 #include <csignal>
 #include <cstdio>
 
+vantore_toplevel *toplevel_by_id(vantore_server &server, uint32_t id)
+{
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (t.id == id)
+            return &t;
+    return nullptr;
+}
+
 wlr_surface *tl_surface(const vantore_toplevel &t)
 {
     return t.xdg_toplevel->base->surface;

@@ -17,12 +17,16 @@ struct vantore_toplevel {
     bool maximized = false;
     wlr_xdg_toplevel_decoration_v1 *decoration = nullptr; // null when the client has none
     vantore_decoration *deco_wrap = nullptr; // our record of it
+    bool fullscreen = false;
     bool overlay_lift = false; // lives in the overlay layer, above fullscreen windows
     bool ssd = false; // the compositor draws the title bar
     wlr_box saved_geo{}; // where to return to from maximized
     vantore_workspace *workspace = nullptr; // null before the first map
     list_link ws_link; // workspace->toplevels, from the first map to destruction
     bool floating = false; // stays out of tiling on a tiling workspace
+    bool minimized = false; // hidden until focused
+    bool skip_taskbar = false; // left out of lists for taskbars
+    bool urgent = false; // wants attention
     bool unresponsive = false; // failed to answer a ping
     listener ping_timeout;
     wlr_box float_geo{}; // the last floating box; width 0 means none yet
@@ -32,6 +36,9 @@ struct vantore_toplevel {
 
 // Height of a title bar above the content's origin, in layout pixels.
 inline constexpr int titlebar_height = 30;
+
+// The mapped window of this id, or null.
+vantore_toplevel *toplevel_by_id(vantore_server &server, uint32_t id);
 
 // Null when the surface is gone.
 wlr_surface *tl_surface(const vantore_toplevel &t);

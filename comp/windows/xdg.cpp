@@ -83,7 +83,7 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     vantore_server &server = *t.server;
     wl_list_insert(&server.toplevels, &t.link);
     if (const char *app_id = tl_app_id(t); app_id != nullptr && strcmp(app_id, lifted_app_id) == 0)
-        t.overlay_lift = t.floating = true;
+        t.overlay_lift = t.floating = t.skip_taskbar = true;
     vantore_workspace *previous = t.workspace; // of an earlier map
     toplevel_set_workspace(t, workspace_for_new_window(server));
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
@@ -96,6 +96,8 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     arrange_workspace(t.workspace);
     if (toplevel_visible(t))
         focus_toplevel_ex(&t, true);
+    else
+        ipc_broadcast(server, VNT_EVT_WINDOWS);
     if (xdg->requested.maximized && !t.maximized) {
         toplevel_toggle_maximize(t);
         // The client's first size is the maximized one and says nothing about where to return.

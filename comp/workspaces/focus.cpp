@@ -65,6 +65,15 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
     ipc_broadcast(server, VNT_EVT_WINDOWS);
 }
 
+void focus_clear(vantore_server &server)
+{
+    if (wlr_surface *previous = server.seat->keyboard_state.focused_surface)
+        deactivate(previous);
+    wlr_seat_keyboard_notify_clear_focus(server.seat);
+    if (server.seat->keyboard_state.focused_surface != nullptr) // held back, as in keyboard_enter
+        wlr_seat_keyboard_clear_focus(server.seat);
+}
+
 void focus_top_toplevel(vantore_server &server)
 {
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {

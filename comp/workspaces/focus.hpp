@@ -8,5 +8,8 @@
 // only way a window takes the keyboard. Null does nothing.
 void focus_toplevel_ex(vantore_toplevel *t, bool raise);
 
+// Takes the keyboard from whatever has it.
+void focus_clear(vantore_server &server);
+
 // Focuses the topmost visible window without raising it; without one the focus stays as the seat has it.
 void focus_top_toplevel(vantore_server &server);

@@ -36,6 +36,29 @@ void workspaces_destroy(vantore_server &server)
         delete &ws;
 }
 
+const char *tile_mode_name(vantore_tile_mode mode)
+{
+    switch (mode) {
+    case TM_MASTER:
+        return "master";
+    case TM_GRID:
+        return "grid";
+    case TM_COLUMNS:
+        return "columns";
+    case TM_MONOCLE:
+        return "monocle";
+    }
+    return "master";
+}
+
+vantore_workspace *workspace_by_num(vantore_server &server, long num)
+{
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
+        if (ws.num == num)
+            return &ws;
+    return nullptr;
+}
+
 vantore_output *current_output(vantore_server &server)
 {
     wlr_output *at = wlr_output_layout_output_at(server.output_layout, server.cursor->x, server.cursor->y);

@@ -9,12 +9,15 @@
 
 enum vantore_layout : unsigned char { VANTORE_LAYOUT_FLOATING, VANTORE_LAYOUT_TILING };
 
+enum vantore_tile_mode : unsigned char { TM_MASTER, TM_GRID, TM_COLUMNS, TM_MONOCLE };
+
 struct vantore_workspace {
     list_link link; // server->workspaces
     vantore_server *server = nullptr;
     int num = 0; // 1 to 9
     std::array<char, 64> name{};
     vantore_layout layout = VANTORE_LAYOUT_FLOATING;
+    vantore_tile_mode tile_mode = TM_MASTER;
     double master_ratio = 0; // the master tile's share of the width
     std::array<char, 64> pref_output{}; // where it was last shown; empty for none
     wlr_scene_tree *tree = nullptr; // enabled exactly when output is set
@@ -25,6 +28,12 @@ struct vantore_workspace {
 // Makes workspaces 1 to 9; false when the scene can't hold them.
 bool workspaces_create(vantore_server &server);
 void workspaces_destroy(vantore_server &server);
+
+// As the IPC protocol spells it.
+const char *tile_mode_name(vantore_tile_mode mode);
+
+// Null when the number is not 1 to 9.
+vantore_workspace *workspace_by_num(vantore_server &server, long num);
 
 // The output under the cursor, else the newest one, else null.
 vantore_output *current_output(vantore_server &server);

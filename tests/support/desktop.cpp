@@ -62,6 +62,8 @@ void unstarted_desktop::finish()
     server_finish(server);
     running = false;
     connections.clear();
+    ipc_clients.clear();
+    EXPECT_TRUE(wl_list_empty(&server.ipc_clients));
     EXPECT_TRUE(wl_list_empty(&server.toplevels));
     EXPECT_TRUE(wl_list_empty(&server.outputs));
     EXPECT_TRUE(wl_list_empty(&server.workspaces));
@@ -270,6 +272,8 @@ void unstarted_desktop::pump()
         c.side->pump();
     for (cut_line *line : cut_lines)
         line->pump();
+    for (ipc_client &c : ipc_clients)
+        c.pump();
     wl_event_loop_dispatch(wl_display_get_event_loop(server.display), 1);
 }
 
@@ -293,6 +297,28 @@ void unstarted_desktop::settle()
         }));
         EVENTUALLY(idle());
     }
+}
+
+ipc_client &unstarted_desktop::dial()
+{
+    const int before = wl_list_length(&server.ipc_clients);
+    ipc_client &added = ipc_clients.emplace_back(server.ipc_path.data());
+    EVENTUALLY(wl_list_length(&server.ipc_clients) > before);
+    return added;
+}
+
+std::string unstarted_desktop::ask(ipc_client &c, uint32_t type, std::string_view payload)
+{
+    c.take();
+    c.send(type, payload);
+    const auto reply = [&] { return std::ranges::find(c.messages(), type, &ipc_message::type); };
+    EVENTUALLY(reply() != c.messages().end());
+    return reply() != c.messages().end() ? reply()->payload : "no reply";
+}
+
+void unstarted_desktop::command(std::string_view text)
+{
+    EXPECT_EQ(ask(dial(), VNT_MSG_COMMAND, text), R"({"success":true})");
 }
 
 std::vector<vnt_event> unstarted_desktop::heard()

@@ -5,6 +5,7 @@
 #include "boxes.hpp"
 #include "cut_line.hpp"
 #include "ipc/broadcast.hpp"
+#include "ipc_client.hpp"
 #include "isolation.hpp"
 #include "made_up_output.hpp"
 #include "outputs/output.hpp"
@@ -85,6 +86,13 @@ protected:
     wl_client *server_side(const client &c);
     vantore_workspace &workspace(int num);
 
+    // A new client of the IPC socket, that the server has accepted.
+    ipc_client &dial();
+    // Sends a request and waits for its reply; events that come meanwhile are dropped.
+    std::string ask(ipc_client &c, uint32_t type, std::string_view payload = {});
+    // The same for a command on a connection of its own.
+    void command(std::string_view text);
+
     // Waiting
     template <class Condition> bool until(Condition holds)
     {
@@ -121,6 +129,7 @@ private:
 
     std::list<connection> connections;
     std::vector<cut_line *> cut_lines;
+    std::list<ipc_client> ipc_clients;
     made_up_backend *backend = nullptr;
     bool running = false;
     size_t descriptors_before = 0;

@@ -14,7 +14,7 @@ usage: ./dev COMMAND [ARGUMENTS]
   lint                       formatting, clang-tidy, header and text checks
   format                     format the sources
   bench [NAME...]            build and run the benchmarks
-  fuzz                       run the fuzz targets (there are none yet)
+  fuzz [SECONDS]             run each fuzz target for a minute, or for so long
   help                       this text
 
 VANTORE_DEV_ENV=native or =rootfs chooses where to build; without it, native where everything is installed.
@@ -110,8 +110,24 @@ dev_bench() {
 	inside tools/run-benchmarks build/bench "$@"
 }
 
-# The targets come with the parsers that they are for.
-dev_fuzz() { say "there are no fuzz targets yet"; }
+# What a target finds is kept in build/fuzz/found; new corpus entries are not.
+dev_fuzz() {
+	local seconds=${1:-60} source name status=0
+	[[ $seconds =~ ^[0-9]+$ ]] || fail "fuzz takes a number of seconds, not '$seconds'"
+	groups="base lint"
+	prepare
+	CXX=clang++ CC=clang configure fuzz "${sanitize[@]}" -Dtests=false -Dfuzz=true -Db_pch=false
+	for source in fuzz/fuzz_*.cpp; do
+		name=$(basename "$source" .cpp)
+		inside ninja -C build/fuzz "fuzz/$name" >&2
+		say "$name, for $seconds seconds"
+		mkdir -p "build/fuzz/found" "build/fuzz/corpus/$name"
+		inside "build/fuzz/fuzz/$name" -max_total_time="$seconds" -print_final_stats=1 \
+			-artifact_prefix="build/fuzz/found/$name-" "build/fuzz/corpus/$name" \
+			"fuzz/corpus/${name#fuzz_}" || status=1
+	done
+	return "$status"
+}
 
 dev_format() {
 	groups="base lint"

@@ -1,0 +1,78 @@
+#include "subject.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+
+std::string read_proc(pid_t pid, const char *file)
+{
+    std::ifstream in{"/proc/" + std::to_string(pid) + "/" + file};
+    return {std::istreambuf_iterator<char>{in}, {}};
+}
+
+double cpu_us(pid_t pid)
+{
+    const std::string stat = read_proc(pid, ("task/" + std::to_string(pid) + "/schedstat").c_str());
+    return double(strtoll(stat.c_str(), nullptr, 10)) / 1000;
+}
+
+double median(std::vector<double> values)
+{
+    std::ranges::nth_element(values, values.begin() + long(values.size() / 2));
+    return values[values.size() / 2];
+}
+
+static test::variables with_size(test::variables variables)
+{
+    variables["VANTORE_HEADLESS_SIZE"] = "1920x1080";
+    return variables;
+}
+
+subject::subject(const char *binary)
+    : program({"env", std::string{"LD_PRELOAD="} + getenv("VANTORE_TEST_PRELOAD"), binary},
+              with_size(world.environment))
+{
+    if (!program.says("running — WAYLAND_DISPLAY=wayland-0")) {
+        fprintf(stderr, "%s did not start:\n%s\n", binary, program.output().c_str());
+        exit(1);
+    }
+}
+
+std::unique_ptr<test::client> subject::connect() const
+{
+    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string path = runtime_directory() + "/wayland-0";
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    if (fd < 0 || ::connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
+        abort();
+    auto client = std::make_unique<test::client>(fd);
+    pump_until(*client, [&] { return client->ready(); });
+    return client;
+}
+
+void subject::rest(test::client &client)
+{
+    const int asked = client.roundtrip_begin();
+    pump_until(client, [&] { return client.roundtrip_done(asked); });
+    const auto end = steady_clock::now() + 60ms;
+    pump_until(client, [&] { return steady_clock::now() > end; });
+}
+
+test::window &subject::map_one(test::client &client)
+{
+    test::window &w = client.create_window("bench");
+    w.preferred = {320, 200};
+    w.open();
+    pump_until(client, [&] { return w.has(test::ACTIVATED) && w.configure_count() > 1; });
+    return w;
+}

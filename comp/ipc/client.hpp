@@ -1,0 +1,21 @@
+// One connection to the IPC socket.
+#pragma once
+
+#include "../fwd.hpp"
+#include "../handles.hpp"
+#include "../records.hpp"
+
+#include <cstdlib>
+
+struct vnt_ipc_client {
+    list_link link; // server->ipc_clients
+    vantore_server *server = nullptr;
+    int fd = -1;
+    event_source src; // fd is readable
+    wl_event_source *reap = nullptr; // idle, while condemned
+    handle<char, free> buf; // what was read and not handled yet: the first len of cap bytes
+    size_t len = 0;
+    size_t cap = 0;
+    bool subscribed = false; // receives events
+    bool dead = false; // condemned: goes at the next idle moment, and is served no more
+};

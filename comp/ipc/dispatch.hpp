@@ -1,0 +1,10 @@
+// What each type of request does.
+#pragma once
+
+#include "../fwd.hpp"
+
+#include <cstdint>
+#include <string_view>
+
+// Runs one request and sends its one reply. May condemn the client, never frees it.
+void ipc_dispatch(vnt_ipc_client &client, uint32_t type, std::string_view payload);

@@ -1,0 +1,41 @@
+// The codes of the IPC socket, for the compositor and for programs that talk to it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+// A frame: the magic, the payload's length and the message type (both 32 bits, host byte order), the payload.
+inline constexpr std::string_view ipc_magic = "i3-ipc";
+inline constexpr size_t ipc_header_size = 14;
+inline constexpr uint32_t ipc_largest_request = 0x100000; // payload bytes that a client may send in one frame
+
+enum vnt_ipc_msg : uint32_t {
+    VNT_MSG_COMMAND = 0,
+    VNT_MSG_GET_WORKSPACES = 1,
+    VNT_MSG_GET_WINDOWS = 2,
+    VNT_MSG_GET_OUTPUTS = 3,
+    VNT_MSG_SUBSCRIBE = 4,
+    VNT_MSG_GET_THUMBNAIL = 5,
+    VNT_MSG_CAPTURE = 6,
+    VNT_MSG_CAPTURE_DMABUF = 7,
+    VNT_MSG_CAPTURE_SUBSCRIBE = 8,
+    VNT_MSG_CAPTURE_FRAME = 9, // pushed by the compositor only
+};
+
+// An event's frame has no payload; its type is the event's code with this bit set.
+inline constexpr uint32_t ipc_event_bit = 0x80000000;
+
+enum vnt_event : uint32_t {
+    VNT_EVT_WORKSPACES = 1,
+    VNT_EVT_WINDOWS = 2,
+    VNT_EVT_OUTPUTS = 3,
+    VNT_EVT_LAUNCHER = 4, // the launcher is to open
+    VNT_EVT_RELOADED = 5,
+    VNT_EVT_VOLUME = 6,
+    VNT_EVT_BRIGHTNESS = 7,
+    VNT_EVT_SHORTCUTS = 8, // the shortcut overlay is to show or hide
+    VNT_EVT_FULLSCREEN_ON = 9,
+    VNT_EVT_FULLSCREEN_OFF = 10,
+    VNT_EVT_CLIPBOARD = 11, // the clipboard picker is to open
+};

@@ -1,0 +1,49 @@
+// The texts of requests, read without a compositor: words of commands, sizes, what is to be captured.
+#pragma once
+
+#include "../wlr.hpp"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+// The words of a text, split at blanks, tabs and line ends. The text ends at its first null byte.
+class ipc_words
+{
+public:
+    explicit ipc_words(std::string_view source);
+    ipc_words(const ipc_words &) = delete;
+    ipc_words &operator=(const ipc_words &) = delete;
+    // Null when there are no more. The word lives as long as this object.
+    const char *next();
+
+private:
+    std::string text;
+    char *start; // null after the first word
+    char *rest = nullptr;
+};
+
+struct ipc_size {
+    int width, height;
+    friend bool operator==(const ipc_size &, const ipc_size &) = default;
+};
+
+// "WIDTHxHEIGHT", whatever follows it.
+std::optional<ipc_size> ipc_parse_size(const char *text);
+
+enum class capture_kind : unsigned char { window, output, region, everything };
+
+struct capture_spec {
+    capture_kind kind = capture_kind::window;
+    uint32_t window_id = 0; // 0 is never a window
+    std::array<char, 96> output_name{}; // empty or "@focused" for the current output
+    wlr_box region{}; // layout coordinates
+    int max_dim = 0; // longest side in pixels; 0 for no limit
+};
+
+// Reads at most 127 bytes, up to the first null byte. Every text means something: what is missing is 0.
+capture_spec ipc_parse_capture(std::string_view text);
+
+// The window id of a thumbnail request, of which 31 bytes are read.
+uint32_t ipc_parse_thumbnail(std::string_view text);
