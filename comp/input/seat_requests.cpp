@@ -13,12 +13,24 @@ void seat_request_set_primary_selection(vantore_server &server,
     wlr_seat_set_primary_selection(server.seat, event->source, event->serial);
 }
 
+// The library frees a drag with its source or when it ends: one without a source has to begin first. That
+// must not take the keyboard from an open menu or another drag.
+static void refuse_drag(wlr_seat *seat, wlr_drag *drag, uint32_t serial)
+{
+    if (drag->source != nullptr)
+        return wlr_data_source_destroy(drag->source);
+    if (wlr_seat_keyboard_has_grab(seat))
+        return;
+    wlr_seat_start_drag(seat, drag, serial);
+    wlr_seat_keyboard_end_grab(seat);
+}
+
 void seat_request_start_drag(vantore_server &server, wlr_seat_request_start_drag_event *event)
 {
     if (wlr_seat_validate_pointer_grab_serial(server.seat, event->origin, event->serial))
         wlr_seat_start_pointer_drag(server.seat, event->drag, event->serial);
-    else if (event->drag->source != nullptr)
-        wlr_data_source_destroy(event->drag->source);
+    else
+        refuse_drag(server.seat, event->drag, event->serial);
 }
 
 void seat_start_drag(vantore_server &server, wlr_drag *drag)

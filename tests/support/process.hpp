@@ -56,6 +56,16 @@ private:
     std::filesystem::path root;
 };
 
+// Asks again and again, 30 seconds at most.
+template <class Condition> bool eventually(Condition holds)
+{
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{30};
+    while (!holds())
+        if (std::chrono::steady_clock::now() > give_up)
+            return false;
+    return true;
+}
+
 // The command that starts the compositor, with the stand-ins for missing hardware preloaded.
 std::vector<std::string> compositor();
 

@@ -15,6 +15,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+using test::eventually;
 using testing::HasSubstr;
 using testing::Optional;
 
@@ -212,15 +213,6 @@ TEST_F(session, hands_a_selection_from_one_program_to_another)
     EXPECT_EQ(pasted, "some text");
     compositor.send(SIGTERM);
     EXPECT_THAT(compositor.wait(), Optional(0));
-}
-
-template <class Condition> static bool eventually(Condition holds)
-{
-    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{30};
-    while (!holds())
-        if (std::chrono::steady_clock::now() > give_up)
-            return false;
-    return true;
 }
 
 static std::string contents(const std::filesystem::path &path)

@@ -1,0 +1,143 @@
+#include "arguments.hpp"
+
+#include <charconv>
+#include <span>
+
+const std::string_view usage =
+    R"(usage: vantore-msg COMMAND
+
+  command WORD...            runs a command of the compositor
+  workspaces                 lists the workspaces
+  windows                    lists the windows
+  outputs                    lists the outputs
+  subscribe                  prints a line for each event until Ctrl-C
+  capture [--max N] WHAT FILE
+                             writes a picture as PNG; FILE - is the standard output. With --max its longer
+                             side has at most N pixels. WHAT is one of
+                               all                  all outputs
+                               output [NAME]        one output, the current one without a name
+                               region X Y W H       a part of the layout
+                               window ID            what a window has drawn, as "windows" lists it
+  --help                     prints this text
+
+Lists are tables on a terminal and JSON otherwise. The compositor is found by VANTORESOCK.
+Exit status: 0 done; 1 the compositor can't be reached or refused; 2 the arguments are wrong.
+)";
+
+using words_left = std::span<const std::string>;
+
+static std::unexpected<std::string> wrong(std::string why)
+{
+    return std::unexpected{std::move(why)};
+}
+
+static bool is_number(std::string_view text, int smallest)
+{
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc{} && end == text.data() + text.size() && value >= smallest;
+}
+
+static std::expected<std::string, std::string> region_spec(words_left words)
+{
+    if (words.size() != 4)
+        return wrong("capture region takes X Y W H and a file");
+    for (size_t i = 0; i < words.size(); i++)
+        if (!is_number(words[i], i < 2 ? -1'000'000 : 1))
+            return wrong("'" + words[i] + "' is no " + (i < 2 ? "coordinate" : "size"));
+    return "region " + words[0] + " " + words[1] + " " + words[2] + " " + words[3];
+}
+
+// Names of outputs are one word to the compositor.
+static std::expected<std::string, std::string> output_spec(words_left words)
+{
+    if (words.size() > 1)
+        return wrong("capture output takes one name at most");
+    const std::string name = words.empty() ? "@focused" : words[0];
+    if (name.empty() || name.find_first_of(" \t\r\n") != std::string::npos)
+        return wrong("'" + name + "' is no name of an output");
+    return "output " + name;
+}
+
+static std::expected<std::string, std::string> capture_spec(words_left words)
+{
+    if (words.empty())
+        return wrong("capture what? One of all, output, region, window");
+    const words_left rest = words.subspan(1);
+    if (words[0] == "all")
+        return rest.empty() ? std::expected<std::string, std::string>{"all"} : wrong("capture all takes a file only");
+    if (words[0] == "output")
+        return output_spec(rest);
+    if (words[0] == "region")
+        return region_spec(rest);
+    if (words[0] != "window")
+        return wrong("capture knows all, output, region and window, not '" + words[0] + "'");
+    if (rest.size() != 1 || !is_number(rest[0], 1))
+        return wrong("capture window takes the window's id and a file");
+    return "window " + rest[0];
+}
+
+static std::expected<request, std::string> capture_request(words_left words)
+{
+    std::string limit = "0";
+    if (words.size() >= 2 && words[0] == "--max") {
+        if (!is_number(words[1], 1))
+            return wrong("--max takes a number of pixels, not '" + words[1] + "'");
+        limit = words[1];
+        words = words.subspan(2);
+    }
+    if (words.size() < 2)
+        return wrong("capture takes what to capture and a file");
+    if (words.back().empty())
+        return wrong("the file has no name");
+    auto spec = capture_spec(words.first(words.size() - 1));
+    if (!spec)
+        return std::unexpected{std::move(spec.error())};
+    return request{
+        .what = action::capture, .message = VNT_MSG_CAPTURE, .payload = *spec + " " + limit, .file = words.back()};
+}
+
+static std::expected<request, std::string> command_request(words_left words)
+{
+    if (words.empty())
+        return wrong("command takes the words of a command");
+    std::string text;
+    for (const std::string &word : words)
+        text += (text.empty() ? "" : " ") + word;
+    if (text.size() > ipc_largest_request)
+        return wrong("the command is too long");
+    return request{.what = action::command, .message = VNT_MSG_COMMAND, .payload = std::move(text), .file = ""};
+}
+
+struct plain_command {
+    std::string_view name;
+    action what;
+    vnt_ipc_msg message;
+};
+
+static constexpr plain_command plain_commands[]{
+    {"workspaces", action::show, VNT_MSG_GET_WORKSPACES},
+    {"windows", action::show, VNT_MSG_GET_WINDOWS},
+    {"outputs", action::show, VNT_MSG_GET_OUTPUTS},
+    {"subscribe", action::subscribe, VNT_MSG_SUBSCRIBE},
+    {"--help", action::help, VNT_MSG_COMMAND},
+};
+
+std::expected<request, std::string> parse_arguments(const std::vector<std::string> &words)
+{
+    if (words.empty())
+        return wrong("no command; see vantore-msg --help");
+    const words_left rest = words_left{words}.subspan(1);
+    if (words[0] == "command")
+        return command_request(rest);
+    if (words[0] == "capture")
+        return capture_request(rest);
+    for (const plain_command &command : plain_commands) {
+        if (words[0] != command.name)
+            continue;
+        if (!rest.empty())
+            return wrong(words[0] + " takes no arguments");
+        return request{.what = command.what, .message = command.message, .payload = "", .file = ""};
+    }
+    return wrong("there is no command '" + words[0] + "'; see vantore-msg --help");
+}

@@ -1,0 +1,23 @@
+// What the user asks for, checked before anything is sent.
+#pragma once
+
+#include "ipc/protocol.hpp"
+
+#include <expected>
+#include <string>
+#include <string_view>
+#include <vector>
+
+enum class action : unsigned char { command, show, subscribe, capture, help };
+
+struct request {
+    action what = action::help;
+    vnt_ipc_msg message = VNT_MSG_COMMAND; // what is sent, for all but help
+    std::string payload;
+    std::string file; // of a capture; "-" for the standard output
+};
+
+// The error is a sentence for the user.
+std::expected<request, std::string> parse_arguments(const std::vector<std::string> &words);
+
+extern const std::string_view usage;

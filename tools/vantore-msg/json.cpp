@@ -1,0 +1,43 @@
+#include "json.hpp"
+
+#include "printable.hpp"
+
+json parse_reply(std::string_view reply)
+{
+    return json::parse(valid_utf8(reply), nullptr, false);
+}
+
+static const json *find(const json &object, const char *key)
+{
+    if (!object.is_object())
+        return nullptr;
+    const auto found = object.find(key);
+    return found != object.end() ? &*found : nullptr;
+}
+
+std::string member_text(const json &object, const char *key)
+{
+    const json *member = find(object, key);
+    if (member == nullptr)
+        return "";
+    const auto *text = member->get_ptr<const std::string *>();
+    return printable(text != nullptr ? *text : member->dump());
+}
+
+bool member_is_true(const json &object, const char *key)
+{
+    const json *member = find(object, key);
+    return member != nullptr && member->is_boolean() && member->get<bool>();
+}
+
+long member_number(const json &object, const char *key)
+{
+    const json *member = find(object, key);
+    return member != nullptr && member->is_number() ? member->get<long>() : 0;
+}
+
+json member_object(const json &object, const char *key)
+{
+    const json *member = find(object, key);
+    return member != nullptr && member->is_object() ? *member : json::object();
+}

@@ -1,0 +1,18 @@
+// Text from other programs, made fit for JSON parsers and terminals.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Replaces what is no valid UTF-8 by U+FFFD: a title may be cut in the middle of a character.
+std::string valid_utf8(std::string_view text);
+
+// Valid UTF-8 without control characters, which could drive the terminal.
+std::string printable(std::string_view text);
+
+// Columns of a terminal that printable text takes.
+int display_width(std::string_view text);
+
+// Aligns the columns, two blanks apart, a line for each row; no blanks at the end of a line.
+std::string aligned(const std::vector<std::vector<std::string>> &rows);
