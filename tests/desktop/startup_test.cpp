@@ -34,7 +34,7 @@ TEST(startup_table, names_its_steps_in_order)
                                    "allocator", "first globals", "explicit sync", "scene", "scene graph",
                                    "configuration", "reduced motion", "presentation time", "accent",
                                    "workspaces", "outputs", "xdg shell", "cursor", "seat", "last globals",
-                                   "socket and backend", "announcement"));
+                                   "socket and backend", "announcement", "IPC"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)
