@@ -6,6 +6,7 @@
 #include "outputs/power.hpp"
 #include "support/server_check.hpp"
 #include "workspaces/focus.hpp"
+#include "workspaces/switch.hpp"
 
 #include <random>
 
@@ -112,7 +113,14 @@ struct random_session : test::desktop {
 
     std::string command()
     {
-        switch (below(4)) {
+        switch (below(6)) {
+        case 4:
+            goto_workspace(server, 1 + below(9));
+            return "another workspace";
+        case 5:
+            if (vantore_output *o = current_output(server))
+                output_set_current(*o, &workspace(1 + below(9)));
+            return "pull a workspace";
         case 0:
             set_dpms(server, below(2) == 0);
             return "power";

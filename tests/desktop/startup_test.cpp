@@ -34,7 +34,8 @@ TEST(startup_table, names_its_steps_in_order)
                                    "allocator", "first globals", "explicit sync", "scene", "scene graph",
                                    "configuration", "reduced motion", "presentation time", "accent",
                                    "workspaces", "timers", "outputs", "xdg shell", "decoration manager",
-                                   "cursor", "seat", "last globals", "socket and backend", "announcement"));
+                                   "cursor", "seat", "last globals", "socket and backend", "announcement",
+                                   "IPC"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)
