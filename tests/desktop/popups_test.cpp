@@ -189,6 +189,24 @@ TEST_F(menus, close_when_their_window_is_unmapped)
     EXPECT_NE(pixel("A", 130, 140), 0xffd0d0d0U);
 }
 
+TEST_F(menus, of_parents_that_have_gone_are_harmless)
+{
+    auto &unmapped = map("unmapped");
+    unmapped.unmap();
+    popup of_unmapped{unmapped, {.x = 20, .y = 30}};
+    auto &roleless = map("roleless");
+    roleless.destroy_toplevel();
+    popup of_roleless{roleless, {.x = 20, .y = 30}};
+    auto &third = map("third");
+    popup menu{third, {.x = 20, .y = 30}};
+    EVENTUALLY_EQ(menu.configure_count(), 1);
+    third.unmap(); // dismisses the menu
+    popup submenu{menu, {.x = 90, .y = 10}};
+    settle();
+    EXPECT_THAT(test::server_check(server), IsEmpty());
+    EXPECT_EQ(page->owner().error(), 0);
+}
+
 TEST_F(menus, of_no_size_are_a_protocol_error_of_their_client)
 {
     auto &other = map("other");

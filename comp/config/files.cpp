@@ -1,0 +1,70 @@
+#include "files.hpp"
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+
+void config_dir(std::span<char> buf)
+{
+    const char *base = getenv("XDG_CONFIG_HOME");
+    if (base != nullptr && *base != '\0') {
+        snprintf(buf.data(), buf.size(), "%s/vantore", base);
+        return;
+    }
+    const char *home = getenv("HOME");
+    snprintf(buf.data(), buf.size(), "%s/.config/vantore", home != nullptr ? home : ".");
+}
+
+void config_path(std::span<char> buf, const char *name)
+{
+    std::array<char, 512> directory{};
+    config_dir(directory);
+    snprintf(buf.data(), buf.size(), "%s/%s", directory.data(), name);
+}
+
+config_file config_open(const char *path)
+{
+    const int fd = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0)
+        return nullptr;
+    struct stat status{};
+    FILE *file = fstat(fd, &status) == 0 && S_ISREG(status.st_mode) ? fdopen(fd, "r") : nullptr;
+    if (file == nullptr)
+        close(fd);
+    return config_file{file};
+}
+
+char *cfg_trim(char *s)
+{
+    s += strspn(s, " \t");
+    size_t length = strlen(s);
+    while (length > 0 && strchr("\t\n\r ", s[length - 1]) != nullptr)
+        length--;
+    s[length] = '\0';
+    return s;
+}
+
+char *cfg_without_comment(char *line)
+{
+    line[strcspn(line, "#")] = '\0';
+    return cfg_trim(line);
+}
+
+std::optional<cfg_pair> cfg_split(char *line)
+{
+    char *equals = strchr(line, '=');
+    if (equals == nullptr)
+        return std::nullopt;
+    *equals = '\0';
+    return cfg_pair{.key = cfg_trim(line), .value = cfg_trim(equals + 1)};
+}
+
+bool cfg_bool(const char *value)
+{
+    const std::string_view text{value};
+    return text == "true" || text == "1" || text == "yes";
+}

@@ -1,0 +1,34 @@
+// Where configuration files lie, how they are opened, and the small pieces of their line grammars.
+#pragma once
+
+#include "../handles.hpp"
+
+#include <cstdio>
+#include <optional>
+#include <span>
+
+using config_file = handle<FILE, fclose>;
+
+// The directory without a slash at its end, cut where it does not fit. 512 bytes are usual.
+void config_dir(std::span<char> buf);
+
+// "DIRECTORY/NAME", cut where it does not fit. 600 bytes are usual.
+void config_path(std::span<char> buf, const char *name);
+
+// For reading. Null for what is missing, unreadable or no regular file: a FIFO in a file's place would block.
+config_file config_open(const char *path);
+
+// Trims in place. Leading blanks and tabs are skipped, trailing blanks, tabs, newlines and returns are cut.
+char *cfg_trim(char *s);
+
+// Cuts the line at its first '#', wherever it stands, and trims it.
+char *cfg_without_comment(char *line);
+
+struct cfg_pair {
+    char *key, *value;
+};
+// Splits at the first '=', both sides trimmed; nothing without one. The pieces lie in the line.
+std::optional<cfg_pair> cfg_split(char *line);
+
+// Exactly "true", "1" or "yes".
+bool cfg_bool(const char *value);
