@@ -1,4 +1,4 @@
-// The Wayland globals that a session offers: in two groups, since some need objects that come between.
+// The Wayland globals that a session offers, made by steps of the start in the order of startup.cpp.
 //
 // A global is offered only where somebody handles its events: a client of another would wait for ever.
 #pragma once

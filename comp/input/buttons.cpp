@@ -3,7 +3,7 @@
 #include "../server.hpp"
 #include "../workspaces/focus.hpp"
 #include "hit_test.hpp"
-#include "keyboard.hpp"
+#include "idle.hpp"
 #include "modifier_tap.hpp"
 
 static void focus_under_cursor(vantore_server &server)
@@ -29,8 +29,8 @@ static void press(vantore_server &server, const wlr_pointer_button_event &event)
 void server_cursor_button(vantore_server &server, wlr_pointer_button_event *event)
 {
     idle_poke(server);
-    modifier_tap_cancel(server);
-    if (!server.locked && event->state == WL_POINTER_BUTTON_STATE_PRESSED)
+    shortcuts_force_hide(server); // any button ends a pending tap
+    if (!server.locked && event->state != WL_POINTER_BUTTON_STATE_RELEASED)
         press(server, *event);
     else
         notify_client(server, *event);

@@ -9,30 +9,27 @@ static void forget_surface(vantore_server &server)
     server.cur_cursor_surface = nullptr;
 }
 
-static void remember_name(vantore_server &server, const char *name)
+void set_named_cursor(vantore_server &server, const char *name)
 {
     forget_surface(server);
     server.cur_cursor_named = true;
     copy_text(server.cur_cursor_name, name);
+    wlr_cursor_set_xcursor(server.cursor, server.xcursor_mgr, server.cur_cursor_name.data());
 }
 
-// Loading an image costs a thousand times more than moving it, and pointer motion asks for "default" at
-// every step over the desktop.
-void set_named_cursor(vantore_server &server, const char *name)
+void show_default_cursor(vantore_server &server)
 {
-    if (server.cur_cursor_named && text_equals(server.cur_cursor_name, name))
-        return;
-    remember_name(server, name);
-    wlr_cursor_set_xcursor(server.cursor, server.xcursor_mgr, server.cur_cursor_name.data());
+    if (!server.cur_cursor_named || !text_equals(server.cur_cursor_name, "default"))
+        set_named_cursor(server, "default");
 }
 
 static void cursor_cache_surface_destroy(vantore_server &server)
 {
-    remember_name(server, "default");
-    wlr_cursor_set_xcursor(server.cursor, server.xcursor_mgr, "default");
+    set_named_cursor(server, "default");
 }
 
-void set_surface_cursor(vantore_server &server, wlr_surface *surface, int32_t hotspot_x, int32_t hotspot_y)
+// A null surface hides the cursor. The hotspot is in surface coordinates.
+static void set_surface_cursor(vantore_server &server, wlr_surface *surface, int32_t hotspot_x, int32_t hotspot_y)
 {
     forget_surface(server);
     server.cur_cursor_named = false;

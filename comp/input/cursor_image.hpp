@@ -8,8 +8,9 @@
 // At most 47 characters of the name count.
 void set_named_cursor(vantore_server &server, const char *name);
 
-// A null surface hides the cursor. The hotspot is in surface coordinates.
-void set_surface_cursor(vantore_server &server, wlr_surface *surface, int32_t hotspot_x, int32_t hotspot_y);
+// set_named_cursor with "default", unless that is what is shown: loading an image costs a thousand times more
+// than moving it, and pointer motion asks for it at every step over the desktop.
+void show_default_cursor(vantore_server &server);
 
 // Requests of clients: only that of the client under the pointer counts.
 void seat_request_cursor(vantore_server &server, wlr_seat_pointer_request_set_cursor_event *event);

@@ -4,7 +4,7 @@
 #include "../fwd.hpp"
 #include "../records.hpp"
 
-// One for each device of any type.
+// One for each device of the backend, of any type; those that clients make have none.
 struct vantore_input_dev {
     list_link link; // server->input_devs, newest first
     wlr_input_device *device = nullptr;

@@ -6,6 +6,7 @@
 #include "../config/settings.hpp"
 #include "../platform.hpp"
 #include "../server.hpp"
+#include "idle.hpp"
 #include "input_method.hpp"
 #include "keymap.hpp"
 #include "modifier_tap.hpp"
@@ -171,10 +172,4 @@ void server_new_keyboard(vantore_server &server, wlr_input_device *device)
     listen<&vantore_keyboard::destroy, keyboard_handle_destroy>(*k, device->events.destroy);
     wlr_seat_set_keyboard(server.seat, k->wlr_keyboard);
     wl_list_insert(&server.keyboards, &k->link);
-}
-
-void idle_poke(vantore_server &server)
-{
-    if (server.idle_notifier != nullptr)
-        wlr_idle_notifier_v1_notify_activity(server.idle_notifier, server.seat);
 }

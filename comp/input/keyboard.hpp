@@ -13,6 +13,3 @@ struct vantore_keyboard {
 
 // Makes the record and puts the new keyboard on the seat. It dies with its device.
 void server_new_keyboard(vantore_server &server, wlr_input_device *device);
-
-// Marks the user active for everybody who waits for idleness.
-void idle_poke(vantore_server &server);

@@ -68,13 +68,6 @@ void modifier_tap_release(vantore_server &server, xkb_keysym_t sym)
         ipc_broadcast(server, VNT_EVT_LAUNCHER);
 }
 
-void modifier_tap_cancel(vantore_server &server)
-{
-    server.mod_tapped = false;
-    if (server.shortcuts_shown)
-        shortcuts_force_hide(server);
-}
-
 void shortcuts_force_hide(vantore_server &server)
 {
     disarm(server);

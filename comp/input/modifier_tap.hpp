@@ -14,8 +14,5 @@ void modifier_tap_start(vantore_server &server);
 void modifier_tap_press(vantore_server &server, xkb_keysym_t sym);
 void modifier_tap_release(vantore_server &server, xkb_keysym_t sym);
 
-// A pointer button ends a pending tap and hides the overlay.
-void modifier_tap_cancel(vantore_server &server);
-
 // Ends both tap and hold; tells subscribers when the overlay was up.
 void shortcuts_force_hide(vantore_server &server);

@@ -3,7 +3,7 @@
 #include "../server.hpp"
 #include "cursor_image.hpp"
 #include "hit_test.hpp"
-#include "keyboard.hpp"
+#include "idle.hpp"
 #include "seat_requests.hpp"
 
 void server_cursor_motion(vantore_server &server, wlr_pointer_motion_event *event)
@@ -38,11 +38,10 @@ static void enter_and_deliver(vantore_server &server, uint32_t time_msec, const 
 static void process_locked_motion(vantore_server &server, uint32_t time_msec)
 {
     const surface_hit hit = surface_at(server, server.cursor->x, server.cursor->y);
-    set_named_cursor(server, "default");
+    show_default_cursor(server);
     if (hit.surface == nullptr)
         return wlr_seat_pointer_clear_focus(server.seat);
-    wlr_seat_pointer_notify_enter(server.seat, hit.surface, hit.sx, hit.sy);
-    wlr_seat_pointer_notify_motion(server.seat, time_msec, hit.sx, hit.sy);
+    enter_and_deliver(server, time_msec, hit);
 }
 
 // A pressed button belongs to the client that it went down on until it is up again.
@@ -70,7 +69,7 @@ void process_cursor_motion(vantore_server &server, uint32_t time_msec)
     if (has_implicit_grab(server.seat))
         return process_grabbed_motion(server, time_msec, hit);
     if (t == nullptr)
-        set_named_cursor(server, "default");
+        show_default_cursor(server);
     if (hit.surface == nullptr)
         return wlr_seat_pointer_clear_focus(server.seat);
     enter_and_deliver(server, time_msec, hit);

@@ -13,16 +13,20 @@ void seat_request_set_primary_selection(vantore_server &server,
     wlr_seat_set_primary_selection(server.seat, event->source, event->serial);
 }
 
-// The library frees a drag with its source or when it ends: one without a source has to begin first. That
-// must not take the keyboard from an open menu or another drag.
+// The library frees a drag with its source or when it ends: one without a source has to begin first. An open
+// menu gets the keyboard back; a drag under way would not survive another's beginning, so that one leak of the
+// library stays.
 static void refuse_drag(wlr_seat *seat, wlr_drag *drag, uint32_t serial)
 {
     if (drag->source != nullptr)
         return wlr_data_source_destroy(drag->source);
-    if (wlr_seat_keyboard_has_grab(seat))
+    if (seat->drag != nullptr)
         return;
+    wlr_seat_keyboard_grab *menu = wlr_seat_keyboard_has_grab(seat) ? seat->keyboard_state.grab : nullptr;
     wlr_seat_start_drag(seat, drag, serial);
     wlr_seat_keyboard_end_grab(seat);
+    if (menu != nullptr)
+        wlr_seat_keyboard_start_grab(seat, menu);
 }
 
 void seat_request_start_drag(vantore_server &server, wlr_seat_request_start_drag_event *event)

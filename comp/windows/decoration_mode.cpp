@@ -14,15 +14,9 @@ static void send_mode(wlr_xdg_toplevel_decoration_v1 *deco)
                                                       : WLR_XDG_TOPLEVEL_DECORATION_V1_MODE_SERVER_SIDE);
 }
 
-static vantore_toplevel *window_of(const wlr_xdg_toplevel_decoration_v1 &deco)
-{
-    const auto *tree = static_cast<const wlr_scene_tree *>(deco.toplevel->base->data);
-    return tree != nullptr ? static_cast<vantore_toplevel *>(tree->node.data) : nullptr;
-}
-
 static void deco_apply(vantore_decoration &d)
 {
-    if (vantore_toplevel *t = window_of(*d.deco)) {
+    if (vantore_toplevel *t = toplevel_of(*d.deco->toplevel->base)) {
         t->decoration = d.deco;
         t->deco_wrap = &d;
         d.owner = t;

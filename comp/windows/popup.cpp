@@ -3,12 +3,15 @@
 #include "../outputs/output.hpp"
 #include "../records.hpp"
 #include "../server.hpp"
+#include "popup_guard.hpp"
 #include "toplevel.hpp"
 
 struct vantore_popup {
     wlr_xdg_popup *xdg_popup = nullptr;
     vantore_server *server = nullptr;
     listener commit, reposition, destroy;
+    wlr_scene_tree *tree = nullptr; // null once it has gone with the window's tree
+    listener tree_destroy;
 };
 
 // The xdg surface of the window that a chain of popups hangs from. Null when the chain is broken or starts
@@ -25,23 +28,17 @@ static wlr_xdg_surface *root_surface(const wlr_xdg_popup &popup)
     return nullptr;
 }
 
-static const vantore_toplevel *window_of(const wlr_xdg_surface &root)
-{
-    const auto *tree = static_cast<const wlr_scene_tree *>(root.data);
-    return tree != nullptr ? static_cast<const vantore_toplevel *>(tree->node.data) : nullptr;
-}
-
 // The limit is the whole output that holds the window's top left corner, panels included: a nested menu stays
 // with its window, wherever the menu that it comes from lies.
 static void popup_unconstrain(const vantore_popup &p)
 {
     const wlr_xdg_surface *root = root_surface(*p.xdg_popup);
-    const vantore_toplevel *t = root != nullptr ? window_of(*root) : nullptr;
+    const vantore_toplevel *t = root != nullptr ? toplevel_of(*root) : nullptr;
     if (t == nullptr)
         return;
     const wlr_scene_node &node = t->scene_tree->node;
     wlr_output_layout *layout = p.server->output_layout;
-    wlr_output *output = wlr_output_layout_output_at(layout, node.x + 1, node.y + 1);
+    wlr_output *output = wlr_output_layout_output_at(layout, node.x + 1, node.y + 1); // just inside
     if (output == nullptr)
         return;
     wlr_box box{};
@@ -62,12 +59,45 @@ static void xdg_popup_commit(vantore_popup &p)
 
 static void xdg_popup_reposition(vantore_popup &p)
 {
-    popup_unconstrain(p);
+    if (p.xdg_popup->base->initialized)
+        popup_unconstrain(p);
 }
 
+static void handle_tree_destroy(vantore_popup &p)
+{
+    unlisten(p.tree_destroy);
+    p.tree = nullptr;
+    p.xdg_popup->base->data = nullptr;
+}
+
+// The xdg_surface may live on, and become a popup again: nothing of this one may stay behind.
 static void xdg_popup_destroy(vantore_popup &p)
 {
+    if (p.tree != nullptr)
+        wlr_scene_node_destroy(&p.tree->node);
     delete &p;
+}
+
+static bool has_role_object(const wlr_xdg_surface &surface)
+{
+    switch (surface.role) {
+    case WLR_XDG_SURFACE_ROLE_TOPLEVEL:
+        return surface.toplevel != nullptr;
+    case WLR_XDG_SURFACE_ROLE_POPUP:
+        return surface.popup != nullptr;
+    case WLR_XDG_SURFACE_ROLE_NONE:
+        return false;
+    }
+    return false;
+}
+
+// The library accepts a parent whose menu has been destroyed, and then two menus can be each other's parents:
+// it would walk that ring for ever.
+static bool has_dead_parent(const wlr_xdg_popup &popup)
+{
+    const wlr_xdg_surface *parent =
+        popup.parent != nullptr ? wlr_xdg_surface_try_from_wlr_surface(popup.parent) : nullptr;
+    return parent != nullptr && !has_role_object(*parent);
 }
 
 static wlr_scene_tree *tree_of_parent(const wlr_xdg_popup &popup)
@@ -79,6 +109,12 @@ static wlr_scene_tree *tree_of_parent(const wlr_xdg_popup &popup)
 
 void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup)
 {
+    ignore_early_reposition(popup);
+    if (has_dead_parent(*popup)) {
+        wl_resource_post_error(popup->base->client->resource, XDG_WM_BASE_ERROR_INVALID_POPUP_PARENT,
+                               "the parent of a popup is gone");
+        return;
+    }
     wlr_scene_tree *parent = tree_of_parent(*popup);
     if (parent == nullptr)
         return;
@@ -91,6 +127,8 @@ void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup)
     auto *p = new vantore_popup{};
     p->xdg_popup = popup;
     p->server = &server;
+    p->tree = tree;
+    listen<&vantore_popup::tree_destroy, handle_tree_destroy>(*p, tree->node.events.destroy);
     listen<&vantore_popup::commit, xdg_popup_commit>(*p, popup->base->surface->events.commit);
     listen<&vantore_popup::reposition, xdg_popup_reposition>(*p, popup->events.reposition);
     listen<&vantore_popup::destroy, xdg_popup_destroy>(*p, popup->events.destroy);

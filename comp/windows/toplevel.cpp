@@ -20,6 +20,13 @@ vantore_toplevel *toplevel_by_id(vantore_server &server, uint32_t id)
     return nullptr;
 }
 
+// A window's xdg surface has its scene tree as data, and the tree its record.
+vantore_toplevel *toplevel_of(const wlr_xdg_surface &surface)
+{
+    const auto *tree = static_cast<const wlr_scene_tree *>(surface.data);
+    return tree != nullptr ? static_cast<vantore_toplevel *>(tree->node.data) : nullptr;
+}
+
 wlr_surface *tl_surface(const vantore_toplevel &t)
 {
     return t.xdg_toplevel->base->surface;

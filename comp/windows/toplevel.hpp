@@ -40,6 +40,9 @@ inline constexpr int titlebar_height = 30;
 // The mapped window of this id, or null.
 vantore_toplevel *toplevel_by_id(vantore_server &server, uint32_t id);
 
+// The window of an xdg surface; null for other roles and for a window that is gone.
+vantore_toplevel *toplevel_of(const wlr_xdg_surface &surface);
+
 // Null when the surface is gone.
 wlr_surface *tl_surface(const vantore_toplevel &t);
 bool tl_mapped(const vantore_toplevel &t);

@@ -46,7 +46,7 @@ static void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
 
 void focus_toplevel_ex(vantore_toplevel *t, bool raise)
 {
-    if (t == nullptr)
+    if (t == nullptr || t->server->locked)
         return;
     vantore_server &server = *t->server;
     wlr_scene_node_set_enabled(&t->scene_tree->node, true);

@@ -5,7 +5,8 @@
 #include "../fwd.hpp"
 
 // Gives the window the keyboard; with `raise` also puts it on top and at the head of server.toplevels. The
-// only way a window takes the keyboard. Null does nothing.
+// only way a window takes the keyboard. Null does nothing, nor does
+// any call while the session is locked.
 void focus_toplevel_ex(vantore_toplevel *t, bool raise);
 
 // Takes the keyboard from whatever has it.

@@ -7,12 +7,11 @@
 #include "support/wayland_popup.hpp"
 #include "support/wayland_transfer.hpp"
 
-#include <cmath>
 #include <linux/input-event-codes.h>
 
 using testing::IsEmpty;
 
-static constexpr int requests_of_the_script = 200;
+static constexpr int most_requests = 260; // the script has no more
 static constexpr int cuts_in_a_test = 20;
 
 struct hostile : test::desktop {
@@ -40,7 +39,7 @@ struct hostile : test::desktop {
         test::window &w = c.create_window("doomed");
         w.preferred = {300, 200};
         w.title("doomed");
-        test::decoration deco{w};
+        std::optional<test::decoration> deco{w};
         w.open();
         settle();
         w.add_subsurface(-20, 10, {50, 50});
@@ -71,6 +70,7 @@ struct hostile : test::desktop {
         settle();
         w.open();
         settle();
+        deco.reset();
         w.destroy();
         settle();
     }
@@ -132,7 +132,6 @@ TEST_P(cut_after, that_many_requests_a_client_leaves_everything_in_order)
     for (int n = GetParam(); n < GetParam() + cuts_in_a_test; n++) {
         test::cut_line line{n};
         run_script(line);
-        EXPECT_TRUE(line.is_cut()) << "the script has fewer than " << n << " requests";
         forget(line);
         pointer->release(BTN_LEFT);
         settle();
@@ -146,7 +145,17 @@ TEST_P(cut_after, that_many_requests_a_client_leaves_everything_in_order)
 }
 
 INSTANTIATE_TEST_SUITE_P(all, cut_after,
-                         testing::Range(1, requests_of_the_script + 1, cuts_in_a_test));
+                         testing::Range(1, most_requests + 1, cuts_in_a_test));
+
+TEST_F(hostile, a_client_that_is_left_alone_finishes_its_script)
+{
+    test::cut_line line{1'000'000};
+    run_script(line);
+    EXPECT_FALSE(line.is_cut());
+    EXPECT_GE(line.carried(), 200);
+    EXPECT_LE(line.carried(), most_requests) << "some of its requests are never the last";
+    forget(line);
+}
 
 TEST_F(hostile, a_keyboard_of_a_client_may_press_thousands_of_keys)
 {
@@ -157,7 +166,10 @@ TEST_F(hostile, a_keyboard_of_a_client_may_press_thousands_of_keys)
     for (uint32_t key = 0; key < 3000; key++)
         typist.key(key, true);
     settle();
-    EXPECT_EQ(witness->owner().error(), 0);
+    (void)seat.take();
+    keyboard->tap(KEY_A);
+    EVENTUALLY(seat.heard("key up 30"));
+    EXPECT_THAT(test::server_check(server), IsEmpty());
 }
 
 TEST_F(hostile, a_pointer_of_a_client_may_point_anywhere)
@@ -172,6 +184,7 @@ TEST_F(hostile, a_pointer_of_a_client_may_point_anywhere)
     for (uint32_t code = 0; code < 300; code++)
         hand.button(code, true);
     settle();
-    EXPECT_FALSE(std::isnan(server.cursor->x));
+    EXPECT_TRUE(wlr_output_layout_contains_point(server.output_layout, nullptr, int(server.cursor->x),
+                                                 int(server.cursor->y)));
     EXPECT_THAT(test::server_check(server), IsEmpty());
 }

@@ -8,7 +8,6 @@
 #include "input/keymap.hpp"
 #include "input/modifier_tap.hpp"
 #include "text.hpp"
-#include "workspaces/focus.hpp"
 
 #include <linux/input-event-codes.h>
 
@@ -20,7 +19,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 // A window that has the keyboard, and everything that its client hears.
 struct keys : test::desktop {
@@ -123,11 +121,33 @@ TEST_F(keys, of_two_keyboards_come_with_the_keymap_of_the_one_in_use)
     EXPECT_EQ(wlr_seat_get_keyboard(server.seat), &second.base);
 }
 
+TEST_F(keys, of_two_keyboards_come_with_the_modifiers_of_the_one_in_use)
+{
+    auto &first = plug_keyboard("first");
+    auto &second = plug_keyboard("second");
+    first.press(KEY_LEFTSHIFT);
+    (void)all_heard();
+    second.tap(KEY_A);
+    EXPECT_THAT(all_heard(), Contains("modifiers 0 0 0"));
+    first.tap(KEY_A);
+    EXPECT_THAT(all_heard(), Contains("modifiers 1 0 0"));
+}
+
+TEST_F(keys, repeat_25_times_a_second_after_600_milliseconds)
+{
+    EXPECT_EQ(g_kb_repeat_rate, 25);
+    EXPECT_EQ(g_kb_repeat_delay, 600);
+}
+
 TEST_F(keys, repeat_as_configured)
 {
+    g_kb_repeat_rate = 40;
+    g_kb_repeat_delay = 250;
     plug_keyboard();
-    EVENTUALLY_EQ(ears->repeat_rate(), 25);
-    EXPECT_EQ(ears->repeat_delay(), 600);
+    EVENTUALLY_EQ(ears->repeat_rate(), 40);
+    EXPECT_EQ(ears->repeat_delay(), 250);
+    g_kb_repeat_rate = 25; // no load of the configuration brings these back
+    g_kb_repeat_delay = 600;
 }
 
 TEST_F(keys, of_an_unknown_code_reach_the_client)
@@ -318,7 +338,7 @@ TEST_F(keys, a_tap_may_last_until_just_before_the_hold)
 {
     auto &keyboard = plug_keyboard();
     keyboard.press(KEY_LEFTMETA);
-    world.advance_clock_ms(1499);
+    advance_clock_ms(1499);
     settle();
     keyboard.release(KEY_LEFTMETA);
     EXPECT_THAT(told(), ElementsAre(VNT_EVT_LAUNCHER));
@@ -328,7 +348,7 @@ TEST_F(keys, holding_the_modifier_shows_the_shortcuts_until_it_is_released)
 {
     auto &keyboard = plug_keyboard();
     keyboard.press(KEY_LEFTMETA);
-    world.advance_clock_ms(1500);
+    advance_clock_ms(1500);
     EVENTUALLY(server.shortcuts_shown);
     EXPECT_THAT(told(), ElementsAre(VNT_EVT_SHORTCUTS));
     keyboard.release(KEY_LEFTMETA);
@@ -345,7 +365,7 @@ TEST_F(keys, another_key_ends_the_tap)
     EXPECT_FALSE(server.mod_tapped);
     keyboard.release(KEY_L);
     keyboard.release(KEY_LEFTMETA);
-    world.advance_clock_ms(5000);
+    advance_clock_ms(5000);
     EXPECT_THAT(told(), IsEmpty());
 }
 
@@ -353,7 +373,7 @@ TEST_F(keys, another_key_hides_the_shortcuts)
 {
     auto &keyboard = plug_keyboard();
     keyboard.press(KEY_LEFTMETA);
-    world.advance_clock_ms(1500);
+    advance_clock_ms(1500);
     EVENTUALLY(server.shortcuts_shown);
     (void)told();
     keyboard.press(KEY_L);
@@ -379,7 +399,7 @@ TEST_F(keys, a_pointer_button_hides_the_shortcuts)
     auto &keyboard = plug_keyboard();
     auto &pointer = plug_pointer();
     keyboard.press(KEY_LEFTMETA);
-    world.advance_clock_ms(1500);
+    advance_clock_ms(1500);
     EVENTUALLY(server.shortcuts_shown);
     (void)told();
     pointer.press(BTN_LEFT);
@@ -392,7 +412,7 @@ TEST_F(keys, no_shortcuts_are_shown_over_a_lock)
     auto &keyboard = plug_keyboard();
     keyboard.press(KEY_LEFTMETA);
     server.locked = true;
-    world.advance_clock_ms(1500);
+    advance_clock_ms(1500);
     EXPECT_THAT(told(), IsEmpty());
     server.locked = false;
 }
@@ -450,8 +470,15 @@ TEST_F(keys, the_right_alt_key_counts_where_it_is_one)
 TEST_F(keys, shift_does_not_change_what_the_modifier_key_is)
 {
     auto &keyboard = plug_keyboard();
-    keyboard.use_keymap("us", "shift:both_capslock");
+    // A second level for the key: with Shift it is another.
+    std::string keymap = keyboard.base.keymap_string;
+    const size_t end_of_levels = keymap.find(']', keymap.find("key <LWIN>"));
+    ASSERT_NE(end_of_levels, std::string::npos);
+    keymap.insert(end_of_levels, ", Hyper_L ");
+    keyboard.use_keymap_text(keymap);
     keyboard.press(KEY_LEFTSHIFT);
+    ASSERT_EQ(xkb_state_key_get_one_sym(keyboard.base.xkb_state, KEY_LEFTMETA + 8),
+              xkb_keysym_t{XKB_KEY_Hyper_L});
     keyboard.tap(KEY_LEFTMETA);
     EXPECT_THAT(told(), ElementsAre(VNT_EVT_LAUNCHER));
 }

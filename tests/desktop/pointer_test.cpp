@@ -7,9 +7,7 @@
 #include "input/cursor_image.hpp"
 #include "input/hit_test.hpp"
 #include "text.hpp"
-#include "workspaces/focus.hpp"
 
-#include <cmath>
 #include <linux/input-event-codes.h>
 #include <random>
 

@@ -309,10 +309,10 @@ TEST_F(desktop, the_outputs_file_is_there_from_the_start_and_empty_without_outpu
 TEST_F(desktop, half_a_second_after_the_start_the_outputs_are_counted)
 {
     plug("A", 800, 600);
-    world.advance_clock_ms(499);
+    advance_clock_ms(499);
     settle();
     EXPECT_FALSE(world.log().contains("post-startup"));
-    world.advance_clock_ms(1);
+    advance_clock_ms(1);
     EVENTUALLY(world.log().contains("post-startup re-probe — 1 output(s) connected\n"));
 }
 

@@ -2,6 +2,7 @@
 
 #include "support/desktop.hpp"
 #include "support/server_check.hpp"
+#include "support/wayland_popup.hpp"
 #include "support/wayland_transfer.hpp"
 
 #include <linux/input-event-codes.h>
@@ -183,6 +184,22 @@ TEST_F(transfers, a_drag_without_a_source_and_a_made_up_serial_is_harmless)
     settle();
     EXPECT_EQ(source->page.owner().error(), 0);
     EXPECT_FALSE(wlr_seat_pointer_has_grab(server.seat));
+    EXPECT_FALSE(wlr_seat_keyboard_has_grab(server.seat));
+    EXPECT_EQ(server.seat->drag, nullptr);
+}
+
+TEST_F(transfers, a_refused_drag_leaves_the_keyboard_to_an_open_menu)
+{
+    press_on_source();
+    test::popup menu{
+        source->page, {.x = 20, .y = 30}, test::popup::draws::always, &source->ears, source->ears.press_serial()};
+    EVENTUALLY_EQ(menu.configure_count(), 1);
+    ASSERT_TRUE(wlr_seat_keyboard_has_grab(server.seat));
+    const wlr_seat_keyboard_grab *grab = server.seat->keyboard_state.grab;
+    source->clips.start_drag(source->page, nullptr, std::nullopt, 4711);
+    settle();
+    EXPECT_EQ(server.seat->keyboard_state.grab, grab);
+    EXPECT_EQ(server.seat->drag, nullptr);
 }
 
 TEST_F(transfers, a_drag_without_a_source_stays_with_its_client)

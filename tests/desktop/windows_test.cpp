@@ -654,3 +654,15 @@ TEST_P(vanishing_client, may_be_at_any_stage_when_the_session_ends)
     bring_to(connect().create_window("half"), GetParam());
     finish();
 }
+
+TEST_F(desktop, no_window_takes_the_keyboard_while_the_session_is_locked)
+{
+    plug("A", 1280, 704);
+    auto &first = map("first");
+    wlr_surface *before = server.seat->keyboard_state.focused_surface;
+    ASSERT_EQ(before, tl_surface(record(first)));
+    server.locked = true;
+    map("second");
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, before);
+    server.locked = false;
+}

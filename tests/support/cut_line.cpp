@@ -1,11 +1,14 @@
 #include "cut_line.hpp"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <sys/socket.h>
 #include <unistd.h>
-#include <vector>
+#include <utility>
 
 namespace test
 {
@@ -66,7 +69,9 @@ static void send(int fd, const char *bytes, size_t length, std::vector<int> &des
         c->cmsg_len = CMSG_LEN(descriptors.size() * sizeof(int));
         memcpy(CMSG_DATA(c), descriptors.data(), descriptors.size() * sizeof(int));
     }
-    (void)sendmsg(fd, &message, MSG_NOSIGNAL); // a peer that has gone is part of the test
+    const ssize_t sent = sendmsg(fd, &message, MSG_NOSIGNAL);
+    if (sent != ssize_t(length) && errno != EPIPE && errno != ECONNRESET)
+        abort(); // a peer that has gone is part of the test; a full socket is not
     for (const int descriptor : descriptors)
         close(descriptor);
     descriptors.clear();
@@ -83,13 +88,16 @@ cut_line::cut_line(int requests) : left(requests)
 
 cut_line::~cut_line()
 {
-    if (to_server >= 0)
-        cut();
+    cut();
 }
 
 void cut_line::cut()
 {
+    if (to_server < 0)
+        return;
     left = 0;
+    for (const int descriptor : std::exchange(descriptors, {}))
+        close(descriptor);
     close(to_client);
     close(to_server);
     to_client = to_server = -1;
@@ -98,7 +106,10 @@ void cut_line::cut()
 void cut_line::carry_requests()
 {
     parcel p = receive(to_client);
+    if (p.bytes.size() > waiting.size() - filled)
+        abort();
     memcpy(waiting.data() + filled, p.bytes.data(), p.bytes.size());
+    std::ranges::copy(p.descriptors, std::back_inserter(descriptors));
     filled += p.bytes.size();
     size_t whole = 0;
     while (left > 0 && filled - whole >= header_size) {
@@ -109,9 +120,10 @@ void cut_line::carry_requests()
             break;
         whole += size;
         left--;
+        requests_carried++;
     }
-    if (whole > 0 || !p.descriptors.empty())
-        send(to_server, waiting.data(), whole, p.descriptors);
+    if (whole > 0)
+        send(to_server, waiting.data(), whole, descriptors);
     filled -= whole;
     memmove(waiting.data(), waiting.data() + whole, filled);
     if (left == 0 || p.hung_up)

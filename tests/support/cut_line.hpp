@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <vector>
 
 namespace test
 {
@@ -22,18 +23,21 @@ public:
 
     // Carries what is waiting. Never blocks.
     void pump();
+    void cut(); // now, if it has not been
     [[nodiscard]] bool is_cut() const { return left == 0; }
+    [[nodiscard]] int carried() const { return requests_carried; }
 
 private:
     void carry_requests();
     void carry_events();
-    void cut();
 
     std::array<int, 2> ends; // outer
     int to_client, to_server; // inner; closed when cut
     int left;
+    int requests_carried = 0;
     std::array<char, 65536> waiting; // requests whose end has not come yet
     size_t filled = 0;
+    std::vector<int> descriptors; // that came with them
 };
 
 } // namespace test

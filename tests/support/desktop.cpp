@@ -210,6 +210,7 @@ client &unstarted_desktop::connect(cut_line &line)
 
 void unstarted_desktop::forget(cut_line &line)
 {
+    line.cut();
     std::erase(cut_lines, &line);
 }
 
@@ -319,6 +320,23 @@ std::string unstarted_desktop::ask(ipc_client &c, uint32_t type, std::string_vie
 void unstarted_desktop::command(std::string_view text)
 {
     EXPECT_EQ(ask(dial(), VNT_MSG_COMMAND, text), R"({"success":true})");
+}
+
+void unstarted_desktop::advance_clock_ms(int ms)
+{
+    if (!world.advance_clock_ms(ms))
+        return;
+    bool passed = false;
+    wl_event_source *later = wl_event_loop_add_timer(
+        wl_display_get_event_loop(server.display),
+        [](void *data) {
+            *static_cast<bool *>(data) = true;
+            return 0;
+        },
+        &passed);
+    wl_event_source_timer_update(later, 2); // after the due ones, which have 1 ms
+    EVENTUALLY(passed);
+    wl_event_source_remove(later);
 }
 
 std::vector<vnt_event> unstarted_desktop::heard()

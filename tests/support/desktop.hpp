@@ -73,7 +73,7 @@ protected:
     // Clients and windows
     client &connect();
     // Through a line that may break: then the client has an error, maybe already when this returns. The line
-    // is pumped until it is forgotten.
+    // is pumped until it is forgotten, which cuts it.
     client &connect(cut_line &line);
     void forget(cut_line &line);
     // A new client's window, mapped with the size that it likes when it may choose.
@@ -104,6 +104,8 @@ protected:
         }
         return true;
     }
+    // The program's timers that are due by then have fired when this returns.
+    void advance_clock_ms(int ms);
     // Until everything that was sent has been answered and every output rests: what has not come by then does
     // not come.
     void settle();

@@ -144,15 +144,16 @@ void isolation::kernel_command_line(const std::string &text)
     std::ofstream{command_line_path} << text;
 }
 
-void isolation::advance_clock_ms(int ms)
+bool isolation::advance_clock_ms(int ms)
 {
     g_recording.now_ns += int64_t{ms} * 1'000'000;
-    std::erase_if(g_recording.armed, [](const auto &entry) {
+    const size_t fired = std::erase_if(g_recording.armed, [](const auto &entry) {
         const bool due = entry.second <= g_recording.now_ns;
         if (due)
             g_recording.real.arm_timer(entry.first, 1);
         return due;
     });
+    return fired > 0;
 }
 
 void isolation::pretend_client_pid(pid_t pid)

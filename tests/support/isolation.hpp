@@ -39,8 +39,8 @@ public:
     [[nodiscard]] const std::vector<unsigned> &virtual_terminals() const;
     // What /proc/cmdline is to hold.
     void kernel_command_line(const std::string &text);
-    // Timers that are due by then fire with the next turn of the event loop.
-    void advance_clock_ms(int ms);
+    // Arms the program's timers that are due by then for 1 ms of real time. True when there were any.
+    bool advance_clock_ms(int ms);
     // What every client's process is to be from now on.
     void pretend_client_pid(pid_t pid);
 

@@ -12,7 +12,7 @@ static constexpr wlr_tablet_impl tablet_impl{.name = "made-up"};
 static constexpr wlr_tablet_pad_impl tablet_pad_impl{.name = "made-up"};
 static constexpr wlr_switch_impl switch_impl{.name = "made-up"};
 
-uint32_t next_event_time()
+static uint32_t next_event_time()
 {
     static uint32_t time_msec = 1000;
     return time_msec++;
@@ -51,13 +51,26 @@ void made_up_keyboard::tap(uint32_t key)
     release(key);
 }
 
-void made_up_keyboard::use_keymap(const char *layout, const char *options)
+using keymap_handle = handle<xkb_keymap, xkb_keymap_unref>;
+
+static handle<xkb_context, xkb_context_unref> new_context()
+{
+    return handle<xkb_context, xkb_context_unref>{xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
+}
+
+void made_up_keyboard::use_keymap(const char *layout)
 {
     const xkb_rule_names names{
-        .rules = nullptr, .model = nullptr, .layout = layout, .variant = nullptr, .options = options};
-    const handle<xkb_context, xkb_context_unref> context{xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
-    const handle<xkb_keymap, xkb_keymap_unref> keymap{
-        xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS)};
+        .rules = nullptr, .model = nullptr, .layout = layout, .variant = nullptr, .options = nullptr};
+    const keymap_handle keymap{
+        xkb_keymap_new_from_names(new_context().get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS)};
+    wlr_keyboard_set_keymap(&base, keymap.get());
+}
+
+void made_up_keyboard::use_keymap_text(const std::string &text)
+{
+    const keymap_handle keymap{xkb_keymap_new_from_string(
+        new_context().get(), text.c_str(), XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS)};
     wlr_keyboard_set_keymap(&base, keymap.get());
 }
 

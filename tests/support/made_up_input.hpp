@@ -20,9 +20,6 @@ extern "C" {
 namespace test
 {
 
-// The time of the next event, in milliseconds.
-uint32_t next_event_time();
-
 struct made_up_keyboard {
     explicit made_up_keyboard(const std::string &name);
     ~made_up_keyboard();
@@ -33,7 +30,8 @@ struct made_up_keyboard {
     void press(uint32_t key);
     void release(uint32_t key);
     void tap(uint32_t key);
-    void use_keymap(const char *layout, const char *options = nullptr);
+    void use_keymap(const char *layout);
+    void use_keymap_text(const std::string &text);
 
     wlr_keyboard base{};
 };

@@ -55,8 +55,7 @@ popup::popup(client &owner, xdg_surface *parent, const placement &where, draws d
       role(xdg_wm_base_get_xdg_surface(owner.shell(), surface)), when(draw_when)
 {
     xdg_surface_add_listener(role, &popup_surface_listener, this);
-    object = xdg_surface_get_popup(role, parent, make_positioner(owner, where).get());
-    xdg_popup_add_listener(object, &popup_listener, this);
+    take_role_again(parent, where);
     if (grabs != nullptr)
         xdg_popup_grab(object, grabs->get(), serial);
     wl_surface_commit(surface);
@@ -74,6 +73,23 @@ popup::popup(popup &parent, const placement &where) : popup(*parent.owned_by, pa
 popup::~popup()
 {
     destroy();
+}
+
+void popup::take_role_again(xdg_surface *parent, const placement &where)
+{
+    object = xdg_surface_get_popup(role, parent, make_positioner(*owned_by, where).get());
+    xdg_popup_add_listener(object, &popup_listener, this);
+}
+
+void popup::drop_role()
+{
+    xdg_popup_destroy(std::exchange(object, nullptr));
+}
+
+void popup::attach_nothing()
+{
+    wl_surface_attach(surface, nullptr, 0, 0);
+    wl_surface_commit(surface);
 }
 
 void popup::reposition(const placement &where, uint32_t with_token)

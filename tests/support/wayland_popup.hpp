@@ -4,9 +4,6 @@
 #include "wayland_client.hpp"
 #include "wayland_seat.hpp"
 
-struct wl_surface;
-
-
 namespace test
 {
 
@@ -34,6 +31,10 @@ public:
     popup(const popup &) = delete;
     popup &operator=(const popup &) = delete;
 
+    // Destroys the popup and keeps its xdg_surface; then another popup of the same surface.
+    void drop_role();
+    void take_role_again(xdg_surface *parent, const placement &where);
+    void attach_nothing(); // and commits
     void reposition(const placement &where, uint32_t token);
     void destroy_surface(); // before its role: a client's mistake
     void destroy();

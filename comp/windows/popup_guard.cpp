@@ -1,0 +1,42 @@
+// The library's own handlers stay the resource's implementation, by which it recognises its resources; a
+// dispatcher in front of them decides what reaches them.
+
+#include "popup_guard.hpp"
+
+#include <xdg-shell-protocol.h>
+
+enum popup_request : uint32_t { POPUP_DESTROY, POPUP_GRAB, POPUP_REPOSITION };
+
+static wl_resource *resource_argument(const wl_argument &argument)
+{
+    return reinterpret_cast<wl_resource *>(argument.o);
+}
+
+static int dispatch_popup_request(const void *library, void *target, uint32_t opcode, const wl_message *,
+                                  wl_argument *arguments)
+{
+    const auto &handlers = *static_cast<const struct xdg_popup_interface *>(library);
+    auto *resource = static_cast<wl_resource *>(target);
+    wl_client *client = wl_resource_get_client(resource);
+    const wlr_xdg_popup *popup = wlr_xdg_popup_from_resource(resource);
+    switch (popup_request(opcode)) {
+    case POPUP_DESTROY:
+        handlers.destroy(client, resource);
+        break;
+    case POPUP_GRAB:
+        handlers.grab(client, resource, resource_argument(arguments[0]), arguments[1].u);
+        break;
+    case POPUP_REPOSITION:
+        if (popup == nullptr || popup->base->initialized)
+            handlers.reposition(client, resource, resource_argument(arguments[0]), arguments[1].u);
+        break;
+    }
+    return 0;
+}
+
+void ignore_early_reposition(wlr_xdg_popup *popup)
+{
+    wl_resource *resource = popup->resource;
+    wl_resource_set_dispatcher(resource, dispatch_popup_request, resource->object.implementation,
+                               wl_resource_get_user_data(resource), resource->destroy);
+}
