@@ -33,7 +33,7 @@ bool member_is_true(const json &object, const char *key)
 long member_number(const json &object, const char *key)
 {
     const json *member = find(object, key);
-    return member != nullptr && member->is_number() ? member->get<long>() : 0;
+    return member != nullptr && member->is_number_integer() ? member->get<long>() : 0;
 }
 
 json member_object(const json &object, const char *key)

@@ -2,11 +2,15 @@
 
 #include "json.hpp"
 
+#include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <memory>
+#include <new>
 #include <png.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -24,22 +28,23 @@ static std::unexpected<std::string> failed(const std::string &what)
     return std::unexpected{what + ": " + strerror(errno)};
 }
 
-struct pixels {
+// Pixels in the compositor's file: premultiplied, rows from the top.
+struct shared_pixels {
     long width = 0, height = 0, stride = 0;
     const void *memory = MAP_FAILED;
 
-    pixels() = default;
-    ~pixels()
+    shared_pixels() = default;
+    ~shared_pixels()
     {
         if (memory != MAP_FAILED)
             munmap(const_cast<void *>(memory), size_t(stride * height));
     }
-    pixels(const pixels &) = delete;
-    pixels &operator=(const pixels &) = delete;
+    shared_pixels(const shared_pixels &) = delete;
+    shared_pixels &operator=(const shared_pixels &) = delete;
 };
 
 // What the reply says is believed only as far as the file is large enough for it.
-static std::expected<void, std::string> map_pixels(const frame &reply, pixels &p)
+static std::expected<void, std::string> map_pixels(const frame &reply, shared_pixels &p)
 {
     const json meta = parse_reply(reply.payload);
     if (!member_is_true(meta, "ok"))
@@ -59,23 +64,71 @@ static std::expected<void, std::string> map_pixels(const frame &reply, pixels &p
     return {};
 }
 
-static std::expected<void, std::string> write_png(const pixels &p, FILE *file)
+// As PNG holds them: straight alpha, no gaps.
+struct straight_pixels {
+    long width = 0, height = 0;
+    std::unique_ptr<uint8_t[]> rgba;
+};
+
+static void undo_premultiplication(uint8_t *pixel)
+{
+    const unsigned alpha = pixel[3];
+    if (alpha == 0xff)
+        return;
+    for (int i = 0; i < 3; i++)
+        pixel[i] = alpha == 0 ? 0 : uint8_t(std::min(0xffU, (pixel[i] * 0xffU + alpha / 2) / alpha));
+}
+
+static std::expected<straight_pixels, std::string> straightened(const shared_pixels &p)
+{
+    const size_t row = size_t(p.width) * 4, bytes = row * size_t(p.height);
+    straight_pixels result{p.width, p.height, nullptr};
+    result.rgba.reset(new (std::nothrow) uint8_t[bytes]);
+    if (result.rgba == nullptr)
+        return std::unexpected{std::string{"there is not enough memory for the picture"}};
+    for (size_t y = 0; y < size_t(p.height); y++)
+        memcpy(result.rgba.get() + y * row, static_cast<const char *>(p.memory) + y * size_t(p.stride), row);
+    for (size_t at = 0; at < bytes; at += 4)
+        undo_premultiplication(result.rgba.get() + at);
+    return result;
+}
+
+static std::expected<void, std::string> write_png(const straight_pixels &p, FILE *file)
 {
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
     image.width = png_uint_32(p.width);
     image.height = png_uint_32(p.height);
     image.format = PNG_FORMAT_RGBA;
-    if (png_image_write_to_stdio(&image, file, 0, p.memory, png_int_32(p.stride), nullptr) == 0)
+    if (png_image_write_to_stdio(&image, file, 0, p.rgba.get(), 0, nullptr) == 0)
         return std::unexpected{std::string{"can't write the picture: "} + image.message};
     if (fflush(file) != 0)
         return failed("can't write the picture");
     return {};
 }
 
-// Beside the file, so that renaming it is one step.
-static std::expected<void, std::string> write_png_file(const pixels &p, const std::string &path)
+// An interruption between the making of a temporary file and its renaming would leave it behind.
+class interruptions_held_back
 {
+public:
+    interruptions_held_back()
+    {
+        sigset_t all;
+        sigfillset(&all);
+        sigprocmask(SIG_BLOCK, &all, &before);
+    }
+    ~interruptions_held_back() { sigprocmask(SIG_SETMASK, &before, nullptr); }
+    interruptions_held_back(const interruptions_held_back &) = delete;
+    interruptions_held_back &operator=(const interruptions_held_back &) = delete;
+
+private:
+    sigset_t before{};
+};
+
+// Beside the file, so that renaming it is one step.
+static std::expected<void, std::string> write_png_file(const straight_pixels &p, const std::string &path)
+{
+    const interruptions_held_back until_it_is_renamed;
     std::string unfinished = path + ".XXXXXX";
     const int fd = mkostemp(unfinished.data(), O_CLOEXEC);
     if (fd < 0)
@@ -96,10 +149,29 @@ static std::expected<void, std::string> write_png_file(const pixels &p, const st
     return written;
 }
 
+// The file that a link leads to. Fails for what renaming would put a file in the place of: a device, a
+// folder.
+static std::expected<std::string, std::string> file_to_replace(const std::string &path)
+{
+    std::error_code missing;
+    const std::filesystem::path target = std::filesystem::canonical(path, missing);
+    if (missing)
+        return path;
+    if (!std::filesystem::is_regular_file(target, missing))
+        return std::unexpected{path + " is no regular file"};
+    return target.string();
+}
+
 std::expected<void, std::string> write_picture(const frame &reply, const std::string &file)
 {
-    pixels p;
-    if (auto mapped = map_pixels(reply, p); !mapped)
+    shared_pixels shared;
+    if (auto mapped = map_pixels(reply, shared); !mapped)
         return mapped;
-    return file == "-" ? write_png(p, stdout) : write_png_file(p, file);
+    const auto pixels = straightened(shared);
+    if (!pixels)
+        return std::unexpected{pixels.error()};
+    if (file == "-")
+        return write_png(*pixels, stdout);
+    const auto target = file_to_replace(file);
+    return target ? write_png_file(*pixels, *target) : std::unexpected{target.error()};
 }
