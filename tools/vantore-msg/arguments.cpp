@@ -26,6 +26,9 @@ Exit status: 0 done; 1 the compositor can't be reached or refused; 2 the argumen
 
 using words_left = std::span<const std::string>;
 
+static constexpr std::string_view blanks = " \t\r\n\v\f";
+static constexpr size_t longest_name = 95; // that a request can carry
+
 static std::unexpected<std::string> wrong(std::string why)
 {
     return std::unexpected{std::move(why)};
@@ -38,6 +41,14 @@ static bool is_number(std::string_view text, int smallest)
     return error == std::errc{} && end == text.data() + text.size() && value >= smallest;
 }
 
+// Ids have 32 bits and begin at 1.
+static bool is_window_id(std::string_view text)
+{
+    uint32_t id = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
+    return error == std::errc{} && end == text.data() + text.size() && id > 0;
+}
+
 static std::expected<std::string, std::string> region_spec(words_left words)
 {
     if (words.size() != 4)
@@ -48,13 +59,13 @@ static std::expected<std::string, std::string> region_spec(words_left words)
     return "region " + words[0] + " " + words[1] + " " + words[2] + " " + words[3];
 }
 
-// Names of outputs are one word to the compositor.
+// To the compositor a name is one word, which it would cut.
 static std::expected<std::string, std::string> output_spec(words_left words)
 {
     if (words.size() > 1)
         return wrong("capture output takes one name at most");
     const std::string name = words.empty() ? "@focused" : words[0];
-    if (name.empty() || name.find_first_of(" \t\r\n") != std::string::npos)
+    if (name.empty() || name.size() > longest_name || name.find_first_of(blanks) != std::string::npos)
         return wrong("'" + name + "' is no name of an output");
     return "output " + name;
 }
@@ -65,14 +76,15 @@ static std::expected<std::string, std::string> capture_spec(words_left words)
         return wrong("capture what? One of all, output, region, window");
     const words_left rest = words.subspan(1);
     if (words[0] == "all")
-        return rest.empty() ? std::expected<std::string, std::string>{"all"} : wrong("capture all takes a file only");
+        return rest.empty() ? std::expected<std::string, std::string>{"all"}
+                            : wrong("capture all takes a file only");
     if (words[0] == "output")
         return output_spec(rest);
     if (words[0] == "region")
         return region_spec(rest);
     if (words[0] != "window")
         return wrong("capture knows all, output, region and window, not '" + words[0] + "'");
-    if (rest.size() != 1 || !is_number(rest[0], 1))
+    if (rest.size() != 1 || !is_window_id(rest[0]))
         return wrong("capture window takes the window's id and a file");
     return "window " + rest[0];
 }
@@ -93,20 +105,23 @@ static std::expected<request, std::string> capture_request(words_left words)
     auto spec = capture_spec(words.first(words.size() - 1));
     if (!spec)
         return std::unexpected{std::move(spec.error())};
-    return request{
-        .what = action::capture, .message = VNT_MSG_CAPTURE, .payload = *spec + " " + limit, .file = words.back()};
+    return request{.what = action::capture,
+                   .message = VNT_MSG_CAPTURE,
+                   .payload = *spec + " " + limit,
+                   .file = words.back()};
 }
 
 static std::expected<request, std::string> command_request(words_left words)
 {
-    if (words.empty())
-        return wrong("command takes the words of a command");
     std::string text;
     for (const std::string &word : words)
         text += (text.empty() ? "" : " ") + word;
+    if (text.find_first_not_of(blanks) == std::string::npos)
+        return wrong("command takes the words of a command");
     if (text.size() > ipc_largest_request)
         return wrong("the command is too long");
-    return request{.what = action::command, .message = VNT_MSG_COMMAND, .payload = std::move(text), .file = ""};
+    return request{
+        .what = action::command, .message = VNT_MSG_COMMAND, .payload = std::move(text), .file = ""};
 }
 
 struct plain_command {

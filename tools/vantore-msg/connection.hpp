@@ -40,6 +40,8 @@ public:
     static std::expected<connection, std::string> open(const char *path);
 
     std::expected<void, std::string> send(uint32_t type, std::string_view payload);
+    // Becomes readable when there is something to receive.
+    [[nodiscard]] int descriptor() const { return socket.get(); }
     // The next frame, reply or event.
     std::expected<frame, std::string> receive();
     // The next frame that is no event.

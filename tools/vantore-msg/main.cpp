@@ -4,13 +4,17 @@
 #include "connection.hpp"
 #include "json.hpp"
 #include "picture.hpp"
-#include "tables.hpp"
 #include "printable.hpp"
+#include "tables.hpp"
 
+#include <array>
+#include <cerrno>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 enum exit_status : int { done = 0, refused = 1, wrong_usage = 2 };
@@ -35,12 +39,19 @@ static std::optional<std::string> table_of(vnt_ipc_msg message, std::string_view
     return message == VNT_MSG_GET_WINDOWS ? windows_table(reply) : outputs_table(reply);
 }
 
+// 0 when it does not tell.
+static int terminal_columns()
+{
+    winsize size{};
+    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
 static int show(const request &r, const frame &reply)
 {
     if (isatty(STDOUT_FILENO) == 0)
         return print(reply.payload + '\n');
     const auto table = table_of(r.message, reply.payload);
-    return table ? print(*table) : complain(refused, "the answer is no list");
+    return table ? print(cut_lines(*table, terminal_columns())) : complain(refused, "the answer is no list");
 }
 
 static const char *event_name(uint32_t code)
@@ -72,10 +83,21 @@ static const char *event_name(uint32_t code)
     return "unknown";
 }
 
+// False when nobody reads the output any more.
+static bool await_event(const connection &compositor)
+{
+    std::array<pollfd, 2> sources{{{.fd = compositor.descriptor(), .events = POLLIN, .revents = 0},
+                                   {.fd = STDOUT_FILENO, .events = 0, .revents = 0}}};
+    while (poll(sources.data(), sources.size(), -1) < 0 && errno == EINTR)
+        continue;
+    return sources[1].revents == 0;
+}
+
 static int follow_events(connection &compositor)
 {
-    signal(SIGINT, [](int) { _exit(done); });
-    for (;;) {
+    for (const int interruption : {SIGINT, SIGTERM})
+        signal(interruption, [](int) { _exit(done); });
+    while (await_event(compositor)) {
         const auto event = compositor.receive();
         if (!event)
             return complain(refused, event.error());
@@ -84,6 +106,12 @@ static int follow_events(connection &compositor)
         if (print(std::string{event_name(event->type & ~ipc_event_bit)} + '\n') != done)
             return refused;
     }
+    return done;
+}
+
+static bool succeeded(const frame &reply)
+{
+    return member_is_true(parse_reply(reply.payload), "success");
 }
 
 static int finish(const request &r, connection &compositor, const frame &reply)
@@ -92,15 +120,14 @@ static int finish(const request &r, connection &compositor, const frame &reply)
     case action::show:
         return show(r, reply);
     case action::subscribe:
-        return follow_events(compositor);
+        return succeeded(reply) ? follow_events(compositor)
+                                : complain(refused, "the compositor gives no events");
     case action::capture: {
         const auto written = write_picture(reply, r.file);
         return written ? int(done) : complain(refused, written.error());
     }
     case action::command:
-        if (!member_is_true(parse_reply(reply.payload), "success"))
-            return complain(refused, "the compositor refused the command");
-        return done;
+        return succeeded(reply) ? int(done) : complain(refused, "the compositor refused the command");
     case action::help:
         break;
     }

@@ -23,7 +23,8 @@ static character first_character(std::string_view text)
     static constexpr encoding forms[]{
         {0x80, 0x00, 0}, {0xe0, 0xc0, 0x80}, {0xf0, 0xe0, 0x800}, {0xf8, 0xf0, 0x10000}};
     const auto lead = uint8_t(text.front());
-    const auto *form = std::ranges::find_if(forms, [&](const encoding &e) { return (lead & e.mask) == e.lead; });
+    const auto *form =
+        std::ranges::find_if(forms, [&](const encoding &e) { return (lead & e.mask) == e.lead; });
     const auto bytes = size_t(form - std::begin(forms)) + 1;
     if (form == std::end(forms) || text.size() < bytes)
         return {};
@@ -60,9 +61,22 @@ static bool is_control(char32_t code)
     return code < 0x20 || (code >= 0x7f && code < 0xa0);
 }
 
+static bool breaks_line(char32_t code)
+{
+    return code == 0x2028 || code == 0x2029;
+}
+
+static bool turns_direction(char32_t code)
+{
+    return code == 0x61c || code == 0x200e || code == 0x200f || (code >= 0x202a && code <= 0x202e) ||
+           (code >= 0x2066 && code <= 0x2069);
+}
+
 std::string printable(std::string_view text)
 {
-    return filtered(text, [](char32_t code) { return !is_control(code); });
+    return filtered(text, [](char32_t code) {
+        return !is_control(code) && !breaks_line(code) && !turns_direction(code);
+    });
 }
 
 int display_width(std::string_view text)
@@ -92,4 +106,35 @@ std::string aligned(const std::vector<std::vector<std::string>> &rows)
         text += '\n';
     }
     return text;
+}
+
+static size_t bytes_that_fit(std::string_view line, int columns)
+{
+    size_t bytes = 0;
+    while (bytes < line.size()) {
+        const character c = first_character(line.substr(bytes));
+        columns -= std::max(wcwidth(wchar_t(c.code)), 0);
+        if (columns < 0)
+            break;
+        bytes += c.bytes;
+    }
+    return bytes;
+}
+
+static std::string cut(std::string_view line, int columns)
+{
+    if (columns == 0 || display_width(line) <= columns)
+        return std::string{line};
+    return std::string{line.substr(0, bytes_that_fit(line, columns - 1))} + "…";
+}
+
+std::string cut_lines(std::string_view text, int columns)
+{
+    std::string result;
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        result += cut(line, columns) + '\n';
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+    }
+    return result;
 }

@@ -8,7 +8,8 @@
 // Replaces what is no valid UTF-8 by U+FFFD: a title may be cut in the middle of a character.
 std::string valid_utf8(std::string_view text);
 
-// Valid UTF-8 without control characters, which could drive the terminal.
+// One line of valid UTF-8 without control characters, which could drive the terminal, and without those that
+// turn the direction of writing, which could make it read as something else.
 std::string printable(std::string_view text);
 
 // Columns of a terminal that printable text takes.
@@ -16,3 +17,6 @@ int display_width(std::string_view text);
 
 // Aligns the columns, two blanks apart, a line for each row; no blanks at the end of a line.
 std::string aligned(const std::vector<std::vector<std::string>> &rows);
+
+// Cuts the lines that are longer than so many columns of a terminal; 0 cuts none.
+std::string cut_lines(std::string_view text, int columns);

@@ -36,8 +36,12 @@ static std::string size_and_place(const json &rect)
 static cells workspace_row(const json &ws)
 {
     const std::string layout = member_is_true(ws, "tiling") ? member_text(ws, "tile_mode") : "floating";
-    return {member_text(ws, "num"), or_dash(member_text(ws, "name")), or_dash(member_text(ws, "output")), layout,
-            member_text(ws, "window_count"), flags_of(ws, {{"focused", "focused"}, {"visible", "visible"}})};
+    return {member_text(ws, "num"),
+            or_dash(member_text(ws, "name")),
+            or_dash(member_text(ws, "output")),
+            layout,
+            member_text(ws, "window_count"),
+            flags_of(ws, {{"focused", "focused"}, {"visible", "visible"}})};
 }
 
 static cells window_row(const json &w)
