@@ -24,7 +24,7 @@ struct input_marks : test::desktop {
             w.preferred = {320, 200};
             map(w);
             const int place = i == 0 ? 0 : 400 + i * 3;
-            wlr_scene_node_set_position(&record(w).scene_tree->node, place, i);
+            place(w, place, i);
         }
         focused = &c;
     }

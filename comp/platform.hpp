@@ -1,6 +1,6 @@
 // What the process asks of the operating system and tests must be able to answer themselves: programs to
-// start, processes to find and kill, the clock and timers, the virtual terminal, the kernel's command line, the log's destination. The
-// product never writes to these.
+// start, processes to find and kill, the clock and timers, the virtual terminal, the kernel's command line,
+// the log's destination. The product never writes to these.
 #pragma once
 
 #include <cstdint>

@@ -29,7 +29,8 @@ static void cursor_cache_surface_destroy(vantore_server &server)
 }
 
 // A null surface hides the cursor. The hotspot is in surface coordinates.
-static void set_surface_cursor(vantore_server &server, wlr_surface *surface, int32_t hotspot_x, int32_t hotspot_y)
+static void set_surface_cursor(vantore_server &server, wlr_surface *surface, int32_t hotspot_x,
+                               int32_t hotspot_y)
 {
     forget_surface(server);
     server.cur_cursor_named = false;

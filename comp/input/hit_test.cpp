@@ -48,9 +48,8 @@ static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree
             continue;
         const bool holds_windows = t == nullptr && (child == windows || &tree.node == windows);
         wlr_scene_node *found =
-            holds_windows
-                ? top_child_at(at, *wlr_scene_tree_from_node(child), x - child->x, y - child->y)
-                : wlr_scene_node_at(child, at.lx, at.ly, at.nx, at.ny);
+            holds_windows ? top_child_at(at, *wlr_scene_tree_from_node(child), x - child->x, y - child->y)
+                          : wlr_scene_node_at(child, at.lx, at.ly, at.nx, at.ny);
         if (found != nullptr)
             return found;
     }

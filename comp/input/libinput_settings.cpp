@@ -70,11 +70,10 @@ void apply_libinput_settings(wlr_input_device *device)
         wlr_input_device_is_libinput(device) ? wlr_libinput_get_device_handle(device) : nullptr;
     if (handle == nullptr)
         return;
-    const device_settings settings =
-        settings_for(capabilities_of(device, handle), configured_preferences());
+    const device_settings settings = settings_for(capabilities_of(device, handle), configured_preferences());
     if (settings.tap)
-        libinput_device_config_tap_set_enabled(
-            handle, *settings.tap ? LIBINPUT_CONFIG_TAP_ENABLED : LIBINPUT_CONFIG_TAP_DISABLED);
+        libinput_device_config_tap_set_enabled(handle, *settings.tap ? LIBINPUT_CONFIG_TAP_ENABLED
+                                                                     : LIBINPUT_CONFIG_TAP_DISABLED);
     if (settings.disable_while_typing)
         libinput_device_config_dwt_set_enabled(handle, LIBINPUT_CONFIG_DWT_ENABLED);
     if (settings.natural_scroll)

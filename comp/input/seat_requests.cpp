@@ -14,8 +14,8 @@ void seat_request_set_primary_selection(vantore_server &server,
 }
 
 // The library frees a drag with its source or when it ends: one without a source has to begin first. An open
-// menu gets the keyboard back; a drag under way would not survive another's beginning, so that one leak of the
-// library stays.
+// menu gets the keyboard back; a drag under way would not survive another's beginning, so that one leak of
+// the library stays.
 static void refuse_drag(wlr_seat *seat, wlr_drag *drag, uint32_t serial)
 {
     if (drag->source != nullptr)

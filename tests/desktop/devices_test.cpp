@@ -226,8 +226,8 @@ TEST_F(devices, a_virtual_pointer_points_and_clicks)
     hand.button(BTN_LEFT, true);
     hand.button(BTN_LEFT, false);
     settle();
-    EXPECT_THAT(watcher->take(), ElementsAre("pointer enter page 10,20", "motion 15,25", "button down 272",
-                                             "button up 272"));
+    EXPECT_THAT(watcher->take(),
+                ElementsAre("pointer enter page 10,20", "motion 15,25", "button down 272", "button up 272"));
 }
 
 TEST_F(devices, virtual_devices_may_vanish_while_a_button_and_a_key_are_down)

@@ -22,7 +22,7 @@ struct hostile : test::desktop {
         pointer = &plug_pointer();
         keyboard = &plug_keyboard();
         witness = &map("witness", {200, 200});
-        wlr_scene_node_set_position(&record(*witness).scene_tree->node, 1000, 400);
+        place(*witness, 1000, 400);
     }
 
     // Everything that a client does with windows, menus, parts, transfers and devices, on a line that may
@@ -144,8 +144,7 @@ TEST_P(cut_after, that_many_requests_a_client_leaves_everything_in_order)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(all, cut_after,
-                         testing::Range(1, most_requests + 1, cuts_in_a_test));
+INSTANTIATE_TEST_SUITE_P(all, cut_after, testing::Range(1, most_requests + 1, cuts_in_a_test));
 
 TEST_F(hostile, a_client_that_is_left_alone_finishes_its_script)
 {

@@ -65,8 +65,7 @@ struct keys : test::desktop {
     {
         settle();
         auto events = heard();
-        std::erase_if(events,
-                      [](vnt_event e) { return e != VNT_EVT_LAUNCHER && e != VNT_EVT_SHORTCUTS; });
+        std::erase_if(events, [](vnt_event e) { return e != VNT_EVT_LAUNCHER && e != VNT_EVT_SHORTCUTS; });
         return events;
     }
 
@@ -101,8 +100,7 @@ TEST_F(keys, bring_their_modifiers_along)
     (void)all_heard();
     keyboard.press(KEY_LEFTSHIFT);
     keyboard.release(KEY_LEFTSHIFT);
-    EXPECT_THAT(all_heard(),
-                ElementsAre("key down 42", "modifiers 1 0 0", "key up 42", "modifiers 0 0 0"));
+    EXPECT_THAT(all_heard(), ElementsAre("key down 42", "modifiers 1 0 0", "key up 42", "modifiers 0 0 0"));
 }
 
 TEST_F(keys, of_two_keyboards_come_with_the_keymap_of_the_one_in_use)
@@ -243,7 +241,8 @@ TEST_F(keys, keep_their_keymap_when_the_layout_does_not_compile)
     EXPECT_STREQ(xkb_keymap_layout_get_name(keyboard.base.keymap, 0), "French");
     EXPECT_THAT(
         world.log(),
-        HasSubstr("vantore-comp: keyboard layout 'no-such-layout' failed to compile — keeping the current one\n"));
+        HasSubstr(
+            "vantore-comp: keyboard layout 'no-such-layout' failed to compile — keeping the current one\n"));
 }
 
 // Virtual terminals
@@ -619,11 +618,13 @@ TEST_P(pointer_activity, ends_idleness)
     EVENTUALLY_EQ(watch->times_active(), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    of, pointer_activity,
-    testing::Values(user_action{"motion", [](made_up_pointer &p) { p.move(1, 1); }},
-                    user_action{"absolute_motion", [](made_up_pointer &p) { p.move_to(0.5, 0.5); }},
-                    user_action{"button", [](made_up_pointer &p) { p.press(BTN_LEFT); }},
-                    user_action{"wheel",
-                                [](made_up_pointer &p) { p.scroll(WL_POINTER_AXIS_VERTICAL_SCROLL, 15, 120); }}),
-    [](const auto &action) { return action.param.name; });
+INSTANTIATE_TEST_SUITE_P(of, pointer_activity,
+                         testing::Values(user_action{"motion", [](made_up_pointer &p) { p.move(1, 1); }},
+                                         user_action{"absolute_motion",
+                                                     [](made_up_pointer &p) { p.move_to(0.5, 0.5); }},
+                                         user_action{"button", [](made_up_pointer &p) { p.press(BTN_LEFT); }},
+                                         user_action{"wheel",
+                                                     [](made_up_pointer &p) {
+                                                         p.scroll(WL_POINTER_AXIS_VERTICAL_SCROLL, 15, 120);
+                                                     }}),
+                         [](const auto &action) { return action.param.name; });

@@ -372,7 +372,7 @@ TEST_F(pointer_on_outputs, moves_to_the_middle_of_the_nearest_output_when_its_ow
 TEST_F(pointer_on_outputs, finds_the_window_that_lies_where_it_was_moved_to)
 {
     auto &target = map("target", {300, 200});
-    wlr_scene_node_set_position(&record(target).scene_tree->node, 1200, 300);
+    place(target, 1200, 300);
     wlr_cursor_warp(server.cursor, nullptr, 2100, 100);
     disable("C");
     cursor_ensure_on_output(server);

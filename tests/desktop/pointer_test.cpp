@@ -28,7 +28,7 @@ struct pointing : test::desktop {
         plug("A", 1280, 704);
         pointer = &plug_pointer();
         page = &map("page", {400, 300});
-        move_window(*page, 100, 100);
+        place(*page, 100, 100);
         ears = std::make_unique<seat>(page->owner());
         settle();
         (void)ears->take();
@@ -38,11 +38,6 @@ struct pointing : test::desktop {
     {
         ears.reset();
         desktop::TearDown();
-    }
-
-    void move_window(const window &w, int x, int y)
-    {
-        wlr_scene_node_set_position(&record(w).scene_tree->node, x, y);
     }
 
     void go(double lx, double ly) { point_at(*pointer, lx, ly); }
@@ -64,8 +59,7 @@ TEST_F(pointing, enters_a_window_at_the_point_and_moves_over_it)
 {
     go(110, 120);
     go(111, 120.5);
-    EXPECT_THAT(events(),
-                ElementsAre("pointer enter page 10,20", "motion 11,20.5"));
+    EXPECT_THAT(events(), ElementsAre("pointer enter page 10,20", "motion 11,20.5"));
     EXPECT_GE(ears->frames(), 2);
 }
 
@@ -80,7 +74,7 @@ TEST_F(pointing, leaves_the_window_for_the_desktop)
 TEST_F(pointing, sees_the_upper_of_two_windows)
 {
     auto &above = map("above", {400, 300});
-    move_window(above, 300, 200);
+    place(above, 300, 200);
     seat other{above.owner()};
     settle();
     go(350, 250);
@@ -113,7 +107,7 @@ TEST_F(pointing, a_press_focuses_and_raises_the_window_and_reaches_it)
 {
     plug_keyboard();
     auto &other = map("other", {200, 200});
-    move_window(other, 700, 300);
+    place(other, 700, 300);
     go(110, 120);
     (void)events();
     pointer->click(BTN_LEFT);
@@ -132,7 +126,7 @@ TEST_F(pointing, a_press_on_the_desktop_keeps_the_focus)
 TEST_F(pointing, a_release_focuses_nothing)
 {
     auto &other = map("other", {200, 200});
-    move_window(other, 700, 300);
+    place(other, 700, 300);
     go(110, 120);
     pointer->release(BTN_LEFT);
     EXPECT_EQ(server.seat->keyboard_state.focused_surface, surface_of(other));
@@ -141,7 +135,7 @@ TEST_F(pointing, a_release_focuses_nothing)
 TEST_F(pointing, a_press_while_locked_moves_no_focus)
 {
     auto &other = map("other", {200, 200});
-    move_window(other, 700, 300);
+    place(other, 700, 300);
     go(110, 120);
     server.locked = true;
     server.mod_tapped = true;
@@ -166,7 +160,7 @@ TEST_F(pointing, motion_while_locked_reaches_what_the_scene_shows_with_the_defau
 TEST_F(pointing, a_pressed_button_keeps_motion_with_its_client_beyond_the_edges)
 {
     auto &other = map("other", {200, 200});
-    move_window(other, 700, 300);
+    place(other, 700, 300);
     seat other_ears{other.owner()};
     settle();
     go(110, 120);
@@ -187,7 +181,7 @@ TEST_F(pointing, a_pressed_button_follows_a_window_that_moves_under_the_pointer)
 {
     go(110, 120);
     pointer->press(BTN_LEFT);
-    move_window(*page, 105, 105);
+    place(*page, 105, 105);
     go(111, 121); // within the surface: its own coordinates count again
     (void)events();
     go(50, 50);
@@ -208,7 +202,7 @@ TEST_F(pointing, the_wheel_tells_its_way_and_its_steps)
 TEST_F(pointing, a_client_that_dies_while_pressed_leaves_the_pointer_free)
 {
     auto &other = map("other", {200, 200});
-    move_window(other, 700, 300);
+    place(other, 700, 300);
     seat other_ears{other.owner()};
     settle();
     go(110, 120);
@@ -347,7 +341,7 @@ TEST_F(pointing, hit_tests_agree_with_the_scenes_own_lookup_everywhere)
             w.input_region(20, 20, 30, 30);
         w.commit();
         settle();
-        move_window(w, below(1200), below(600));
+        place(w, below(1200), below(600));
         if (i % 5 == 0)
             menus.emplace_back(w, test::placement{.x = 40, .y = 30});
     }

@@ -25,14 +25,14 @@ struct menus : test::desktop {
         move_to(100, 100);
     }
 
-    void move_to(int x, int y) { wlr_scene_node_set_position(&record(*page).scene_tree->node, x, y); }
+    void move_to(int x, int y) { place(*page, x, y); }
 
     size_t scene_nodes_of(const wlr_scene_tree &tree)
     {
         size_t count = 1;
         wlr_scene_node *child = nullptr;
-        wl_list_for_each(child, &tree.children, link)
-            count += child->type == WLR_SCENE_NODE_TREE ? scene_nodes_of(*wlr_scene_tree_from_node(child)) : 1;
+        wl_list_for_each(child, &tree.children, link) count +=
+            child->type == WLR_SCENE_NODE_TREE ? scene_nodes_of(*wlr_scene_tree_from_node(child)) : 1;
         return count;
     }
 
@@ -276,7 +276,8 @@ TEST_F(menus, of_no_size_are_a_protocol_error_of_their_client)
 
 TEST_F(menus, may_be_enormous)
 {
-    popup menu{*page, {.x = 20, .y = 30, .size = {2147483647, 2147483647}, .adjustment = 63}, popup::draws::never};
+    popup menu{
+        *page, {.x = 20, .y = 30, .size = {2147483647, 2147483647}, .adjustment = 63}, popup::draws::never};
     EVENTUALLY_EQ(menu.configure_count(), 1);
     EXPECT_THAT(test::server_check(server), IsEmpty());
 }
@@ -313,7 +314,7 @@ TEST_F(grabbing_menus, get_the_pointer_and_close_on_a_press_elsewhere)
     point_at(*pointer, 130, 140);
     EVENTUALLY(ears->heard("pointer enter popup 10,10"));
     auto &other = map("other", {200, 200});
-    wlr_scene_node_set_position(&record(other).scene_tree->node, 900, 300);
+    place(other, 900, 300);
     settle();
     point_at(*pointer, 910, 310);
     pointer->press(BTN_LEFT);
@@ -335,7 +336,7 @@ TEST_F(grabbing_menus, with_a_made_up_serial_end_like_others)
     settle();
     pointer->release(BTN_LEFT);
     auto &other = map("other", {200, 200});
-    wlr_scene_node_set_position(&record(other).scene_tree->node, 900, 300);
+    place(other, 900, 300);
     settle();
     point_at(*pointer, 910, 310);
     pointer->press(BTN_LEFT);

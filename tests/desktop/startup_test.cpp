@@ -29,13 +29,13 @@ TEST(startup_table, names_its_steps_in_order)
     std::vector<std::string_view> names;
     for (const startup_step &step : startup_steps())
         names.push_back(step.name);
-    EXPECT_THAT(names, ElementsAre("log", "single-instance state", "display", "signals", "safe graphics",
-                                   "backend", "headless backend", "login session", "renderer", "render node",
-                                   "allocator", "first globals", "explicit sync", "scene", "scene graph",
-                                   "configuration", "reduced motion", "presentation time", "accent",
-                                   "workspaces", "timers", "outputs", "xdg shell", "decoration manager",
-                                   "cursor", "seat", "last globals", "socket and backend", "announcement",
-                                   "IPC"));
+    EXPECT_THAT(names,
+                ElementsAre("log", "single-instance state", "display", "signals", "safe graphics", "backend",
+                            "headless backend", "login session", "renderer", "render node", "allocator",
+                            "first globals", "explicit sync", "scene", "scene graph", "configuration",
+                            "reduced motion", "presentation time", "accent", "workspaces", "timers",
+                            "outputs", "xdg shell", "decoration manager", "cursor", "seat", "last globals",
+                            "socket and backend", "announcement", "IPC"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)
@@ -48,15 +48,14 @@ TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_a
                             "zwp_primary_selection_device_manager_v1 1", "wp_viewporter 1",
                             "wp_fractional_scale_manager_v1 1", "wp_alpha_modifier_v1 1",
                             "wp_single_pixel_buffer_manager_v1 1", "wp_security_context_manager_v1 1",
-                            "wp_cursor_shape_manager_v1 1",
-                            "zwp_keyboard_shortcuts_inhibit_manager_v1 1", "zxdg_exporter_v1 1", "zxdg_importer_v1 1", "zxdg_exporter_v2 1",
+                            "wp_cursor_shape_manager_v1 1", "zwp_keyboard_shortcuts_inhibit_manager_v1 1",
+                            "zxdg_exporter_v1 1", "zxdg_importer_v1 1", "zxdg_exporter_v2 1",
                             "zxdg_importer_v2 1", "wp_tearing_control_manager_v1 1",
                             "wp_content_type_manager_v1 1", "zwp_virtual_keyboard_manager_v1 1",
                             "zwlr_virtual_pointer_manager_v1 2", "wp_presentation 2", "xdg_wm_base 3",
-                            "zxdg_decoration_manager_v1 1", "wl_seat 9",
-                            "zwlr_screencopy_manager_v1 3", "zwlr_export_dmabuf_manager_v1 1",
-                            "zwlr_data_control_manager_v1 2", "zwlr_gamma_control_manager_v1 1",
-                            "zxdg_output_manager_v1 3"));
+                            "zxdg_decoration_manager_v1 1", "wl_seat 9", "zwlr_screencopy_manager_v1 3",
+                            "zwlr_export_dmabuf_manager_v1 1", "zwlr_data_control_manager_v1 2",
+                            "zwlr_gamma_control_manager_v1 1", "zxdg_output_manager_v1 3"));
 }
 
 // Two libraries define the scene's calls; only one of them makes scenes with effects.

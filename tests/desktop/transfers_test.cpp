@@ -32,8 +32,8 @@ struct transfers : test::desktop {
         pointer = &plug_pointer();
         target.emplace(map("target", {400, 300}));
         source.emplace(map("source", {400, 300}));
-        wlr_scene_node_set_position(&record(source->page).scene_tree->node, 100, 100);
-        wlr_scene_node_set_position(&record(target->page).scene_tree->node, 700, 100);
+        place(source->page, 100, 100);
+        place(target->page, 700, 100);
         settle();
     }
 
@@ -133,7 +133,8 @@ TEST_F(transfers, a_drag_is_told_to_the_window_under_it_and_dropped_there)
     point_at(*pointer, 710, 120);
     point_at(*pointer, 715, 125);
     settle();
-    EXPECT_THAT(target->clips.take(), ElementsAre("drag enter target 10,20", "drag motion 10,20", "drag motion 15,25"));
+    EXPECT_THAT(target->clips.take(),
+                ElementsAre("drag enter target 10,20", "drag motion 10,20", "drag motion 15,25"));
     target->clips.accept_drag(target->clips.drag_serial());
     settle();
     EXPECT_TRUE(source->clips.heard("source target text/plain"));
@@ -191,8 +192,11 @@ TEST_F(transfers, a_drag_without_a_source_and_a_made_up_serial_is_harmless)
 TEST_F(transfers, a_refused_drag_leaves_the_keyboard_to_an_open_menu)
 {
     press_on_source();
-    test::popup menu{
-        source->page, {.x = 20, .y = 30}, test::popup::draws::always, &source->ears, source->ears.press_serial()};
+    test::popup menu{source->page,
+                     {.x = 20, .y = 30},
+                     test::popup::draws::always,
+                     &source->ears,
+                     source->ears.press_serial()};
     EVENTUALLY_EQ(menu.configure_count(), 1);
     ASSERT_TRUE(wlr_seat_keyboard_has_grab(server.seat));
     const wlr_seat_keyboard_grab *grab = server.seat->keyboard_state.grab;

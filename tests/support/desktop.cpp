@@ -250,6 +250,11 @@ vantore_toplevel &unstarted_desktop::record(const window &w)
     return *t;
 }
 
+void unstarted_desktop::place(const window &w, int lx, int ly)
+{
+    wlr_scene_node_set_position(&record(w).scene_tree->node, lx, ly);
+}
+
 wl_client *unstarted_desktop::server_side(const client &c)
 {
     for (const connection &other : connections)

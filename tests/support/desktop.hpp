@@ -83,6 +83,8 @@ protected:
     // The compositor's record of a window; fails the test when there is none.
     vantore_toplevel &record(const window &w);
     vantore_toplevel *find_record(const window &w);
+    // Puts the window's content there, in layout coordinates.
+    void place(const window &w, int lx, int ly);
     wl_client *server_side(const client &c);
     vantore_workspace &workspace(int num);
 

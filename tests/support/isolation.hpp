@@ -19,8 +19,8 @@ struct killed {
 
 // While it lives: HOME and all XDG directories lie in a directory of its own, PATH holds nothing, no display
 // and no bus is inherited, programs are recorded instead of started, signals recorded instead of sent, the
-// clock and the program's timers stand still until the clock is put forward, and the log is kept. Afterwards the environment, the signal
-// handlers and the signal mask are as they were.
+// clock and the program's timers stand still until the clock is put forward, and the log is kept. Afterwards
+// the environment, the signal handlers and the signal mask are as they were.
 class isolation
 {
 public:

@@ -98,8 +98,7 @@ void made_up_pointer::move(double dx, double dy)
 
 void made_up_pointer::move_to(double x, double y)
 {
-    wlr_pointer_motion_absolute_event event{
-        .pointer = &base, .time_msec = next_event_time(), .x = x, .y = y};
+    wlr_pointer_motion_absolute_event event{.pointer = &base, .time_msec = next_event_time(), .x = x, .y = y};
     wl_signal_emit_mutable(&base.events.motion_absolute, &event);
     wl_signal_emit_mutable(&base.events.frame, &base);
 }

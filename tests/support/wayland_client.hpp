@@ -104,7 +104,8 @@ public:
     void geometry(int x, int y, int width, int height);
     // Only this part takes input; sent with the next commit.
     void input_region(int x, int y, int width, int height);
-    // A subsurface of this size and place, drawn and desynchronised. The commit that shows it is the caller's.
+    // A subsurface of this size and place, drawn and desynchronised. The commit that shows it is the
+    // caller's.
     void add_subsurface(int x, int y, test::size s);
     void request_maximize();
     void request_unmaximize();

@@ -66,9 +66,7 @@ popup::popup(window &parent, const placement &where, draws draw_when, const seat
 {
 }
 
-popup::popup(popup &parent, const placement &where) : popup(*parent.owned_by, parent.role, where)
-{
-}
+popup::popup(popup &parent, const placement &where) : popup(*parent.owned_by, parent.role, where) {}
 
 popup::~popup()
 {
@@ -122,8 +120,8 @@ struct decoration_events {
 };
 
 decoration::decoration(window &w)
-    : manager(static_cast<zxdg_decoration_manager_v1 *>(
-          w.owner().bind(zxdg_decoration_manager_v1_interface, 1))),
+    : manager(
+          static_cast<zxdg_decoration_manager_v1 *>(w.owner().bind(zxdg_decoration_manager_v1_interface, 1))),
       object(zxdg_decoration_manager_v1_get_toplevel_decoration(manager.get(), w.shell_toplevel()))
 {
     static constexpr zxdg_toplevel_decoration_v1_listener listener{.configure = decoration_events::configure};

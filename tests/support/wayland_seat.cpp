@@ -96,7 +96,10 @@ struct seat_events {
     {
         note(data, "axis120 {} {}", orientation, value);
     }
-    static void axis_source(void *data, wl_pointer *, uint32_t source) { note(data, "axis source {}", source); }
+    static void axis_source(void *data, wl_pointer *, uint32_t source)
+    {
+        note(data, "axis source {}", source);
+    }
 
     static void capabilities(void *data, wl_seat *, uint32_t now) { self(data).follow_capabilities(now); }
 };
@@ -129,8 +132,7 @@ static constexpr wl_pointer_listener pointer_listener{
     .axis_relative_direction = [](void *, wl_pointer *, uint32_t, uint32_t) {},
 };
 
-seat::seat(client &owner)
-    : owned_by(&owner), object(static_cast<wl_seat *>(owner.bind(wl_seat_interface, 9)))
+seat::seat(client &owner) : owned_by(&owner), object(static_cast<wl_seat *>(owner.bind(wl_seat_interface, 9)))
 {
     wl_seat_add_listener(object.get(), &seat_listener, this);
 }

@@ -131,8 +131,8 @@ static constexpr wl_data_source_listener source_listener{
 };
 
 clipboard::clipboard(seat &s)
-    : of(&s), manager(static_cast<wl_data_device_manager *>(
-                  s.owner().bind(wl_data_device_manager_interface, 3))),
+    : of(&s),
+      manager(static_cast<wl_data_device_manager *>(s.owner().bind(wl_data_device_manager_interface, 3))),
       device(wl_data_device_manager_get_data_device(manager.get(), s.get()))
 {
     wl_data_device_add_listener(device.get(), &device_listener, this);

@@ -42,7 +42,8 @@ public:
     void paste(incoming_text &into);
 
     // The icon may be null. Without `text` the drag has no source and stays within the client.
-    void start_drag(window &origin, wl_surface *icon, const std::optional<std::string> &text, uint32_t serial);
+    void start_drag(window &origin, wl_surface *icon, const std::optional<std::string> &text,
+                    uint32_t serial);
     void accept_drag(uint32_t enter_serial);
     void paste_drag(incoming_text &into);
     void finish_drag();

@@ -240,8 +240,7 @@ TEST_F(session, types_into_a_terminal_through_a_virtual_keyboard)
     ASSERT_TRUE(eventually([&] { return std::filesystem::exists(ready); })) << foot.output();
     // The first keys come while the terminal still learns that there is a keyboard.
     EXPECT_TRUE(eventually([&] {
-        return type(*this, {"Grüße, 世界!", "-k", "Return"}) &&
-               contents(typed).contains("\nGrüße, 世界!\n");
+        return type(*this, {"Grüße, 世界!", "-k", "Return"}) && contents(typed).contains("\nGrüße, 世界!\n");
     }));
     compositor.send(SIGTERM);
     EXPECT_THAT(compositor.wait(), Optional(0));

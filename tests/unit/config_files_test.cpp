@@ -55,7 +55,7 @@ struct config_directory : testing::Test {
     {
         std::string name = std::filesystem::temp_directory_path() / "vantore-test-XXXXXX";
         root = mkdtemp(name.data());
-        setenv("HOME", "/home/somebody", 1);
+        setenv("HOME", "/somewhere", 1);
         unsetenv("XDG_CONFIG_HOME");
     }
     void TearDown() override { std::filesystem::remove_all(root); }
@@ -72,9 +72,9 @@ struct config_directory : testing::Test {
 
 TEST_F(config_directory, lies_in_the_users_configuration)
 {
-    EXPECT_EQ(directory(), "/home/somebody/.config/vantore");
+    EXPECT_EQ(directory(), "/somewhere/.config/vantore");
     setenv("XDG_CONFIG_HOME", "", 1);
-    EXPECT_EQ(directory(), "/home/somebody/.config/vantore");
+    EXPECT_EQ(directory(), "/somewhere/.config/vantore");
     setenv("XDG_CONFIG_HOME", "/elsewhere", 1);
     EXPECT_EQ(directory(), "/elsewhere/vantore");
     std::array<char, 600> path{};
