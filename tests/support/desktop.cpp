@@ -180,7 +180,7 @@ void unstarted_desktop::unplug_device(made_up_touch &touch)
     remove_device(backend->devices.touchscreens, touch);
 }
 
-void unstarted_desktop::point_at(made_up_pointer &pointer, double lx, double ly)
+void unstarted_desktop::point_at(made_up_pointer &pointer, double lx, double ly) const
 {
     pointer.move(lx - server.cursor->x, ly - server.cursor->y);
 }

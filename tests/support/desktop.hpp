@@ -68,7 +68,7 @@ protected:
     void unplug_device(made_up_pointer &pointer);
     void unplug_device(made_up_touch &touch);
     // Moves the pointer there in layout coordinates, as a mouse would.
-    void point_at(made_up_pointer &pointer, double lx, double ly);
+    void point_at(made_up_pointer &pointer, double lx, double ly) const;
 
     // Clients and windows
     client &connect();
