@@ -3,6 +3,7 @@
 
 #include "startup.hpp"
 
+#include "config/keybinds.hpp"
 #include "config/settings.hpp"
 #include "globals.hpp"
 #include "graphics.hpp"
@@ -228,6 +229,7 @@ static constexpr startup_step steps[]{
     {"scene", create_scene},
     {"scene graph", build_scene_graph},
     {"configuration", [](vantore_server &) { return config_load(), true; }},
+    {"key bindings", [](vantore_server &server) { return config_load_keybinds(server), true; }},
     {"reduced motion", [](vantore_server &) { return export_reduced_motion(), true; }},
     {"presentation time", [](vantore_server &server) { return globals_create_presentation(server), true; }},
     {"accent", [](vantore_server &server) { return scene_graph_apply_accent(server), true; }},

@@ -9,6 +9,9 @@
 
 using config_file = handle<FILE, fclose>;
 
+// Lines of the configuration that could not be used, in the current load.
+inline int g_config_errors;
+
 // The directory without a slash at its end, cut where it does not fit. 512 bytes are usual.
 void config_dir(std::span<char> buf);
 

@@ -6,6 +6,7 @@
 #include "../config/settings.hpp"
 #include "../platform.hpp"
 #include "../server.hpp"
+#include "actions.hpp"
 #include "idle.hpp"
 #include "input_method.hpp"
 #include "keymap.hpp"
@@ -23,9 +24,16 @@ struct key_event {
     wlr_keyboard *keyboard;
     const wlr_keyboard_key_event &raw;
     bool pressed;
-    // What the key means in its layout without Shift or AltGr: 0 for nothing.
-    xkb_keysym_t base_sym;
+    uint32_t modifiers; // of wlr_keyboard_modifier
+    // What the key means in its layout without Shift or AltGr. They lie in the keymap.
+    std::span<const xkb_keysym_t> base_syms;
 };
+
+// 0 for a key that means nothing.
+static xkb_keysym_t first_sym(const key_event &key)
+{
+    return key.base_syms.empty() ? XKB_KEY_NoSymbol : key.base_syms.front();
+}
 
 // Null-safe: a keyboard whose layout never compiled has neither keymap nor state.
 static std::span<const xkb_keysym_t> base_syms(const wlr_keyboard *keyboard, xkb_keycode_t keycode)
@@ -80,10 +88,22 @@ static bool give_to_lock_client(const key_event &key)
 static bool watch_modifier_tap(const key_event &key)
 {
     if (key.pressed)
-        modifier_tap_press(key.server, key.base_sym);
+        modifier_tap_press(key.server, first_sym(key));
     else
-        modifier_tap_release(key.server, key.base_sym);
+        modifier_tap_release(key.server, first_sym(key));
     return false;
+}
+
+static bool run_bindings(const key_event &key)
+{
+    if (!key.pressed || key.base_syms.empty())
+        return false;
+    // An action may give the keyboard another keymap.
+    const handle<xkb_keymap, xkb_keymap_unref> kept{xkb_keymap_ref(key.keyboard->keymap)};
+    bool taken = false;
+    for (const xkb_keysym_t sym : key.base_syms)
+        taken |= handle_keybinding(key.server, key.modifiers, sym);
+    return taken;
 }
 
 static bool give_to_input_method(const key_event &key)
@@ -103,18 +123,18 @@ static bool give_to_client(const key_event &key)
 }
 
 static constexpr bool (*stages[])(const key_event &) = {
-    switch_vt, give_to_lock_client, watch_modifier_tap, give_to_input_method, give_to_client,
+    switch_vt, give_to_lock_client, watch_modifier_tap, run_bindings, give_to_input_method, give_to_client,
 };
 
 static void keyboard_handle_key(vantore_keyboard &k, wlr_keyboard_key_event *event)
 {
     idle_poke(*k.server);
-    const auto syms = base_syms(k.wlr_keyboard, event->keycode + xkb_keycode_offset);
     const key_event key{.server = *k.server,
                         .keyboard = k.wlr_keyboard,
                         .raw = *event,
                         .pressed = event->state == WL_KEYBOARD_KEY_STATE_PRESSED,
-                        .base_sym = syms.empty() ? XKB_KEY_NoSymbol : syms.front()};
+                        .modifiers = wlr_keyboard_get_modifiers(k.wlr_keyboard),
+                        .base_syms = base_syms(k.wlr_keyboard, event->keycode + xkb_keycode_offset)};
     for (auto *stage : stages)
         if (stage(key))
             return;

@@ -2,6 +2,7 @@
 
 #include "../ipc/broadcast.hpp"
 #include "../server.hpp"
+#include "../windows/states.hpp"
 
 static constexpr int hold_ms = 1500;
 
@@ -48,7 +49,7 @@ static void hide_shortcuts(vantore_server &server)
 
 void modifier_tap_press(vantore_server &server, xkb_keysym_t sym)
 {
-    if (is_wm_mod_key(server, sym)) {
+    if (is_wm_mod_key(server, sym) && !focused_is_fullscreen(server)) {
         server.mod_tapped = true;
         timer_arm(server.mod_hold_timer, hold_ms);
         return;
@@ -64,7 +65,7 @@ void modifier_tap_release(vantore_server &server, xkb_keysym_t sym)
     disarm(server);
     if (server.shortcuts_shown)
         hide_shortcuts(server);
-    else
+    else if (!focused_is_fullscreen(server))
         ipc_broadcast(server, VNT_EVT_LAUNCHER);
 }
 

@@ -55,3 +55,23 @@ void toplevel_toggle_maximize(vantore_toplevel &t)
         maximize(t);
     wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized);
 }
+
+bool covers_output(const vantore_toplevel &t)
+{
+    if (t.workspace == nullptr || t.workspace->output == nullptr)
+        return false;
+    const wlr_box screen = output_layout_box(*t.workspace->output);
+    const wlr_box geometry = tl_get_geometry(t);
+    return screen.width >= 1 && geometry.width >= screen.width && geometry.height >= screen.height;
+}
+
+bool focused_is_fullscreen(vantore_server &server)
+{
+    const wlr_surface *focused = server.seat != nullptr ? server.seat->keyboard_state.focused_surface : nullptr;
+    if (focused == nullptr)
+        return false;
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (tl_surface(t) == focused)
+            return t.fullscreen || covers_output(t);
+    return false;
+}

@@ -5,6 +5,11 @@
 #include "../windows/toplevel.hpp"
 #include "workspace.hpp"
 
+vantore_toplevel *focused_toplevel(vantore_server &server)
+{
+    return each<&vantore_toplevel::link>(server.toplevels).first();
+}
+
 static void raise_to_top(vantore_toplevel &t)
 {
     wlr_scene_node_raise_to_top(&t.scene_tree->node);

@@ -4,6 +4,10 @@
 
 #include "../fwd.hpp"
 
+// The window that commands and bindings act on: the last raised one, which need not have the keyboard. Null
+// when there is none.
+vantore_toplevel *focused_toplevel(vantore_server &server);
+
 // Gives the window the keyboard; with `raise` also puts it on top and at the head of server.toplevels. The
 // only way a window takes the keyboard. Null does nothing, nor does
 // any call while the session is locked.

@@ -567,6 +567,18 @@ TEST_F(typing_with_a_method, never_shows_it_what_is_typed_into_a_lock)
     server.locked = false;
 }
 
+TEST_F(typing_with_a_method, leaves_key_bindings_to_the_desktop)
+{
+    grab();
+    keyboard->press(KEY_LEFTMETA);
+    keyboard->press(KEY_V);
+    settle();
+    EXPECT_THAT(heard(), Contains(VNT_EVT_CLIPBOARD));
+    EXPECT_THAT(method->take(), Not(Contains("key down 47")));
+    keyboard->release(KEY_V);
+    keyboard->release(KEY_LEFTMETA);
+}
+
 TEST_F(typing_with_a_method, still_hears_the_modifier_tap)
 {
     grab();

@@ -32,7 +32,7 @@ TEST(startup_table, names_its_steps_in_order)
     EXPECT_THAT(names,
                 ElementsAre("log", "single-instance state", "display", "signals", "safe graphics", "backend",
                             "headless backend", "login session", "renderer", "render node", "allocator",
-                            "first globals", "explicit sync", "scene", "scene graph", "configuration",
+                            "first globals", "explicit sync", "scene", "scene graph", "configuration", "key bindings",
                             "reduced motion", "presentation time", "accent", "workspaces", "timers",
                             "outputs", "xdg shell", "decoration manager", "cursor", "seat", "last globals",
                             "socket and backend", "announcement", "IPC"));

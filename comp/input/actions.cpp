@@ -1,0 +1,187 @@
+// From a chord to its action.
+//
+// Whoever has the keyboard may want it whole: a client with a shortcuts inhibitor gets all chords but those
+// that take pictures, a window that fills its output those that are not clearly the desktop's. The emergency
+// chords stand before all that: nothing that the user or a client has set up can take them away.
+
+#include "actions.hpp"
+
+#include "../config/commands.hpp"
+#include "../config/keybinds.hpp"
+#include "../ipc/broadcast.hpp"
+#include "../server.hpp"
+#include "../spawn.hpp"
+#include "../windows/states.hpp"
+#include "../windows/toplevel.hpp"
+#include "../workspaces/focus.hpp"
+#include "../workspaces/switch.hpp"
+
+#include <algorithm>
+#include <string_view>
+
+static constexpr uint32_t control_shift = WLR_MODIFIER_CTRL | WLR_MODIFIER_SHIFT;
+// Lock modifiers never matter.
+static constexpr uint32_t chord_modifiers = control_shift | WLR_MODIFIER_ALT | WLR_MODIFIER_LOGO;
+static constexpr xkb_keysym_t media_keysyms = 0x1008ff00; // XF86 volume, brightness, playback ...: 256 of them
+
+static bool contains(const vnt_bind &bind, std::string_view text)
+{
+    return std::string_view{bind.spawn.data()}.contains(text);
+}
+
+void dir_to_delta(int dir, int &dx, int &dy)
+{
+    dx = (dir == DIR_RIGHT ? 1 : 0) - (dir == DIR_LEFT ? 1 : 0);
+    dy = (dir == DIR_DOWN ? 1 : 0) - (dir == DIR_UP ? 1 : 0);
+}
+
+static void end_session(vantore_server &server, const vnt_bind &)
+{
+    wl_display_terminate(server.display);
+}
+
+static void show_workspace(vantore_server &server, const vnt_bind &bind)
+{
+    goto_workspace(server, bind.arg);
+}
+
+// The shell shows the new level, but not over a game.
+static void announce_level(vantore_server &server, const vnt_bind &bind)
+{
+    if (focused_is_fullscreen(server))
+        return;
+    if (contains(bind, "wpctl set-volume") || contains(bind, "wpctl set-mute"))
+        ipc_broadcast(server, VNT_EVT_VOLUME);
+    else if (contains(bind, "brightnessctl"))
+        ipc_broadcast(server, VNT_EVT_BRIGHTNESS);
+}
+
+static void start_program(vantore_server &server, const vnt_bind &bind)
+{
+    spawn_app(vnt_spawn_command(bind.spawn.data()));
+    announce_level(server, bind);
+}
+
+static void close_window(vantore_server &server, const vnt_bind &)
+{
+    if (vantore_toplevel *t = focused_toplevel(server))
+        tl_close(*t);
+}
+
+static void maximize_window(vantore_server &server, const vnt_bind &)
+{
+    if (vantore_toplevel *t = focused_toplevel(server))
+        toplevel_toggle_maximize(*t);
+}
+
+static void show_clipboard(vantore_server &server, const vnt_bind &)
+{
+    ipc_broadcast(server, VNT_EVT_CLIPBOARD);
+}
+
+struct action {
+    vnt_action act;
+    void (*run)(vantore_server &server, const vnt_bind &bind); // null: takes the key and does nothing
+};
+
+static constexpr action actions[]{
+    {ACT_NONE, nullptr},
+    {ACT_WORKSPACE, show_workspace},
+    {ACT_MOVE_TO_WS, nullptr},
+    {ACT_FOCUS, nullptr},
+    {ACT_MOVE, nullptr},
+    {ACT_RESIZE, nullptr},
+    {ACT_SPAWN, start_program},
+    {ACT_CLOSE, close_window},
+    {ACT_FLOAT, nullptr},
+    {ACT_LAYOUT, nullptr},
+    {ACT_TILE_MODE, nullptr},
+    {ACT_FULLSCREEN, nullptr},
+    {ACT_MAXIMIZE, maximize_window},
+    {ACT_CYCLE, nullptr},
+    {ACT_QUIT, end_session},
+    {ACT_RELOAD, nullptr},
+    {ACT_OVERVIEW, nullptr},
+    {ACT_CLIPBOARD, show_clipboard},
+    {ACT_STACK_GROUP, nullptr},
+    {ACT_STACK_UNGROUP, nullptr},
+    {ACT_STACK_CYCLE, nullptr},
+    {ACT_MOVE_WS_OUTPUT, nullptr},
+    {ACT_MOVE_WINDOW_OUTPUT, nullptr},
+};
+
+static void run_action(vantore_server &server, const vnt_bind &bind)
+{
+    const auto *found = std::ranges::find(actions, bind.act, &action::act);
+    if (found != std::end(actions) && found->run != nullptr)
+        found->run(server, bind);
+}
+
+struct emergency_chord {
+    xkb_keysym_t sym;
+    vnt_bind bind;
+};
+
+static constexpr emergency_chord emergency_chords[]{
+    {XKB_KEY_r, {.act = ACT_RELOAD}},
+    {XKB_KEY_Return, {.act = ACT_SPAWN, .spawn{"$terminal"}}},
+    {XKB_KEY_Escape, {.act = ACT_QUIT}},
+};
+
+static bool run_emergency_chord(vantore_server &server, uint32_t mods, xkb_keysym_t sym)
+{
+    if (mods != (server.wm_modifier | control_shift))
+        return false;
+    const auto *found = std::ranges::find(emergency_chords, sym, &emergency_chord::sym);
+    if (found == std::end(emergency_chords))
+        return false;
+    run_action(server, found->bind);
+    return true;
+}
+
+static const vnt_bind *find_bind(uint32_t mods, xkb_keysym_t sym)
+{
+    for (const vnt_bind &bind : std::span{g_binds.data(), size_t(g_bind_count)})
+        if (bind.mods == mods && bind.keysym == sym)
+            return &bind;
+    return nullptr;
+}
+
+static bool takes_pictures(const vnt_bind &bind)
+{
+    return bind.act == ACT_SPAWN && (contains(bind, "vantore-shot") || contains(bind, "vantore-replay"));
+}
+
+static bool shortcuts_inhibited(const vantore_server &server)
+{
+    const wlr_keyboard_shortcuts_inhibitor_v1 *inhibitor = server.active_shortcuts_inhibitor;
+    return inhibitor != nullptr && inhibitor->surface == server.seat->keyboard_state.focused_surface;
+}
+
+// Chords that no game uses, or that the player must not lose.
+static bool works_in_games(const vantore_server &server, const vnt_bind &bind)
+{
+    const bool media_key = (bind.keysym & ~0xffU) == media_keysyms;
+    const bool task_manager = bind.mods == control_shift && bind.keysym == XKB_KEY_Escape;
+    return (bind.mods & server.wm_modifier) != 0 || media_key || bind.act == ACT_CYCLE || task_manager;
+}
+
+static bool may_run(vantore_server &server, const vnt_bind &bind)
+{
+    if (shortcuts_inhibited(server))
+        return takes_pictures(bind);
+    return !focused_is_fullscreen(server) || works_in_games(server, bind);
+}
+
+bool handle_keybinding(vantore_server &server, uint32_t mods, xkb_keysym_t sym)
+{
+    const uint32_t chord = mods & chord_modifiers;
+    if (run_emergency_chord(server, chord, sym))
+        return true;
+    const vnt_bind *found = find_bind(chord, sym);
+    if (found == nullptr || !may_run(server, *found))
+        return false;
+    const vnt_bind bind = *found; // an action may rebuild the table
+    run_action(server, bind);
+    return true;
+}
