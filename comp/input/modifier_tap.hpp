@@ -1,6 +1,7 @@
 // The window-manager modifier on its own: a tap opens the launcher, a hold shows the shortcuts overlay.
 //
-// A game keeps the modifier for itself: nothing of this while a window that fills its output has the keyboard.
+// A game keeps the modifier for itself: nothing of this while a window that fills its output has the
+// keyboard.
 //
 // idle: neither flag of the server is set. armed: mod_tapped. shown: mod_tapped and shortcuts_shown.
 #pragma once

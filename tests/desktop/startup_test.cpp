@@ -32,10 +32,10 @@ TEST(startup_table, names_its_steps_in_order)
     EXPECT_THAT(names,
                 ElementsAre("log", "single-instance state", "display", "signals", "safe graphics", "backend",
                             "headless backend", "login session", "renderer", "render node", "allocator",
-                            "first globals", "explicit sync", "scene", "scene graph", "configuration", "key bindings",
-                            "reduced motion", "presentation time", "accent", "workspaces", "timers",
-                            "outputs", "xdg shell", "decoration manager", "cursor", "seat", "last globals",
-                            "socket and backend", "announcement", "IPC"));
+                            "first globals", "explicit sync", "scene", "scene graph", "configuration",
+                            "key bindings", "reduced motion", "presentation time", "accent", "workspaces",
+                            "timers", "outputs", "xdg shell", "decoration manager", "cursor", "seat",
+                            "last globals", "socket and backend", "announcement", "IPC"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)
