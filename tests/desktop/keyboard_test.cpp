@@ -19,6 +19,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 // A window that has the keyboard, and everything that its client hears.
 struct keys : test::desktop {
