@@ -63,8 +63,8 @@ void cfg_action(vnt_bind &bind, const char *verb, const char *rest);
 
 // Empties the table and fills in the defaults, for the modifier that the server has now.
 void install_default_binds(const vantore_server &server);
-// Applies a user's file on top. Bad lines are counted in g_config_errors and change nothing; a file that can't
-// be read changes nothing.
+// Applies a user's file on top. Bad lines are counted in g_config_errors and change nothing; a file that
+// can't be read changes nothing.
 void config_parse_keybinds(const vantore_server &server, const char *path);
 // The defaults, then keybinds.conf of the configuration directory.
 void config_load_keybinds(const vantore_server &server);

@@ -67,7 +67,8 @@ bool covers_output(const vantore_toplevel &t)
 
 bool focused_is_fullscreen(vantore_server &server)
 {
-    const wlr_surface *focused = server.seat != nullptr ? server.seat->keyboard_state.focused_surface : nullptr;
+    const wlr_surface *focused =
+        server.seat != nullptr ? server.seat->keyboard_state.focused_surface : nullptr;
     if (focused == nullptr)
         return false;
     for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))

@@ -218,8 +218,8 @@ TEST_F(bindings, of_the_same_chord_run_the_first_only)
 static handle<xkb_keymap, xkb_keymap_unref> keymap_from(const char *text)
 {
     const handle<xkb_context, xkb_context_unref> context{xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
-    return handle<xkb_keymap, xkb_keymap_unref>{
-        xkb_keymap_new_from_string(context.get(), text, XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS)};
+    return handle<xkb_keymap, xkb_keymap_unref>{xkb_keymap_new_from_string(
+        context.get(), text, XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS)};
 }
 
 // The key of A means two things at once.
@@ -398,8 +398,8 @@ TEST_F(bindings, that_take_pictures_cannot_be_inhibited)
     inhibit(*editor);
     EXPECT_FALSE(reaches_client(print));
     EXPECT_FALSE(reaches_client({{KEY_LEFTMETA}, KEY_F11}));
-    EXPECT_THAT(started(),
-                ElementsAre("vantore-launch 'vantore-shot --overlay'", "vantore-launch 'vantore-replay save'"));
+    EXPECT_THAT(started(), ElementsAre("vantore-launch 'vantore-shot --overlay'",
+                                       "vantore-launch 'vantore-replay save'"));
 }
 
 TEST_F(bindings, are_inhibited_only_while_that_client_has_the_keyboard)
@@ -435,7 +435,8 @@ class in_a_game : public bindings, public testing::WithParamInterface<game_case>
 
 TEST_P(in_a_game, a_chord_works_or_goes_to_the_game)
 {
-    user_binds("$mod+w = spawn mine\nalt+F4 = spawn mine\nctrl+shift+z = spawn mine\nctrl+Escape = spawn mine\n");
+    user_binds(
+        "$mod+w = spawn mine\nalt+F4 = spawn mine\nctrl+shift+z = spawn mine\nctrl+Escape = spawn mine\n");
     start_game();
     EXPECT_EQ(reaches_client(GetParam().pressed), GetParam().to_game);
     if (GetParam().program != nullptr)
