@@ -116,50 +116,34 @@ bool cfg_mods_key(const vantore_server &server, char *spec, uint32_t &mods, xkb_
     return key != XKB_KEY_NoSymbol;
 }
 
+using enum verb_argument;
+
 static constexpr keybind_verb verbs[]{
-    {{"workspace"}, ACT_WORKSPACE, verb_argument::number, "shows the workspace"},
-    {{"move-to-workspace"}, ACT_MOVE_TO_WS, verb_argument::number, "moves the window to the workspace"},
-    {{"focus"}, ACT_FOCUS, verb_argument::direction, "focuses the next window in the direction"},
-    {{"move"}, ACT_MOVE, verb_argument::direction, "moves the window"},
-    {{"resize"}, ACT_RESIZE, verb_argument::direction, "resizes the window"},
-    {{"move-workspace-output"},
-     ACT_MOVE_WS_OUTPUT,
-     verb_argument::output_step,
-     "moves the workspace to another output"},
+    {{"workspace"}, ACT_WORKSPACE, number, "shows the workspace"},
+    {{"move-to-workspace"}, ACT_MOVE_TO_WS, number, "moves the window to the workspace"},
+    {{"focus"}, ACT_FOCUS, direction, "focuses the next window in the direction"},
+    {{"move"}, ACT_MOVE, direction, "moves the window"},
+    {{"resize"}, ACT_RESIZE, direction, "resizes the window"},
+    {{"move-workspace-output"}, ACT_MOVE_WS_OUTPUT, output_step, "moves the workspace to another output"},
     {{"move-to-output", "move-window-output"},
      ACT_MOVE_WINDOW_OUTPUT,
-     verb_argument::output_step,
-     "moves the window to another output"},
-    {{"spawn", "exec"}, ACT_SPAWN, verb_argument::command, "starts a program"},
-    {{"close"}, ACT_CLOSE, verb_argument::none, "asks the window to close"},
-    {{"toggle-float", "float"}, ACT_FLOAT, verb_argument::none, "takes the window out of tiling, or back"},
-    {{"toggle-layout", "layout"},
-     ACT_LAYOUT,
-     verb_argument::none,
-     "switches the workspace between floating and tiling"},
-    {{"cycle-tile-mode", "tile-mode"},
-     ACT_TILE_MODE,
-     verb_argument::none,
-     "goes on to the next arrangement of tiles"},
-    {{"fullscreen"}, ACT_FULLSCREEN, verb_argument::none, "makes the window fullscreen, or ends that"},
-    {{"maximize"}, ACT_MAXIMIZE, verb_argument::none, "maximizes the window, or ends that"},
-    {{"cycle"}, ACT_CYCLE, verb_argument::none, "steps through the windows while the modifier is held"},
-    {{"quit", "exit"}, ACT_QUIT, verb_argument::none, "ends the session"},
-    {{"reload"}, ACT_RELOAD, verb_argument::none, "reads the configuration again"},
-    {{"overview"}, ACT_OVERVIEW, verb_argument::none, "opens or closes the overview"},
-    {{"clipboard"}, ACT_CLIPBOARD, verb_argument::none, "opens the clipboard history"},
-    {{"stack-group", "group"},
-     ACT_STACK_GROUP,
-     verb_argument::none,
-     "starts a stack with the window, or takes it out"},
-    {{"stack-ungroup", "ungroup", "unstack"},
-     ACT_STACK_UNGROUP,
-     verb_argument::none,
-     "takes the window out of its stack"},
-    {{"stack-cycle", "stack-next"},
-     ACT_STACK_CYCLE,
-     verb_argument::none,
-     "shows the next window of the stack"},
+     output_step,
+     "moves the window likewise"},
+    {{"spawn", "exec"}, ACT_SPAWN, command, "starts a program"},
+    {{"close"}, ACT_CLOSE, none, "asks the window to close"},
+    {{"toggle-float", "float"}, ACT_FLOAT, none, "takes the window out of tiling, or back"},
+    {{"toggle-layout", "layout"}, ACT_LAYOUT, none, "switches the workspace between floating and tiling"},
+    {{"cycle-tile-mode", "tile-mode"}, ACT_TILE_MODE, none, "goes on to the next arrangement of tiles"},
+    {{"fullscreen"}, ACT_FULLSCREEN, none, "makes the window fullscreen, or ends that"},
+    {{"maximize"}, ACT_MAXIMIZE, none, "maximizes the window, or ends that"},
+    {{"cycle"}, ACT_CYCLE, none, "steps through the windows while the modifier is held"},
+    {{"quit", "exit"}, ACT_QUIT, none, "ends the session"},
+    {{"reload"}, ACT_RELOAD, none, "reads the configuration again"},
+    {{"overview"}, ACT_OVERVIEW, none, "opens or closes the overview"},
+    {{"clipboard"}, ACT_CLIPBOARD, none, "opens the clipboard history"},
+    {{"stack-group", "group"}, ACT_STACK_GROUP, none, "starts a stack with the window, or takes it out"},
+    {{"stack-ungroup", "ungroup", "unstack"}, ACT_STACK_UNGROUP, none, "takes the window out of its stack"},
+    {{"stack-cycle", "stack-next"}, ACT_STACK_CYCLE, none, "shows the next window of the stack"},
 };
 
 std::span<const keybind_verb> keybind_verbs()
@@ -185,18 +169,18 @@ static int output_step_from(std::string_view text)
 static void read_argument(vnt_bind &bind, verb_argument kind, const char *rest)
 {
     switch (kind) {
-    case verb_argument::none:
+    case none:
         return;
-    case verb_argument::number:
+    case number:
         bind.arg = number_from(rest);
         return;
-    case verb_argument::direction:
+    case direction:
         bind.arg = cfg_dir(rest);
         return;
-    case verb_argument::output_step:
+    case output_step:
         bind.arg = output_step_from(rest);
         return;
-    case verb_argument::command:
+    case command:
         copy_text(bind.spawn, rest);
         return;
     }

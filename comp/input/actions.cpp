@@ -22,8 +22,8 @@
 static constexpr uint32_t control_shift = WLR_MODIFIER_CTRL | WLR_MODIFIER_SHIFT;
 // Lock modifiers never matter.
 static constexpr uint32_t chord_modifiers = control_shift | WLR_MODIFIER_ALT | WLR_MODIFIER_LOGO;
-static constexpr xkb_keysym_t media_keysyms =
-    0x1008ff00; // XF86 volume, brightness, playback ...: 256 of them
+// The first of 256 keysyms: volume, brightness, playback and the like.
+static constexpr xkb_keysym_t media_keysyms = 0x1008ff00;
 
 static bool contains(const vnt_bind &bind, std::string_view text)
 {

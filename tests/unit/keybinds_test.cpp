@@ -140,8 +140,8 @@ struct keybinds : testing::Test {
         g_config_errors = 0;
     }
 
-    // Reads a user's file; returns what changed at the end of the table.
-    void read(const std::string &text)
+    // Reads a user's file.
+    void read(const std::string &text) const
     {
         const auto path = world.directory() / "keybinds.conf";
         std::ofstream{path, std::ios::binary} << text;
