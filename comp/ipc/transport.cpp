@@ -30,6 +30,7 @@ static void ipc_client_destroy(vnt_ipc_client &client)
     if (client.reap != nullptr)
         wl_event_source_remove(client.reap);
     client.src.reset();
+    shutdown(client.fd, SHUT_RDWR); // programs that were started meanwhile hold the connection too
     close(client.fd);
     delete &client;
 }

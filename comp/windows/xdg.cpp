@@ -94,10 +94,11 @@ static void xdg_toplevel_map(vantore_toplevel &t)
         t.floating = true;
     center_toplevel(t);
     arrange_workspace(t.workspace);
+    const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
     if (toplevel_visible(t))
         focus_toplevel_ex(&t, true);
-    else
-        ipc_broadcast(server, VNT_EVT_WINDOWS);
+    if (server.seat->keyboard_state.focused_surface == focused)
+        ipc_broadcast(server, VNT_EVT_WINDOWS); // a change of focus would have told
     if (xdg->requested.maximized && !t.maximized) {
         toplevel_toggle_maximize(t);
         // The client's first size is the maximized one and says nothing about where to return.

@@ -148,6 +148,17 @@ TEST_F(ipc, garbage_ends_the_connection_without_a_reply)
     EXPECT_EQ(c.left_over(), 0U);
 }
 
+TEST_F(ipc, a_connection_that_a_child_has_inherited_hangs_up_all_the_same)
+{
+    test::ipc_client &c = dial();
+    c.send_bytes("GET / ");
+    EVENTUALLY_EQ(newest().len, 6U);
+    const int inherited = dup(newest().fd);
+    c.send_bytes("HTTP/1.1");
+    EVENTUALLY(c.hung_up());
+    close(inherited);
+}
+
 TEST_F(ipc, garbage_behind_a_request_does_not_take_its_answer)
 {
     test::ipc_client &c = dial();

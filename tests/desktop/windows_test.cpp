@@ -666,3 +666,15 @@ TEST_F(desktop, no_window_takes_the_keyboard_while_the_session_is_locked)
     EXPECT_EQ(server.seat->keyboard_state.focused_surface, before);
     server.locked = false;
 }
+
+TEST_F(desktop, a_window_that_maps_again_with_the_keyboard_is_announced)
+{
+    plug("A", 1280, 704);
+    auto &w = map("alone");
+    w.unmap();
+    settle();
+    (void)heard();
+    map(w);
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(w)));
+    EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
+}
