@@ -30,8 +30,8 @@ struct transfers : test::desktop {
         plug("A", 1280, 704);
         keyboard = &plug_keyboard();
         pointer = &plug_pointer();
-        target.emplace(map("target", {400, 300}));
-        source.emplace(map("source", {400, 300}));
+        target = std::make_unique<side>(map("target", {400, 300}));
+        source = std::make_unique<side>(map("source", {400, 300}));
         place(source->page, 100, 100);
         place(target->page, 700, 100);
         settle();
@@ -68,7 +68,7 @@ struct transfers : test::desktop {
 
     test::made_up_keyboard *keyboard = nullptr;
     test::made_up_pointer *pointer = nullptr;
-    std::optional<side> source, target;
+    std::unique_ptr<side> source, target;
 };
 
 TEST_F(transfers, what_one_client_copies_another_pastes)

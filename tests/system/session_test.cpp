@@ -46,7 +46,7 @@ struct session : testing::Test {
         address.sun_family = AF_UNIX;
         const std::string path = world.directory() / "run" / name;
         path.copy(address.sun_path, sizeof address.sun_path - 1);
-        if (connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
+        if (fd < 0 || connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
             return fd;
         close(fd);
         return -1;
@@ -253,8 +253,8 @@ public:
     explicit remote_user(int fd) : connection(fd)
     {
         (void)eventually([this] { return connection.pump(), connection.ready(); });
-        seat.emplace(connection);
-        keyboard.emplace(*seat);
+        seat = std::make_unique<test::seat>(connection);
+        keyboard = std::make_unique<test::virtual_keyboard>(*seat);
         keyboard->keymap(us_keymap());
         finish();
     }
@@ -283,8 +283,8 @@ private:
     }
 
     test::client connection;
-    std::optional<test::seat> seat;
-    std::optional<test::virtual_keyboard> keyboard;
+    std::unique_ptr<test::seat> seat;
+    std::unique_ptr<test::virtual_keyboard> keyboard;
 };
 
 // More than a blinking text cursor.
