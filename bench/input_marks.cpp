@@ -23,7 +23,7 @@ struct input_marks : test::desktop {
             test::window &w = c.create_window("window");
             w.preferred = {320, 200};
             map(w);
-                        place(w, i == 0 ? 0 : 400 + i * 3, i);
+            place(w, i == 0 ? 0 : 400 + i * 3, i);
         }
         focused = &c;
     }
