@@ -8,10 +8,15 @@
 #include <linux/input-event-codes.h>
 #include <valgrind/callgrind.h>
 
-static int number(const char *name)
+static const char *wish(const char *name)
 {
     const char *text = getenv(name);
-    return text != nullptr ? atoi(text) : 1;
+    return text != nullptr ? text : "";
+}
+
+static int number(const char *name)
+{
+    return std::max(1, atoi(wish(name)));
 }
 
 struct input_marks : test::desktop {
@@ -54,7 +59,7 @@ TEST_F(input_marks, run)
     settle();
     point_at(pointer, 50, 50);
     const int events = number("VANTORE_TEST_EVENTS");
-    if (std::string_view{getenv("VANTORE_TEST_KIND")} == "key")
+    if (std::string_view{wish("VANTORE_TEST_KIND")} == "key")
         between_marks(events, [&](int i) { i % 2 == 0 ? keyboard.press(KEY_A) : keyboard.release(KEY_A); });
     else
         between_marks(events, [&](int i) { pointer.move(i % 2 == 0 ? 1 : -1, 0); });
