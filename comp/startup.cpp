@@ -3,8 +3,9 @@
 
 #include "startup.hpp"
 
-#include "config/keybinds.hpp"
-#include "config/settings.hpp"
+#include "config/load.hpp"
+#include "config/settings_apply.hpp"
+#include "config/workspaces_file.hpp"
 #include "globals.hpp"
 #include "graphics.hpp"
 #include "input/buttons.hpp"
@@ -46,12 +47,13 @@ static bool made(bool success, const char *what)
     return success;
 }
 
-static bool reset_single_instance_state(vantore_server &)
+static bool reset_single_instance_state(vantore_server &server)
 {
     g_exit_requested = 0;
     g_dpms_off = false;
     g_dpms_inhibit = false;
     memory_trim_reset();
+    settings_begin(server);
     return true;
 }
 
@@ -228,12 +230,12 @@ static constexpr startup_step steps[]{
     {"explicit sync", [](vantore_server &server) { return globals_create_explicit_sync(server), true; }},
     {"scene", create_scene},
     {"scene graph", build_scene_graph},
-    {"configuration", [](vantore_server &) { return config_load(), true; }},
-    {"key bindings", [](vantore_server &server) { return config_load_keybinds(server), true; }},
+    {"configuration", [](vantore_server &server) { return config_load(server), true; }},
     {"reduced motion", [](vantore_server &) { return export_reduced_motion(), true; }},
     {"presentation time", [](vantore_server &server) { return globals_create_presentation(server), true; }},
     {"accent", [](vantore_server &server) { return scene_graph_apply_accent(server), true; }},
     {"workspaces", [](vantore_server &server) { return made(workspaces_create(server), "workspaces"); }},
+    {"workspaces' configuration", [](vantore_server &server) { return config_apply_workspaces(server), true; }},
     {"timers", [](vantore_server &server) { return modifier_tap_start(server), true; }},
     {"outputs",
      [](vantore_server &server) {

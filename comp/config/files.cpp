@@ -63,6 +63,14 @@ std::optional<cfg_pair> cfg_split(char *line)
     return cfg_pair{.key = cfg_trim(line), .value = cfg_trim(equals + 1)};
 }
 
+std::optional<cfg_pair> config_next_pair(FILE &file, std::span<char> line)
+{
+    while (fgets(line.data(), int(line.size()), &file) != nullptr)
+        if (const auto pair = cfg_split(cfg_without_comment(line.data())))
+            return pair;
+    return std::nullopt;
+}
+
 bool cfg_bool(const char *value)
 {
     const std::string_view text{value};

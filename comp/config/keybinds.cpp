@@ -232,11 +232,10 @@ void config_parse_keybinds(const vantore_server &server, const char *path)
 {
     const config_file file = config_open(path);
     std::array<char, 512> line{};
-    while (file != nullptr && fgets(line.data(), int(line.size()), file.get()) != nullptr) {
+    while (const auto pair = file != nullptr ? config_next_pair(*file, line) : std::nullopt) {
         if (g_bind_count >= int(g_binds.size()))
             return;
-        const auto pair = cfg_split(cfg_without_comment(line.data()));
-        if (pair && !apply_line(server, *pair))
+        if (!apply_line(server, *pair))
             g_config_errors++;
     }
 }

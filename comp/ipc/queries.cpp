@@ -5,7 +5,7 @@
 #include "../strbuf.hpp"
 #include "../text.hpp"
 #include "../windows/toplevel.hpp"
-#include "../workspaces/workspace.hpp"
+#include "../workspaces/tile_mode.hpp"
 
 #include <string>
 

@@ -36,21 +36,6 @@ void workspaces_destroy(vantore_server &server)
         delete &ws;
 }
 
-const char *tile_mode_name(vantore_tile_mode mode)
-{
-    switch (mode) {
-    case TM_MASTER:
-        return "master";
-    case TM_GRID:
-        return "grid";
-    case TM_COLUMNS:
-        return "columns";
-    case TM_MONOCLE:
-        return "monocle";
-    }
-    return "master";
-}
-
 vantore_workspace *workspace_by_num(vantore_server &server, long num)
 {
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))

@@ -29,9 +29,6 @@ struct vantore_workspace {
 bool workspaces_create(vantore_server &server);
 void workspaces_destroy(vantore_server &server);
 
-// As the IPC protocol spells it.
-const char *tile_mode_name(vantore_tile_mode mode);
-
 // Null when the number is not 1 to 9.
 vantore_workspace *workspace_by_num(vantore_server &server, long num);
 

@@ -1,0 +1,115 @@
+#include "settings_apply.hpp"
+
+#include "../server.hpp"
+#include "../text.hpp"
+#include "words.hpp"
+
+#include <algorithm>
+#include <limits>
+
+wp_override *wp_override_for(std::string_view name)
+{
+    wp_override made;
+    copy_text(made.name, name);
+    const auto known = std::span{g_wp_overrides}.first(size_t(g_wp_override_count));
+    const auto found = std::ranges::find(known, made.name, &wp_override::name);
+    if (found != known.end())
+        return &*found;
+    if (known.size() == g_wp_overrides.size())
+        return nullptr;
+    wp_override &added = g_wp_overrides[size_t(g_wp_override_count++)];
+    added = made;
+    return &added;
+}
+
+template <class T> static T read_number(const char *value)
+{
+    if constexpr (std::is_integral_v<T>)
+        return cfg_int(value);
+    else // what no T holds would be undefined to convert
+        return T(std::clamp<double>(cfg_fraction(value), std::numeric_limits<T>::lowest(),
+                                    std::numeric_limits<T>::max()));
+}
+
+// One line for one row.
+struct taking {
+    const setting &row;
+    const cfg_pair &line;
+    vantore_server *server;
+
+    void operator()(const flag_setting &kind) const { *kind.stored = cfg_bool(line.value); }
+    template <class T> void operator()(const number_setting<T> &kind) const
+    {
+        *kind.stored = read_number<T>(line.value);
+    }
+    void operator()(const text_setting &kind) const { copy_text(kind.stored, line.value); }
+    template <class T> void operator()(const word_setting<T> &kind) const
+    {
+        *kind.stored = kind.read(line.value);
+    }
+    void operator()(const server_setting &kind) const
+    {
+        if (server != nullptr)
+            server->*kind.stored = kind.read(line.value);
+    }
+    void operator()(const own_setting &kind) const { kind.take(line.value); }
+    void operator()(const output_setting &kind) const
+    {
+        if (wp_override *output = wp_override_for(line.key + row.key.size() + 1))
+            kind.take(*output, line.value);
+    }
+};
+
+bool settings_take(setting_file file, const cfg_pair &line, vantore_server *server)
+{
+    const setting *row = setting_find(file, line.key);
+    if (row != nullptr)
+        std::visit(taking{*row, line, server}, row->kind);
+    return row != nullptr;
+}
+
+// What the server holds is reset only where there is one.
+struct resetting {
+    vantore_server *server;
+
+    void operator()(const flag_setting &kind) const { *kind.stored = kind.initial; }
+    template <class T> void operator()(const number_setting<T> &kind) const { *kind.stored = kind.initial; }
+    void operator()(const text_setting &kind) const { copy_text(kind.stored, ""); }
+    template <class T> void operator()(const word_setting<T> &kind) const { *kind.stored = kind.initial; }
+    void operator()(const server_setting &kind) const
+    {
+        if (server != nullptr)
+            server->*kind.stored = kind.initial;
+    }
+    void operator()(const own_setting &kind) const { kind.reset(); }
+    void operator()(const output_setting &) const { g_wp_override_count = 0; }
+};
+
+void settings_reset(setting_file file)
+{
+    for (const setting &row : settings())
+        if (row.file == file && row.load == on_load::resets)
+            std::visit(resetting{nullptr}, row.kind);
+}
+
+void settings_begin(vantore_server &server)
+{
+    for (const setting &row : settings())
+        if (row.load == on_load::keeps)
+            std::visit(resetting{&server}, row.kind);
+}
+
+struct clamping {
+    template <class T> void operator()(const number_setting<T> &kind) const
+    {
+        *kind.stored = std::clamp(*kind.stored, kind.least, kind.most);
+    }
+    template <class Kind> void operator()(const Kind &) const {}
+};
+
+void settings_clamp(setting_file file)
+{
+    for (const setting &row : settings())
+        if (row.file == file)
+            std::visit(clamping{}, row.kind);
+}

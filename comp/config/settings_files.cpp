@@ -1,0 +1,63 @@
+#include "settings_files.hpp"
+
+#include "../text.hpp"
+#include "settings_apply.hpp"
+
+#include <unistd.h>
+
+static constexpr const char *standard_wallpaper = "/usr/share/vantore/wallpapers/Vantore.png";
+
+// Returns how many keys are unknown.
+static int parse(setting_file which, const char *path, vantore_server *server)
+{
+    const config_file file = config_open(path);
+    if (file == nullptr)
+        return 0;
+    int unknown = 0;
+    std::array<char, 512> line{};
+    while (const auto pair = config_next_pair(*file, line))
+        if (!settings_take(which, *pair, server))
+            unknown++;
+    settings_clamp(which);
+    return unknown;
+}
+
+void config_parse_compositor(vantore_server &server, const char *path)
+{
+    g_config_errors += parse(setting_file::compositor, path, &server);
+}
+
+void config_parse_input(const char *path)
+{
+    g_config_errors += parse(setting_file::input, path, nullptr);
+}
+
+void config_parse_dock(const char *path)
+{
+    parse(setting_file::dock, path, nullptr);
+}
+
+void config_parse_panel(const char *path)
+{
+    parse(setting_file::panel, path, nullptr);
+}
+
+void config_resolve_wallpaper(std::span<char> wallpaper, const char *standard)
+{
+    if (text_of(wallpaper).empty() && access(standard, R_OK) == 0)
+        copy_text(wallpaper, standard);
+    else if (text_equals(wallpaper, "none"))
+        copy_text(wallpaper, "");
+}
+
+// A '#' is a character like any other here: it stands in colours and in paths.
+void config_parse_appearance(const char *path)
+{
+    settings_reset(setting_file::appearance);
+    const config_file file = config_open(path);
+    std::array<char, 1100> line{};
+    while (file != nullptr && fgets(line.data(), int(line.size()), file.get()) != nullptr)
+        if (const auto pair = cfg_split(line.data()))
+            (void)settings_take(setting_file::appearance, *pair, nullptr);
+    config_resolve_wallpaper(g_wallpaper, standard_wallpaper);
+}

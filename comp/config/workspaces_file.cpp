@@ -1,0 +1,72 @@
+#include "workspaces_file.hpp"
+
+#include "../server.hpp"
+#include "../text.hpp"
+#include "../workspaces/tile_mode.hpp"
+#include "files.hpp"
+#include "settings.hpp"
+#include "words.hpp"
+
+#include <cstdlib>
+#include <cstring>
+
+static void take_option(ws_cfg &cfg, const cfg_pair &option)
+{
+    const std::string_view key{option.key};
+    if (key == "output") {
+        copy_text(cfg.output, option.value);
+    } else if (key == "layout") {
+        cfg.layout = cfg_layout(option.value);
+        cfg.layout_set = true;
+    } else if (key == "tile_mode") {
+        cfg.tile_mode = tile_mode_from_name(option.value);
+    }
+}
+
+// "NAME, KEY=VALUE, ...", which is cut into its pieces.
+static void take_line(ws_cfg &cfg, char *text)
+{
+    cfg.set = true;
+    char *rest = nullptr;
+    char *name = strtok_r(text, ",", &rest);
+    if (name == nullptr)
+        return;
+    copy_text(cfg.name, cfg_trim(name));
+    while (char *piece = strtok_r(nullptr, ",", &rest))
+        if (const auto option = cfg_split(piece))
+            take_option(cfg, *option);
+}
+
+void config_parse_workspaces(const char *path)
+{
+    const config_file file = config_open(path);
+    std::array<char, 512> line{};
+    while (const auto pair = file != nullptr ? config_next_pair(*file, line) : std::nullopt) {
+        const long num = strtol(pair->key, nullptr, 10);
+        if (num >= 1 && num < long(g_ws_cfg.size()))
+            take_line(g_ws_cfg[size_t(num)], pair->value);
+    }
+}
+
+static void apply(const ws_cfg &cfg, vantore_workspace &ws)
+{
+    if (cfg.name[0] != '\0')
+        copy_text(ws.name, text_of(cfg.name));
+    ws.pref_output = cfg.output;
+    ws.layout = cfg.layout_set ? cfg.layout : g_default_layout;
+    ws.tile_mode = cfg.tile_mode;
+}
+
+void config_apply_workspaces(vantore_server &server)
+{
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces)) {
+        ws.master_ratio = g_default_master;
+        if (const ws_cfg &cfg = g_ws_cfg[size_t(ws.num)]; cfg.set) {
+            apply(cfg, ws);
+        } else {
+            // Name and output stay: a line that is gone renames nothing before the next session.
+            ws.layout = g_default_layout;
+            ws.tile_mode = TM_MASTER;
+        }
+    }
+}

@@ -1,0 +1,107 @@
+// Prints docs/settings.md from the compositor's own table.
+
+#include "config/settings_table.hpp"
+
+#include <cstdio>
+#include <limits>
+#include <string>
+
+static constexpr const char *introduction = R"(# Settings
+
+This page is printed by `tools/print-settings`; `tools/check-docs` tells when it is out of date.
+
+The configuration directory is `vantore` in `$XDG_CONFIG_HOME`, or in `~/.config` without that. Of seven files there,
+those that are missing are written with their default texts at every load: compositor.conf, input.conf,
+workspaces.conf, rules.conf, keybinds.conf, autostart.conf and appearance.conf. What exists is never changed.
+
+A line is `KEY = VALUE`. Everything behind a `#` is a comment, but in appearance.conf a `#` is a character like any
+other. The last line of a key counts. Keys and words are in lower case unless the tables say otherwise; `true`, `1`
+and `yes` are true, everything else is false. A number that is none is 0, and one outside its limits becomes the
+nearest limit. Lines hold up to 511 bytes, in appearance.conf 1099; what is longer is read as several.
+
+A key that no file names has its default. A key marked "stays" keeps the value it had, until the session ends.
+A setting of something that does not exist yet is read and has no effect.
+)";
+
+static constexpr const char *workspaces = R"(
+## workspaces.conf
+
+    # NUMBER = NAME, KEY=VALUE, ...
+    1 = Web, layout=tiling
+    2 = Chat, output=DP-1, layout=tiling, tile_mode=grid
+
+Numbers are 1 to 9. Several lines of one number add up. Without a line a workspace has the layout of `default_layout`.
+
+| key | values | default | what it does |
+|---|---|---|---|
+| `output` | text, 63 bytes | empty | the output on which the workspace first appears |
+| `layout` | `floating`, `tiling` or `tile`, in any case | `default_layout` | how windows are placed |
+| `tile_mode` | `master`, `grid`, `columns` or `monocle` | `master` | how tiles are placed |
+)";
+
+static std::string number(double value)
+{
+    std::array<char, 32> text{};
+    snprintf(text.data(), text.size(), "%g", value);
+    return text.data();
+}
+
+struct columns {
+    std::string values, initial;
+};
+
+static columns columns_of(const flag_setting &kind)
+{
+    return {"`true` or `false`", kind.initial ? "`true`" : "`false`"};
+}
+
+template <class T> static columns columns_of(const number_setting<T> &kind)
+{
+    const bool limited = kind.most < std::numeric_limits<T>::max();
+    return {limited ? number(double(kind.least)) + " to " + number(double(kind.most)) : "a whole number",
+            "`" + number(double(kind.initial)) + "`"};
+}
+
+static columns columns_of(const text_setting &kind)
+{
+    return {"text, " + std::to_string(kind.stored.size() - 1) + " bytes", "empty"};
+}
+
+template <class Kind> static columns columns_of(const Kind &kind)
+{
+    return {kind.text.values, kind.text.initial};
+}
+
+static void print_row(const setting &row)
+{
+    const auto [values, initial] = std::visit([](const auto &kind) { return columns_of(kind); }, row.kind);
+    std::string key = "`" + std::string{row.key};
+    if (std::holds_alternative<output_setting>(row.kind))
+        key += ".NAME";
+    key += "`";
+    if (!row.alias.empty())
+        key += ", `" + std::string{row.alias} + "`";
+    printf("| %s | %s | %s%s | %s |\n", key.c_str(), values.c_str(), initial.c_str(),
+           row.load == on_load::keeps ? ", stays" : "", row.does);
+}
+
+static void print_file(setting_file file, const char *name)
+{
+    printf("\n## %s\n\n| key | values | default | what it does |\n|---|---|---|---|\n", name);
+    for (const setting &row : settings())
+        if (row.file == file)
+            print_row(row);
+}
+
+int main()
+{
+    fputs(introduction, stdout);
+    print_file(setting_file::compositor, "compositor.conf");
+    print_file(setting_file::input, "input.conf");
+    fputs(workspaces, stdout);
+    print_file(setting_file::appearance, "appearance.conf");
+    puts("\nWallpapers of up to 16 outputs can differ; further names are ignored.");
+    print_file(setting_file::dock, "dock.conf");
+    print_file(setting_file::panel, "panel.conf");
+    return 0;
+}
