@@ -58,6 +58,7 @@ struct vantore_server {
     uint32_t wm_modifier = WLR_MODIFIER_LOGO; // Ctrl, Alt or Logo
     bool shutting_down = false; // the event loop has ended: teardown must not rearrange
     uint32_t next_toplevel_id = 0; // the last id handed out
+    int next_stack_id = 1;
     bool mod_tapped = false; // the modifier went down alone; a tap is still possible
     timer_source mod_hold_timer;
     bool shortcuts_shown = false; // the modifier was held: the shell shows the shortcuts

@@ -13,8 +13,12 @@
 #include "../spawn.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
+#include "../workspaces/direction.hpp"
 #include "../workspaces/focus.hpp"
+#include "../workspaces/layout.hpp"
+#include "../workspaces/stacks.hpp"
 #include "../workspaces/switch.hpp"
+#include "../workspaces/transfer.hpp"
 
 #include <algorithm>
 #include <string_view>
@@ -75,6 +79,28 @@ static void maximize_window(vantore_server &server, const vnt_bind &)
         toplevel_toggle_maximize(*t);
 }
 
+static void move_to_workspace(vantore_server &server, const vnt_bind &bind)
+{
+    move_focused_to_workspace(server, bind.arg);
+}
+
+template <auto Operation> static void run_directed(vantore_server &server, const vnt_bind &bind)
+{
+    int dx = 0, dy = 0;
+    dir_to_delta(bind.arg, dx, dy);
+    Operation(server, dx, dy);
+}
+
+template <auto Operation> static void run_plain(vantore_server &server, const vnt_bind &)
+{
+    Operation(server);
+}
+
+template <auto Operation> static void run_sideways(vantore_server &server, const vnt_bind &bind)
+{
+    Operation(server, bind.arg);
+}
+
 static void show_clipboard(vantore_server &server, const vnt_bind &)
 {
     ipc_broadcast(server, VNT_EVT_CLIPBOARD);
@@ -88,15 +114,15 @@ struct action {
 static constexpr action actions[]{
     {ACT_NONE, nullptr},
     {ACT_WORKSPACE, show_workspace},
-    {ACT_MOVE_TO_WS, nullptr},
-    {ACT_FOCUS, nullptr},
-    {ACT_MOVE, nullptr},
-    {ACT_RESIZE, nullptr},
+    {ACT_MOVE_TO_WS, move_to_workspace},
+    {ACT_FOCUS, run_directed<focus_direction>},
+    {ACT_MOVE, run_directed<move_direction>},
+    {ACT_RESIZE, run_directed<resize_direction>},
     {ACT_SPAWN, start_program},
     {ACT_CLOSE, close_window},
-    {ACT_FLOAT, nullptr},
-    {ACT_LAYOUT, nullptr},
-    {ACT_TILE_MODE, nullptr},
+    {ACT_FLOAT, run_plain<toggle_float_focused>},
+    {ACT_LAYOUT, run_plain<toggle_ws_layout>},
+    {ACT_TILE_MODE, run_plain<cycle_tile_mode>},
     {ACT_FULLSCREEN, nullptr},
     {ACT_MAXIMIZE, maximize_window},
     {ACT_CYCLE, nullptr},
@@ -104,11 +130,11 @@ static constexpr action actions[]{
     {ACT_RELOAD, nullptr},
     {ACT_OVERVIEW, nullptr},
     {ACT_CLIPBOARD, show_clipboard},
-    {ACT_STACK_GROUP, nullptr},
-    {ACT_STACK_UNGROUP, nullptr},
-    {ACT_STACK_CYCLE, nullptr},
-    {ACT_MOVE_WS_OUTPUT, nullptr},
-    {ACT_MOVE_WINDOW_OUTPUT, nullptr},
+    {ACT_STACK_GROUP, run_plain<stack_toggle_focused>},
+    {ACT_STACK_UNGROUP, run_plain<stack_ungroup_focused>},
+    {ACT_STACK_CYCLE, run_plain<stack_cycle_focused>},
+    {ACT_MOVE_WS_OUTPUT, run_sideways<move_ws_to_adjacent_output>},
+    {ACT_MOVE_WINDOW_OUTPUT, run_sideways<move_focused_to_adjacent_output>},
 };
 
 static void run_action(vantore_server &server, const vnt_bind &bind)

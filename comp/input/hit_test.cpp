@@ -18,6 +18,13 @@ static bool reaches_beyond_its_surface(const wlr_xdg_surface &base)
            has_any(base.surface->current.subsurfaces_below);
 }
 
+// A title bar or tabs, above the content; how wide they are only the scene can tell.
+static bool may_have_bar_at(const vantore_toplevel &t, int y)
+{
+    const int above = t.scene_tree->node.y - y;
+    return above > 0 && above <= titlebar_height && (t.ssd || t.stack_id != 0);
+}
+
 // The pixel is relative to the parent of the window's tree.
 static bool may_hold(const vantore_toplevel &t, int x, int y)
 {
@@ -26,7 +33,8 @@ static bool may_hold(const vantore_toplevel &t, int x, int y)
     const wlr_surface_state &shown = base.surface->current;
     const int sx = x - node.x + base.geometry.x;
     const int sy = y - node.y + base.geometry.y;
-    return (sx >= 0 && sx < shown.width && sy >= 0 && sy < shown.height) || reaches_beyond_its_surface(base);
+    return (sx >= 0 && sx < shown.width && sy >= 0 && sy < shown.height) || may_have_bar_at(t, y) ||
+           reaches_beyond_its_surface(base);
 }
 
 struct lookup {

@@ -4,8 +4,13 @@
 #include "../outputs/power.hpp"
 #include "../outputs/virtual.hpp"
 #include "../server.hpp"
+#include "../workspaces/layout.hpp"
 #include "../workspaces/switch.hpp"
+#include "../workspaces/tile_mode.hpp"
+#include "../workspaces/transfer.hpp"
+#include "broadcast.hpp"
 #include "request_text.hpp"
+#include "window_ops.hpp"
 
 #include <algorithm>
 
@@ -47,14 +52,70 @@ static void change_power(vantore_server &server, ipc_words &words)
         set_dpms(server, wish == "on");
 }
 
+static vantore_workspace *next_workspace(vantore_server &server, const char *num)
+{
+    return num != nullptr ? workspace_by_num(server, strtol(num, nullptr, 10)) : nullptr;
+}
+
+static void change_layout(vantore_server &server, ipc_words &words)
+{
+    vantore_workspace *ws = next_workspace(server, words.next());
+    const char *layout = words.next();
+    if (ws == nullptr || layout == nullptr)
+        return;
+    const bool tiling = std::string_view{layout} == "tiling";
+    set_ws_layout(*ws, tiling ? VANTORE_LAYOUT_TILING : VANTORE_LAYOUT_FLOATING);
+}
+
+static void change_tile_mode(vantore_server &server, ipc_words &words)
+{
+    vantore_workspace *ws = next_workspace(server, words.next());
+    const char *mode = words.next();
+    if (ws == nullptr || mode == nullptr)
+        return;
+    set_ws_layout(*ws, VANTORE_LAYOUT_TILING);
+    set_ws_tile_mode(*ws, tile_mode_from_name(mode));
+}
+
+static void move_workspace(vantore_server &server, ipc_words &words)
+{
+    vantore_workspace *ws = next_workspace(server, words.next());
+    const char *name = words.next();
+    if (vantore_output *o = name != nullptr ? output_by_name(server, name) : nullptr)
+        move_workspace_to_output(ws, *o);
+}
+
+static void open_launcher(vantore_server &server, ipc_words &)
+{
+    ipc_broadcast(server, VNT_EVT_LAUNCHER);
+}
+
+static void toggle_shortcuts(vantore_server &server, ipc_words &)
+{
+    server.shortcuts_shown = !server.shortcuts_shown;
+    ipc_broadcast(server, VNT_EVT_SHORTCUTS);
+}
+
 struct verb {
     std::string_view name;
     void (*run)(vantore_server &server, ipc_words &words);
 };
 
 static constexpr verb verbs[]{
-    {"debug-destroy-output", destroy_output},  {"workspace", show_workspace}, {"exit", end_session},
-    {"virtual-output", change_virtual_output}, {"dpms", change_power},
+    {"debug-destroy-output", destroy_output},
+    {"workspace", show_workspace},
+    {"exit", end_session},
+    {"launcher", open_launcher},
+    {"shortcuts", toggle_shortcuts},
+    {"virtual-output", change_virtual_output},
+    {"dpms", change_power},
+    {"ws-layout", change_layout},
+    {"ws-tile-mode", change_tile_mode},
+    {"focus", ipc_focus_window},
+    {"close", ipc_window_op<VNT_OP_CLOSE>},
+    {"float", ipc_window_op<VNT_OP_FLOAT>},
+    {"move", ipc_window_op<VNT_OP_MOVE>},
+    {"move-workspace-to-output", move_workspace},
 };
 
 void ipc_run_command(vantore_server &server, std::string_view text)

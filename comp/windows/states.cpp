@@ -27,7 +27,15 @@ static wlr_box box_to_return_to(const vantore_toplevel &t)
 static void move_and_resize(vantore_toplevel &t, const wlr_box &content)
 {
     wlr_scene_node_set_position(&t.scene_tree->node, content.x, content.y);
+    t.want_w = content.width;
+    t.want_h = content.height;
     tl_set_size(t, content.width, content.height);
+}
+
+void toplevel_fill(vantore_toplevel &t, const wlr_box &usable)
+{
+    const int bar = titlebar_of(t);
+    move_and_resize(t, {usable.x, usable.y + bar, usable.width, std::max(usable.height - bar, 1)});
 }
 
 static void maximize(vantore_toplevel &t)
@@ -36,8 +44,7 @@ static void maximize(vantore_toplevel &t)
     const wlr_box usable = usable_at_cursor(*t.server);
     if (usable.width == 0)
         return;
-    const int bar = titlebar_of(t);
-    move_and_resize(t, {usable.x, usable.y + bar, usable.width, std::max(usable.height - bar, 1)});
+    toplevel_fill(t, usable);
     t.maximized = true;
 }
 

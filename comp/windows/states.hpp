@@ -10,6 +10,9 @@
 // default box.
 void toplevel_toggle_maximize(vantore_toplevel &t);
 
+// Gives the window all of a usable box, its title bar included.
+void toplevel_fill(vantore_toplevel &t, const wlr_box &usable);
+
 // The window is at least as large as the output of its workspace, formally fullscreen or not.
 bool covers_output(const vantore_toplevel &t);
 // The surface that has the keyboard is a window that fills its output: a game, a film.

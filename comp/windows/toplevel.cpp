@@ -12,6 +12,8 @@
 #include <csignal>
 #include <cstdio>
 
+static constexpr uint32_t all_edges = WLR_EDGE_TOP | WLR_EDGE_BOTTOM | WLR_EDGE_LEFT | WLR_EDGE_RIGHT;
+
 vantore_toplevel *toplevel_by_id(vantore_server &server, uint32_t id)
 {
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
@@ -62,6 +64,14 @@ wlr_box tl_get_geometry(const vantore_toplevel &t)
 void tl_set_size(vantore_toplevel &t, int w, int h)
 {
     wlr_xdg_toplevel_set_size(t.xdg_toplevel, w, h);
+}
+
+void tl_set_tiled(vantore_toplevel &t, bool on)
+{
+    if (on == t.tiled_state)
+        return;
+    t.tiled_state = on;
+    wlr_xdg_toplevel_set_tiled(t.xdg_toplevel, on ? all_edges : 0);
 }
 
 void tl_set_activated(vantore_toplevel &t, bool activated)

@@ -25,11 +25,19 @@ struct vantore_toplevel {
     list_link ws_link; // workspace->toplevels, from the first map to destruction
     bool floating = false; // stays out of tiling on a tiling workspace
     bool minimized = false; // hidden until focused
+    // Shares of the room in tiling; not above 0 counts as 1.
+    double tile_weight = 0; // along its row or column
+    double tile_hweight = 0; // of its row in the grid
+    int stack_id = 0; // of the stack whose tile it shares; 0 for none
+    wlr_scene_buffer *tabbar = nullptr; // enabled on the active member of a stack only; may be null
     bool skip_taskbar = false; // left out of lists for taskbars
     bool urgent = false; // wants attention
     bool unresponsive = false; // failed to answer a ping
     listener ping_timeout;
     wlr_box float_geo{}; // the last floating box; width 0 means none yet
+    bool tiled_state = false; // what the client was last told
+    int want_w = 0, want_h = 0; // the size last asked for; 0 for none
+    int last_w = 0, last_h = 0; // the geometry of the last commit
     listener map, unmap, commit, destroy;
     listener request_maximize, request_fullscreen, set_app_id;
 };
@@ -54,6 +62,8 @@ const char *tl_app_id(const vantore_toplevel &t);
 wlr_box tl_get_geometry(const vantore_toplevel &t);
 // Asks the client for a size in layout pixels; the client decides with its next commit.
 void tl_set_size(vantore_toplevel &t, int w, int h);
+// Tells the client whether other windows adjoin it on all four sides, where it does not know already.
+void tl_set_tiled(vantore_toplevel &t, bool on);
 void tl_set_activated(vantore_toplevel &t, bool activated);
 // The client's process, as the socket tells it.
 pid_t tl_pid(const vantore_toplevel &t);

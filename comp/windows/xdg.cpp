@@ -12,6 +12,7 @@
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
+#include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
 #include "decoration_mode.hpp"
 #include "layer.hpp"
@@ -43,6 +44,19 @@ static void answer_initial_commit(vantore_toplevel &t)
     deco_answer_initial_commit(t);
 }
 
+// A tile that took another size is told its own once more, but not again while it keeps committing that one:
+// a client with a minimum size would never stop answering.
+static void hold_tile_size(vantore_toplevel &t)
+{
+    const wlr_box geometry = tl_get_geometry(t);
+    const bool as_before = geometry.width == t.last_w && geometry.height == t.last_h;
+    const bool off_target = geometry.width != t.want_w || geometry.height != t.want_h;
+    t.last_w = geometry.width;
+    t.last_h = geometry.height;
+    if (t.want_w > 0 && off_target && !as_before && tile_participates(t))
+        tl_set_size(t, t.want_w, t.want_h);
+}
+
 static void xdg_toplevel_commit(vantore_toplevel &t)
 {
     if (t.unresponsive) {
@@ -52,6 +66,7 @@ static void xdg_toplevel_commit(vantore_toplevel &t)
     const wlr_xdg_surface *base = t.xdg_toplevel->base;
     if (base->initialized && base->initial_commit)
         answer_initial_commit(t);
+    hold_tile_size(t);
 }
 
 static bool has_fixed_size(const wlr_xdg_toplevel_state &state)
@@ -192,6 +207,9 @@ void server_new_xdg_toplevel(vantore_server &server, wlr_xdg_toplevel *xdg_tople
     t->id = ++server.next_toplevel_id;
     t->xdg_toplevel = xdg_toplevel;
     t->scene_tree = tree;
+    t->tabbar = wlr_scene_buffer_create(tree, nullptr);
+    if (t->tabbar != nullptr)
+        wlr_scene_node_set_enabled(&t->tabbar->node, false);
     tree->node.data = t;
     xdg_toplevel->base->data = tree;
     attach_listeners(*t);

@@ -3,6 +3,7 @@
 #include "../ipc/broadcast.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
+#include "arrange.hpp"
 #include "workspace.hpp"
 
 vantore_toplevel *focused_toplevel(vantore_server &server)
@@ -54,6 +55,12 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
     if (t == nullptr || t->server->locked)
         return;
     vantore_server &server = *t->server;
+    if (t->urgent) {
+        t->urgent = false;
+        ipc_broadcast(server, VNT_EVT_WINDOWS);
+    }
+    const bool was_minimized = t->minimized;
+    t->minimized = false;
     wlr_scene_node_set_enabled(&t->scene_tree->node, true);
     if (raise)
         raise_to_top(*t);
@@ -67,6 +74,8 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
         deactivate(previous);
     tl_set_activated(*t, true);
     keyboard_enter(server.seat, surface);
+    if (was_minimized || t->stack_id != 0)
+        arrange_workspace(t->workspace); // a tile comes back, or another member of the stack shows
     ipc_broadcast(server, VNT_EVT_WINDOWS);
 }
 

@@ -27,7 +27,7 @@ void focus_workspace_top(vantore_workspace &ws)
     focus_clear(*ws.server);
 }
 
-static vantore_output *home_of(const vantore_workspace &ws)
+vantore_output *home_of(const vantore_workspace &ws)
 {
     vantore_output *home = output_by_name(*ws.server, text_of(ws.pref_output));
     return home != nullptr && home->wlr_output->enabled ? home : nullptr;

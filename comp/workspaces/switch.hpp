@@ -12,6 +12,9 @@ void goto_workspace(vantore_server &server, long num);
 // that is there already do nothing.
 void output_set_current(vantore_output &o, vantore_workspace *ws);
 
+// The output that the workspace was last shown on; null while that is gone or dark.
+vantore_output *home_of(const vantore_workspace &ws);
+
 // Warps the pointer to the middle of the output unless it lies there.
 void focus_output(vantore_server &server, vantore_output &o);
 // Focuses the workspace's most recently raised window; without any nobody has the keyboard.

@@ -1,6 +1,7 @@
 #include "json.hpp"
 
 #include "printable.hpp"
+#include "utf8.hpp"
 
 json parse_reply(std::string_view reply)
 {

@@ -1,59 +1,19 @@
 #include "printable.hpp"
 
+#include "utf8.hpp"
+
 #include <algorithm>
-#include <cstdint>
 #include <cwchar>
-
-static constexpr std::string_view replacement = "\xef\xbf\xbd"; // U+FFFD
-
-struct character {
-    char32_t code = 0;
-    size_t bytes = 1;
-    bool valid = false;
-};
-
-struct encoding {
-    uint8_t mask, lead;
-    char32_t smallest; // that needs this many bytes
-};
-
-// RFC 3629: no overlong forms, no surrogates, nothing beyond U+10FFFF.
-static character first_character(std::string_view text)
-{
-    static constexpr encoding forms[]{
-        {0x80, 0x00, 0}, {0xe0, 0xc0, 0x80}, {0xf0, 0xe0, 0x800}, {0xf8, 0xf0, 0x10000}};
-    const auto lead = uint8_t(text.front());
-    const auto *form =
-        std::ranges::find_if(forms, [&](const encoding &e) { return (lead & e.mask) == e.lead; });
-    const auto bytes = size_t(form - std::begin(forms)) + 1;
-    if (form == std::end(forms) || text.size() < bytes)
-        return {};
-    auto code = char32_t(lead & uint8_t(~form->mask));
-    for (const char byte : text.substr(1, bytes - 1)) {
-        if ((uint8_t(byte) & 0xc0) != 0x80)
-            return {};
-        code = code << 6 | (uint8_t(byte) & 0x3f);
-    }
-    const bool surrogate = code >= 0xd800 && code <= 0xdfff;
-    if (code < form->smallest || surrogate || code > 0x10ffff)
-        return {};
-    return {.code = code, .bytes = bytes, .valid = true};
-}
 
 template <class Keep> static std::string filtered(std::string_view text, Keep keep)
 {
     std::string result;
     while (!text.empty()) {
-        const character c = first_character(text);
-        result += c.valid && keep(c.code) ? text.substr(0, c.bytes) : replacement;
+        const utf8_character c = utf8_first(text);
+        result += c.valid && keep(c.code) ? text.substr(0, c.bytes) : utf8_replacement;
         text.remove_prefix(c.bytes);
     }
     return result;
-}
-
-std::string valid_utf8(std::string_view text)
-{
-    return filtered(text, [](char32_t) { return true; });
 }
 
 static bool is_control(char32_t code)
@@ -83,7 +43,7 @@ int display_width(std::string_view text)
 {
     int width = 0;
     while (!text.empty()) {
-        const character c = first_character(text);
+        const utf8_character c = utf8_first(text);
         width += std::max(wcwidth(wchar_t(c.code)), 0);
         text.remove_prefix(c.bytes);
     }
@@ -112,7 +72,7 @@ static size_t bytes_that_fit(std::string_view line, int columns)
 {
     size_t bytes = 0;
     while (bytes < line.size()) {
-        const character c = first_character(line.substr(bytes));
+        const utf8_character c = utf8_first(line.substr(bytes));
         columns -= std::max(wcwidth(wchar_t(c.code)), 0);
         if (columns < 0)
             break;

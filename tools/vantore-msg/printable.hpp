@@ -5,9 +5,6 @@
 #include <string_view>
 #include <vector>
 
-// Replaces what is no valid UTF-8 by U+FFFD: a title may be cut in the middle of a character.
-std::string valid_utf8(std::string_view text);
-
 // One line of valid UTF-8 without control characters, which could drive the terminal, and without those that
 // turn the direction of writing, which could make it read as something else.
 std::string printable(std::string_view text);

@@ -1,0 +1,18 @@
+// Commands that act on windows: "id:N" names one, "app:NAME" every window of that app id.
+#pragma once
+
+#include "../fwd.hpp"
+#include "request_text.hpp"
+
+enum vnt_winop : unsigned char { VNT_OP_CLOSE, VNT_OP_FLOAT, VNT_OP_MOVE };
+
+// The selector and the operation's argument are the next words. Whatever they don't name is left alone.
+void ipc_run_window_op(vantore_server &server, vnt_winop op, ipc_words &words);
+
+template <vnt_winop Op> void ipc_window_op(vantore_server &server, ipc_words &words)
+{
+    ipc_run_window_op(server, Op, words);
+}
+
+// Focuses the window that the next word names by its id; a workspace that is on no output is shown first.
+void ipc_focus_window(vantore_server &server, ipc_words &words);

@@ -1,0 +1,44 @@
+// Stacks: several windows that share one tile, under a bar of tabs. A stack is the set of windows with the
+// same stack_id, in the order of their workspace; the member raised last is the one that shows.
+#pragma once
+
+#include "../fwd.hpp"
+
+#include <array>
+#include <span>
+
+inline constexpr int tabbar_height = 26; // layout pixels, above the active member's content
+
+// The tiles of one stack on one workspace, in tile order; those beyond the 32nd have no tab.
+class stack_members
+{
+public:
+    stack_members(vantore_workspace &ws, int stack_id);
+    [[nodiscard]] std::span<vantore_toplevel *const> all() const { return {found.data(), count}; }
+    // -1 when it is not among them.
+    [[nodiscard]] int index_of(const vantore_toplevel &t) const;
+
+private:
+    std::array<vantore_toplevel *, 32> found{};
+    size_t count = 0;
+};
+
+// The member that shows: the tile of this stack that was raised last, on whatever workspace. Null for none.
+vantore_toplevel *stack_active_member(vantore_server &server, int stack_id);
+
+// Draws the tabs of a workspace's stack above its active member, `width` layout pixels wide.
+void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width);
+
+// The head of server.toplevels, where it is a tile, leaves its stack or begins one of its own.
+void stack_toggle_focused(vantore_server &server);
+// Puts the window into the target's stack, which begins one where needed, and shows it.
+void stack_join(vantore_toplevel &w, vantore_toplevel &target);
+void stack_ungroup_focused(vantore_server &server);
+// Shows the next member, after the last the first.
+void stack_cycle_focused(vantore_server &server);
+
+// The member whose tab is at this layout point, or null.
+vantore_toplevel *tab_at(vantore_server &server, double lx, double ly);
+
+// Takes the window out of its stack. The caller arranges.
+void stack_leave(vantore_toplevel &t);

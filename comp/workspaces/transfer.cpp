@@ -1,0 +1,178 @@
+#include "transfer.hpp"
+
+#include "../ipc/broadcast.hpp"
+#include "../outputs/output.hpp"
+#include "../server.hpp"
+#include "../text.hpp"
+#include "../windows/states.hpp"
+#include "../windows/toplevel.hpp"
+#include "arrange.hpp"
+#include "focus.hpp"
+#include "switch.hpp"
+#include "tiles.hpp"
+#include "workspace.hpp"
+
+struct offset {
+    int x = 0, y = 0;
+};
+
+static offset offset_between(const vantore_output &from, const vantore_output &to)
+{
+    const wlr_box a = output_layout_box(from), b = output_layout_box(to);
+    return {.x = b.x - a.x, .y = b.y - a.y};
+}
+
+static void move_node(vantore_toplevel &t, const offset &by)
+{
+    const wlr_scene_node &node = t.scene_tree->node;
+    wlr_scene_node_set_position(&t.scene_tree->node, node.x + by.x, node.y + by.y);
+}
+
+static void move_float_geo(vantore_toplevel &t, const offset &by)
+{
+    t.float_geo.x += by.x;
+    t.float_geo.y += by.y;
+}
+
+vantore_output *adjacent_output(vantore_server &server, const vantore_output *from, int dir)
+{
+    if (from == nullptr)
+        return nullptr;
+    wl_list *next = dir < 0 ? from->link.prev : from->link.next;
+    if (next == &server.outputs)
+        next = dir < 0 ? server.outputs.prev : server.outputs.next;
+    auto *found = owner_of<&vantore_output::link>(next);
+    return found != from ? found : nullptr;
+}
+
+// A tile is placed by the arrangement that follows.
+static void carry_window(vantore_toplevel &t, vantore_output &target, const offset &by)
+{
+    if (t.maximized) {
+        toplevel_fill(t, target.usable);
+    } else if (!toplevel_is_tiled(t) || t.fullscreen) {
+        move_node(t, by);
+        t.float_geo = toplevel_box(t);
+    }
+}
+
+// The output is left without its workspace and shows another.
+static void give_another_workspace(vantore_output &o, const vantore_workspace &leaving)
+{
+    o.current_ws = nullptr;
+    if (vantore_workspace *other = pick_workspace_for_output(*o.server, o.wlr_output, &leaving))
+        ws_bind(*other, o);
+}
+
+static void show_moved(vantore_workspace &ws, vantore_output &target)
+{
+    focus_output(*ws.server, target);
+    focus_workspace_top(ws);
+    ipc_broadcast(*ws.server, VNT_EVT_WORKSPACES);
+}
+
+static void rebind(vantore_workspace &ws, vantore_output &target)
+{
+    vantore_output *source = ws.output;
+    ws.output = nullptr;
+    if (source != nullptr)
+        give_another_workspace(*source, ws);
+    if (target.current_ws != nullptr)
+        target.current_ws->output = nullptr;
+    ws_bind(ws, target);
+    if (source == nullptr)
+        return;
+    const offset by = offset_between(*source, target);
+    for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels))
+        if (tl_mapped(t))
+            carry_window(t, target, by);
+}
+
+void move_workspace_to_output(vantore_workspace *ws, vantore_output &target)
+{
+    if (ws == nullptr || !target.wlr_output->enabled)
+        return;
+    vantore_output *source = ws->output;
+    if (source == &target) {
+        ws_bind(*ws, target);
+        show_moved(*ws, target);
+        return;
+    }
+    rebind(*ws, target);
+    refresh_workspace_visibility(*ws->server);
+    if (source != nullptr)
+        arrange_workspace(source->current_ws);
+    arrange_workspace(ws);
+    show_moved(*ws, target);
+}
+
+void move_ws_to_adjacent_output(vantore_server &server, int dir)
+{
+    vantore_output *from = current_output(server);
+    if (from == nullptr || from->current_ws == nullptr)
+        return;
+    if (vantore_output *target = adjacent_output(server, from, dir))
+        move_workspace_to_output(from->current_ws, *target);
+}
+
+// Where a window of the workspace would be seen: where it is on show or, when it is on none, at its home.
+static vantore_output *destination_of(const vantore_workspace &ws)
+{
+    return ws.output != nullptr ? ws.output : home_of(ws);
+}
+
+void move_toplevel_to_workspace(vantore_toplevel &t, long num)
+{
+    vantore_workspace *ws = workspace_by_num(*t.server, num);
+    vantore_workspace *old = t.workspace;
+    if (ws == nullptr || ws == old)
+        return;
+    const vantore_output *source = old != nullptr ? old->output : nullptr;
+    vantore_output *target = destination_of(*ws);
+    toplevel_set_workspace(t, ws);
+    if (source != nullptr && target != nullptr && source != target) {
+        const offset by = offset_between(*source, *target);
+        if (t.maximized)
+            toplevel_fill(t, target->usable);
+        else if (!toplevel_is_tiled(t) || t.fullscreen)
+            move_node(t, by);
+        move_float_geo(t, by);
+    }
+    arrange_workspace(old);
+    arrange_workspace(ws);
+    if (old != nullptr && old->output != nullptr) // nobody looks at the other ones
+        focus_workspace_top(*old);
+    ipc_broadcast(*t.server, VNT_EVT_WORKSPACES);
+}
+
+void move_focused_to_workspace(vantore_server &server, long num)
+{
+    if (vantore_toplevel *t = focused_toplevel(server))
+        move_toplevel_to_workspace(*t, num);
+}
+
+static vantore_output *output_to_leave(vantore_toplevel &t)
+{
+    const vantore_workspace *ws = t.workspace;
+    return ws != nullptr && ws->output != nullptr ? ws->output : current_output(*t.server);
+}
+
+void move_focused_to_adjacent_output(vantore_server &server, int dir)
+{
+    vantore_toplevel *t = focused_toplevel(server);
+    if (t == nullptr || t->fullscreen)
+        return;
+    const vantore_output *source = output_to_leave(*t);
+    const vantore_output *target = adjacent_output(server, source, dir);
+    if (target == nullptr || target->current_ws == nullptr)
+        return;
+    vantore_workspace *old = t->workspace;
+    toplevel_set_workspace(*t, target->current_ws);
+    const offset by = offset_between(*source, *target);
+    move_node(*t, by);
+    move_float_geo(*t, by);
+    arrange_workspace(old);
+    arrange_workspace(target->current_ws);
+    focus_toplevel_ex(t, true);
+    ipc_broadcast(server, VNT_EVT_WINDOWS);
+}
