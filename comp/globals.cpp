@@ -7,6 +7,7 @@
 #include "input/shortcuts_inhibitor.hpp"
 #include "outputs/gamma.hpp"
 #include "server.hpp"
+#include "windows/attention.hpp"
 #include "windows/decoration_mode.hpp"
 #include "windows/popup.hpp"
 #include "windows/xdg.hpp"
@@ -25,6 +26,15 @@ static constexpr uint32_t ping_timeout_ms = 3000;
 static void log_missing(const char *what, const char *consequence)
 {
     wlr_log(WLR_ERROR, "vantore-comp: no %s, %s", what, consequence);
+}
+
+static void create_activation(vantore_server &server)
+{
+    if (wlr_xdg_activation_v1 *activation = wlr_xdg_activation_v1_create(server.display))
+        listen<&vantore_server::xdg_activation_activate, server_xdg_activation_activate>(
+            server, activation->events.request_activate);
+    else
+        log_missing("activation", "windows can't ask for attention");
 }
 
 static void create_cursor_shape(vantore_server &server)
@@ -68,6 +78,7 @@ bool globals_create_first(vantore_server &server)
     wlr_subcompositor_create(display);
     wlr_data_device_manager_create(display);
     wlr_primary_selection_v1_device_manager_create(display);
+    create_activation(server);
     wlr_viewporter_create(display);
     wlr_fractional_scale_manager_v1_create(display, 1);
     wlr_alpha_modifier_v1_create(display);
@@ -162,6 +173,7 @@ void globals_forget(vantore_server &server)
 {
     unlisten(server.new_xdg_toplevel);
     unlisten(server.new_xdg_popup);
+    unlisten(server.xdg_activation_activate);
     unlisten(server.request_set_cursor_shape);
     unlisten(server.new_keyboard_shortcuts_inhibitor);
     unlisten(server.new_virtual_kbd);

@@ -27,6 +27,7 @@ struct vantore_server {
     wlr_scene_rect *drag_hint = nullptr;
     wlr_scene_rect *snap_preview = nullptr;
 
+    listener xdg_activation_activate;
     wlr_xdg_shell *xdg_shell = nullptr;
     listener new_xdg_toplevel, new_xdg_popup;
     listener request_set_cursor_shape;

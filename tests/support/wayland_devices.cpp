@@ -6,6 +6,7 @@
 #include "memory_file.hpp"
 #include "virtual-keyboard-unstable-v1-client-protocol.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
+#include "xdg-activation-v1-client-protocol.h"
 
 #include <format>
 #include <unistd.h>
@@ -102,6 +103,29 @@ shortcuts_inhibitor::shortcuts_inhibitor(seat &s, window &w)
 }
 
 shortcuts_inhibitor::~shortcuts_inhibitor() = default;
+
+struct activation_events {
+    static void done(void *data, xdg_activation_token_v1 *, const char *token)
+    {
+        static_cast<activation *>(data)->token = token;
+    }
+};
+
+activation::activation(client &c)
+    : manager(static_cast<xdg_activation_v1 *>(c.bind(xdg_activation_v1_interface, 1))),
+      request(xdg_activation_v1_get_activation_token(manager.get()))
+{
+    static constexpr xdg_activation_token_v1_listener listener{.done = activation_events::done};
+    xdg_activation_token_v1_add_listener(request.get(), &listener, this);
+    xdg_activation_token_v1_commit(request.get());
+}
+
+activation::~activation() = default;
+
+void activation::activate(wl_surface *surface)
+{
+    xdg_activation_v1_activate(manager.get(), token.c_str(), surface);
+}
 
 struct input_method_events {
     static input_method &self(void *data) { return *static_cast<input_method *>(data); }

@@ -1,5 +1,5 @@
 // What a client can do besides having windows: type and point by virtual devices, take shortcuts or all keys
-// for itself, and wait for the user to be idle.
+// for itself, ask for a window's activation, and wait for the user to be idle.
 #pragma once
 
 #include "wayland_seat.hpp"
@@ -59,6 +59,25 @@ private:
     proxy<zwp_keyboard_shortcuts_inhibit_manager_v1> manager;
     proxy<zwp_keyboard_shortcuts_inhibitor_v1> object;
     bool is_active = false;
+};
+
+// A token with which a window asks for attention.
+class activation
+{
+public:
+    explicit activation(client &c);
+    ~activation();
+    activation(const activation &) = delete;
+    activation &operator=(const activation &) = delete;
+
+    [[nodiscard]] bool has_token() const { return !token.empty(); }
+    void activate(wl_surface *surface);
+
+private:
+    friend struct activation_events;
+    proxy<xdg_activation_v1> manager;
+    proxy<xdg_activation_token_v1> request;
+    std::string token;
 };
 
 // An input method that takes the keyboard. Hears "key down 30" and "modifiers 1 0 0".

@@ -7,6 +7,7 @@
 #include "primary-selection-unstable-v1-client-protocol.h"
 #include "virtual-keyboard-unstable-v1-client-protocol.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
+#include "xdg-activation-v1-client-protocol.h"
 #include "xdg-decoration-unstable-v1-client-protocol.h"
 #include "xdg-shell-client-protocol.h"
 
@@ -68,6 +69,16 @@ void destroy_proxy::operator()(wp_cursor_shape_device_v1 *object) const
 void destroy_proxy::operator()(wp_cursor_shape_manager_v1 *object) const
 {
     wp_cursor_shape_manager_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(xdg_activation_token_v1 *object) const
+{
+    xdg_activation_token_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(xdg_activation_v1 *object) const
+{
+    xdg_activation_v1_destroy(object);
 }
 
 void destroy_proxy::operator()(xdg_popup *object) const

@@ -14,6 +14,8 @@ struct ext_idle_notification_v1;
 struct ext_idle_notifier_v1;
 struct wp_cursor_shape_device_v1;
 struct wp_cursor_shape_manager_v1;
+struct xdg_activation_token_v1;
+struct xdg_activation_v1;
 struct xdg_popup;
 struct xdg_positioner;
 struct zwlr_virtual_pointer_manager_v1;
@@ -47,6 +49,8 @@ struct destroy_proxy {
     void operator()(ext_idle_notifier_v1 *object) const;
     void operator()(wp_cursor_shape_device_v1 *object) const;
     void operator()(wp_cursor_shape_manager_v1 *object) const;
+    void operator()(xdg_activation_token_v1 *object) const;
+    void operator()(xdg_activation_v1 *object) const;
     void operator()(xdg_popup *object) const;
     void operator()(xdg_positioner *object) const;
     void operator()(zwlr_virtual_pointer_manager_v1 *object) const;

@@ -1,0 +1,12 @@
+// Windows that ask for attention. They never get the focus that way.
+#pragma once
+
+#include "../fwd.hpp"
+#include "../wlr.hpp"
+
+// Marks the window urgent until it is focused; one that has the keyboard is not marked.
+void toplevel_mark_urgent(vantore_toplevel &t);
+
+// Handler of the activation global's request.
+void server_xdg_activation_activate(vantore_server &server,
+                                    wlr_xdg_activation_v1_request_activate_event *event);

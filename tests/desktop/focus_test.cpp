@@ -1,0 +1,123 @@
+// Who has the keyboard, who wants it, and what the order of raising is.
+
+#include "support/desktop.hpp"
+#include "support/wayland_devices.hpp"
+#include "support/wayland_popup.hpp"
+
+#include "workspaces/focus.hpp"
+
+using test::activation;
+using test::window;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct focus : test::desktop {
+    void SetUp() override
+    {
+        desktop::SetUp();
+        plug("A", 1280, 704);
+        low = &map("low");
+        high = &map("high");
+        settle();
+        (void)heard();
+    }
+    void ask_attention(window &w, wl_surface *surface)
+    {
+        activation token{w.owner()};
+        ASSERT_TRUE(until([&] { return token.has_token(); }));
+        token.activate(surface);
+        settle();
+    }
+    window *low = nullptr, *high = nullptr;
+};
+
+TEST_F(focus, of_the_window_that_has_it_raises_and_tells_nobody)
+{
+    focus_toplevel_ex(&record(*low), false);
+    EXPECT_EQ(focused_toplevel(server), &record(*high)); // the keyboard moved, the order did not
+    settle();
+    (void)heard();
+    focus_toplevel_ex(&record(*low), true);
+    EXPECT_EQ(focused_toplevel(server), &record(*low));
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(focus, is_not_given_to_a_window_that_asks_for_it)
+{
+    ask_attention(*low, low->get());
+    EXPECT_TRUE(record(*low).urgent);
+    EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WINDOWS));
+    EXPECT_FALSE(low->has(test::ACTIVATED));
+    ask_attention(*low, low->get()); // it does already
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(focus, ends_a_windows_wish_for_it)
+{
+    ask_attention(*low, low->get());
+    (void)heard();
+    focus_toplevel_ex(&record(*low), true);
+    EXPECT_FALSE(record(*low).urgent);
+    EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WINDOWS, VNT_EVT_WINDOWS)); // the wish, then the focus
+}
+
+TEST_F(focus, makes_its_windows_own_wish_pointless)
+{
+    ask_attention(*high, high->get());
+    EXPECT_FALSE(record(*high).urgent);
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(focus, wished_for_by_a_surface_that_is_no_window_means_nothing)
+{
+    test::client &c = low->owner();
+    wl_surface *plain = c.create_surface("plain");
+    ask_attention(*low, plain);
+    EXPECT_FALSE(record(*low).urgent);
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_EQ(c.error(), 0);
+}
+
+TEST_F(focus, wished_for_before_the_first_map_is_remembered)
+{
+    window &late = low->owner().create_window("late");
+    late.title("late"); // creates the toplevel
+    ask_attention(late, late.get());
+    EXPECT_EQ(low->owner().error(), 0);
+    map(late);
+    EXPECT_FALSE(record(late).urgent); // a new window gets the focus anyway
+}
+
+TEST_F(focus, is_out_of_reach_during_a_lock)
+{
+    record(*low).urgent = record(*low).minimized = true;
+    server.locked = true;
+    focus_toplevel_ex(&record(*low), true);
+    EXPECT_TRUE(record(*low).urgent);
+    EXPECT_TRUE(record(*low).minimized);
+    EXPECT_EQ(focused_toplevel(server), &record(*high));
+    EXPECT_THAT(heard(), IsEmpty());
+    server.locked = false;
+    focus_toplevel_ex(&record(*low), true);
+    EXPECT_FALSE(record(*low).minimized);
+}
+
+TEST_F(focus, of_nothing_does_nothing)
+{
+    focus_toplevel_ex(nullptr, true);
+    EXPECT_THAT(heard(), IsEmpty());
+}
+
+TEST_F(focus, goes_to_the_topmost_visible_window_without_raising_it)
+{
+    wlr_scene_node_set_enabled(&record(*high).scene_tree->node, false);
+    focus_top_toplevel(server);
+    EVENTUALLY(low->has(test::ACTIVATED));
+    EXPECT_EQ(focused_toplevel(server), &record(*high));
+    wlr_scene_node_set_enabled(&record(*low).scene_tree->node, false);
+    focus_top_toplevel(server); // none: it stays where it is
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(*low)));
+    for (window *w : {low, high})
+        wlr_scene_node_set_enabled(&record(*w).scene_tree->node, true);
+}
