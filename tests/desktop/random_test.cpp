@@ -1,20 +1,30 @@
-// Random operations in a row, with every invariant checked after each. VANTORE_TEST_SEQUENCES asks for more
-// sequences than the normal run's, VANTORE_TEST_SEED for one seed alone.
+// Random operations in a row, with every invariant checked after each. The normal run takes as many sequences
+// as fit into its time. VANTORE_TEST_SEQUENCES asks for a number of them instead, VANTORE_TEST_SEED for one
+// seed alone. A sequence that breaks a rule is shortened before it is told.
 
 #include "support/desktop.hpp"
 
 #include "outputs/power.hpp"
 #include "support/server_check.hpp"
+#include "windows/attention.hpp"
+#include "workspaces/arrange.hpp"
+#include "workspaces/direction.hpp"
 #include "workspaces/focus.hpp"
+#include "workspaces/layout.hpp"
+#include "workspaces/stacks.hpp"
 #include "workspaces/switch.hpp"
+#include "workspaces/tiles.hpp"
+#include "workspaces/transfer.hpp"
 
 #include <random>
 
 using testing::IsEmpty;
 
-static constexpr int operations_in_a_sequence = 60;
-static constexpr size_t most_outputs = 4;
+static constexpr size_t operations_in_a_sequence = 200;
+static constexpr size_t most_outputs = 3;
 static constexpr size_t most_clients = 8;
+static constexpr size_t most_windows = 24;
+static constexpr size_t most_shortenings = 80;
 
 // The software rasterizer reads whole tiles, also behind the end of a picture that ends within one.
 static int whole_tiles(int length)
@@ -22,152 +32,47 @@ static int whole_tiles(int length)
     return length / 64 * 64;
 }
 
-struct random_session : test::desktop {
+// What an operation chooses comes from its own seed, so that it does the same in a shorter sequence.
+class random_session : public test::desktop
+{
+public:
+    void begin() { SetUp(); }
+    void end() { TearDown(); }
+    void TestBody() override {}
+
+    // What was done.
+    std::string step(unsigned seed);
+    std::vector<std::string> broken();
+    std::string picture_of_it() { return state(); }
+
+private:
     int below(size_t limit) { return std::uniform_int_distribution<int>{0, int(limit) - 1}(random); }
-
+    int sign() { return below(2) == 0 ? -1 : 1; }
     template <class List> auto &any_of(List &list) { return *std::next(list.begin(), below(list.size())); }
+    vantore_workspace &any_workspace() { return workspace(1 + below(9)); }
+    vantore_toplevel *any_mapped();
 
-    std::string plug_or_unplug()
-    {
-        if (plugged.size() < most_outputs && below(2) == 0) {
-            const std::string name = "out" + std::to_string(next_output++ % 6);
-            if (std::ranges::contains(plugged, name))
-                return "nothing";
-            plugged.push_back(name);
-            plug(name, whole_tiles(200 + below(1800)), whole_tiles(200 + below(1000)));
-            return "plug " + name;
-        }
-        if (plugged.empty())
-            return "nothing";
-        const std::string name = any_of(plugged);
-        std::erase(plugged, name);
-        test::unplug(test::made_up(output(name).wlr_output));
-        return "unplug " + name;
-    }
+    std::string plug_output();
+    std::string unplug_output();
+    std::string open_window();
+    std::string close_window();
+    std::string trouble_window();
+    std::string lose_client();
+    std::string change_power();
+    std::string move_pointer();
+    std::string focus_window();
+    std::string arrow_key();
+    std::string change_stack();
+    std::string change_layout();
+    std::string change_workspace();
+    std::string send_elsewhere();
+    std::string mark_window();
 
-    std::string open_window()
-    {
-        if (clients.size() >= most_clients || below(2) == 0) {
-            if (clients.empty())
-                return "nothing";
-            open_on(*any_of(clients));
-            return "open on an old client";
-        }
-        clients.push_back(&connect());
-        open_on(*clients.back());
-        return "open on a new client";
-    }
-
-    void open_on(test::client &c)
-    {
-        test::window &w = c.create_window(below(8) == 0 ? "vantore-clips-overlay" : "window");
-        w.preferred = {1 + below(2500), 1 + below(1500)};
-        if (below(3) == 0)
-            w.request_maximize();
-        w.open();
-        windows.push_back(&w);
-    }
-
-    std::string trouble_window()
-    {
-        if (windows.empty())
-            return "nothing";
-        test::window *w = any_of(windows);
-        switch (below(7)) {
-        case 0:
-            std::erase(windows, w);
-            w->destroy();
-            return "destroy";
-        case 1:
-            std::erase(windows, w);
-            w->destroy_role();
-            return "destroy the role";
-        case 2:
-            w->unmap();
-            return "unmap";
-        case 3:
-            w->open();
-            return "open again";
-        case 4:
-            w->request_maximize();
-            return "maximize";
-        case 5:
-            w->request_unmaximize();
-            return "unmaximize";
-        default:
-            w->request_fullscreen();
-            return "fullscreen";
-        }
-    }
-
-    std::string lose_client()
-    {
-        if (clients.empty())
-            return "nothing";
-        test::client *c = any_of(clients);
-        std::erase(clients, c);
-        std::erase_if(windows, [&](const test::window *w) { return &w->owner() == c; });
-        c->vanish();
-        return "vanish";
-    }
-
-    std::string command()
-    {
-        switch (below(6)) {
-        case 4:
-            goto_workspace(server, 1 + below(9));
-            return "another workspace";
-        case 5:
-            if (vantore_output *o = current_output(server))
-                output_set_current(*o, &workspace(1 + below(9)));
-            return "pull a workspace";
-        case 0:
-            set_dpms(server, below(2) == 0);
-            return "power";
-        case 1:
-            wlr_cursor_warp_closest(server.cursor, nullptr, below(3000), below(1000));
-            return "move the pointer";
-        case 2:
-            focus_top_toplevel(server);
-            return "focus the top";
-        default:
-            for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
-                if (toplevel_visible(t) && below(3) == 0)
-                    return focus_toplevel_ex(&t, below(2) == 0), "focus";
-            return "nothing";
-        }
-    }
-
-    std::string step()
-    {
-        switch (below(8)) {
-        case 0:
-        case 1:
-            return plug_or_unplug();
-        case 2:
-        case 3:
-            return open_window();
-        case 4:
-        case 5:
-            return trouble_window();
-        case 6:
-            return command();
-        default:
-            return below(3) == 0 ? lose_client() : command();
-        }
-    }
-
-    void run(unsigned seed)
-    {
-        random.seed(seed);
-        std::string done;
-        for (int i = 0; i < operations_in_a_sequence; i++) {
-            done += step() + "\n";
-            if (below(2) == 0) // the others happen while messages are under way
-                settle();
-            ASSERT_THAT(test::server_check(server), IsEmpty()) << "seed " << seed << "\n" << done << state();
-        }
-    }
+    struct operation {
+        std::string (random_session::*run)();
+        int weight;
+    };
+    static const operation operations[];
 
     std::mt19937 random;
     int next_output = 0;
@@ -176,24 +81,329 @@ struct random_session : test::desktop {
     std::vector<test::window *> windows;
 };
 
-class random_operations : public random_session, public testing::WithParamInterface<unsigned>
+std::string random_session::plug_output()
 {
+    if (plugged.size() >= most_outputs)
+        return "nothing";
+    const std::string name = "out" + std::to_string(next_output++ % 6);
+    if (std::ranges::contains(plugged, name))
+        return "nothing";
+    plugged.push_back(name);
+    plug(name, whole_tiles(200 + below(1800)), whole_tiles(200 + below(1000)));
+    return "plug " + name;
+}
+
+std::string random_session::unplug_output()
+{
+    if (plugged.empty())
+        return "nothing";
+    const std::string name = any_of(plugged);
+    std::erase(plugged, name);
+    test::unplug(test::made_up(output(name).wlr_output));
+    return "unplug " + name;
+}
+
+std::string random_session::open_window()
+{
+    if (windows.size() >= most_windows)
+        return "nothing";
+    if (clients.empty() || (clients.size() < most_clients && below(2) == 0))
+        clients.push_back(&connect());
+    test::window &w = any_of(clients)->create_window(below(12) == 0 ? "vantore-clips-overlay" : "window");
+    w.preferred = {1 + below(2500), 1 + below(1500)};
+    if (below(4) == 0)
+        w.request_maximize();
+    if (below(8) == 0) {
+        w.min_size({300, 200});
+        w.max_size({300, 200});
+    }
+    w.open();
+    windows.push_back(&w);
+    return "open";
+}
+
+std::string random_session::close_window()
+{
+    if (windows.empty())
+        return "nothing";
+    test::window *w = any_of(windows);
+    std::erase(windows, w);
+    if (below(3) == 0)
+        return w->destroy_role(), "destroy the role";
+    return w->destroy(), "destroy";
+}
+
+std::string random_session::trouble_window()
+{
+    if (windows.empty())
+        return "nothing";
+    test::window *w = any_of(windows);
+    switch (below(6)) {
+    case 0:
+        return w->unmap(), "unmap";
+    case 1:
+        return w->open(), "open again";
+    case 2:
+        return w->request_maximize(), "maximize";
+    case 3:
+        return w->request_unmaximize(), "unmaximize";
+    case 4:
+        if (find_record(*w) == nullptr)
+            return "nothing"; // it has drawn nothing yet
+        return w->fill(0xff00ff00), "draw";
+    default:
+        return w->request_fullscreen(), "fullscreen";
+    }
+}
+
+std::string random_session::lose_client()
+{
+    if (clients.empty() || below(3) != 0)
+        return "nothing";
+    test::client *c = any_of(clients);
+    std::erase(clients, c);
+    std::erase_if(windows, [&](const test::window *w) { return &w->owner() == c; });
+    c->vanish();
+    return "vanish";
+}
+
+std::string random_session::change_power()
+{
+    set_dpms(server, below(3) != 0);
+    return "power";
+}
+
+std::string random_session::move_pointer()
+{
+    wlr_cursor_warp_closest(server.cursor, nullptr, below(5000), below(1000));
+    return "move the pointer";
+}
+
+vantore_toplevel *random_session::any_mapped()
+{
+    const int count = wl_list_length(&server.toplevels);
+    int index = count > 0 ? below(size_t(count)) : 0;
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (index-- == 0)
+            return &t;
+    return nullptr;
+}
+
+std::string random_session::focus_window()
+{
+    if (below(4) == 0)
+        return focus_top_toplevel(server), "focus the top";
+    vantore_toplevel *t = any_mapped();
+    if (t == nullptr || !toplevel_visible(*t))
+        return "nothing";
+    return focus_toplevel_ex(t, below(2) == 0), "focus";
+}
+
+std::string random_session::arrow_key()
+{
+    const bool sideways = below(2) == 0;
+    const int dx = sideways ? sign() : 0, dy = sideways ? 0 : sign();
+    switch (below(3)) {
+    case 0:
+        return focus_direction(server, dx, dy), "focus by arrow";
+    case 1:
+        return move_direction(server, dx, dy), "move by arrow";
+    default:
+        return resize_direction(server, dx, dy), "resize by arrow";
+    }
+}
+
+std::string random_session::change_stack()
+{
+    switch (below(5)) {
+    case 0:
+        return stack_toggle_focused(server), "toggle a stack";
+    case 1:
+        return stack_ungroup_focused(server), "leave a stack";
+    case 2:
+        return stack_cycle_focused(server), "cycle a stack";
+    default: {
+        vantore_toplevel *w = any_mapped(), *target = any_mapped();
+        if (w == nullptr || w->workspace != target->workspace || !tile_participates(*target))
+            return "nothing";
+        return stack_join(*w, *target), "join a stack";
+    }
+    }
+}
+
+std::string random_session::change_layout()
+{
+    switch (below(5)) {
+    case 0:
+        return toggle_ws_layout(server), "toggle the layout";
+    case 1:
+        return cycle_tile_mode(server), "cycle the tile mode";
+    case 2:
+        return set_ws_layout(any_workspace(), VANTORE_LAYOUT_TILING), "tile a workspace";
+    case 3:
+        return set_ws_tile_mode(any_workspace(), vantore_tile_mode(below(4))), "set a tile mode";
+    default:
+        return toggle_float_focused(server), "toggle floating";
+    }
+}
+
+std::string random_session::change_workspace()
+{
+    if (below(2) == 0)
+        return goto_workspace(server, 1 + below(9)), "another workspace";
+    if (vantore_output *o = current_output(server))
+        return output_set_current(*o, &any_workspace()), "pull a workspace";
+    return "nothing";
+}
+
+std::string random_session::send_elsewhere()
+{
+    switch (below(5)) {
+    case 0:
+        return move_ws_to_adjacent_output(server, sign()), "workspace to the next output";
+    case 1:
+        return move_focused_to_adjacent_output(server, sign()), "window to the next output";
+    case 2:
+        return move_focused_to_workspace(server, 1 + below(9)), "window to a workspace";
+    case 3:
+        if (vantore_toplevel *t = any_mapped())
+            return move_toplevel_to_workspace(*t, 1 + below(9)), "any window to a workspace";
+        return "nothing";
+    default:
+        if (plugged.empty())
+            return "nothing";
+        return move_workspace_to_output(&any_workspace(), output(any_of(plugged))), "workspace to an output";
+    }
+}
+
+std::string random_session::mark_window()
+{
+    if (vantore_toplevel *t = any_mapped())
+        return toplevel_mark_urgent(*t), "mark urgent";
+    return "nothing";
+}
+
+const random_session::operation random_session::operations[]{
+    {&random_session::plug_output, 2},      {&random_session::unplug_output, 2},
+    {&random_session::open_window, 6},      {&random_session::close_window, 3},
+    {&random_session::trouble_window, 5},   {&random_session::lose_client, 1},
+    {&random_session::change_power, 1},     {&random_session::move_pointer, 2},
+    {&random_session::focus_window, 2},     {&random_session::arrow_key, 5},
+    {&random_session::change_stack, 5},     {&random_session::change_layout, 4},
+    {&random_session::change_workspace, 4}, {&random_session::send_elsewhere, 4},
+    {&random_session::mark_window, 1},
 };
 
-TEST_P(random_operations, break_no_invariant)
+std::string random_session::step(unsigned seed)
 {
-    run(GetParam());
+    random.seed(seed);
+    int total = 0;
+    for (const operation &o : operations)
+        total += o.weight;
+    int chosen = below(size_t(total));
+    const operation *at = operations;
+    while (chosen >= at->weight)
+        chosen -= (at++)->weight;
+    std::string done = (this->*at->run)();
+    if (below(2) == 0) // the others happen while messages are under way
+        settle();
+    return done;
 }
 
-static std::vector<unsigned> seeds()
+// Tiles are only where they belong after an arrangement, which any operation may be followed by.
+std::vector<std::string> random_session::broken()
 {
-    if (const char *seed = getenv("VANTORE_TEST_SEED"))
-        return {unsigned(strtoul(seed, nullptr, 10))};
-    const char *wish = getenv("VANTORE_TEST_SEQUENCES");
-    std::vector<unsigned> list(wish != nullptr ? strtoul(wish, nullptr, 10) : 20);
-    for (unsigned i = 0; unsigned &seed : list)
-        seed = ++i;
-    return list;
+    std::vector<std::string> rules = test::server_check(server);
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
+        arrange_workspace(&ws);
+    std::ranges::move(test::tiles_check(server), std::back_inserter(rules));
+    return rules;
 }
 
-INSTANTIATE_TEST_SUITE_P(seed, random_operations, testing::ValuesIn(seeds()));
+struct outcome {
+    std::vector<std::string> broken; // rules, after the last operation
+    std::string done, state;
+};
+
+// Ends at the first operation that breaks a rule.
+static outcome run(const std::vector<unsigned> &seeds)
+{
+    outcome result;
+    random_session session;
+    session.begin();
+    for (const unsigned seed : seeds) {
+        result.done += session.step(seed) + "\n";
+        result.broken = session.broken();
+        if (!result.broken.empty()) {
+            result.state = session.picture_of_it();
+            break;
+        }
+    }
+    session.end();
+    return result;
+}
+
+// Leaves out what is not needed for a rule to break, in ever smaller pieces.
+static std::vector<unsigned> shortened(std::vector<unsigned> seeds)
+{
+    size_t runs = 0;
+    for (size_t piece = seeds.size() / 2; piece > 0; piece /= 2) {
+        for (size_t from = 0; from + piece <= seeds.size() && runs < most_shortenings; runs++) {
+            std::vector<unsigned> without{seeds};
+            without.erase(without.begin() + ptrdiff_t(from), without.begin() + ptrdiff_t(from + piece));
+            if (run(without).broken.empty())
+                from += piece;
+            else
+                seeds = without;
+        }
+    }
+    return seeds;
+}
+
+static std::vector<unsigned> operations_of(unsigned sequence)
+{
+    std::mt19937 random{sequence};
+    std::vector<unsigned> seeds(operations_in_a_sequence);
+    std::ranges::generate(seeds, [&] { return unsigned(random()); });
+    return seeds;
+}
+
+static void expect_no_broken_rule(unsigned sequence)
+{
+    const std::vector<unsigned> seeds = operations_of(sequence);
+    if (run(seeds).broken.empty())
+        return;
+    const outcome last = run(shortened(seeds));
+    ADD_FAILURE() << "VANTORE_TEST_SEED=" << sequence << " breaks: " << testing::PrintToString(last.broken)
+                  << "\nafter\n"
+                  << last.done << last.state;
+}
+
+static unsigned long number_from_environment(const char *name)
+{
+    const char *text = getenv(name);
+    return text != nullptr ? strtoul(text, nullptr, 10) : 0;
+}
+
+// The sanitizers make everything several times slower.
+static std::chrono::seconds time_to_spend()
+{
+#ifdef __SANITIZE_ADDRESS__
+    return std::chrono::seconds{60};
+#else
+    return std::chrono::seconds{30};
+#endif
+}
+
+TEST(random_operations, break_no_rule)
+{
+    if (const auto seed = number_from_environment("VANTORE_TEST_SEED"); seed != 0)
+        return expect_no_broken_rule(unsigned(seed));
+    const auto wish = number_from_environment("VANTORE_TEST_SEQUENCES");
+    const auto end = std::chrono::steady_clock::now() + time_to_spend();
+    unsigned sequence = 0;
+    while (!HasFailure() &&
+           (wish != 0 ? sequence < wish : sequence == 0 || std::chrono::steady_clock::now() < end))
+        expect_no_broken_rule(++sequence);
+    std::cout << sequence << " sequences of " << operations_in_a_sequence << " operations\n";
+}

@@ -2,7 +2,10 @@
 
 #include "outputs/output.hpp"
 #include "server.hpp"
+#include "windows/placement.hpp"
 #include "windows/toplevel.hpp"
+#include "workspaces/stacks.hpp"
+#include "workspaces/tiles.hpp"
 #include "workspaces/workspace.hpp"
 
 #include <algorithm>
@@ -12,6 +15,15 @@ namespace test
 
 namespace
 {
+
+// Room enough for a column of two dozen tiles with gaps and title bars.
+constexpr int most_room = 24 * (30 + 8 + 10);
+
+bool lies_in(const wlr_box &inner, const wlr_box &outer)
+{
+    return inner.width >= 0 && inner.height >= 0 && inner.x >= outer.x && inner.y >= outer.y &&
+           inner.x + inner.width <= outer.x + outer.width && inner.y + inner.height <= outer.y + outer.height;
+}
 
 class checker
 {
@@ -84,7 +96,57 @@ private:
     std::vector<std::string> broken;
 };
 
+struct tile {
+    const vantore_toplevel *window;
+    wlr_box box; // bars included
+};
+
+// Sizes that had to be raised to a pixel may overlap what lies beside them.
+bool has_room(const wlr_box &usable)
+{
+    return usable.width > most_room && usable.height > most_room;
+}
+
+std::vector<tile> tiles_of(vantore_workspace &ws)
+{
+    std::vector<tile> tiles;
+    for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels)) {
+        // A stack shows one window, also when it has members elsewhere.
+        if (!tile_participates(t) || (t.stack_id != 0 && stack_active_member(*ws.server, t.stack_id) != &t))
+            continue;
+        const int bar = t.stack_id != 0 ? tabbar_height : titlebar_of(t);
+        const wlr_scene_node &node = t.scene_tree->node;
+        tiles.push_back({&t, {node.x, node.y - bar, t.want_w, t.want_h + bar}});
+    }
+    return tiles;
+}
+
+void check_tiles(vantore_workspace &ws, std::vector<std::string> &broken)
+{
+    const wlr_box &usable = ws.output->usable;
+    const std::vector<tile> tiles = tiles_of(ws);
+    for (size_t i = 0; i < tiles.size(); i++) {
+        const std::string name = "tile " + std::to_string(tiles[i].window->id);
+        if (!tiles[i].window->scene_tree->node.enabled)
+            broken.push_back(name + " shows");
+        if (!lies_in(tiles[i].box, usable))
+            broken.push_back(name + " lies in the usable box");
+        for (size_t other = 0; other < i && ws.tile_mode != TM_MONOCLE; other++)
+            if (boxes_overlap(tiles[i].box, tiles[other].box))
+                broken.push_back(name + " leaves " + std::to_string(tiles[other].window->id) + " its place");
+    }
+}
+
 } // namespace
+
+std::vector<std::string> tiles_check(vantore_server &server)
+{
+    std::vector<std::string> broken;
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
+        if (ws.output != nullptr && ws.layout == VANTORE_LAYOUT_TILING && has_room(ws.output->usable))
+            check_tiles(ws, broken);
+    return broken;
+}
 
 std::vector<std::string> server_check(vantore_server &server)
 {

@@ -12,4 +12,7 @@ namespace test
 // A sentence for each rule that is broken; empty when all is well.
 std::vector<std::string> server_check(vantore_server &server);
 
+// The same for the tiles of the workspaces that are shown, which must have been arranged.
+std::vector<std::string> tiles_check(vantore_server &server);
+
 } // namespace test
