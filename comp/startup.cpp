@@ -235,7 +235,8 @@ static constexpr startup_step steps[]{
     {"presentation time", [](vantore_server &server) { return globals_create_presentation(server), true; }},
     {"accent", [](vantore_server &server) { return scene_graph_apply_accent(server), true; }},
     {"workspaces", [](vantore_server &server) { return made(workspaces_create(server), "workspaces"); }},
-    {"workspaces' configuration", [](vantore_server &server) { return config_apply_workspaces(server), true; }},
+    {"workspaces' configuration",
+     [](vantore_server &server) { return config_apply_workspaces(server), true; }},
     {"timers", [](vantore_server &server) { return modifier_tap_start(server), true; }},
     {"outputs",
      [](vantore_server &server) {

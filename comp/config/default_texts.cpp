@@ -33,7 +33,8 @@ animations = true         # subtle window fade-in + workspace slide (false = red
 dim_inactive = 0          # dim unfocused windows (0 = off … 0.6 = strong)
 )";
 
-static constexpr char input_text[] = R"(# Vantore input settings (keyboard layout + mouse/touchpad). Applied live on reload.
+static constexpr char input_text[] =
+    R"(# Vantore input settings (keyboard layout + mouse/touchpad). Applied live on reload.
 # keyboard_layout = gb        # XKB layout code (us, gb, de, fr, …); blank = system default
 # keyboard_variant =          # e.g. colemak, dvorak
 # keyboard_options =          # e.g. caps:escape
@@ -61,7 +62,8 @@ static constexpr char workspaces_text[] = R"(# <num> = <name>[, output=<NAME>][,
 # 3 = Chat
 )";
 
-static constexpr char rules_text[] = R"(# <app_id> -> workspace=<num|name>, float | tile | fullscreen | noshadow | noround
+static constexpr char rules_text[] =
+    R"(# <app_id> -> workspace=<num|name>, float | tile | fullscreen | noshadow | noround
 # Media players want their own aspect ratio, so float them by default:
 mpv -> float
 vlc -> float
@@ -74,7 +76,8 @@ vantore-install -> float, place=center                  # the installer floats c
 # steam_app_* -> fullscreen   # borderless games that don't request fullscreen
 )";
 
-static constexpr char keybinds_text[] = R"(# Vantore keybinds — YOUR overrides only.  <mods>+<key> = <action> [arg]
+static constexpr char keybinds_text[] =
+    R"(# Vantore keybinds — YOUR overrides only.  <mods>+<key> = <action> [arg]
 # The built-in defaults are always active; see Settings > Keybindings for the full list.
 # Add a line only to add a shortcut, override one, or disable one with:  <chord> = none
 #
@@ -91,7 +94,8 @@ static constexpr char keybinds_text[] = R"(# Vantore keybinds — YOUR overrides
 #   $mod+f = none            # disable the Fullscreen default
 )";
 
-static constexpr char autostart_text[] = R"(# Vantore autostart — one command per line, run at session start (/bin/sh).
+static constexpr char autostart_text[] =
+    R"(# Vantore autostart — one command per line, run at session start (/bin/sh).
 # Missing programs are skipped silently, so it's safe to list optional ones.
 
 nm-applet --indicator        # NetworkManager tray applet (Wi-Fi + WireGuard/VPN)
@@ -102,7 +106,8 @@ vantore-clipd                # clipboard history recorder
 /usr/libexec/polkit-mate-authentication-agent-1  # GUI polkit auth agent (password prompts)
 )";
 
-static constexpr char appearance_text[] = R"(# Vantore appearance — Settings ▸ Appearance edits this (panel recolours live).
+static constexpr char appearance_text[] =
+    R"(# Vantore appearance — Settings ▸ Appearance edits this (panel recolours live).
 dark = true
 # accent = 3399ff                            # hex (no '#')
 # wallpaper = /usr/share/vantore/Vantore.png # a FILE, or a FOLDER to slideshow
@@ -112,12 +117,9 @@ dark = true
 )";
 
 static constexpr default_text texts[]{
-    {"compositor.conf", compositor_text},
-    {"input.conf", input_text},
-    {"workspaces.conf", workspaces_text},
-    {"rules.conf", rules_text},
-    {"keybinds.conf", keybinds_text},
-    {"autostart.conf", autostart_text},
+    {"compositor.conf", compositor_text}, {"input.conf", input_text},
+    {"workspaces.conf", workspaces_text}, {"rules.conf", rules_text},
+    {"keybinds.conf", keybinds_text},     {"autostart.conf", autostart_text},
     {"appearance.conf", appearance_text},
 };
 

@@ -33,8 +33,8 @@ struct cfg_pair {
 // Splits at the first '=', both sides trimmed; nothing without one. The pieces lie in the line.
 std::optional<cfg_pair> cfg_split(char *line);
 
-// The next line with a pair, read on from where the file stands; nothing at its end. A line that is longer than
-// the buffer is read as several. The pieces lie in the buffer.
+// The next line with a pair, read on from where the file stands; nothing at its end. A line that is longer
+// than the buffer is read as several. The pieces lie in the buffer.
 std::optional<cfg_pair> config_next_pair(FILE &file, std::span<char> line);
 
 // Exactly "true", "1" or "yes".

@@ -4,8 +4,8 @@
 #include "files.hpp"
 #include "settings_table.hpp"
 
-// Stores a line's value. False for an unknown key. Only compositor.conf needs the server; null leaves what the
-// server holds as it is.
+// Stores a line's value. False for an unknown key. Only compositor.conf needs the server; null leaves what
+// the server holds as it is.
 bool settings_take(setting_file file, const cfg_pair &line, vantore_server *server);
 
 // To the defaults, except those that a load keeps.
@@ -17,6 +17,6 @@ void settings_begin(vantore_server &server);
 // Brings numbers inside their limits.
 void settings_clamp(setting_file file);
 
-// The record of the output of this name, cut where it does not fit; a new one where there is none yet. Null when
-// there is no room for one more.
+// The record of the output of this name, cut where it does not fit; a new one where there is none yet. Null
+// when there is no room for one more.
 wp_override *wp_override_for(std::string_view name);

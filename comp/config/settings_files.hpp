@@ -1,5 +1,5 @@
-// The files of key = value lines: compositor.conf, input.conf, dock.conf, panel.conf, and appearance.conf with its
-// own grammar. A file that can't be read leaves the settings as they are.
+// The files of key = value lines: compositor.conf, input.conf, dock.conf, panel.conf, and appearance.conf
+// with its own grammar. A file that can't be read leaves the settings as they are.
 #pragma once
 
 #include "../fwd.hpp"

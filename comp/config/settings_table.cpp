@@ -110,7 +110,8 @@ static constexpr setting table[]{
                                   cfg_layout,
                                   {"`floating`, `tiling` or `tile`, in any case", "`floating`"}},
      "the layout of workspaces to which workspaces.conf gives none"},
-    {compositor, "overview", "", flag{&g_overview_enabled, true}, "the overview of all windows can be opened"},
+    {compositor, "overview", "", flag{&g_overview_enabled, true},
+     "the overview of all windows can be opened"},
     {compositor, "allow_tearing", "", flag{&g_allow_tearing, true},
      "a fullscreen client that asks for tearing gets it"},
     {compositor, "game_tearing", "", flag{&g_game_tearing, false},
@@ -136,7 +137,8 @@ static constexpr setting table[]{
     {compositor, "shadows", "", flag{&g_shadows, true}, "shadows under floating windows"},
     {compositor, "corner_radius", "", whole{&g_corner_radius, 10, 0, 40}, "pixels; 0 for square corners"},
     {compositor, "blur", "", flag{&g_blur, false}, "blur behind panels and launchers"},
-    {compositor, "glow", "", flag{&g_glow, false}, "the focused floating window's shadow has the accent colour"},
+    {compositor, "glow", "", flag{&g_glow, false},
+     "the focused floating window's shadow has the accent colour"},
     {compositor, "tiler", "", flag{&g_tiler, true}, "dragging a window offers places to drop it"},
     {compositor, "tiler_pos", "",
      word_setting<bool>{&g_tiler_top, true, is_not_bottom, {"`top` or `bottom`", "`top`"}},
@@ -159,7 +161,8 @@ static constexpr setting table[]{
     {input, "keyboard_repeat_delay", "", whole{&g_kb_repeat_delay, 600, 0, 2000},
      "milliseconds before the first repetition", on_load::keeps},
     {input, "natural_scroll", "", flag{&g_nat_scroll, false}, "mouse wheels move the content, not the view"},
-    {input, "touchpad_natural_scroll", "", flag{&g_tp_nat_scroll, true}, "touchpads move the content, not the view"},
+    {input, "touchpad_natural_scroll", "", flag{&g_tp_nat_scroll, true},
+     "touchpads move the content, not the view"},
     {input, "tap_to_click", "", flag{&g_tap_to_click, true}, "touchpads click when they are tapped"},
     {input, "left_handed", "", flag{&g_left_handed, false}, "left and right buttons change places"},
     {input, "accel_profile", "",
@@ -172,7 +175,8 @@ static constexpr setting table[]{
      "shaking the mouse enlarges the pointer for a moment"},
     {input, "tablet_output", "", text{g_tablet_output},
      "the output of drawing tablets: a name; `auto` or empty for the primary; `desktop` for all"},
-    {input, "tablet_left_handed", "", flag{&g_tablet_left_handed, false}, "drawing tablets lie the other way round"},
+    {input, "tablet_left_handed", "", flag{&g_tablet_left_handed, false},
+     "drawing tablets lie the other way round"},
     {input, "tablet_keep_aspect", "", flag{&g_tablet_keep_aspect, false},
      "a part of the tablet stays unused, so that circles stay round"},
     {input, "touch_output", "", text{g_touch_output},
@@ -195,11 +199,13 @@ static constexpr setting table[]{
                  [] { g_wp_interval = default_interval_s; }, interval_text},
      "how long each picture of a folder is shown; other values are ignored"},
     {appearance, "wallpaper", "",
-     output_setting{[](wp_override &o, const char *value) { copy_text(o.path, value); }, {"text, 1023 bytes", same_as_all}},
+     output_setting{[](wp_override &o, const char *value) { copy_text(o.path, value); },
+                    {"text, 1023 bytes", same_as_all}},
      "the same for the output NAME"},
     {appearance, "dark", "", own_setting{take_dark, reset_theme, {"`true` or `false`", "`true`"}},
      "dark or light colours; ignored after a line with `theme`"},
-    {appearance, "theme", "", own_setting{take_theme, reset_theme, {"`light`, `dark` or `high_contrast`", "empty"}},
+    {appearance, "theme", "",
+     own_setting{take_theme, reset_theme, {"`light`, `dark` or `high_contrast`", "empty"}},
      "`dark` and `high_contrast` are darker than `dark = true`, which any other text means"},
     {appearance, "reduce_transparency", "", flag{&g_reduce_transparency, false}, "surfaces are opaque"},
     {appearance, "accent", "", own_setting{take_accent, reset_accent, {"six hexadecimal digits", "`4cbf73`"}},
@@ -225,6 +231,7 @@ static bool names(const setting &row, std::string_view key)
 
 const setting *setting_find(setting_file file, std::string_view key)
 {
-    const auto *row = std::ranges::find_if(table, [&](const setting &s) { return s.file == file && names(s, key); });
+    const auto *row =
+        std::ranges::find_if(table, [&](const setting &s) { return s.file == file && names(s, key); });
     return row != std::end(table) ? row : nullptr;
 }

@@ -1,5 +1,5 @@
-// The one table of the keys of compositor.conf, input.conf, appearance.conf, dock.conf and panel.conf: reading,
-// resetting, limiting and docs/settings.md come from it. A new setting is one row.
+// The one table of the keys of compositor.conf, input.conf, appearance.conf, dock.conf and panel.conf:
+// reading, resetting, limiting and docs/settings.md come from it. A new setting is one row.
 #pragma once
 
 #include "../fwd.hpp"
@@ -61,9 +61,10 @@ struct output_setting {
     word_text text;
 };
 
-using setting_kind = std::variant<flag_setting, number_setting<int>, number_setting<float>, number_setting<double>,
-                                  text_setting, word_setting<bool>, word_setting<int>, word_setting<wp_mode>,
-                                  word_setting<vantore_layout>, server_setting, own_setting, output_setting>;
+using setting_kind =
+    std::variant<flag_setting, number_setting<int>, number_setting<float>, number_setting<double>,
+                 text_setting, word_setting<bool>, word_setting<int>, word_setting<wp_mode>,
+                 word_setting<vantore_layout>, server_setting, own_setting, output_setting>;
 
 enum class on_load : bool { resets, keeps }; // keeps: stays as it was while no file names it
 

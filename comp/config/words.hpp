@@ -17,8 +17,8 @@ wp_mode wp_mode_str(const char *v);
 // "auto" is -1, "off" and "false" are 0; else milliseconds from 0 to 100.
 int cfg_max_render_time(const char *v);
 
-// Text that is no number is 0, what follows a number is ignored, and what no int holds is the nearest that one
-// does.
+// Text that is no number is 0, what follows a number is ignored, and what no int holds is the nearest that
+// one does.
 int cfg_int(const char *v);
 
 // The same for a fraction; "nan" is no number.
