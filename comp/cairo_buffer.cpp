@@ -56,3 +56,8 @@ void scene_buffer_set_cairo(wlr_scene_buffer *sb, cairo_buffer *b)
     wlr_scene_buffer_set_buffer(sb, &b->base);
     wlr_buffer_drop(&b->base);
 }
+
+void cairo_set_color(cairo_t *cr, const color &c)
+{
+    cairo_set_source_rgba(cr, double(c[0]), double(c[1]), double(c[2]), double(c[3]));
+}

@@ -1,6 +1,7 @@
 // Software-drawn pixels as buffers of the scene.
 #pragma once
 
+#include "color.hpp"
 #include "wlr.hpp"
 
 #include <cairo.h>
@@ -19,3 +20,5 @@ cairo_buffer *cairo_buffer_from_surface(cairo_surface_t *surf);
 
 // Shows the buffer in a scene node, which then holds the only reference: the caller keeps none.
 void scene_buffer_set_cairo(wlr_scene_buffer *sb, cairo_buffer *b);
+
+void cairo_set_color(cairo_t *cr, const color &c);

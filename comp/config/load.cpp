@@ -1,5 +1,6 @@
 #include "load.hpp"
 
+#include "../presentation/theme.hpp"
 #include "../server.hpp"
 #include "default_texts.hpp"
 #include "files.hpp"
@@ -53,6 +54,7 @@ void config_load(vantore_server &server)
     config_parse_input(path_of("input.conf").data());
     config_parse_workspaces(path_of("workspaces.conf").data());
     config_parse_appearance(path_of("appearance.conf").data());
+    recompute_titlebar_colors();
     config_parse_dock(path_of("dock.conf").data());
     config_parse_panel(path_of("panel.conf").data());
     if (const char *modifier = getenv("VANTORE_MOD"))

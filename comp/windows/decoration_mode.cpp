@@ -1,5 +1,6 @@
 #include "decoration_mode.hpp"
 
+#include "../presentation/decorations.hpp"
 #include "toplevel.hpp"
 
 static bool wants_client_side(const wlr_xdg_toplevel_decoration_v1 &deco)
@@ -21,6 +22,7 @@ static void deco_apply(vantore_decoration &d)
         t->deco_wrap = &d;
         d.owner = t;
         t->ssd = !wants_client_side(*d.deco);
+        dec_layout(*t);
     }
     if (d.deco->toplevel->base->initialized)
         send_mode(d.deco);
@@ -50,6 +52,7 @@ void deco_answer_initial_commit(vantore_toplevel &t)
     if (t.decoration == nullptr)
         return;
     t.ssd = !wants_client_side(*t.decoration);
+    dec_layout(t);
     send_mode(t.decoration);
 }
 

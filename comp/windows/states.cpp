@@ -1,6 +1,7 @@
 #include "states.hpp"
 
 #include "../outputs/output.hpp"
+#include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../workspaces/workspace.hpp"
 #include "layer.hpp"
@@ -60,6 +61,7 @@ void toplevel_toggle_maximize(vantore_toplevel &t)
         unmaximize(t);
     else
         maximize(t);
+    dec_refresh_max_button(t);
     wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized);
 }
 

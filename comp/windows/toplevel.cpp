@@ -8,6 +8,7 @@
 #include "../platform.hpp"
 #include "../server.hpp"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
@@ -99,6 +100,12 @@ void tl_close(vantore_toplevel &t)
 int titlebar_of(const vantore_toplevel &t)
 {
     return t.ssd ? titlebar_height : 0;
+}
+
+int tl_shown_width(const vantore_toplevel &t)
+{
+    const int width = tl_surface(t)->current.width;
+    return std::max(width > 0 ? width : tl_get_geometry(t).width, 1);
 }
 
 wlr_box toplevel_box(const vantore_toplevel &t)

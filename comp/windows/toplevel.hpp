@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../presentation/dec_region.hpp"
 #include "../records.hpp"
 
 #include <sys/types.h>
@@ -14,6 +15,15 @@ struct vantore_toplevel {
     // Its position is the layout position of the content's top left corner, so a
     // title bar lies above it.
     wlr_scene_tree *scene_tree = nullptr;
+    // The title bar's nodes, children of scene_tree.
+    wlr_scene_rect *titlebar = nullptr;
+    wlr_scene_buffer *title = nullptr;
+    int title_w = -1; // the width that the title was drawn for; -1 draws it anew
+    wlr_scene_buffer *btn_close = nullptr, *btn_min = nullptr, *btn_max = nullptr;
+    wlr_scene_rect *btn_hover = nullptr; // behind the button under the pointer
+    vantore_dec_region hover_region = DEC_NONE;
+    wlr_scene_buffer *grip = nullptr;
+    wlr_scene_blur *titlebar_blur = nullptr; // null until it was wanted once
     bool maximized = false;
     wlr_xdg_toplevel_decoration_v1 *decoration = nullptr; // null when the client has none
     vantore_decoration *deco_wrap = nullptr; // our record of it
@@ -25,11 +35,12 @@ struct vantore_toplevel {
     list_link ws_link; // workspace->toplevels, from the first map to destruction
     bool floating = false; // stays out of tiling on a tiling workspace
     bool minimized = false; // hidden until focused
+    bool dimmed = false; // its decorations show it without the focus
     // Shares of the room in tiling; not above 0 counts as 1.
     double tile_weight = 0; // along its row or column
     double tile_hweight = 0; // of its row in the grid
     int stack_id = 0; // of the stack whose tile it shares; 0 for none
-    wlr_scene_buffer *tabbar = nullptr; // enabled on the active member of a stack only; may be null
+    wlr_scene_buffer *tabbar = nullptr; // enabled on the active member of a stack only
     bool skip_taskbar = false; // left out of lists for taskbars
     bool urgent = false; // wants attention
     bool unresponsive = false; // failed to answer a ping
@@ -39,7 +50,7 @@ struct vantore_toplevel {
     int want_w = 0, want_h = 0; // the size last asked for; 0 for none
     int last_w = 0, last_h = 0; // the geometry of the last commit
     listener map, unmap, commit, destroy;
-    listener request_maximize, request_fullscreen, set_app_id;
+    listener request_maximize, request_fullscreen, set_title, set_app_id;
 };
 
 // Height of a title bar above the content's origin, in layout pixels.
@@ -72,5 +83,7 @@ void tl_close(vantore_toplevel &t);
 
 // Title bar height of this window: titlebar_height or 0.
 int titlebar_of(const vantore_toplevel &t);
+// Width of what the client shows, at least 1: the surface's, not the geometry's.
+int tl_shown_width(const vantore_toplevel &t);
 // The geometry's size at the scene node's position, in layout coordinates.
 wlr_box toplevel_box(const vantore_toplevel &t);

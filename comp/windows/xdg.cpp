@@ -9,6 +9,7 @@
 #include "../ipc/broadcast.hpp"
 #include "../memory_trim.hpp"
 #include "../outputs/output.hpp"
+#include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
@@ -61,12 +62,14 @@ static void xdg_toplevel_commit(vantore_toplevel &t)
 {
     if (t.unresponsive) {
         t.unresponsive = false;
+        dec_forget_title(t);
         ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     }
     const wlr_xdg_surface *base = t.xdg_toplevel->base;
     if (base->initialized && base->initial_commit)
         answer_initial_commit(t);
     hold_tile_size(t);
+    dec_layout(t);
 }
 
 static bool has_fixed_size(const wlr_xdg_toplevel_state &state)
@@ -107,6 +110,7 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     const wlr_xdg_toplevel *xdg = t.xdg_toplevel;
     if (xdg->parent != nullptr || has_fixed_size(xdg->current))
         t.floating = true;
+    dec_layout(t);
     center_toplevel(t);
     arrange_workspace(t.workspace);
     const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
@@ -167,6 +171,11 @@ static void request_fullscreen(vantore_toplevel &t)
         wlr_xdg_surface_schedule_configure(t.xdg_toplevel->base);
 }
 
+static void set_title(vantore_toplevel &t)
+{
+    dec_refresh_title(t);
+}
+
 static void set_app_id(vantore_toplevel &t)
 {
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
@@ -177,6 +186,8 @@ static void tl_handle_ping_timeout(vantore_toplevel &t)
     if (t.unresponsive)
         return;
     t.unresponsive = true;
+    dec_forget_title(t);
+    dec_layout(t);
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
@@ -191,6 +202,7 @@ static void attach_listeners(vantore_toplevel &t)
     listen<&vantore_toplevel::destroy, xdg_toplevel_destroy>(t, toplevel.destroy);
     listen<&vantore_toplevel::request_maximize, request_maximize>(t, toplevel.request_maximize);
     listen<&vantore_toplevel::request_fullscreen, request_fullscreen>(t, toplevel.request_fullscreen);
+    listen<&vantore_toplevel::set_title, set_title>(t, toplevel.set_title);
     listen<&vantore_toplevel::set_app_id, set_app_id>(t, toplevel.set_app_id);
     listen<&vantore_toplevel::ping_timeout, tl_handle_ping_timeout>(t, base->events.ping_timeout);
 }
@@ -207,9 +219,12 @@ void server_new_xdg_toplevel(vantore_server &server, wlr_xdg_toplevel *xdg_tople
     t->id = ++server.next_toplevel_id;
     t->xdg_toplevel = xdg_toplevel;
     t->scene_tree = tree;
-    t->tabbar = wlr_scene_buffer_create(tree, nullptr);
-    if (t->tabbar != nullptr)
-        wlr_scene_node_set_enabled(&t->tabbar->node, false);
+    if (!dec_create_nodes(*t)) {
+        wlr_scene_node_destroy(&tree->node);
+        delete t;
+        wl_resource_post_no_memory(xdg_toplevel->resource);
+        return;
+    }
     tree->node.data = t;
     xdg_toplevel->base->data = tree;
     attach_listeners(*t);

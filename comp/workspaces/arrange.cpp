@@ -45,12 +45,6 @@ template <class T> struct short_list {
 
 using tile_slots = short_list<vantore_toplevel *>;
 
-static void show_tabbar(vantore_toplevel &t, bool on)
-{
-    if (t.tabbar != nullptr)
-        wlr_scene_node_set_enabled(&t.tabbar->node, on);
-}
-
 // Of a stack only its active member shows.
 static void show_active_member(vantore_workspace &ws, int stack_id, const vantore_toplevel *active)
 {
@@ -59,7 +53,7 @@ static void show_active_member(vantore_workspace &ws, int stack_id, const vantor
             continue;
         wlr_scene_node_set_enabled(&t.scene_tree->node, &t == active);
         if (&t != active)
-            show_tabbar(t, false);
+            wlr_scene_node_set_enabled(&t.tabbar->node, false);
     }
 }
 
@@ -72,7 +66,7 @@ static tile_slots gather_slots(vantore_workspace &ws)
             continue;
         if (t.stack_id == 0) {
             wlr_scene_node_set_enabled(&t.scene_tree->node, true);
-            show_tabbar(t, false);
+            wlr_scene_node_set_enabled(&t.tabbar->node, false);
             slots.add(&t);
             continue;
         }

@@ -1,6 +1,7 @@
 #include "focus.hpp"
 
 #include "../ipc/broadcast.hpp"
+#include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
 #include "arrange.hpp"
@@ -62,6 +63,8 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
     const bool was_minimized = t->minimized;
     t->minimized = false;
     wlr_scene_node_set_enabled(&t->scene_tree->node, true);
+    for (auto &w : each<&vantore_toplevel::link>(server.toplevels))
+        dec_set_focused(w, &w == t);
     if (raise)
         raise_to_top(*t);
     wlr_surface *surface = tl_surface(*t);

@@ -2,6 +2,7 @@
 
 #include "../ipc/broadcast.hpp"
 #include "../outputs/output.hpp"
+#include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
@@ -57,6 +58,7 @@ static void start_tiling(vantore_workspace &ws)
 // The clients keep thinking that they are tiled: nothing tells them until they float by themselves.
 static void return_to_float_geo(vantore_toplevel &t)
 {
+    dec_layout(t);
     const wlr_box box = t.float_geo.width > 0 ? t.float_geo : default_float_box(t);
     wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
     tl_set_size(t, box.width, box.height);

@@ -2,6 +2,7 @@
 
 #include "../cairo_buffer.hpp"
 #include "../ipc/broadcast.hpp"
+#include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../utf8.hpp"
 #include "../windows/toplevel.hpp"
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 
-using color = std::array<float, 4>;
 static constexpr color COL_TAB_ACTIVE{0.20F, 0.42F, 0.78F, 1.0F};
 static constexpr color COL_TAB_INACTIVE{0.11F, 0.12F, 0.15F, 1.0F};
 static constexpr color tab_text_color{0.92F, 0.93F, 0.96F, 1.0F};
@@ -43,11 +43,6 @@ vantore_toplevel *stack_active_member(vantore_server &server, int stack_id)
     return nullptr;
 }
 
-static void set_color(cairo_t *cr, const color &c)
-{
-    cairo_set_source_rgba(cr, double(c[0]), double(c[1]), double(c[2]), double(c[3]));
-}
-
 // Cairo draws nothing any more after bytes that are no UTF-8.
 static std::string tab_text(const vantore_toplevel &t)
 {
@@ -60,9 +55,9 @@ static std::string tab_text(const vantore_toplevel &t)
 static void draw_tab(cairo_t *cr, double x, double width, const std::string &text, const color &background)
 {
     cairo_rectangle(cr, x + 1, 1, width - 2, tabbar_height - 2);
-    set_color(cr, background);
+    cairo_set_color(cr, background);
     cairo_fill(cr);
-    set_color(cr, tab_text_color);
+    cairo_set_color(cr, tab_text_color);
     cairo_save(cr);
     cairo_rectangle(cr, x + 6, 0, width - 12, tabbar_height);
     cairo_clip(cr);
@@ -75,7 +70,7 @@ void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width)
 {
     const stack_members members{ws, active.stack_id};
     const auto tabs = members.all();
-    if (tabs.empty() || active.tabbar == nullptr)
+    if (tabs.empty())
         return;
     cairo_t *cr = nullptr;
     cairo_buffer *buffer = cairo_buffer_create(width, tabbar_height, &cr);
@@ -91,16 +86,17 @@ void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width)
     wlr_scene_node_set_enabled(&active.tabbar->node, true);
 }
 
-static void hide_tabbar(vantore_toplevel &t)
+// Tabs take the place of the title bar.
+static void set_stack(vantore_toplevel &t, int stack_id)
 {
-    if (t.tabbar != nullptr)
-        wlr_scene_node_set_enabled(&t.tabbar->node, false);
+    t.stack_id = stack_id;
+    dec_layout(t);
 }
 
 void stack_leave(vantore_toplevel &t)
 {
-    t.stack_id = 0;
-    hide_tabbar(t);
+    wlr_scene_node_set_enabled(&t.tabbar->node, false);
+    set_stack(t, 0);
 }
 
 static void arrange_and_announce(vantore_toplevel &t)
@@ -117,7 +113,7 @@ void stack_toggle_focused(vantore_server &server)
     if (t->stack_id != 0)
         stack_leave(*t);
     else
-        t->stack_id = server.next_stack_id++;
+        set_stack(*t, server.next_stack_id++);
     arrange_and_announce(*t);
 }
 
@@ -126,8 +122,8 @@ void stack_join(vantore_toplevel &w, vantore_toplevel &target)
     if (&w == &target)
         return;
     if (target.stack_id == 0)
-        target.stack_id = w.server->next_stack_id++;
-    w.stack_id = target.stack_id;
+        set_stack(target, w.server->next_stack_id++);
+    set_stack(w, target.stack_id);
     w.floating = false;
     move_to_front(w.server->toplevels, w.link);
     arrange_workspace(w.workspace);
@@ -156,7 +152,7 @@ void stack_cycle_focused(vantore_server &server)
 
 static bool shows_tabs_at(const vantore_toplevel &t, double lx, double ly)
 {
-    if (t.stack_id == 0 || !t.scene_tree->node.enabled || t.tabbar == nullptr || !t.tabbar->node.enabled)
+    if (t.stack_id == 0 || !t.scene_tree->node.enabled || !t.tabbar->node.enabled)
         return false;
     const wlr_box box = toplevel_box(t);
     return lx >= box.x && lx < box.x + box.width && ly >= box.y - tabbar_height && ly < box.y;

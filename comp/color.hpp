@@ -1,0 +1,6 @@
+// Colours as the scene and cairo take them.
+#pragma once
+
+#include <array>
+
+using color = std::array<float, 4>; // red, green, blue, alpha, from 0 to 1

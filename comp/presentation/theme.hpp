@@ -1,0 +1,11 @@
+// The colours of what the compositor draws: red, green, blue, alpha, not premultiplied.
+#pragma once
+
+#include "../color.hpp"
+
+inline color g_tb_unfocus, g_tb_focus; // title bars without and with the focus
+inline color g_tb_fg; // what is written on them
+inline color g_shadow_color;
+
+// Works them out from the theme and the accent of the settings.
+void recompute_titlebar_colors();
