@@ -493,7 +493,7 @@ struct layers_with_keyboard : layers, testing::WithParamInterface<keyboard_wish>
     {
         layers::SetUp();
         plug_keyboard();
-        active_windows = test::activation::may_lag;
+        active_windows = test::activity::may_lag;
     }
 
     static layer_traits launcher()
@@ -847,7 +847,7 @@ TEST_F(hostile_layers, that_change_their_size_while_they_are_unmapped_are_not_to
 
 TEST_F(hostile_layers, may_go_in_any_state_and_in_any_order)
 {
-    active_windows = test::activation::may_lag;
+    active_windows = test::activity::may_lag;
     map("witness");
     for (const bool drawn : {false, true})
         for (const bool committed : {false, true})

@@ -303,7 +303,7 @@ std::string random_session::open_panel()
     traits.margins = {.top = below(60) - 30, .bottom = below(60) - 30};
     if (below(3) == 0) {
         traits.keyboard = below(2) == 0 ? test::keyboard_wish::exclusive : test::keyboard_wish::on_demand;
-        active_windows = test::activation::may_lag;
+        active_windows = test::activity::may_lag;
     }
     panels.emplace_back(*any_of(clients), traits);
     return "open a panel";

@@ -45,17 +45,18 @@ TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_a
         offered.push_back(g.interface + " " + std::to_string(g.version));
     EXPECT_THAT(offered,
                 ElementsAre("wl_shm 2", "wl_compositor 5", "wl_subcompositor 1", "wl_data_device_manager 3",
-                            "zwp_primary_selection_device_manager_v1 1", "wp_viewporter 1",
-                            "wp_fractional_scale_manager_v1 1", "wp_alpha_modifier_v1 1",
+                            "zwp_primary_selection_device_manager_v1 1", "xdg_activation_v1 1",
+                            "wp_viewporter 1", "wp_fractional_scale_manager_v1 1", "wp_alpha_modifier_v1 1",
                             "wp_single_pixel_buffer_manager_v1 1", "wp_security_context_manager_v1 1",
                             "wp_cursor_shape_manager_v1 1", "zwp_keyboard_shortcuts_inhibit_manager_v1 1",
                             "zxdg_exporter_v1 1", "zxdg_importer_v1 1", "zxdg_exporter_v2 1",
                             "zxdg_importer_v2 1", "wp_tearing_control_manager_v1 1",
                             "wp_content_type_manager_v1 1", "zwp_virtual_keyboard_manager_v1 1",
                             "zwlr_virtual_pointer_manager_v1 2", "wp_presentation 2", "xdg_wm_base 3",
-                            "zxdg_decoration_manager_v1 1", "zwlr_layer_shell_v1 4", "wl_seat 9", "zwlr_screencopy_manager_v1 3",
-                            "zwlr_export_dmabuf_manager_v1 1", "zwlr_data_control_manager_v1 2",
-                            "zwlr_gamma_control_manager_v1 1", "zxdg_output_manager_v1 3"));
+                            "zxdg_decoration_manager_v1 1", "zwlr_layer_shell_v1 4", "wl_seat 9",
+                            "zwlr_screencopy_manager_v1 3", "zwlr_export_dmabuf_manager_v1 1",
+                            "zwlr_data_control_manager_v1 2", "zwlr_gamma_control_manager_v1 1",
+                            "zxdg_output_manager_v1 3"));
 }
 
 static bool offers(const test::client &c, std::string_view interface)

@@ -123,7 +123,7 @@ protected:
     std::string state();
 
     // A test in which a layer surface takes the keyboard says so; the end of the session looks for it.
-    activation active_windows = activation::follows_keyboard;
+    activity active_windows = activity::follows_keyboard;
     isolation world;
     std::unique_ptr<vantore_server> server_record;
     vantore_server &server;

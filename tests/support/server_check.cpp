@@ -29,7 +29,7 @@ bool lies_in(const wlr_box &inner, const wlr_box &outer)
 class checker
 {
 public:
-    checker(vantore_server &checked, activation active_windows) : server(checked), activity(active_windows) {}
+    checker(vantore_server &checked, activity active) : server(checked), active_windows(active) {}
 
     std::vector<std::string> run()
     {
@@ -87,7 +87,7 @@ private:
         const bool focused = server.seat->keyboard_state.focused_surface == tl_surface(t);
         const bool active = t.xdg_toplevel->scheduled.activated;
         expect(active || !focused, name + " is active when it has the keyboard");
-        expect(!active || focused || activity == activation::may_lag, name + " is active only then");
+        expect(!active || focused || active_windows == activity::may_lag, name + " is active only then");
     }
 
     void check_layer_surface(const vantore_layer_surface &l)
@@ -111,7 +111,7 @@ private:
     }
 
     vantore_server &server;
-    activation activity;
+    activity active_windows;
     std::vector<std::string> broken;
 };
 
@@ -167,7 +167,7 @@ std::vector<std::string> tiles_check(vantore_server &server)
     return broken;
 }
 
-std::vector<std::string> server_check(vantore_server &server, activation active_windows)
+std::vector<std::string> server_check(vantore_server &server, activity active_windows)
 {
     return checker{server, active_windows}.run();
 }
