@@ -8,5 +8,6 @@ struct vantore_output;
 struct vantore_keyboard;
 struct vantore_input_dev;
 struct vantore_decoration;
+struct vantore_layer_surface;
 struct vantore_ime_relay;
 struct vnt_ipc_client;

@@ -9,6 +9,7 @@
 #include "server.hpp"
 #include "windows/attention.hpp"
 #include "windows/decoration_mode.hpp"
+#include "windows/layer.hpp"
 #include "windows/popup.hpp"
 #include "windows/xdg.hpp"
 
@@ -18,6 +19,7 @@
 
 static constexpr uint32_t compositor_version = 5;
 static constexpr uint32_t xdg_shell_version = 3;
+static constexpr uint32_t layer_shell_version = 4;
 static constexpr uint32_t cursor_shape_version = 1;
 static constexpr uint32_t presentation_version = 2;
 static constexpr uint32_t ping_timeout_ms = 3000;
@@ -139,6 +141,16 @@ void globals_create_decoration(vantore_server &server)
         log_missing("decoration manager", "windows draw their own title bars");
 }
 
+void globals_create_layer_shell(vantore_server &server)
+{
+    server.layer_shell = wlr_layer_shell_v1_create(server.display, layer_shell_version);
+    if (server.layer_shell != nullptr)
+        listen<&vantore_server::new_layer_surface, server_new_layer_surface>(
+            server, server.layer_shell->events.new_surface);
+    else
+        log_missing("layer shell", "panels and wallpapers can't be shown");
+}
+
 bool globals_create_seat(vantore_server &server)
 {
     server.seat = wlr_seat_create(server.display, "seat0");
@@ -179,6 +191,7 @@ void globals_forget(vantore_server &server)
     unlisten(server.new_virtual_kbd);
     unlisten(server.new_virtual_ptr);
     unlisten(server.new_decoration);
+    unlisten(server.new_layer_surface);
     unlisten(server.request_cursor);
     unlisten(server.request_set_selection);
     unlisten(server.request_set_primary_selection);

@@ -13,6 +13,8 @@ void globals_create_explicit_sync(vantore_server &server);
 void globals_create_presentation(vantore_server &server);
 bool globals_create_xdg_shell(vantore_server &server);
 void globals_create_decoration(vantore_server &server);
+// Panels, docks and wallpapers.
+void globals_create_layer_shell(vantore_server &server);
 // The seat, and everything that devices and clients ask of it.
 bool globals_create_seat(vantore_server &server);
 // Capture, clipboard managers, gamma and output names.

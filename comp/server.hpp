@@ -36,6 +36,9 @@ struct vantore_server {
     listener new_virtual_kbd, new_virtual_ptr;
     list_head toplevels; // vantore_toplevel.link, mapped windows, most recently raised first
     listener new_decoration;
+    wlr_layer_shell_v1 *layer_shell = nullptr; // null when it could not be made
+    listener new_layer_surface;
+    list_head layer_surfaces; // vantore_layer_surface.link, newest first
 
     wlr_cursor *cursor = nullptr;
     wlr_xcursor_manager *xcursor_mgr = nullptr;

@@ -245,6 +245,7 @@ static constexpr startup_step steps[]{
      }},
     {"xdg shell", [](vantore_server &server) { return made(globals_create_xdg_shell(server), "xdg shell"); }},
     {"decoration manager", [](vantore_server &server) { return globals_create_decoration(server), true; }},
+    {"layer shell", [](vantore_server &server) { return globals_create_layer_shell(server), true; }},
     {"cursor", create_cursor},
     {"seat", [](vantore_server &server) { return made(globals_create_seat(server), "seat"); }},
     {"last globals", [](vantore_server &server) { return globals_create_last(server), true; }},

@@ -21,6 +21,8 @@ static void notify_client(vantore_server &server, const wlr_pointer_button_event
 // leaves the window under the pointer focused and on top.
 static void press(vantore_server &server, const wlr_pointer_button_event &event)
 {
+    if (grabbing_layer_at(server, server.cursor->x, server.cursor->y))
+        return notify_client(server, event);
     focus_under_cursor(server);
     notify_client(server, event);
     focus_under_cursor(server);

@@ -95,6 +95,12 @@ surface_hit surface_at(const vantore_server &server, double lx, double ly)
     return hit;
 }
 
+bool grabbing_layer_at(const vantore_server &server, double lx, double ly)
+{
+    wlr_surface *surface = surface_at(server, lx, ly).surface;
+    return surface != nullptr && wlr_layer_surface_v1_try_from_wlr_surface(surface) != nullptr;
+}
+
 static vantore_toplevel *owner_above(const wlr_scene_node &node)
 {
     const wlr_scene_tree *tree = node.parent;

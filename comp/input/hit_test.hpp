@@ -17,6 +17,10 @@ wlr_scene_node *scene_node_at(const vantore_server &server, double lx, double ly
 // The client surface at the point, whoever it belongs to.
 surface_hit surface_at(const vantore_server &server, double lx, double ly);
 
+// Whether the point is on a layer surface: presses there are its own affair. Its subsurfaces and popups do
+// not count.
+bool grabbing_layer_at(const vantore_server &server, double lx, double ly);
+
 // The window under the point or null, looking through a dragged icon. A surface may be hit without a window:
 // that of a panel, for example.
 vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, double ly, surface_hit &hit);

@@ -75,6 +75,7 @@ static void output_destroy(vantore_output &o)
             wlr_scene_output_destroy(o.scene_output);
         wlr_output_layout_remove(server.output_layout, o.wlr_output);
     }
+    layer_surfaces_of_output_gone(server, o.wlr_output);
     if (o.current_ws != nullptr)
         o.current_ws->output = nullptr; // its windows stay on the workspace
     delete &o;

@@ -7,7 +7,7 @@
 
 static void show_again(vantore_output &o)
 {
-    arrange_layers(o);
+    arrange_layers(*o.server, o.wlr_output);
     wlr_output_schedule_frame(o.wlr_output);
 }
 

@@ -1,24 +1,228 @@
+// A layer surface's record lives from the client's request to the end of its role. Until its first commit,
+// and after it has been unmapped, it must not be sent a configure: the library asserts that.
+
 #include "layer.hpp"
 
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
+#include "../workspaces/focus.hpp"
+#include "layer_guard.hpp"
+#include "layer_placement.hpp"
 
-void arrange_layers(vantore_output &o)
+#include <algorithm>
+#include <cstring>
+
+// Stays above docks and whatever else comes to the top layer.
+static constexpr const char *panel_namespace = "vantore-panel";
+
+static layer_wish wish_of(const wlr_layer_surface_v1_state &state)
 {
-    if (!o.wlr_output->enabled)
+    return {
+        .width = int(state.desired_width),
+        .height = int(state.desired_height),
+        .anchor = state.anchor,
+        .exclusive_zone = state.exclusive_zone,
+        .top = state.margin.top,
+        .right = state.margin.right,
+        .bottom = state.margin.bottom,
+        .left = state.margin.left,
+    };
+}
+
+static int margin_at(const layer_wish &wish, wlr_edges edge)
+{
+    switch (edge) {
+    case WLR_EDGE_TOP:
+        return wish.top;
+    case WLR_EDGE_BOTTOM:
+        return wish.bottom;
+    case WLR_EDGE_LEFT:
+        return wish.left;
+    case WLR_EDGE_RIGHT:
+        return wish.right;
+    case WLR_EDGE_NONE:
+        return 0;
+    }
+    return 0;
+}
+
+static void tell_size(vantore_layer_surface &l, const wlr_box &box)
+{
+    if (box.width == l.told_width && box.height == l.told_height)
         return;
-    const wlr_box usable = output_layout_box(o);
-    if (wlr_box_equal(&usable, &o.usable))
+    l.told_width = box.width;
+    l.told_height = box.height;
+    wlr_layer_surface_v1_configure(l.layer_surface, uint32_t(box.width), uint32_t(box.height));
+}
+
+// Shrinks `usable` by the surface's zone. A surface that is not to be seen reserves nothing.
+static void place_layer(vantore_layer_surface &l, const wlr_box &full, wlr_box &usable)
+{
+    wlr_layer_surface_v1 *surface = l.layer_surface;
+    const layer_wish wish = wish_of(surface->current);
+    const wlr_box box = layer_box(wish, full, usable);
+    wlr_scene_node_set_position(&l.scene->tree->node, box.x, box.y);
+    tell_size(l, box);
+    if (!surface->surface->mapped)
         return;
-    o.usable = usable;
-    arrange_workspace(o.current_ws);
+    const wlr_edges edge = wlr_layer_surface_v1_get_exclusive_edge(surface);
+    usable = without_zone(usable, edge, wish.exclusive_zone, margin_at(wish, edge));
+}
+
+// Those that reserve space come first, so that the others are placed in what is left. `leaving` is being
+// unmapped and is passed over.
+static wlr_box place_layers(vantore_server &server, const wlr_output *output, const wlr_box &full,
+                            const vantore_layer_surface *leaving)
+{
+    wlr_box usable = full;
+    for (const bool reserving : {true, false})
+        for (auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces))
+            if (l.layer_surface->output == output && l.layer_surface->initialized && &l != leaving &&
+                (l.layer_surface->current.exclusive_zone > 0) == reserving)
+                place_layer(l, full, usable);
+    return usable;
+}
+
+// wlr_box_equal takes all empty boxes for equal.
+static bool same_box(const wlr_box &a, const wlr_box &b)
+{
+    return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
+}
+
+static void arrange_layers_without(vantore_server &server, wlr_output *output,
+                                   const vantore_layer_surface *leaving)
+{
+    if (output == nullptr || !output->enabled)
+        return;
+    wlr_box full{};
+    wlr_output_layout_get_box(server.output_layout, output, &full);
+    const wlr_box usable = place_layers(server, output, full, leaving);
+    vantore_output *o = output_of(server, output);
+    if (o == nullptr || same_box(usable, o->usable))
+        return;
+    o->usable = usable;
+    arrange_workspace(o->current_ws);
+}
+
+void arrange_layers(vantore_server &server, wlr_output *output)
+{
+    arrange_layers_without(server, output, nullptr);
 }
 
 void arrange_all_layers(vantore_server &server)
 {
     for (auto &o : each<&vantore_output::link>(server.outputs))
-        arrange_layers(o);
+        arrange_layers(server, o.wlr_output);
+}
+
+void layer_surfaces_of_output_gone(vantore_server &server, const wlr_output *output)
+{
+    for (auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces)) {
+        if (l.layer_surface->output != output)
+            continue;
+        l.layer_surface->output = nullptr;
+        wlr_layer_surface_v1_destroy(l.layer_surface); // deletes the record
+    }
+}
+
+static bool has_keyboard(const vantore_layer_surface &l)
+{
+    return l.server->seat->keyboard_state.focused_surface == l.layer_surface->surface;
+}
+
+static void raise_panels(vantore_server &server)
+{
+    for (auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces))
+        if (l.layer_surface->current.layer == ZWLR_LAYER_SHELL_V1_LAYER_TOP &&
+            strcmp(l.layer_surface->namespace_, panel_namespace) == 0)
+            wlr_scene_node_raise_to_top(&l.scene->tree->node);
+}
+
+static void layer_surface_map(vantore_layer_surface &l)
+{
+    if (l.layer_surface->current.layer == ZWLR_LAYER_SHELL_V1_LAYER_TOP)
+        raise_panels(*l.server);
+    arrange_layers(*l.server, l.layer_surface->output);
+}
+
+static void layer_surface_unmap(vantore_layer_surface &l)
+{
+    if (has_keyboard(l))
+        focus_top_toplevel(*l.server);
+    arrange_layers_without(*l.server, l.layer_surface->output, &l);
+}
+
+// A surface that has lost the keyboard to a window takes it back with its next commit.
+static void update_keyboard(vantore_layer_surface &l)
+{
+    const bool wanted =
+        l.layer_surface->current.keyboard_interactive != ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE;
+    if (wanted == has_keyboard(l))
+        return;
+    if (wanted)
+        keyboard_enter(l.server->seat, l.layer_surface->surface);
+    else
+        focus_top_toplevel(*l.server);
+}
+
+// A client that starts over or changes its wishes may wait for a configure, whatever its size.
+static void layer_surface_commit(vantore_layer_surface &l)
+{
+    if (l.layer_surface->initial_commit || l.layer_surface->current.committed != 0)
+        l.told_width = l.told_height = 0;
+    arrange_layers(*l.server, l.layer_surface->output);
+    if (l.layer_surface->surface->mapped && !l.server->locked)
+        update_keyboard(l);
+}
+
+static void layer_surface_destroy(vantore_layer_surface &l)
+{
+    vantore_server &server = *l.server;
+    wlr_output *output = l.layer_surface->output;
+    delete &l;
+    arrange_layers(server, output);
+}
+
+static void attach_listeners(vantore_layer_surface &l)
+{
+    auto &surface = l.layer_surface->surface->events;
+    listen<&vantore_layer_surface::map, layer_surface_map>(l, surface.map);
+    listen<&vantore_layer_surface::unmap, layer_surface_unmap>(l, surface.unmap);
+    listen<&vantore_layer_surface::commit, layer_surface_commit>(l, surface.commit);
+    listen<&vantore_layer_surface::destroy, layer_surface_destroy>(l, l.layer_surface->events.destroy);
+}
+
+static wlr_output *newest_output(vantore_server &server)
+{
+    const vantore_output *o = each<&vantore_output::link>(server.outputs).first();
+    return o != nullptr ? o->wlr_output : nullptr;
+}
+
+void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *layer_surface)
+{
+    ignore_dismissed_popups(layer_surface);
+    if (layer_surface->output == nullptr)
+        layer_surface->output = newest_output(server);
+    if (layer_surface->output == nullptr) {
+        wlr_layer_surface_v1_destroy(layer_surface);
+        return;
+    }
+    // Never moved afterwards, whatever layer the client changes to.
+    const auto layer = std::min<size_t>(layer_surface->pending.layer, server.layers.size() - 1);
+    auto *scene = wlr_scene_layer_surface_v1_create(server.layers[layer], layer_surface);
+    if (scene == nullptr) {
+        wl_resource_post_no_memory(layer_surface->resource);
+        return;
+    }
+    auto *l = new vantore_layer_surface{};
+    l->server = &server;
+    l->layer_surface = layer_surface;
+    l->scene = scene;
+    layer_surface->data = l;
+    attach_listeners(*l);
+    wl_list_insert(&server.layer_surfaces, &l->link);
+    wlr_log(WLR_INFO, "vantore-comp: layer surface '%s' on layer %d", layer_surface->namespace_, int(layer));
 }
 
 wlr_box output_usable_at(vantore_server &server, double lx, double ly)

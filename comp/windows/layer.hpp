@@ -1,15 +1,32 @@
-// The usable area of an output: what is left of it for windows.
+// Panels, docks, wallpapers and overlays of wlr-layer-shell, and what they leave of an output for windows.
 #pragma once
 
 #include "../fwd.hpp"
-#include "../wlr.hpp"
+#include "../records.hpp"
 
-// Works out the output's usable box again, in layout coordinates, and arranges its workspace where the box
-// has changed. Does nothing for a disabled output.
-void arrange_layers(vantore_output &o);
+struct vantore_layer_surface {
+    list_link link; // server->layer_surfaces
+    vantore_server *server = nullptr;
+    wlr_layer_surface_v1 *layer_surface = nullptr; // its data points back
+    wlr_scene_layer_surface_v1 *scene = nullptr;
+    listener map, unmap, commit, destroy;
+    // The size that the client was told last; 0 when it waits for one. A configure with the same size would
+    // make it draw and commit again, and so on for ever.
+    int told_width = 0, told_height = 0;
+};
+
+// Handler of the shell's new_surface event.
+void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *layer_surface);
+
+// Places the output's layer surfaces and works out its usable box, in layout coordinates; arranges its
+// workspace where that box has changed. Does nothing for null or a disabled output.
+void arrange_layers(vantore_server &server, wlr_output *output);
 
 // The same for every output: one that comes, goes or changes its size moves its neighbours.
 void arrange_all_layers(vantore_server &server);
+
+// The output dies: its layer surfaces are closed, and none of them reaches for it any more.
+void layer_surfaces_of_output_gone(vantore_server &server, const wlr_output *output);
 
 // The usable box of the output at a layout point; all zero where there is no output.
 wlr_box output_usable_at(vantore_server &server, double lx, double ly);

@@ -40,7 +40,7 @@ static void activate_if_new(vantore_toplevel &t)
 
 // A drag and an open menu hold back what the seat notifies of, the focus included. The window would be left
 // without the keyboard when they end, so the focus then goes past them.
-static void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
+void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
 {
     const wlr_keyboard *keyboard = wlr_seat_get_keyboard(seat);
     const uint32_t *keycodes = keyboard != nullptr ? keyboard->keycodes : nullptr;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../wlr.hpp"
 
 // The window that commands and bindings act on: the last raised one, which need not have the keyboard. Null
 // when there is none.
@@ -12,6 +13,10 @@ vantore_toplevel *focused_toplevel(vantore_server &server);
 // only way a window takes the keyboard. Null does nothing, nor does
 // any call while the session is locked.
 void focus_toplevel_ex(vantore_toplevel *t, bool raise);
+
+// Gives the surface the keyboard, also while a menu or a drag holds it back. What had it is not told that it
+// is no longer active.
+void keyboard_enter(wlr_seat *seat, wlr_surface *surface);
 
 // Takes the keyboard from whatever has it.
 void focus_clear(vantore_server &server);

@@ -4,6 +4,7 @@
 #include "support/desktop.hpp"
 #include "support/server_check.hpp"
 #include "support/wayland_devices.hpp"
+#include "support/wayland_layer.hpp"
 #include "support/wayland_popup.hpp"
 #include "support/wayland_transfer.hpp"
 
@@ -11,7 +12,7 @@
 
 using testing::IsEmpty;
 
-static constexpr int most_requests = 260; // the script has no more
+static constexpr int most_requests = 360; // the script has no more
 static constexpr int cuts_in_a_test = 20;
 
 struct hostile : test::desktop {
@@ -64,6 +65,7 @@ struct hostile : test::desktop {
         pointer->release(BTN_LEFT);
         settle();
         run_devices(w, seat);
+        run_panel(seat);
         w.request_maximize();
         settle();
         w.unmap();
@@ -98,6 +100,30 @@ struct hostile : test::desktop {
         settle();
         w.owner().destroy_surface(icon);
         point_at(*pointer, 1010, 410);
+        settle();
+    }
+
+    void run_panel(test::seat &seat)
+    {
+        test::layer_traits traits = test::top_bar(40);
+        traits.keyboard = test::keyboard_wish::exclusive;
+        test::layer_surface panel{seat.owner(), traits};
+        settle();
+        point_at(*pointer, 50, 20);
+        pointer->press(BTN_LEFT);
+        settle();
+        test::popup menu{panel, {.x = 20, .y = 30}};
+        settle();
+        panel.zone(60);
+        panel.move_to(test::layer::overlay);
+        panel.commit();
+        settle();
+        panel.unmap();
+        panel.commit();
+        settle();
+        pointer->release(BTN_LEFT);
+        menu.destroy();
+        panel.destroy();
         settle();
     }
 
@@ -139,6 +165,8 @@ TEST_P(cut_after, that_many_requests_a_client_leaves_everything_in_order)
         ASSERT_EQ(witness->owner().error(), 0);
         ASSERT_EQ(wl_list_length(&server.toplevels), 1) << n;
         ASSERT_EQ(wl_list_length(&server.keyboards), 1) << n;
+        ASSERT_TRUE(wl_list_empty(&server.layer_surfaces)) << n;
+        ASSERT_EQ(output("A").usable, (wlr_box{0, 0, 1280, 704})) << n;
         ASSERT_FALSE(wlr_seat_pointer_has_grab(server.seat)) << n;
         ASSERT_TRUE(wl_list_empty(&server.drag_icon_tree->children)) << n;
     }

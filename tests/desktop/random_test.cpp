@@ -6,6 +6,7 @@
 
 #include "outputs/power.hpp"
 #include "support/server_check.hpp"
+#include "support/wayland_layer.hpp"
 #include "windows/attention.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/direction.hpp"
@@ -24,6 +25,7 @@ static constexpr size_t operations_in_a_sequence = 200;
 static constexpr size_t most_outputs = 3;
 static constexpr size_t most_clients = 8;
 static constexpr size_t most_windows = 24;
+static constexpr size_t most_panels = 6;
 static constexpr size_t most_shortenings = 80;
 
 // The software rasterizer reads whole tiles, also behind the end of a picture that ends within one.
@@ -37,7 +39,11 @@ class random_session : public test::desktop
 {
 public:
     void begin() { SetUp(); }
-    void end() { TearDown(); }
+    void end()
+    {
+        panels.clear();
+        TearDown();
+    }
     void TestBody() override {}
 
     // What was done.
@@ -67,6 +73,8 @@ private:
     std::string change_workspace();
     std::string send_elsewhere();
     std::string mark_window();
+    std::string open_panel();
+    std::string trouble_panel();
 
     struct operation {
         std::string (random_session::*run)();
@@ -79,6 +87,7 @@ private:
     std::vector<std::string> plugged;
     std::vector<test::client *> clients;
     std::vector<test::window *> windows;
+    std::list<test::layer_surface> panels;
 };
 
 std::string random_session::plug_output()
@@ -164,6 +173,7 @@ std::string random_session::lose_client()
     std::erase(clients, c);
     std::erase_if(windows, [&](const test::window *w) { return &w->owner() == c; });
     c->vanish();
+    std::erase_if(panels, [&](const test::layer_surface &l) { return &l.owner() == c; });
     return "vanish";
 }
 
@@ -283,6 +293,40 @@ std::string random_session::mark_window()
     return "nothing";
 }
 
+std::string random_session::open_panel()
+{
+    if (clients.empty() || panels.size() >= most_panels)
+        return "nothing";
+    test::layer_traits traits{.on = test::layer{unsigned(below(4))}, .size = {below(300), below(200)}};
+    traits.anchor = unsigned(below(16));
+    traits.zone = below(4) == 0 ? -1 : below(500);
+    traits.margins = {.top = below(60) - 30, .bottom = below(60) - 30};
+    if (below(3) == 0) {
+        traits.keyboard = below(2) == 0 ? test::keyboard_wish::exclusive : test::keyboard_wish::on_demand;
+        active_windows = test::activity::may_lag;
+    }
+    panels.emplace_back(*any_of(clients), traits);
+    return "open a panel";
+}
+
+std::string random_session::trouble_panel()
+{
+    if (panels.empty())
+        return "nothing";
+    const auto panel = std::next(panels.begin(), below(panels.size()));
+    switch (below(4)) {
+    case 0:
+        return panels.erase(panel), "destroy a panel";
+    case 1:
+        return panel->unmap(), "unmap a panel";
+    case 2:
+        return panel->commit(), "commit a panel";
+    default:
+        panel->zone(below(500) - 1);
+        return panel->commit(), "change a panel's zone";
+    }
+}
+
 const random_session::operation random_session::operations[]{
     {&random_session::plug_output, 2},      {&random_session::unplug_output, 2},
     {&random_session::open_window, 6},      {&random_session::close_window, 3},
@@ -291,7 +335,8 @@ const random_session::operation random_session::operations[]{
     {&random_session::focus_window, 2},     {&random_session::arrow_key, 5},
     {&random_session::change_stack, 5},     {&random_session::change_layout, 4},
     {&random_session::change_workspace, 4}, {&random_session::send_elsewhere, 4},
-    {&random_session::mark_window, 1},
+    {&random_session::mark_window, 1},      {&random_session::open_panel, 2},
+    {&random_session::trouble_panel, 3},
 };
 
 std::string random_session::step(unsigned seed)
@@ -313,7 +358,7 @@ std::string random_session::step(unsigned seed)
 // Tiles are only where they belong after an arrangement, which any operation may be followed by.
 std::vector<std::string> random_session::broken()
 {
-    std::vector<std::string> rules = test::server_check(server);
+    std::vector<std::string> rules = test::server_check(server, active_windows);
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         arrange_workspace(&ws);
     std::ranges::move(test::tiles_check(server), std::back_inserter(rules));

@@ -1,7 +1,6 @@
 #include "desktop.hpp"
 
 #include "config/load.hpp"
-#include "server_check.hpp"
 #include "startup.hpp"
 
 #include <drm_fourcc.h>
@@ -61,13 +60,14 @@ void unstarted_desktop::start()
 
 void unstarted_desktop::finish()
 {
-    EXPECT_THAT(server_check(server), testing::IsEmpty()) << state();
+    EXPECT_THAT(server_check(server, active_windows), testing::IsEmpty()) << state();
     server_finish(server);
     running = false;
     connections.clear();
     ipc_clients.clear();
     EXPECT_TRUE(wl_list_empty(&server.ipc_clients));
     EXPECT_TRUE(wl_list_empty(&server.toplevels));
+    EXPECT_TRUE(wl_list_empty(&server.layer_surfaces));
     EXPECT_TRUE(wl_list_empty(&server.outputs));
     EXPECT_TRUE(wl_list_empty(&server.workspaces));
     EXPECT_TRUE(wl_list_empty(&server.keyboards));

@@ -11,6 +11,7 @@
 #include "outputs/output.hpp"
 #include "picture.hpp"
 #include "server.hpp"
+#include "server_check.hpp"
 #include "wayland_client.hpp"
 #include "windows/toplevel.hpp"
 #include "workspaces/workspace.hpp"
@@ -121,6 +122,8 @@ protected:
     // Scene, windows and the log's end, for failure messages.
     std::string state();
 
+    // A test in which a layer surface takes the keyboard says so; the end of the session looks for it.
+    activity active_windows = activity::follows_keyboard;
     isolation world;
     std::unique_ptr<vantore_server> server_record;
     vantore_server &server;

@@ -2,6 +2,7 @@
 
 #include "outputs/output.hpp"
 #include "server.hpp"
+#include "windows/layer.hpp"
 #include "windows/placement.hpp"
 #include "windows/toplevel.hpp"
 #include "workspaces/stacks.hpp"
@@ -28,7 +29,7 @@ bool lies_in(const wlr_box &inner, const wlr_box &outer)
 class checker
 {
 public:
-    explicit checker(vantore_server &checked) : server(checked) {}
+    checker(vantore_server &checked, activity active) : server(checked), active_windows(active) {}
 
     std::vector<std::string> run()
     {
@@ -36,6 +37,8 @@ public:
         check_outputs();
         for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
             check_window(t);
+        for (auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces))
+            check_layer_surface(l);
         return std::move(broken);
     }
 
@@ -66,6 +69,8 @@ private:
             const std::string name = std::string{"output "} + output_name(o.wlr_output);
             expect(o.current_ws == nullptr || o.current_ws->output == &o, name + "'s workspace points back");
             expect(o.scene_output != nullptr, name + " shows the scene");
+            const wlr_box full = output_layout_box(o);
+            expect(!o.wlr_output->enabled || lies_in(o.usable, full), name + "'s usable box lies on it");
         }
     }
 
@@ -80,7 +85,20 @@ private:
         expect(box.width >= 1 && box.height >= 1, name + " has a size");
         expect(t.maximized == t.xdg_toplevel->scheduled.maximized, name + " knows whether it is maximized");
         const bool focused = server.seat->keyboard_state.focused_surface == tl_surface(t);
-        expect(t.xdg_toplevel->scheduled.activated == focused, name + " is active iff it has the keyboard");
+        const bool active = t.xdg_toplevel->scheduled.activated;
+        expect(active || !focused, name + " is active when it has the keyboard");
+        expect(!active || focused || active_windows == activity::may_lag, name + " is active only then");
+    }
+
+    void check_layer_surface(const vantore_layer_surface &l)
+    {
+        const wlr_layer_surface_v1 &surface = *l.layer_surface;
+        const std::string name = std::string{"layer surface "} + surface.namespace_;
+        expect(surface.data == &l, name + " points back");
+        expect(output_of(server, surface.output) != nullptr, name + " is on an output that is there");
+        expect(std::ranges::contains(server.layers, l.scene->tree->node.parent), name + " hangs in a layer");
+        expect(l.scene->tree->node.data == nullptr, name + " is not taken for a window");
+        expect(!surface.surface->mapped || l.told_width > 0, name + " was told a size before it was shown");
     }
 
     long times_listed(const vantore_toplevel &t)
@@ -93,6 +111,7 @@ private:
     }
 
     vantore_server &server;
+    activity active_windows;
     std::vector<std::string> broken;
 };
 
@@ -148,9 +167,9 @@ std::vector<std::string> tiles_check(vantore_server &server)
     return broken;
 }
 
-std::vector<std::string> server_check(vantore_server &server)
+std::vector<std::string> server_check(vantore_server &server, activity active_windows)
 {
-    return checker{server}.run();
+    return checker{server, active_windows}.run();
 }
 
 } // namespace test

@@ -9,8 +9,12 @@
 namespace test
 {
 
+// A layer surface takes the keyboard without a word to the window that had it.
+enum class activity : bool { follows_keyboard, may_lag };
+
 // A sentence for each rule that is broken; empty when all is well.
-std::vector<std::string> server_check(vantore_server &server);
+std::vector<std::string> server_check(vantore_server &server,
+                                      activity active_windows = activity::follows_keyboard);
 
 // The same for the tiles of the workspaces that are shown, which must have been arranged.
 std::vector<std::string> tiles_check(vantore_server &server);

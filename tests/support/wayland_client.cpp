@@ -189,8 +189,13 @@ window &client::create_window(const std::string &app_id)
 
 gamma_control &client::gamma(const std::string &output_name)
 {
-    const auto found = std::ranges::find(outputs, output_name, &output::name);
-    return gamma_controls.emplace_back(*this, found != outputs.end() ? found->proxy : nullptr);
+    return gamma_controls.emplace_back(*this, output_named(output_name));
+}
+
+wl_output *client::output_named(const std::string &name) const
+{
+    const auto found = std::ranges::find(outputs, name, &output::name);
+    return found != outputs.end() ? found->proxy : nullptr;
 }
 
 std::string client::name_of(const wl_output *proxy) const

@@ -207,6 +207,9 @@ public:
     void paint(wl_surface *surface, test::size s, uint32_t argb);
     [[nodiscard]] std::string name_of(wl_surface *surface) const;
 
+    // Null when it is not there.
+    [[nodiscard]] wl_output *output_named(const std::string &name) const;
+
     // A new object of a global that is there; the caller destroys it.
     void *bind(const wl_interface &interface, uint32_t version);
     [[nodiscard]] xdg_wm_base *shell() const { return wm_base; }

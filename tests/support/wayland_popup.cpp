@@ -50,12 +50,14 @@ static proxy<xdg_positioner> make_positioner(client &owner, const placement &whe
 }
 
 popup::popup(client &owner, xdg_surface *parent, const placement &where, draws draw_when, const seat *grabs,
-             uint32_t serial)
+             uint32_t serial, layer_surface *adopted_by)
     : owned_by(&owner), surface(owner.create_surface("popup")),
       role(xdg_wm_base_get_xdg_surface(owner.shell(), surface)), when(draw_when)
 {
     xdg_surface_add_listener(role, &popup_surface_listener, this);
     take_role_again(parent, where);
+    if (adopted_by != nullptr)
+        adopted_by->adopt(object);
     if (grabs != nullptr)
         xdg_popup_grab(object, grabs->get(), serial);
     wl_surface_commit(surface);
@@ -67,6 +69,11 @@ popup::popup(window &parent, const placement &where, draws draw_when, const seat
 }
 
 popup::popup(popup &parent, const placement &where) : popup(*parent.owned_by, parent.role, where) {}
+
+popup::popup(layer_surface &parent, const placement &where)
+    : popup(parent.owner(), nullptr, where, draws::always, nullptr, 0, &parent)
+{
+}
 
 popup::~popup()
 {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "wayland_client.hpp"
+#include "wayland_layer.hpp"
 #include "wayland_seat.hpp"
 
 namespace test
@@ -25,8 +26,9 @@ public:
     popup(window &parent, const placement &where, draws when = draws::always, const seat *grabs = nullptr,
           uint32_t serial = 0);
     popup(popup &parent, const placement &where);
+    popup(layer_surface &parent, const placement &where);
     popup(client &owner, xdg_surface *parent, const placement &where, draws when = draws::always,
-          const seat *grabs = nullptr, uint32_t serial = 0);
+          const seat *grabs = nullptr, uint32_t serial = 0, layer_surface *adopted_by = nullptr);
     ~popup();
     popup(const popup &) = delete;
     popup &operator=(const popup &) = delete;
@@ -47,6 +49,7 @@ public:
     [[nodiscard]] bool dismissed() const { return done; }
     [[nodiscard]] uint32_t last_token() const { return token; }
     [[nodiscard]] xdg_surface *shell_surface() const { return role; }
+    [[nodiscard]] xdg_popup *get() const { return object; }
 
 private:
     friend struct popup_events;

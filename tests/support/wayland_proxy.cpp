@@ -13,6 +13,10 @@
 
 #include <wayland-client.h>
 
+#define namespace namespace_ // what the protocol calls a parameter
+#include "wlr-layer-shell-unstable-v1-client-protocol.h"
+#undef namespace
+
 namespace test
 {
 
@@ -89,6 +93,11 @@ void destroy_proxy::operator()(xdg_popup *object) const
 void destroy_proxy::operator()(xdg_positioner *object) const
 {
     xdg_positioner_destroy(object);
+}
+
+void destroy_proxy::operator()(zwlr_layer_shell_v1 *object) const
+{
+    zwlr_layer_shell_v1_destroy(object);
 }
 
 void destroy_proxy::operator()(zwlr_virtual_pointer_manager_v1 *object) const

@@ -18,6 +18,7 @@ struct xdg_activation_token_v1;
 struct xdg_activation_v1;
 struct xdg_popup;
 struct xdg_positioner;
+struct zwlr_layer_shell_v1;
 struct zwlr_virtual_pointer_manager_v1;
 struct zwlr_virtual_pointer_v1;
 struct zwp_input_method_keyboard_grab_v2;
@@ -53,6 +54,7 @@ struct destroy_proxy {
     void operator()(xdg_activation_v1 *object) const;
     void operator()(xdg_popup *object) const;
     void operator()(xdg_positioner *object) const;
+    void operator()(zwlr_layer_shell_v1 *object) const;
     void operator()(zwlr_virtual_pointer_manager_v1 *object) const;
     void operator()(zwlr_virtual_pointer_v1 *object) const;
     void operator()(zwp_input_method_keyboard_grab_v2 *object) const;

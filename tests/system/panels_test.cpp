@@ -1,0 +1,95 @@
+// Panels and wallpapers of other people's making, in the real compositor.
+
+#include "support/picture.hpp"
+#include "support/process.hpp"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using test::eventually;
+using testing::Optional;
+
+struct panels : testing::Test {
+    panels() : compositor(test::compositor(), world.environment)
+    {
+        const std::string mark = "IPC listening on ";
+        EXPECT_TRUE(compositor.says(mark)) << compositor.output();
+        const std::string log = compositor.output();
+        const size_t at = log.find(mark) + mark.size();
+        world.environment["VANTORESOCK"] = log.substr(at, log.find('\n', at) - at);
+        world.environment["WAYLAND_DISPLAY"] = "wayland-0";
+        world.environment["GDK_BACKEND"] = "wayland";
+        world.environment["NO_AT_BRIDGE"] = "1";
+        world.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + (world.directory() / "bus").string();
+    }
+
+    ~panels() override
+    {
+        compositor.send(SIGTERM);
+        EXPECT_THAT(compositor.wait(), Optional(0)) << compositor.output();
+    }
+
+    [[nodiscard]] test::process run(const std::vector<std::string> &command) const
+    {
+        return {command, world.environment};
+    }
+
+    // The upper edge of the only window; -1 when there is none.
+    [[nodiscard]] int window_top() const
+    {
+        test::process tool = run({VANTORE_MSG_BINARY, "windows"});
+        (void)tool.wait();
+        const std::string list = tool.output();
+        const size_t at = list.find(R"("y":)");
+        return at != std::string::npos ? atoi(list.c_str() + at + 4) : -1;
+    }
+
+    [[nodiscard]] bool shows(uint32_t argb) const
+    {
+        const std::filesystem::path path = world.directory() / "picture.png";
+        test::process grim = run({"grim", path});
+        return grim.wait() == 0 && std::ranges::count(test::image::load(path).argb, argb) > 10'000;
+    }
+
+    [[nodiscard]] std::string write(const char *name, const char *text) const
+    {
+        const std::filesystem::path path = world.directory() / name;
+        std::ofstream{path} << text;
+        return path;
+    }
+
+    test::private_world world;
+    test::process compositor;
+};
+
+TEST_F(panels, of_a_toolkit_take_their_place_from_the_tiles_and_give_it_back)
+{
+    test::process tool = run({VANTORE_MSG_BINARY, "command", "ws-layout", "1", "tiling"});
+    EXPECT_THAT(tool.wait(), Optional(0)) << tool.output();
+    test::process foot = run({"foot", "sleep", "100"});
+    ASSERT_TRUE(eventually([&] { return window_top() >= 0; })) << foot.output();
+    const int top = window_top();
+    test::process bus = run({"dbus-daemon", "--session", "--nofork", "--print-address",
+                             "--address=" + world.environment["DBUS_SESSION_BUS_ADDRESS"]});
+    ASSERT_TRUE(bus.says("unix:path="));
+    const std::string config = write("bar.json", R"({"height": 50, "modules-left": ["clock"]})");
+    const std::string style = write("bar.css", "window#waybar { background: #654321; }");
+    test::process waybar = run({"waybar", "--config", config, "--style", style});
+    EXPECT_TRUE(eventually([&] { return window_top() == top + 50; })) << waybar.output();
+    EXPECT_TRUE(eventually([&] { return shows(0xff654321U); })) << waybar.output();
+    waybar.send(SIGTERM);
+    EXPECT_TRUE(eventually([&] { return window_top() == top; }));
+    EXPECT_FALSE(shows(0xff654321U));
+}
+
+TEST_F(panels, of_wallpapers_cover_the_output_and_go)
+{
+    test::process swaybg = run({"swaybg", "--color", "#123456"});
+    EXPECT_TRUE(eventually([&] { return shows(0xff123456U); })) << swaybg.output();
+    swaybg.send(SIGTERM);
+    EXPECT_TRUE(eventually([&] { return !shows(0xff123456U); }));
+}
