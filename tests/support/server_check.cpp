@@ -79,7 +79,9 @@ private:
         expect(tl_mapped(t), name + " in the list is mapped");
         expect(t.workspace != nullptr, name + " has a workspace");
         expect(times_listed(t) == 1, name + " is on exactly one workspace list");
-        expect(t.scene_tree->node.parent == toplevel_parent_tree(t), name + " hangs where it belongs");
+        const bool dragged = &t == server.grabbed_toplevel;
+        expect(dragged || t.scene_tree->node.parent == toplevel_parent_tree(t),
+               name + " hangs where it belongs");
         expect(box.width >= 1 && box.height >= 1, name + " has a size");
         expect(t.maximized == t.xdg_toplevel->scheduled.maximized, name + " knows whether it is maximized");
         const bool focused = server.seat->keyboard_state.focused_surface == tl_surface(t);

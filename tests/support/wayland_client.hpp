@@ -17,6 +17,7 @@ struct wl_display;
 struct wl_interface;
 struct wl_output;
 struct wl_registry;
+struct wl_seat;
 struct wl_shm;
 struct wl_subsurface;
 struct wl_surface;
@@ -111,6 +112,10 @@ public:
     void request_unmaximize();
     void request_fullscreen();
     void request_unfullscreen();
+    void request_minimize();
+    void request_move(wl_seat *seat, uint32_t serial);
+    // A mask of xdg_toplevel's resize edges.
+    void request_resize(wl_seat *seat, uint32_t serial, uint32_t edges);
     void request_frame();
 
     // What it was told

@@ -271,6 +271,24 @@ void window::request_fullscreen()
     xdg_toplevel_set_fullscreen(toplevel, nullptr);
 }
 
+void window::request_minimize()
+{
+    ensure_toplevel();
+    xdg_toplevel_set_minimized(toplevel);
+}
+
+void window::request_move(wl_seat *seat, uint32_t serial)
+{
+    ensure_toplevel();
+    xdg_toplevel_move(toplevel, seat, serial);
+}
+
+void window::request_resize(wl_seat *seat, uint32_t serial, uint32_t edges)
+{
+    ensure_toplevel();
+    xdg_toplevel_resize(toplevel, seat, serial, edges);
+}
+
 void window::request_unfullscreen()
 {
     xdg_toplevel_unset_fullscreen(toplevel);
