@@ -4,11 +4,13 @@
 #include "support/wayland_popup.hpp"
 #include "support/wayland_seat.hpp"
 
+#include "config/settings.hpp"
 #include "input/hit_test.hpp"
 #include "workspaces/focus.hpp"
 
 #include <linux/input-event-codes.h>
 
+using test::BOTTOM;
 using test::keyboard_wish;
 using test::layer;
 using test::layer_surface;
@@ -266,4 +268,31 @@ TEST_F(pointed_layers, may_go_while_the_pointer_is_in_them)
     point_at(*pointer, 60, 160);
     settle();
     EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(*low)));
+}
+
+TEST_F(pointed_layers, win_over_a_title_bar)
+{
+    record(*low).ssd = true;
+    place(*low, 0, 230);
+    vantore_dec_region region = DEC_NONE;
+    EXPECT_EQ(decoration_at(server, 300, 220, region), &record(*low));
+    place(*low, 0, 100);
+    EXPECT_EQ(decoration_at(server, 50, 90, region), nullptr);
+}
+
+TEST_F(pointed_layers, with_the_keyboard_keep_it_from_a_focus_that_follows_the_mouse)
+{
+    g_focus_follows_mouse = true;
+    active_windows = test::activity::may_lag;
+    layer_surface &launcher = show(
+        {.on = layer::overlay, .size = {50, 50}, .anchor = BOTTOM, .keyboard = keyboard_wish::on_demand});
+    point_at(*pointer, 300, 150);
+    EXPECT_TRUE(has_keyboard(launcher));
+    launcher.destroy();
+    settle();
+    EXPECT_TRUE(has_keyboard(*high));
+    point_at(*pointer, 307, 150); // the anchor has come along
+    EXPECT_TRUE(has_keyboard(*high));
+    point_at(*pointer, 308, 150);
+    EXPECT_TRUE(has_keyboard(*low));
 }
