@@ -34,7 +34,7 @@ layer_traits top_bar(int height)
     return {.size = {0, height}, .anchor = TOP | LEFT | RIGHT, .zone = height};
 }
 
-layer_surface::layer_surface(client &owner, layer_traits traits)
+layer_surface::layer_surface(client &owner, const layer_traits &traits)
     : owned_by(&owner), colour(traits.argb),
       shell(static_cast<zwlr_layer_shell_v1 *>(owner.bind(zwlr_layer_shell_v1_interface, 4))),
       surface(owner.create_surface(traits.name))

@@ -40,7 +40,7 @@ class layer_surface
 {
 public:
     // It acks, and draws at each configure.
-    layer_surface(client &owner, layer_traits traits);
+    layer_surface(client &owner, const layer_traits &traits);
     ~layer_surface();
     layer_surface(const layer_surface &) = delete;
     layer_surface &operator=(const layer_surface &) = delete;
