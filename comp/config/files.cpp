@@ -1,9 +1,12 @@
 #include "files.hpp"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <limits>
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -75,4 +78,17 @@ bool cfg_bool(const char *value)
 {
     const std::string_view text{value};
     return text == "true" || text == "1" || text == "yes";
+}
+
+int cfg_int(const char *value)
+{
+    using range = std::numeric_limits<int>;
+    return int(std::clamp<long>(strtol(value, nullptr, 10), range::min(), range::max()));
+}
+
+double cfg_fraction(const char *value)
+{
+    using range = std::numeric_limits<float>;
+    const double number = strtod(value, nullptr);
+    return std::isnan(number) ? 0 : std::clamp<double>(number, range::lowest(), range::max());
 }

@@ -39,3 +39,10 @@ std::optional<cfg_pair> config_next_pair(FILE &file, std::span<char> line);
 
 // Exactly "true", "1" or "yes".
 bool cfg_bool(const char *value);
+
+// Text that is no number is 0, what follows a number is ignored, and what no int holds is the nearest that
+// one does.
+int cfg_int(const char *value);
+
+// The same for a fraction, within what a float holds; "nan" is no number.
+double cfg_fraction(const char *value);

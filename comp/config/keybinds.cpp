@@ -7,8 +7,6 @@
 #include "files.hpp"
 
 #include <algorithm>
-#include <climits>
-#include <cstdlib>
 #include <cstring>
 #include <strings.h>
 
@@ -156,11 +154,6 @@ static bool has_name(const keybind_verb &verb, std::string_view name)
     return std::ranges::any_of(verb.names, [&](const char *n) { return n != nullptr && name == n; });
 }
 
-static int number_from(const char *text)
-{
-    return int(std::clamp(strtol(text, nullptr, 10), long{INT_MIN}, long{INT_MAX}));
-}
-
 static int output_step_from(std::string_view text)
 {
     return text == "left" || text == "prev" ? -1 : 1;
@@ -172,7 +165,7 @@ static void read_argument(vnt_bind &bind, verb_argument kind, const char *rest)
     case none:
         return;
     case number:
-        bind.arg = number_from(rest);
+        bind.arg = cfg_int(rest);
         return;
     case direction:
         bind.arg = cfg_dir(rest);

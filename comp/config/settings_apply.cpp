@@ -5,30 +5,33 @@
 #include "words.hpp"
 
 #include <algorithm>
-#include <limits>
+#include <concepts>
+
+static constexpr size_t longest_output_name = sizeof(wp_override::name) - 1;
 
 wp_override *wp_override_for(std::string_view name)
 {
-    wp_override made;
-    copy_text(made.name, name);
+    name = name.substr(0, longest_output_name);
     const auto known = std::span{g_wp_overrides}.first(size_t(g_wp_override_count));
-    const auto found = std::ranges::find(known, made.name, &wp_override::name);
-    if (found != known.end())
+    const auto named = [&](const wp_override &output) { return text_equals(output.name, name); };
+    if (const auto found = std::ranges::find_if(known, named); found != known.end())
         return &*found;
     if (known.size() == g_wp_overrides.size())
         return nullptr;
     wp_override &added = g_wp_overrides[size_t(g_wp_override_count++)];
-    added = made;
+    added = {};
+    copy_text(added.name, name);
     return &added;
 }
 
-template <class T> static T read_number(const char *value)
+static void read_number(int &stored, const char *value)
 {
-    if constexpr (std::is_integral_v<T>)
-        return cfg_int(value);
-    else // what no T holds would be undefined to convert
-        return T(std::clamp<double>(cfg_fraction(value), std::numeric_limits<T>::lowest(),
-                                    std::numeric_limits<T>::max()));
+    stored = cfg_int(value);
+}
+
+template <std::floating_point T> static void read_number(T &stored, const char *value)
+{
+    stored = T(cfg_fraction(value));
 }
 
 // One line for one row.
@@ -40,7 +43,7 @@ struct taking {
     void operator()(const flag_setting &kind) const { *kind.stored = cfg_bool(line.value); }
     template <class T> void operator()(const number_setting<T> &kind) const
     {
-        *kind.stored = read_number<T>(line.value);
+        read_number(*kind.stored, line.value);
     }
     void operator()(const text_setting &kind) const { copy_text(kind.stored, line.value); }
     template <class T> void operator()(const word_setting<T> &kind) const

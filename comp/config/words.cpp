@@ -1,13 +1,11 @@
 #include "words.hpp"
 
 #include "../wlr.hpp"
+#include "files.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <string_view>
 #include <strings.h>
 
@@ -47,18 +45,6 @@ int cfg_max_render_time(const char *v)
     if (text == "off" || text == "false")
         return 0;
     return std::clamp(cfg_int(v), 0, longest_render_time_ms);
-}
-
-int cfg_int(const char *v)
-{
-    using range = std::numeric_limits<int>;
-    return int(std::clamp<long>(strtol(v, nullptr, 10), range::min(), range::max()));
-}
-
-double cfg_fraction(const char *v)
-{
-    const double number = strtod(v, nullptr);
-    return std::isnan(number) ? 0 : number;
 }
 
 static float channel(unsigned bits, int shift)

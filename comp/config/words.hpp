@@ -17,13 +17,6 @@ wp_mode wp_mode_str(const char *v);
 // "auto" is -1, "off" and "false" are 0; else milliseconds from 0 to 100.
 int cfg_max_render_time(const char *v);
 
-// Text that is no number is 0, what follows a number is ignored, and what no int holds is the nearest that
-// one does.
-int cfg_int(const char *v);
-
-// The same for a fraction; "nan" is no number.
-double cfg_fraction(const char *v);
-
 // Six characters that begin with a hexadecimal number, with or without a '#' before them. False for anything
 // else, which leaves the colour as it was.
 bool cfg_color(const char *v, std::array<float, 4> &color);

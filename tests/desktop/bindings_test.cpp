@@ -554,9 +554,7 @@ struct start_with_bindings : test::unstarted_desktop {
 
 TEST_F(start_with_bindings, reads_the_users_file)
 {
-    const auto directory = world.directory() / "config" / "vantore";
-    std::filesystem::create_directories(directory);
-    std::ofstream{directory / "keybinds.conf"} << "$mod+w = spawn mine\n$mod+q = none\n";
+    write_config("keybinds.conf", "$mod+w = spawn mine\n$mod+q = none\n");
     start();
     EXPECT_EQ(g_bind_count, 86);
     EXPECT_TRUE(handle_keybinding(server, WLR_MODIFIER_LOGO, XKB_KEY_w));

@@ -29,13 +29,13 @@ TEST(startup_table, names_its_steps_in_order)
     std::vector<std::string_view> names;
     for (const startup_step &step : startup_steps())
         names.push_back(step.name);
-    EXPECT_THAT(names,
-                ElementsAre("log", "single-instance state", "display", "signals", "safe graphics", "backend",
-                            "headless backend", "login session", "renderer", "render node", "allocator",
-                            "first globals", "explicit sync", "scene", "scene graph", "configuration",
-                            "key bindings", "reduced motion", "presentation time", "accent", "workspaces",
-                            "timers", "outputs", "xdg shell", "decoration manager", "cursor", "seat",
-                            "last globals", "socket and backend", "announcement", "IPC"));
+    EXPECT_THAT(names, ElementsAre("log", "single-instance state", "display", "signals", "safe graphics",
+                                   "backend", "headless backend", "login session", "renderer", "render node",
+                                   "allocator", "first globals", "explicit sync", "scene", "scene graph",
+                                   "configuration", "reduced motion", "presentation time", "accent",
+                                   "workspaces", "workspaces' configuration", "timers", "outputs",
+                                   "xdg shell", "decoration manager", "cursor", "seat", "last globals",
+                                   "socket and backend", "announcement", "IPC"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)
@@ -56,6 +56,11 @@ TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_a
                             "zxdg_decoration_manager_v1 1", "wl_seat 9", "zwlr_screencopy_manager_v1 3",
                             "zwlr_export_dmabuf_manager_v1 1", "zwlr_data_control_manager_v1 2",
                             "zwlr_gamma_control_manager_v1 1", "zxdg_output_manager_v1 3"));
+}
+
+static bool offers(const test::client &c, std::string_view interface)
+{
+    return std::ranges::contains(c.globals(), interface, &test::global::interface);
 }
 
 // Two libraries define the scene's calls; only one of them makes scenes with effects.
@@ -296,6 +301,16 @@ TEST_F(desktop, the_banner_names_the_socket_and_the_keys)
                   "Super+right-drag resize; Super+Shift+Esc quit)\n"));
     EXPECT_THAT(world.log(), HasSubstr("presentation-time advertised (presentation_time=true)\n"));
     EXPECT_THAT(world.log(), Not(HasSubstr("explicit sync")));
+}
+
+TEST_F(unstarted_desktop, exact_frame_times_are_not_offered_where_the_configuration_says_no)
+{
+    config("presentation_time = false\n");
+    start();
+    EXPECT_FALSE(offers(connect(), "wp_presentation"));
+    EXPECT_THAT(world.log(), Not(HasSubstr("presentation-time")));
+    config("presentation_time = true\n");
+    EXPECT_FALSE(offers(connect(), "wp_presentation")) << "only the start reads it";
 }
 
 TEST_F(desktop, the_outputs_file_is_there_from_the_start_and_empty_without_outputs)

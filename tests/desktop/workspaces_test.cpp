@@ -2,6 +2,7 @@
 
 #include "support/desktop.hpp"
 
+#include "config/settings.hpp"
 #include "text.hpp"
 #include "workspaces/switch.hpp"
 
@@ -154,4 +155,38 @@ TEST_F(workspace_switch, by_pulling_nothing_or_what_is_there_does_nothing)
     output_set_current(output("A"), &workspace(1));
     EXPECT_EQ(output("A").current_ws, &workspace(1));
     EXPECT_THAT(heard(), IsEmpty());
+}
+
+// The configuration
+
+using configured_workspaces = test::unstarted_desktop;
+
+TEST_F(configured_workspaces, have_their_names_layouts_and_outputs_from_the_start)
+{
+    config("default_layout = tiling\nmaster_ratio = 0.7\n");
+    write_config("workspaces.conf", "5 = Web, output=A, layout=floating, tile_mode=grid\n6 = Mail\n");
+    start();
+    plug("A", 800, 600);
+    EXPECT_EQ(output("A").current_ws, &workspace(5));
+    EXPECT_EQ(text_of(workspace(5).name), "Web");
+    EXPECT_EQ(workspace(5).layout, VANTORE_LAYOUT_FLOATING);
+    EXPECT_EQ(workspace(5).tile_mode, TM_GRID);
+    EXPECT_EQ(text_of(workspace(6).name), "Mail");
+    EXPECT_EQ(workspace(6).layout, VANTORE_LAYOUT_TILING);
+    EXPECT_EQ(text_of(workspace(7).name), "7");
+    EXPECT_DOUBLE_EQ(workspace(7).master_ratio, 0.7);
+}
+
+TEST_F(configured_workspaces, of_one_session_are_not_those_of_the_next)
+{
+    config("modifier = alt\ncursor_theme = mine\n");
+    write_config("workspaces.conf", "1 = Web\n");
+    start();
+    finish();
+    config("");
+    write_config("workspaces.conf", "");
+    start();
+    EXPECT_EQ(text_of(workspace(1).name), "1");
+    EXPECT_EQ(server.wm_modifier, uint32_t{WLR_MODIFIER_LOGO});
+    EXPECT_EQ(text_of(g_cursor_theme), "");
 }

@@ -1,5 +1,6 @@
 #include "desktop.hpp"
 
+#include "config/load.hpp"
 #include "server_check.hpp"
 #include "startup.hpp"
 
@@ -69,6 +70,18 @@ void unstarted_desktop::finish()
     EXPECT_TRUE(wl_list_empty(&server.workspaces));
     EXPECT_TRUE(wl_list_empty(&server.keyboards));
     EXPECT_TRUE(wl_list_empty(&server.input_devs));
+}
+
+void unstarted_desktop::config(std::string_view text)
+{
+    write_config("compositor.conf", text);
+}
+
+void unstarted_desktop::write_config(const std::string &name, std::string_view text)
+{
+    world.write_config(name, text);
+    if (running)
+        config_load(server);
 }
 
 void unstarted_desktop::TearDown()

@@ -48,6 +48,11 @@ protected:
     // The orderly end; TearDown does it where the test did not.
     void finish();
 
+    // Writes compositor.conf, which the start reads; a session that runs reads it at once.
+    void config(std::string_view text);
+    // The same for another file of the configuration, by its name.
+    void write_config(const std::string &name, std::string_view text);
+
     // Outputs
     made_up_output &plug(output_traits traits);
     made_up_output &plug(const std::string &name, int width, int height);

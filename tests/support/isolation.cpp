@@ -139,6 +139,14 @@ const std::vector<unsigned> &isolation::virtual_terminals() const
     return g_recording.vts;
 }
 
+std::filesystem::path isolation::write_config(const std::string &name, std::string_view text) const
+{
+    std::filesystem::create_directories(config_directory());
+    auto path = config_directory() / name;
+    std::ofstream{path, std::ios::binary} << text;
+    return path;
+}
+
 void isolation::kernel_command_line(const std::string &text)
 {
     std::ofstream{command_line_path} << text;

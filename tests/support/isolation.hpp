@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
 #include <vector>
 
@@ -31,12 +32,15 @@ public:
 
     [[nodiscard]] const std::filesystem::path &directory() const { return root; }
     [[nodiscard]] std::filesystem::path runtime_directory() const { return root / "run"; }
+    [[nodiscard]] std::filesystem::path config_directory() const { return root / "config" / "vantore"; }
 
     // The shell lines that would have been run.
     [[nodiscard]] const std::vector<std::string> &spawned() const;
     [[nodiscard]] const std::vector<killed> &killed_processes() const;
     // The virtual terminals that were switched to.
     [[nodiscard]] const std::vector<unsigned> &virtual_terminals() const;
+    // Writes a file of the configuration directory. Returns where it lies.
+    std::filesystem::path write_config(const std::string &name, std::string_view text) const;
     // What /proc/cmdline is to hold.
     void kernel_command_line(const std::string &text);
     // Arms the program's timers that are due by then for 1 ms of real time. True when there were any.
