@@ -18,6 +18,7 @@
 #include "outputs/power.hpp"
 #include "scene_graph.hpp"
 #include "server.hpp"
+#include "session/autostart.hpp"
 #include "session/state_files.hpp"
 #include "spawn.hpp"
 #include "workspaces/workspace.hpp"
@@ -251,6 +252,7 @@ static constexpr startup_step steps[]{
     {"socket and backend", open_socket_and_start_backend},
     {"announcement", announce_session},
     {"IPC", [](vantore_server &server) { return ipc_init(server), true; }},
+    {"autostart", [](vantore_server &) { return spawn_autostart(), spawn_xdg_autostart(), true; }},
 };
 
 std::span<const startup_step> startup_steps()
