@@ -33,7 +33,7 @@ TEST(startup_table, names_its_steps_in_order)
                                    "backend", "headless backend", "login session", "renderer", "render node",
                                    "allocator", "first globals", "explicit sync", "scene", "scene graph",
                                    "configuration", "reduced motion", "presentation time", "accent",
-                                   "workspaces", "workspaces' configuration", "timers", "outputs",
+                                   "workspaces", "workspaces' configuration", "hangup", "timers", "outputs",
                                    "xdg shell", "decoration manager", "cursor", "seat", "last globals",
                                    "socket and backend", "announcement", "IPC", "autostart"));
 }
