@@ -19,7 +19,8 @@ struct programs : testing::Test {
         world.environment["PATH"] = (world.directory() / "bin").string() + ":" + world.environment["PATH"];
     }
 
-    // A program in PATH that writes a file: its arguments, one a line, and then the signals that it blocks.
+    // A program in PATH that writes a file: its arguments, one a line, and then the mask of signals that it
+    // blocks. The shell reads that itself, since it blocks more while it starts others.
     void recording_program(const std::string &name) const
     {
         const auto path = world.directory() / "bin" / name;

@@ -21,17 +21,17 @@ using testing::ElementsAre;
 struct settings_files : testing::Test {
     settings_files() { settings_begin(*server); }
 
-    void compositor(std::string_view text)
+    void compositor(std::string_view text) const
     {
         world.write_config("compositor.conf", text);
         config_load(*server);
     }
-    void input(std::string_view text)
+    void input(std::string_view text) const
     {
         world.write_config("input.conf", text);
         config_load(*server);
     }
-    void appearance(std::string_view text)
+    void appearance(std::string_view text) const
     {
         world.write_config("appearance.conf", text);
         config_load(*server);

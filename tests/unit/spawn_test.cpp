@@ -107,7 +107,7 @@ TEST(shell_line, may_be_hung_up_though_we_hold_hangups)
     sigemptyset(&hangup);
     sigaddset(&hangup, SIGHUP);
     sigprocmask(SIG_BLOCK, &hangup, &before);
-    const std::string blocked = output_of("grep SigBlk /proc/$$/status");
+    const std::string blocked = output_of("exec grep SigBlk /proc/self/status");
     sigprocmask(SIG_SETMASK, &before, nullptr);
     EXPECT_EQ(blocked, "SigBlk:\t0000000000000000\n");
 }

@@ -127,7 +127,7 @@ struct live_workspaces : workspaces_file {
     }
     ~live_workspaces() override { workspaces_destroy(*server); }
 
-    std::string live(int num)
+    [[nodiscard]] std::string live(int num) const
     {
         const vantore_workspace &ws = *workspace_by_num(*server, num);
         return std::format("{}|{}|{}|{}|{}", text_of(ws.name), text_of(ws.pref_output), int(ws.layout),
