@@ -19,13 +19,6 @@ using std::chrono::steady_clock;
 namespace
 {
 
-std::string socket_path(subject &session)
-{
-    if (!session.says("IPC listening"))
-        abort();
-    return session.runtime_directory() + "/vantore-ipc-" + std::to_string(session.pid()) + ".sock";
-}
-
 // Sends the request and reads until its reply is there.
 void ask(test::ipc_client &c, uint32_t type, std::string_view payload = {})
 {
@@ -56,7 +49,7 @@ void queries()
 {
     subject session{COMPOSITOR_BINARY};
     auto client = session.connect();
-    test::ipc_client c{socket_path(session)};
+    test::ipc_client c{session.ipc_socket()};
     printf("a command that does nothing: %.1f microseconds of CPU\n",
            request_us(session, c, VNT_MSG_COMMAND));
     for (int i = 0; i < 100; i++)
@@ -88,13 +81,13 @@ double event_us(const subject &session, test::ipc_client &c, std::list<test::ipc
 void events()
 {
     subject session{COMPOSITOR_BINARY};
-    test::ipc_client c{socket_path(session)};
+    test::ipc_client c{session.ipc_socket()};
     std::list<test::ipc_client> subscribers;
     (void)event_us(session, c, subscribers); // the first ones are slow
     const double to_nobody = event_us(session, c, subscribers);
     for (const size_t count : {1UL, 100UL}) {
         while (subscribers.size() < count)
-            ask(subscribers.emplace_back(socket_path(session)), VNT_MSG_SUBSCRIBE);
+            ask(subscribers.emplace_back(session.ipc_socket()), VNT_MSG_SUBSCRIBE);
         printf("an event to %zu subscriber(s): %.1f microseconds of CPU\n", count,
                event_us(session, c, subscribers) - to_nobody);
     }

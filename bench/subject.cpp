@@ -60,6 +60,13 @@ std::unique_ptr<test::client> subject::connect() const
     return client;
 }
 
+std::string subject::ipc_socket()
+{
+    if (!says("IPC listening"))
+        abort();
+    return runtime_directory() + "/vantore-ipc-" + std::to_string(pid()) + ".sock";
+}
+
 void subject::rest(test::client &client)
 {
     const int asked = client.roundtrip_begin();

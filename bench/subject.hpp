@@ -27,6 +27,9 @@ public:
     [[nodiscard]] pid_t pid() const { return program.pid(); }
     [[nodiscard]] std::string runtime_directory() const { return world.directory() / "run"; }
 
+    // The path of its IPC socket, once it listens there.
+    std::string ipc_socket();
+
     // Until the program has answered everything and then had time for the frames that follow.
     static void rest(test::client &client);
     // A window of the client, mapped and active.

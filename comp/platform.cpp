@@ -25,6 +25,7 @@ static pid_t read_client_pid(wl_client *client)
 vnt_platform g_platform{
     .monotonic_ns = read_monotonic_clock,
     .run_shell_line = fork_shell_line,
+    .run_program = fork_program,
     .send_signal = kill,
     .arm_timer = wl_event_source_timer_update,
     .change_vt = wlr_session_change_vt,

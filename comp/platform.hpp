@@ -15,6 +15,7 @@ struct vnt_platform {
     // CLOCK_MONOTONIC in nanoseconds.
     int64_t (*monotonic_ns)();
     void (*run_shell_line)(const char *line);
+    void (*run_program)(const char *const argv[]);
     int (*send_signal)(pid_t pid, int signal);
     int (*arm_timer)(wl_event_source *timer, int ms);
     bool (*change_vt)(wlr_session *session, unsigned vt);

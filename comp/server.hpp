@@ -43,6 +43,9 @@ struct vantore_server {
 
     wlr_cursor *cursor = nullptr;
     wlr_xcursor_manager *xcursor_mgr = nullptr;
+    // What cursor_apply last applied; at first what no configuration can ask for.
+    std::array<char, 128> applied_theme{"\1"};
+    int applied_size = -1;
     listener cursor_motion, cursor_motion_absolute, cursor_button, cursor_axis, cursor_frame;
     // Cursor position minus surface position at the last motion that a client heard of.
     double ptr_grab_ox = 0, ptr_grab_oy = 0;
@@ -83,6 +86,7 @@ struct vantore_server {
     int next_stack_id = 1;
     bool mod_tapped = false; // the modifier went down alone; a tap is still possible
     timer_source mod_hold_timer;
+    event_source hangup; // reloads the configuration on SIGHUP
     bool shortcuts_shown = false; // the modifier was held: the shell shows the shortcuts
 
     // What the cursor shows: a name of the theme, or a client's surface, or nothing.

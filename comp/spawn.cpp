@@ -2,7 +2,7 @@
 
 #include "platform.hpp"
 
-#include <cstring>
+#include <csignal>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,19 +11,41 @@
 // closing quote still fit into the 4096 bytes of the launcher's buffer.
 static constexpr size_t launcher_line_limit = 4090;
 
-void fork_shell_line(const char *line)
+// Everything is inherited but the block of SIGHUP, which only our event loop needs: shells would hand it on,
+// and nothing would end with its terminal.
+static void release_hangups()
+{
+    sigset_t hangup;
+    sigemptyset(&hangup);
+    sigaddset(&hangup, SIGHUP);
+    sigprocmask(SIG_UNBLOCK, &hangup, nullptr);
+}
+
+void fork_program(const char *const argv[])
 {
     const pid_t child = fork();
     if (child == 0) {
         setsid();
         if (fork() == 0) {
-            execl("/bin/sh", "/bin/sh", "-c", line, static_cast<char *>(nullptr));
+            release_hangups();
+            execvp(argv[0], const_cast<char *const *>(argv));
             _exit(127);
         }
         _exit(0);
     }
     if (child > 0)
         waitpid(child, nullptr, 0);
+}
+
+void fork_shell_line(const char *line)
+{
+    const char *const argv[]{"/bin/sh", "-c", line, nullptr};
+    fork_program(argv);
+}
+
+void spawn_program(const char *const argv[])
+{
+    g_platform.run_program(argv);
 }
 
 void spawn_detached(const char *cmd)

@@ -10,5 +10,9 @@ void spawn_detached(const char *cmd);
 // nothing; a line that would not fit into the launcher's 4096 bytes is cut.
 void spawn_app(const char *cmd);
 
-// The real fork behind spawn_detached; everything else calls that.
+// Runs a program of PATH in the same way, without a shell. The name and the arguments end with a null.
+void spawn_program(const char *const argv[]);
+
+// The real forks behind these; everything else calls those.
 void fork_shell_line(const char *line);
+void fork_program(const char *const argv[]);

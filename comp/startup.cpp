@@ -4,11 +4,13 @@
 #include "startup.hpp"
 
 #include "config/load.hpp"
+#include "config/reload.hpp"
 #include "config/settings_apply.hpp"
 #include "config/workspaces_file.hpp"
 #include "globals.hpp"
 #include "graphics.hpp"
 #include "input/buttons.hpp"
+#include "input/cursor_image.hpp"
 #include "input/modifier_tap.hpp"
 #include "input/pointer.hpp"
 #include "ipc/transport.hpp"
@@ -18,6 +20,7 @@
 #include "outputs/power.hpp"
 #include "scene_graph.hpp"
 #include "server.hpp"
+#include "session/autostart.hpp"
 #include "session/state_files.hpp"
 #include "spawn.hpp"
 #include "workspaces/workspace.hpp"
@@ -25,9 +28,6 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-
-static constexpr uint32_t default_cursor_size = 24;
-static constexpr long largest_cursor_size = 1024; // larger images only cost memory
 
 static wl_display *g_display; // for the signal handler
 // wl_display_run forgets a termination that came before it.
@@ -64,11 +64,22 @@ static bool create_display(vantore_server &server)
     return made(server.display != nullptr, "Wayland display");
 }
 
+// Until the event loop takes them. Threads of the graphics driver, which start before that, inherit the mask:
+// one that did not have it would get the signal, and with it end the process.
+static void hold_hangups()
+{
+    sigset_t hangup;
+    sigemptyset(&hangup);
+    sigaddset(&hangup, SIGHUP);
+    sigprocmask(SIG_BLOCK, &hangup, nullptr);
+}
+
 static bool install_signal_handlers(vantore_server &)
 {
     signal(SIGINT, handle_exit_signal);
     signal(SIGTERM, handle_exit_signal);
     signal(SIGPIPE, SIG_IGN);
+    hold_hangups();
     return true;
 }
 
@@ -148,8 +159,7 @@ static bool build_scene_graph(vantore_server &server)
 static uint32_t cursor_size_from_environment()
 {
     const char *text = getenv("XCURSOR_SIZE");
-    const long size = text != nullptr ? strtol(text, nullptr, 10) : 0;
-    return size < 1 ? default_cursor_size : uint32_t(std::min(size, largest_cursor_size));
+    return cursor_size_for(text != nullptr ? strtol(text, nullptr, 10) : 0);
 }
 
 static bool create_cursor(vantore_server &server)
@@ -237,6 +247,7 @@ static constexpr startup_step steps[]{
     {"workspaces", [](vantore_server &server) { return made(workspaces_create(server), "workspaces"); }},
     {"workspaces' configuration",
      [](vantore_server &server) { return config_apply_workspaces(server), true; }},
+    {"hangup", [](vantore_server &server) { return config_reload_on_hangup(server), true; }},
     {"timers", [](vantore_server &server) { return modifier_tap_start(server), true; }},
     {"outputs",
      [](vantore_server &server) {
@@ -252,6 +263,7 @@ static constexpr startup_step steps[]{
     {"socket and backend", open_socket_and_start_backend},
     {"announcement", announce_session},
     {"IPC", [](vantore_server &server) { return ipc_init(server), true; }},
+    {"autostart", [](vantore_server &) { return spawn_autostart(), spawn_xdg_autostart(), true; }},
 };
 
 std::span<const startup_step> startup_steps()
@@ -299,6 +311,7 @@ void server_finish(vantore_server &server)
     globals_forget(server);
     startup_reprobe_cancel();
     server.mod_hold_timer.reset();
+    server.hangup.reset();
     memory_trim_reset();
     wl_display_destroy(server.display);
     g_display = nullptr;

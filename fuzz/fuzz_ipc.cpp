@@ -1,16 +1,10 @@
 // Bytes of a client of the IPC socket: the walk over its frames, and the texts of its requests.
 
+#include "fuzzing.hpp"
 #include "ipc/frame.hpp"
 #include "ipc/request_text.hpp"
 
-#include <cstdlib>
 #include <string>
-
-static void require(bool holds)
-{
-    if (!holds)
-        abort();
-}
 
 static void read_texts(std::string_view text)
 {

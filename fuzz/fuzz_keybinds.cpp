@@ -2,29 +2,11 @@
 
 #include "config/files.hpp"
 #include "config/keybinds.hpp"
+#include "fuzzing.hpp"
 #include "server.hpp"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <sys/mman.h>
-#include <unistd.h>
-
-static void require(bool holds)
-{
-    if (!holds)
-        abort();
-}
-
-// One file for the life of the process, in memory.
-static const char *write_file(const uint8_t *data, size_t size)
-{
-    static const int fd = memfd_create("keybinds.conf", MFD_CLOEXEC);
-    static char path[32];
-    snprintf(path, sizeof path, "/proc/self/fd/%d", fd);
-    require(ftruncate(fd, 0) == 0 && pwrite(fd, data, size, 0) == ssize_t(size));
-    return path;
-}
 
 static void check(const vnt_bind &bind)
 {

@@ -4,29 +4,11 @@
 #include "config/settings_apply.hpp"
 #include "config/settings_files.hpp"
 #include "config/workspaces_file.hpp"
+#include "fuzzing.hpp"
 #include "server.hpp"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <sys/mman.h>
-#include <unistd.h>
-
-static void require(bool holds)
-{
-    if (!holds)
-        abort();
-}
-
-// One file for the life of the process, in memory.
-static const char *write_file(const uint8_t *data, size_t size)
-{
-    static const int fd = memfd_create("settings.conf", MFD_CLOEXEC);
-    static char path[32];
-    snprintf(path, sizeof path, "/proc/self/fd/%d", fd);
-    require(ftruncate(fd, 0) == 0 && pwrite(fd, data, size, 0) == ssize_t(size));
-    return path;
-}
 
 static void require_text(std::span<const char> text)
 {

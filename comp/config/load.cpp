@@ -5,6 +5,7 @@
 #include "default_texts.hpp"
 #include "files.hpp"
 #include "keybinds.hpp"
+#include "rules.hpp"
 #include "settings_apply.hpp"
 #include "settings_files.hpp"
 #include "words.hpp"
@@ -21,6 +22,7 @@ static void reset()
     using enum setting_file;
     g_config_errors = 0;
     g_ws_cfg = {};
+    g_rule_count = 0;
     for (const setting_file file : {compositor, input, appearance, dock, panel})
         settings_reset(file);
 }
@@ -53,6 +55,7 @@ void config_load(vantore_server &server)
     config_parse_compositor(server, path_of("compositor.conf").data());
     config_parse_input(path_of("input.conf").data());
     config_parse_workspaces(path_of("workspaces.conf").data());
+    config_parse_rules(path_of("rules.conf").data()); // which may name workspaces
     config_parse_appearance(path_of("appearance.conf").data());
     recompute_titlebar_colors();
     config_parse_dock(path_of("dock.conf").data());

@@ -8,6 +8,7 @@
 
 #include "../config/commands.hpp"
 #include "../config/keybinds.hpp"
+#include "../config/reload.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../server.hpp"
 #include "../spawn.hpp"
@@ -127,7 +128,7 @@ static constexpr action actions[]{
     {ACT_MAXIMIZE, maximize_window},
     {ACT_CYCLE, nullptr},
     {ACT_QUIT, end_session},
-    {ACT_RELOAD, nullptr},
+    {ACT_RELOAD, run_plain<config_reload>},
     {ACT_OVERVIEW, nullptr},
     {ACT_CLIPBOARD, show_clipboard},
     {ACT_STACK_GROUP, run_plain<stack_toggle_focused>},

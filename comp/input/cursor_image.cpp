@@ -1,7 +1,19 @@
 #include "cursor_image.hpp"
 
+#include "../config/settings.hpp"
+#include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
+
+#include <algorithm>
+
+static constexpr long usual_size = 24;
+static constexpr long largest_size = 1024; // larger images only cost memory
+
+uint32_t cursor_size_for(long wish)
+{
+    return uint32_t(wish < 1 ? usual_size : std::min(wish, largest_size));
+}
 
 static void forget_surface(vantore_server &server)
 {
@@ -70,4 +82,36 @@ void seat_request_set_cursor_shape(vantore_server &server,
     if (event->device_type == WLR_CURSOR_SHAPE_MANAGER_V1_DEVICE_TYPE_POINTER &&
         is_under_pointer(server, event->seat_client))
         set_named_cursor(server, wlr_cursor_shape_v1_name(event->shape));
+}
+
+static void load_for_outputs(vantore_server &server, wlr_xcursor_manager *manager)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        wlr_xcursor_manager_load(manager, o.wlr_output->scale);
+    wlr_xcursor_manager_load(manager, 1);
+}
+
+// The cursor takes a manager at the same address with the same name for no change, so the old one goes last.
+static void load_theme(vantore_server &server, const char *theme, uint32_t size)
+{
+    wlr_xcursor_manager *manager = wlr_xcursor_manager_create(theme, size);
+    if (manager == nullptr) {
+        wlr_log(WLR_ERROR, "vantore-comp: no memory for the cursor theme; keeping the current one");
+        return;
+    }
+    load_for_outputs(server, manager);
+    wlr_xcursor_manager *old = std::exchange(server.xcursor_mgr, manager);
+    set_named_cursor(server, "default");
+    wlr_xcursor_manager_destroy(old);
+}
+
+void cursor_apply(vantore_server &server)
+{
+    const uint32_t size = cursor_size_for(g_cursor_size);
+    const std::string_view theme = text_of(g_cursor_theme);
+    if (int(size) == server.applied_size && text_equals(server.applied_theme, theme))
+        return;
+    server.applied_size = int(size);
+    copy_text(server.applied_theme, theme);
+    load_theme(server, theme.empty() ? nullptr : theme.data(), size);
 }

@@ -8,6 +8,13 @@
 // At most 47 characters of the name count.
 void set_named_cursor(vantore_server &server, const char *name);
 
+// The size that a theme is loaded in when so much is wished for: the usual one for 0 and less.
+uint32_t cursor_size_for(long wish);
+
+// Brings theme and size to what the configuration says, where they changed since the last call. The first
+// call of a session always loads. Whatever the cursor showed, it shows the default image then.
+void cursor_apply(vantore_server &server);
+
 // set_named_cursor, unless that is what is shown: loading an image costs a thousand times more than moving
 // it, and pointer motion asks for it at every step over the desktop.
 void show_named_cursor(vantore_server &server, const char *name);

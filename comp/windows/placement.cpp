@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+static constexpr int corner_margin = 16;
+
 wlr_box center_in(const wlr_box &area, int w, int h, int titlebar)
 {
     const int x = area.x + (area.width - w) / 2;
@@ -18,6 +20,21 @@ wlr_box float_box_in(const wlr_box &area, int titlebar)
     return {
         .x = area.x + (area.width - w) / 2,
         .y = area.y + (area.height - (h + titlebar)) / 2 + titlebar,
+        .width = w,
+        .height = h,
+    };
+}
+
+wlr_box place_in(const wlr_box &area, int w, int h, vantore_place place)
+{
+    if (place == PLACE_CENTER)
+        return {
+            .x = area.x + (area.width - w) / 2, .y = area.y + (area.height - h) / 2, .width = w, .height = h};
+    const bool right = place == PLACE_TOP_RIGHT || place == PLACE_BOTTOM_RIGHT;
+    const bool bottom = place == PLACE_BOTTOM_LEFT || place == PLACE_BOTTOM_RIGHT;
+    return {
+        .x = area.x + (right ? area.width - w - corner_margin : corner_margin),
+        .y = area.y + (bottom ? area.height - h - corner_margin : corner_margin),
         .width = w,
         .height = h,
     };

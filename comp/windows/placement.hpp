@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../wlr.hpp"
+#include "toplevel.hpp"
 
 // The content's position (the box's x and y) that centres a window of this geometry, title bar included, in
 // the area. A window too large for the area sticks to its top left corner, below its title bar.
@@ -10,6 +11,10 @@ wlr_box center_in(const wlr_box &area, int w, int h, int titlebar);
 // The box in which a window floats when it has no floating geometry of its own: 6/10 of the area, within
 // 480 to 1200 by 320 to 850, centred. An area without a width or height counts as one of 1280 by 720.
 wlr_box float_box_in(const wlr_box &area, int titlebar);
+
+// The box of that size at a corner of the area, a margin away from both of its sides, or in its middle. Title
+// bars do not count. PLACE_NONE counts as the top left corner.
+wlr_box place_in(const wlr_box &area, int w, int h, vantore_place place);
 
 // Whether the rectangles share at least one pixel.
 bool boxes_overlap(const wlr_box &a, const wlr_box &b);

@@ -7,6 +7,16 @@
 
 #include <sys/types.h>
 
+// Where a rule of the user puts a window.
+enum vantore_place : int {
+    PLACE_NONE,
+    PLACE_TOP_RIGHT,
+    PLACE_TOP_LEFT,
+    PLACE_BOTTOM_RIGHT,
+    PLACE_BOTTOM_LEFT,
+    PLACE_CENTER
+};
+
 struct vantore_toplevel {
     list_link link; // server->toplevels, only while mapped
     vantore_server *server = nullptr;
@@ -43,7 +53,10 @@ struct vantore_toplevel {
     double tile_hweight = 0; // of its row in the grid
     int stack_id = 0; // of the stack whose tile it shares; 0 for none
     wlr_scene_buffer *tabbar = nullptr; // enabled on the active member of a stack only
+    bool no_shadow = false, no_round = false; // the user's rule has it so
     bool skip_taskbar = false; // left out of lists for taskbars
+    bool rule_follow = false; // the view goes to the window's workspace when it maps
+    vantore_place place = PLACE_NONE; // counts while it floats
     bool urgent = false; // wants attention
     bool unresponsive = false; // failed to answer a ping
     listener ping_timeout;

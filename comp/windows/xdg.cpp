@@ -14,8 +14,10 @@
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
+#include "../workspaces/switch.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
+#include "app_rules.hpp"
 #include "decoration_mode.hpp"
 #include "layer.hpp"
 #include "placement.hpp"
@@ -113,10 +115,14 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     const wlr_xdg_toplevel *xdg = t.xdg_toplevel;
     if (xdg->parent != nullptr || has_fixed_size(xdg->current))
         t.floating = true;
+    config_apply_rules(t); // has the last word on floating
     dec_layout(t);
     center_toplevel(t);
+    place_toplevel_rule(t);
     arrange_workspace(t.workspace);
     const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
+    if (t.rule_follow && !toplevel_visible(t))
+        goto_workspace(server, t.workspace->num);
     if (toplevel_visible(t))
         focus_toplevel_ex(&t, true);
     if (server.seat->keyboard_state.focused_surface == focused)

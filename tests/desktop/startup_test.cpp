@@ -33,9 +33,9 @@ TEST(startup_table, names_its_steps_in_order)
                                    "backend", "headless backend", "login session", "renderer", "render node",
                                    "allocator", "first globals", "explicit sync", "scene", "scene graph",
                                    "configuration", "reduced motion", "presentation time", "accent",
-                                   "workspaces", "workspaces' configuration", "timers", "outputs",
+                                   "workspaces", "workspaces' configuration", "hangup", "timers", "outputs",
                                    "xdg shell", "decoration manager", "layer shell", "cursor", "seat",
-                                   "last globals", "socket and backend", "announcement", "IPC"));
+                                   "last globals", "socket and backend", "announcement", "IPC", "autostart"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)
@@ -290,6 +290,18 @@ TEST_F(desktop, the_session_bus_is_told_of_the_display)
     EXPECT_THAT(world.spawned(), ElementsAre("command -v dbus-update-activation-environment >/dev/null && "
                                              "dbus-update-activation-environment --systemd WAYLAND_DISPLAY "
                                              "XDG_CURRENT_DESKTOP XDG_SESSION_TYPE"));
+}
+
+TEST_F(unstarted_desktop, the_users_programs_are_started_last)
+{
+    world.write_config("autostart.conf", "one # of the file\ntwo\n");
+    const auto entries = world.config_directory().parent_path() / "autostart";
+    std::filesystem::create_directory(entries);
+    std::ofstream{entries / "three.desktop"} << "[Desktop Entry]\nExec=three %U\n";
+    const auto before = ptrdiff_t(world.spawned().size());
+    start();
+    const std::vector<std::string> started{world.spawned().begin() + before, world.spawned().end()};
+    EXPECT_THAT(started, ElementsAre(HasSubstr("dbus-update-activation-environment"), "one", "two", "three"));
 }
 
 TEST_F(desktop, the_banner_names_the_socket_and_the_keys)

@@ -43,6 +43,7 @@ static void warm_up()
 
 void unstarted_desktop::SetUp()
 {
+    write_config("autostart.conf", ""); // the default text starts programs
     warm_up();
     descriptors_before = open_descriptors();
     g_heard.clear();

@@ -17,6 +17,7 @@ static constexpr std::array handled_signals{SIGINT, SIGTERM, SIGPIPE, SIGHUP};
 // What the replaced platform functions record; there is one isolation at a time.
 struct recording {
     std::vector<std::string> spawned;
+    std::vector<std::vector<std::string>> programs;
     std::vector<killed> signals;
     int64_t now_ns = 0; // stands still until a test moves it
     pid_t client_pid = 0;
@@ -78,6 +79,11 @@ void isolation::redirect_platform()
     g_recording.now_ns = g_platform.monotonic_ns();
     g_platform.monotonic_ns = [] { return g_recording.now_ns; };
     g_platform.run_shell_line = [](const char *line) { g_recording.spawned.emplace_back(line); };
+    g_platform.run_program = [](const char *const argv[]) {
+        auto &program = g_recording.programs.emplace_back();
+        for (; *argv != nullptr; argv++)
+            program.emplace_back(*argv);
+    };
     g_platform.send_signal = [](pid_t pid, int signal) {
         g_recording.signals.push_back({pid, signal});
         return 0;
@@ -127,6 +133,11 @@ isolation::~isolation()
 const std::vector<std::string> &isolation::spawned() const
 {
     return g_recording.spawned;
+}
+
+const std::vector<std::vector<std::string>> &isolation::programs() const
+{
+    return g_recording.programs;
 }
 
 const std::vector<killed> &isolation::killed_processes() const

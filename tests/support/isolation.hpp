@@ -36,6 +36,8 @@ public:
 
     // The shell lines that would have been run.
     [[nodiscard]] const std::vector<std::string> &spawned() const;
+    // The programs that would have been run without a shell, with their arguments.
+    [[nodiscard]] const std::vector<std::vector<std::string>> &programs() const;
     [[nodiscard]] const std::vector<killed> &killed_processes() const;
     // The virtual terminals that were switched to.
     [[nodiscard]] const std::vector<unsigned> &virtual_terminals() const;

@@ -76,3 +76,30 @@ TEST(boxes_overlap, does_not_count_touching_edges)
     EXPECT_FALSE(boxes_overlap(screen, {-10, 0, 10, 10}));
     EXPECT_FALSE(boxes_overlap(screen, {0, -10, 10, 10}));
 }
+
+struct place_case {
+    vantore_place place;
+    int w, h;
+    wlr_box expected;
+};
+
+class place : public testing::TestWithParam<place_case>
+{
+};
+
+TEST_P(place, is_a_margin_away_from_its_corner_or_in_the_middle)
+{
+    const place_case &c = GetParam();
+    EXPECT_EQ(place_in({100, 40, 1000, 600}, c.w, c.h, c.place), c.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(all, place,
+                         testing::Values(place_case{PLACE_TOP_RIGHT, 300, 200, {784, 56, 300, 200}},
+                                         place_case{PLACE_TOP_LEFT, 300, 200, {116, 56, 300, 200}},
+                                         place_case{PLACE_BOTTOM_RIGHT, 300, 200, {784, 424, 300, 200}},
+                                         place_case{PLACE_BOTTOM_LEFT, 300, 200, {116, 424, 300, 200}},
+                                         place_case{PLACE_CENTER, 300, 200, {450, 240, 300, 200}},
+                                         place_case{PLACE_CENTER, 301, 201, {449, 239, 301, 201}},
+                                         // Larger than the area: halves are rounded towards zero here too.
+                                         place_case{PLACE_CENTER, 1003, 605, {99, 38, 1003, 605}},
+                                         place_case{PLACE_TOP_RIGHT, 2000, 200, {-916, 56, 2000, 200}}));

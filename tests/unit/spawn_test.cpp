@@ -3,6 +3,7 @@
 #include "platform.hpp"
 #include "support/isolation.hpp"
 
+#include <csignal>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -48,14 +49,22 @@ TEST_F(spawning, an_overlong_command_of_quotes_never_outgrows_the_launchers_buff
     }
 }
 
-// Runs a shell line for real; returns what it wrote to file descriptor 1 of this process.
-static std::string output_of(const char *line)
+TEST_F(spawning, a_program_is_started_with_its_arguments)
+{
+    const char *const command[]{"say", "two words", "$HOME", nullptr};
+    spawn_program(command);
+    EXPECT_THAT(world.programs(), ElementsAre(ElementsAre("say", "two words", "$HOME")));
+    EXPECT_THAT(world.spawned(), IsEmpty());
+}
+
+// Starts something for real; returns what it wrote to file descriptor 1 of this process.
+template <class Start> static std::string output_of(Start start)
 {
     int ends[2];
     EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
     const int saved = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
     dup2(ends[1], STDOUT_FILENO);
-    fork_shell_line(line);
+    start();
     dup2(saved, STDOUT_FILENO);
     close(saved);
     close(ends[1]);
@@ -66,6 +75,11 @@ static std::string output_of(const char *line)
         text += byte;
     close(ends[0]);
     return text;
+}
+
+static std::string output_of(const char *line)
+{
+    return output_of([line] { fork_shell_line(line); });
 }
 
 TEST(shell_line, runs_detached_and_leaves_no_child_to_reap)
@@ -85,4 +99,28 @@ TEST(shell_line, gives_a_quoted_argument_to_the_program_unchanged)
 {
     const std::string line = "set -- 'it'\\''s; $HOME \"x\"'; printf '%s' \"$1\"";
     EXPECT_EQ(output_of(line.c_str()), "it's; $HOME \"x\"");
+}
+
+TEST(shell_line, may_be_hung_up_though_we_hold_hangups)
+{
+    sigset_t hangup, before;
+    sigemptyset(&hangup);
+    sigaddset(&hangup, SIGHUP);
+    sigprocmask(SIG_BLOCK, &hangup, &before);
+    const std::string blocked = output_of("exec grep SigBlk /proc/self/status");
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    EXPECT_EQ(blocked, "SigBlk:\t0000000000000000\n");
+}
+
+TEST(program, is_found_in_the_path_and_no_shell_reads_its_arguments)
+{
+    const char *const command[]{"printf", "%s", "it's; $HOME \"x\"", nullptr};
+    EXPECT_EQ(output_of([&] { fork_program(command); }), "it's; $HOME \"x\"");
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+TEST(program, that_is_missing_is_passed_over)
+{
+    const char *const command[]{"no-such-program", nullptr};
+    EXPECT_EQ(output_of([&] { fork_program(command); }), "");
 }

@@ -1,0 +1,39 @@
+#include "app_rules.hpp"
+
+#include "../config/rules.hpp"
+#include "../outputs/output.hpp"
+#include "../server.hpp"
+#include "../workspaces/workspace.hpp"
+#include "placement.hpp"
+
+#include <tuple>
+
+// A rule's fullscreen stays without effect here: windows have no such state yet.
+void config_apply_rules(vantore_toplevel &t)
+{
+    const app_rule *rule = rule_for(tl_app_id(t));
+    if (rule == nullptr)
+        return;
+    if (rule->floating >= 0)
+        t.floating = rule->floating == 1;
+    std::tie(t.no_shadow, t.no_round, t.skip_taskbar, t.rule_follow) =
+        std::tie(rule->noshadow, rule->noround, rule->skiptaskbar, rule->follow);
+    t.place = rule->place;
+    toplevel_set_workspace(t, workspace_by_num(*t.server, rule->ws_num));
+}
+
+void config_refresh_rules(vantore_toplevel &t)
+{
+    const app_rule *rule = rule_for(tl_app_id(t));
+    t.no_shadow = rule != nullptr && rule->noshadow;
+    t.no_round = rule != nullptr && rule->noround;
+}
+
+void place_toplevel_rule(vantore_toplevel &t)
+{
+    if (t.place == PLACE_NONE || !t.floating || t.workspace == nullptr || t.workspace->output == nullptr)
+        return;
+    const wlr_box geometry = tl_get_geometry(t);
+    const wlr_box box = place_in(t.workspace->output->usable, geometry.width, geometry.height, t.place);
+    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
+}
