@@ -4,6 +4,8 @@
 
 #include "support/desktop.hpp"
 
+#include "config/reload.hpp"
+#include "config/settings.hpp"
 #include "outputs/power.hpp"
 #include "support/server_check.hpp"
 #include "support/wayland_layer.hpp"
@@ -17,9 +19,10 @@
 #include "workspaces/tiles.hpp"
 #include "workspaces/transfer.hpp"
 
+#include <linux/input-event-codes.h>
 #include <random>
+#include <set>
 
-using testing::IsEmpty;
 
 static constexpr size_t operations_in_a_sequence = 200;
 static constexpr size_t most_outputs = 3;
@@ -38,7 +41,12 @@ static int whole_tiles(int length)
 class random_session : public test::desktop
 {
 public:
-    void begin() { SetUp(); }
+    void begin()
+    {
+        SetUp();
+        pointer = &plug_pointer();
+        keyboard = &plug_keyboard();
+    }
     void end()
     {
         panels.clear();
@@ -73,6 +81,9 @@ private:
     std::string change_workspace();
     std::string send_elsewhere();
     std::string mark_window();
+    std::string point();
+    std::string use_button();
+    std::string reload();
     std::string open_panel();
     std::string trouble_panel();
 
@@ -83,6 +94,9 @@ private:
     static const operation operations[];
 
     std::mt19937 random;
+    test::made_up_pointer *pointer = nullptr;
+    test::made_up_keyboard *keyboard = nullptr;
+    std::set<uint32_t> held; // buttons
     int next_output = 0;
     std::vector<std::string> plugged;
     std::vector<test::client *> clients;
@@ -335,9 +349,49 @@ const random_session::operation random_session::operations[]{
     {&random_session::focus_window, 2},     {&random_session::arrow_key, 5},
     {&random_session::change_stack, 5},     {&random_session::change_layout, 4},
     {&random_session::change_workspace, 4}, {&random_session::send_elsewhere, 4},
-    {&random_session::mark_window, 1},      {&random_session::open_panel, 2},
-    {&random_session::trouble_panel, 3},
+    {&random_session::mark_window, 1},      {&random_session::point, 4},
+    {&random_session::use_button, 6},       {&random_session::reload, 1},
+    {&random_session::open_panel, 2},       {&random_session::trouble_panel, 3},
 };
+
+// At the pointer's place in the layout, at rest or in the middle of a drag.
+std::string random_session::point()
+{
+    vantore_toplevel *t = any_mapped();
+    if (t == nullptr || below(3) == 0)
+        return point_at(*pointer, below(3000), below(1000)), "point somewhere";
+    // A title bar or tab, a border, or the content.
+    const wlr_box box = toplevel_box(*t);
+    const int dx = below(2) == 0 ? below(size_t(box.width)) : below(2) * (box.width - 1);
+    const int dy = below(2) == 0 ? -1 - below(30) : below(size_t(box.height));
+    return point_at(*pointer, box.x + dx, box.y + dy), "point at a window";
+}
+
+std::string random_session::use_button()
+{
+    const uint32_t button = below(4) == 0 ? BTN_RIGHT : BTN_LEFT;
+    if (held.contains(button)) {
+        held.erase(button);
+        pointer->release(button);
+        return "release";
+    }
+    held.insert(button);
+    const bool with_logo = below(3) == 0;
+    if (with_logo)
+        keyboard->press(KEY_LEFTMETA);
+    pointer->press(button);
+    if (with_logo)
+        keyboard->release(KEY_LEFTMETA);
+    return "press";
+}
+
+std::string random_session::reload()
+{
+    g_gap = below(30);
+    g_tiler = below(2) == 0;
+    config_reload(server);
+    return "reload";
+}
 
 std::string random_session::step(unsigned seed)
 {

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <list>
 #include <sys/stat.h>
 
 using testing::HasSubstr;
@@ -140,4 +141,94 @@ TEST(message_tool_alone, says_that_nobody_answers)
     test::process tool{{VANTORE_MSG_BINARY, "windows"}, world.environment};
     EXPECT_THAT(tool.wait(), Optional(1));
     EXPECT_THAT(tool.output(), HasSubstr("can't reach the compositor at "));
+}
+
+// Windows of a real terminal, and what the queries tell of them before and after a command.
+struct window_commands : message_tool {
+    window_commands()
+    {
+        world.environment["WAYLAND_DISPLAY"] = "wayland-0";
+        for (const char *app : {"first", "second"}) {
+            terminals.emplace_back(std::vector<std::string>{"foot", "--app-id", app, "sleep", "600"},
+                                   world.environment);
+            EXPECT_TRUE(test::eventually([&] { return windows().contains(app); }))
+                << terminals.back().output();
+        }
+    }
+    ~window_commands() override
+    {
+        for (test::process &terminal : terminals) {
+            terminal.send(SIGTERM);
+            (void)terminal.wait();
+        }
+    }
+    [[nodiscard]] std::string windows() const { return output_of({"windows"}); }
+    [[nodiscard]] std::string workspaces() const { return output_of({"workspaces"}); }
+    // The windows' objects, in the order of raising.
+    [[nodiscard]] std::string of_window(const std::string &app) const
+    {
+        const std::string all = windows();
+        const size_t at = all.find("\"app_id\":\"" + app + "\"");
+        const size_t from = all.rfind('{', at);
+        return at == std::string::npos ? "" : all.substr(from, all.find('}', at) - from);
+    }
+    [[nodiscard]] std::string id_of(const std::string &app) const
+    {
+        const std::string object = of_window(app);
+        const size_t at = object.find("\"id\":") + 5;
+        return "id:" + object.substr(at, object.find_first_not_of("0123456789", at) - at);
+    }
+    void command(std::vector<std::string> words) const
+    {
+        words.insert(words.begin(), "command");
+        (void)output_of(words);
+    }
+    template <class Condition> void expect_soon(Condition holds)
+    {
+        EXPECT_TRUE(test::eventually(holds)) << windows() << workspaces();
+    }
+
+    std::list<test::process> terminals;
+};
+
+TEST_F(window_commands, change_layout_and_tile_mode)
+{
+    EXPECT_THAT(workspaces(), HasSubstr("\"layout\":\"floating\""));
+    command({"ws-layout", "1", "tiling"});
+    EXPECT_THAT(workspaces(), HasSubstr("\"layout\":\"tiling\""));
+    EXPECT_THAT(workspaces(), HasSubstr("\"tile_mode\":\"master\""));
+    command({"ws-tile-mode", "1", "columns"});
+    EXPECT_THAT(workspaces(), HasSubstr("\"tile_mode\":\"columns\""));
+}
+
+TEST_F(window_commands, focus_float_move_minimize_and_close_windows)
+{
+    EXPECT_THAT(of_window("second"), HasSubstr("\"focused\":true"));
+    command({"focus", id_of("first")});
+    EXPECT_THAT(of_window("first"), HasSubstr("\"focused\":true"));
+    command({"ws-layout", "1", "tiling"});
+    EXPECT_THAT(of_window("first"), HasSubstr("\"floating\":false"));
+    command({"float", "app:first"});
+    EXPECT_THAT(of_window("first"), HasSubstr("\"floating\":true"));
+    EXPECT_THAT(of_window("second"), HasSubstr("\"ws\":1,"));
+    command({"move", "app:second", "4"});
+    EXPECT_THAT(of_window("second"), HasSubstr("\"ws\":4,"));
+    EXPECT_THAT(of_window("first"), HasSubstr("\"minimized\":false"));
+    command({"minimize", id_of("first")});
+    EXPECT_THAT(of_window("first"), HasSubstr("\"minimized\":true"));
+    command({"close", "app:first"});
+    expect_soon([&] { return of_window("first").empty(); });
+}
+
+TEST_F(window_commands, move_workspaces_to_outputs)
+{
+    command({"virtual-output", "640x480"});
+    expect_soon([&] { return output_of({"outputs"}).contains("640"); });
+    const std::string outputs = output_of({"outputs"});
+    EXPECT_THAT(outputs, HasSubstr("HEADLESS-2"));
+    command({"workspace", "3"});
+    command({"move-workspace-to-output", "3", "HEADLESS-2"});
+    EXPECT_THAT(workspaces(), testing::ContainsRegex("\"num\":3,[^}]*HEADLESS-2"));
+    command({"virtual-output", "off"});
+    expect_soon([&] { return !output_of({"outputs"}).contains("HEADLESS-2"); });
 }
