@@ -147,7 +147,6 @@ void finish_drag(vantore_server &server)
         .moved = has_moved(server),
     };
     reset_cursor_mode(server);
-    wlr_scene_node_set_enabled(&server.snap_preview->node, false);
     if (drag.t == nullptr || !drag.was_move)
         return;
     const bool landed = g_tiler ? land_by_tiler(server, drag) : land_at_edge(server, drag);

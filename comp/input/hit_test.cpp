@@ -32,8 +32,8 @@ static bool may_hold(const vantore_toplevel &t, int x, int y)
     const wlr_xdg_surface &base = *t.xdg_toplevel->base;
     const wlr_scene_node &node = t.scene_tree->node;
     const wlr_surface_state &shown = base.surface->current;
-    const int sx = x - node.x + base.geometry.x;
-    const int sy = y - node.y + base.geometry.y;
+    const int64_t sx = int64_t{x} - node.x + base.geometry.x;
+    const int64_t sy = int64_t{y} - node.y + base.geometry.y;
     return (sx >= 0 && sx < shown.width && sy >= 0 && sy < shown.height) || may_have_bar_at(t, y) ||
            reaches_beyond_its_surface(base);
 }
@@ -132,7 +132,7 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
 // The window whose title bar or body is at the point; whatever lies behind it is hidden.
 static bool covers_in_front(const vantore_toplevel &t, double rx, double ry)
 {
-    const wlr_box &geometry = t.xdg_toplevel->base->geometry;
+    const wlr_box geometry = tl_get_geometry(t);
     return rx >= 0 && rx < geometry.width && ry < geometry.height && ry >= (t.ssd ? -titlebar_height : 0);
 }
 
@@ -145,7 +145,7 @@ vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, 
         auto *t = owner_of<&vantore_toplevel::link>(const_cast<wl_list *>(link));
         const wlr_scene_node &node = t->scene_tree->node;
         const double rx = lx - node.x, ry = ly - node.y;
-        if (!node.enabled || !covers_in_front(*t, rx, ry))
+        if (!covers_in_front(*t, rx, ry) || !tl_on_screen(*t))
             continue;
         if (ry >= 0)
             return nullptr;

@@ -103,10 +103,19 @@ static void begin_resize(vantore_toplevel &t, uint32_t edges)
     server.resize_edges = edges;
 }
 
+// A client may ask for a drag while another window is dragged. The new one stays on top.
+static void let_go_of_other(vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    if (server.cursor_mode != VANTORE_CURSOR_MOVE || server.grabbed_toplevel == nullptr)
+        return;
+    restore_toplevel_parent(*server.grabbed_toplevel);
+    wlr_scene_node_raise_to_top(&t.scene_tree->node);
+}
+
 void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t edges)
 {
-    if (vantore_toplevel *before = t.server->grabbed_toplevel)
-        restore_toplevel_parent(*before);
+    let_go_of_other(t);
     t.server->grabbed_toplevel = &t;
     t.server->cursor_mode = mode;
     if (mode == VANTORE_CURSOR_MOVE)
@@ -121,6 +130,7 @@ void reset_cursor_mode(vantore_server &server)
     server.grabbed_toplevel = nullptr;
     mt_hide(server);
     wlr_scene_node_set_enabled(&server.drag_hint->node, false);
+    wlr_scene_node_set_enabled(&server.snap_preview->node, false);
 }
 
 static void show_box(wlr_scene_rect *rect, const wlr_box &box)

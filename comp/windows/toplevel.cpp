@@ -13,6 +13,10 @@
 #include <csignal>
 #include <cstdio>
 
+// A client may claim any geometry. Beyond this nobody sees a difference, and sums stay within an int.
+static constexpr int farthest = 1 << 24;
+static constexpr int widest_bar = 16384; // pixels that a title is drawn in
+
 static constexpr uint32_t all_edges = WLR_EDGE_TOP | WLR_EDGE_BOTTOM | WLR_EDGE_LEFT | WLR_EDGE_RIGHT;
 
 vantore_toplevel *toplevel_by_id(vantore_server &server, uint32_t id)
@@ -59,7 +63,11 @@ const char *tl_app_id(const vantore_toplevel &t)
 
 wlr_box tl_get_geometry(const vantore_toplevel &t)
 {
-    return t.xdg_toplevel->base->geometry;
+    const wlr_box &claimed = t.xdg_toplevel->base->geometry;
+    return {.x = std::clamp(claimed.x, -farthest, farthest),
+            .y = std::clamp(claimed.y, -farthest, farthest),
+            .width = std::min(claimed.width, farthest),
+            .height = std::min(claimed.height, farthest)};
 }
 
 void tl_set_size(vantore_toplevel &t, int w, int h)
@@ -102,10 +110,16 @@ int titlebar_of(const vantore_toplevel &t)
     return t.ssd ? titlebar_height : 0;
 }
 
+bool tl_on_screen(const vantore_toplevel &t)
+{
+    const wlr_scene_node &node = t.scene_tree->node;
+    return node.enabled && node.parent->node.enabled;
+}
+
 int tl_shown_width(const vantore_toplevel &t)
 {
     const int width = tl_surface(t)->current.width;
-    return std::max(width > 0 ? width : tl_get_geometry(t).width, 1);
+    return std::clamp(width > 0 ? width : tl_get_geometry(t).width, 1, widest_bar);
 }
 
 wlr_box toplevel_box(const vantore_toplevel &t)

@@ -85,7 +85,8 @@ bool tl_mapped(const vantore_toplevel &t);
 const char *tl_title(const vantore_toplevel &t);
 // May be null.
 const char *tl_app_id(const vantore_toplevel &t);
-// The window geometry in surface coordinates: what the client calls its window, without its own shadows.
+// The window geometry in surface coordinates: what the client calls its window, without its own shadows. Cut
+// to what can be added to without overflow.
 wlr_box tl_get_geometry(const vantore_toplevel &t);
 // Asks the client for a size in layout pixels; the client decides with its next commit.
 void tl_set_size(vantore_toplevel &t, int w, int h);
@@ -99,7 +100,9 @@ void tl_close(vantore_toplevel &t);
 
 // Title bar height of this window: titlebar_height or 0.
 int titlebar_of(const vantore_toplevel &t);
-// Width of what the client shows, at least 1: the surface's, not the geometry's.
+// The window can be seen: neither it nor the workspace that it hangs in is hidden.
+bool tl_on_screen(const vantore_toplevel &t);
+// Width of what the client shows, for its title bar: the surface's, not the geometry's, from 1 to 16384.
 int tl_shown_width(const vantore_toplevel &t);
 // The geometry's size at the scene node's position, in layout coordinates.
 wlr_box toplevel_box(const vantore_toplevel &t);

@@ -30,6 +30,17 @@ static void ws_rescue_offscreen_floats(vantore_workspace &ws)
     }
 }
 
+// What has left the tiles shows by itself, without the tabs of its stack.
+static void show_outside_of_tiles(vantore_workspace &ws)
+{
+    for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels)) {
+        if (toplevel_is_tiled(t) || t.fullscreen || t.minimized || !tl_mapped(t))
+            continue;
+        wlr_scene_node_set_enabled(&t.scene_tree->node, true);
+        wlr_scene_node_set_enabled(&t.tabbar->node, false);
+    }
+}
+
 // A list of fixed room; what comes when it is full is left out.
 template <class T> struct short_list {
     std::array<T, max_tiles> at{};
@@ -130,6 +141,7 @@ void arrange_workspace(vantore_workspace *ws)
 {
     if (ws == nullptr || ws->output == nullptr)
         return;
+    show_outside_of_tiles(*ws);
     ws_rescue_offscreen_floats(*ws);
     if (ws->layout != VANTORE_LAYOUT_TILING)
         return;

@@ -133,31 +133,34 @@ static void step_weight(double &weight, int dir)
     weight = std::clamp(from + weight_step * dir, least_weight, most_weight);
 }
 
+static void step_and_arrange(vantore_toplevel &t, double &weight, int dir)
+{
+    step_weight(weight, dir);
+    arrange_workspace(t.workspace);
+}
+
 static void resize_beside_master(vantore_toplevel &t, int dx, int dy)
 {
     if (dx != 0)
         adjust_master(*t.server, master_step * dx);
     else if (tile_index(t) > 0)
-        step_weight(t.tile_weight, dy);
+        step_and_arrange(t, t.tile_weight, dy);
 }
 
 static void resize_tile(vantore_toplevel &t, int dx, int dy)
 {
     switch (t.workspace->tile_mode) {
     case TM_MASTER:
-        resize_beside_master(t, dx, dy);
-        break;
+        return resize_beside_master(t, dx, dy);
     case TM_GRID:
-        step_weight(dx != 0 ? t.tile_weight : t.tile_hweight, dx + dy);
-        break;
+        return step_and_arrange(t, dx != 0 ? t.tile_weight : t.tile_hweight, dx + dy);
     case TM_COLUMNS:
         if (dx != 0)
-            step_weight(t.tile_weight, dx);
-        break;
+            step_and_arrange(t, t.tile_weight, dx);
+        return;
     case TM_MONOCLE:
-        break;
+        return;
     }
-    arrange_workspace(t.workspace);
 }
 
 void resize_direction(vantore_server &server, int dx, int dy)

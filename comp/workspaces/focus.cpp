@@ -53,7 +53,7 @@ void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
 
 void focus_toplevel_ex(vantore_toplevel *t, bool raise)
 {
-    if (t == nullptr || t->server->locked)
+    if (t == nullptr || t->server->locked || !tl_mapped(*t))
         return;
     vantore_server &server = *t->server;
     if (t->urgent) {

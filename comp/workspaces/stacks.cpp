@@ -152,7 +152,7 @@ void stack_cycle_focused(vantore_server &server)
 
 static bool shows_tabs_at(const vantore_toplevel &t, double lx, double ly)
 {
-    if (t.stack_id == 0 || !t.scene_tree->node.enabled || !t.tabbar->node.enabled)
+    if (t.stack_id == 0 || !t.tabbar->node.enabled || !tl_on_screen(t))
         return false;
     const wlr_box box = toplevel_box(t);
     return lx >= box.x && lx < box.x + box.width && ly >= box.y - tabbar_height && ly < box.y;

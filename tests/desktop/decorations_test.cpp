@@ -157,6 +157,13 @@ TEST_F(decorations, are_hit_where_no_window_lies_in_front)
     wlr_scene_node_set_enabled(&record(*other).scene_tree->node, true);
 }
 
+TEST_F(decorations, are_not_hit_on_a_workspace_that_is_not_shown)
+{
+    EXPECT_EQ(region_at(200 + 237 + 5, 60 - 15), DEC_CLOSE);
+    command("workspace 5");
+    EXPECT_EQ(region_at(200 + 237 + 5, 60 - 15), DEC_NONE);
+}
+
 TEST_F(decorations, show_what_a_window_does_not_answer)
 {
     t().unresponsive = true;

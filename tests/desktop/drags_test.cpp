@@ -2,11 +2,13 @@
 
 #include "support/desktop.hpp"
 #include "support/server_check.hpp"
+#include "support/wayland_layer.hpp"
 #include "support/wayland_seat.hpp"
 
 #include "config/settings.hpp"
 #include "input/cursor_image.hpp"
 #include "input/interactive.hpp"
+#include "input/pointer.hpp"
 #include "input/tiler_zones.hpp"
 #include "presentation/decorations.hpp"
 #include "text.hpp"
@@ -161,6 +163,96 @@ TEST_F(drags, focus_the_window_and_hide_it_from_nobody)
     EXPECT_EQ(focused_toplevel(server), &t());
     EVENTUALLY(w->has(test::ACTIVATED));
     drop_at(300, 185);
+}
+
+TEST_F(drags, that_are_double_clicks_of_the_right_button_maximize_too)
+{
+    go(300, 185);
+    pointer->click(BTN_RIGHT);
+    pointer->click(BTN_RIGHT);
+    EXPECT_TRUE(t().maximized);
+    settle();
+}
+
+TEST_F(drags, with_logo_on_a_panel_are_the_panels)
+{
+    test::layer_surface panel{w->owner(), {.size = {600, 300}}};
+    settle();
+    go(640, 352);
+    keyboard->press(KEY_LEFTMETA);
+    pointer->press(BTN_LEFT);
+    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    pointer->release(BTN_LEFT);
+    keyboard->release(KEY_LEFTMETA);
+}
+
+TEST_F(drags, are_logged_on_request)
+{
+    g_debug_input = true;
+    go(400, 350);
+    pointer->press(BTN_LEFT);
+    EXPECT_THAT(world.log(),
+                testing::HasSubstr("button: press btn=272 cursor=400,350 → xdg:'w' sxy=200,150"));
+    pointer->release(BTN_LEFT);
+    EXPECT_THAT(world.log(), testing::HasSubstr("button: release btn=272 cursor=400,350 → xdg:'w'"));
+    go(1000, 600);
+    pointer->press(BTN_LEFT);
+    EXPECT_THAT(world.log(), testing::HasSubstr("cursor=1000,600 → (none)"));
+    pointer->release(BTN_LEFT);
+    test::layer_surface panel{w->owner(), {.name = "bar", .size = {600, 300}}};
+    settle();
+    go(640, 352);
+    pointer->press(BTN_LEFT);
+    EXPECT_THAT(world.log(), testing::HasSubstr("→ layer:'bar'"));
+    pointer->release(BTN_LEFT);
+}
+
+// Focus that follows the mouse
+
+struct hover_focus : drags {
+    void SetUp() override
+    {
+        drags::SetUp();
+        g_focus_follows_mouse = true;
+        other = &map("other", {300, 200});
+        place(*other, 800, 300);
+        go(400, 350); // the first window, which is the lower one in the list
+        EVENTUALLY(w->has(test::ACTIVATED));
+    }
+    window *other = nullptr;
+};
+
+TEST_F(hover_focus, does_not_raise_and_commands_act_on_the_window_raised_last)
+{
+    EXPECT_EQ(focused_toplevel(server), &record(*other));
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
+    keyboard->press(KEY_LEFTMETA);
+    keyboard->tap(KEY_Q);
+    keyboard->release(KEY_LEFTMETA);
+    EVENTUALLY_EQ(other->closes(), 1);
+    EXPECT_EQ(w->closes(), 0);
+}
+
+TEST_F(hover_focus, leaves_a_window_that_opens_under_a_resting_pointer_until_it_has_moved_eight_pixels)
+{
+    window &late = map("late", {200, 200});
+    place(late, 350, 300);
+    focus_toplevel_ex(&record(*other), true);
+    process_cursor_motion(server, 0);
+    const wlr_surface *others = tl_surface(record(*other));
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, others);
+    pointer->move(7, 0);
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, others);
+    pointer->move(1, 0);
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(late)));
+}
+
+TEST_F(hover_focus, keeps_its_anchor_over_the_empty_desktop)
+{
+    const double anchor = server.ffm_anchor_x;
+    go(100, 600);
+    EXPECT_EQ(server.ffm_anchor_x, anchor);
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
 }
 
 // Unsnapping
@@ -498,8 +590,11 @@ TEST_F(tile_drags, press_on_a_tab_shows_its_window)
 TEST_F(drags, end_with_their_window)
 {
     press_at(300, 185);
+    go(10, 350);
+    EXPECT_TRUE(shows(server.snap_preview));
     w->unmap();
     EVENTUALLY(server.grabbed_toplevel == nullptr);
+    EXPECT_FALSE(shows(server.snap_preview));
     EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     w->open();
     EVENTUALLY(find_record(*w) != nullptr);

@@ -1,12 +1,16 @@
 // Pointer motion, buttons and cursor images, as clients see them.
 
 #include "support/desktop.hpp"
+#include "support/wayland_layer.hpp"
 #include "support/wayland_popup.hpp"
 #include "support/wayland_seat.hpp"
 
+#include "cairo_buffer.hpp"
 #include "input/cursor_image.hpp"
 #include "input/hit_test.hpp"
+#include "presentation/decorations.hpp"
 #include "text.hpp"
+#include "workspaces/stacks.hpp"
 
 #include <linux/input-event-codes.h>
 #include <random>
@@ -325,7 +329,8 @@ TEST_F(pointing, hit_tests_find_no_surface_on_the_desktop)
     EXPECT_EQ(hit.surface, nullptr);
 }
 
-// The quick lookup against the scene's own, over windows with geometry offsets, popups and subsurfaces.
+// The quick lookup against the scene's own, over windows with geometry offsets, title bars, tabs, popups and
+// subsurfaces, among hidden windows and panels.
 TEST_F(pointing, hit_tests_agree_with_the_scenes_own_lookup_everywhere)
 {
     std::mt19937 random{1};
@@ -344,7 +349,23 @@ TEST_F(pointing, hit_tests_agree_with_the_scenes_own_lookup_everywhere)
         place(w, below(1200), below(600));
         if (i % 5 == 0)
             menus.emplace_back(w, test::placement{.x = 40, .y = 30});
+        vantore_toplevel &t = record(w);
+        t.ssd = i % 3 != 1;
+        dec_layout(t);
+        if (i % 3 == 0)
+            dec_hover_set(t, DEC_CLOSE);
+        wlr_scene_node_set_enabled(&t.scene_tree->node, i % 7 != 6);
     }
+    test::layer_surface panel{page->owner(), {.on = test::layer::top, .size = {600, 40}}};
+    test::layer_surface launcher{page->owner(), {.on = test::layer::overlay, .size = {200, 300}}};
+    window &tab = map("tab", {300, 200});
+    record(tab).stack_id = 9;
+    cairo_t *cr = nullptr;
+    scene_buffer_set_cairo(record(tab).tabbar,
+                           cairo_buffer_create(340, tabbar_height, &cr)); // wider than the window
+    cairo_destroy(cr);
+    wlr_scene_node_set_position(&record(tab).tabbar->node, 0, -tabbar_height);
+    wlr_scene_node_set_enabled(&record(tab).tabbar->node, true);
     toplevel_set_workspace(record(*page), &workspace(2));
     settle();
     for (int i = 0; i < 5000; i++) {

@@ -23,7 +23,6 @@
 #include <random>
 #include <set>
 
-
 static constexpr size_t operations_in_a_sequence = 200;
 static constexpr size_t most_outputs = 3;
 static constexpr size_t most_clients = 8;

@@ -92,6 +92,7 @@ TEST_F(stacks, lose_a_member_that_floats_and_get_it_back)
     const auto members = map_stack(2);
     toggle_float_focused(server);
     EXPECT_NE(record(*members[1]).stack_id, 0);
+    EXPECT_FALSE(has_bar(*members[1]));
     EXPECT_TRUE(shows(*members[0]));
     EVENTUALLY_EQ(box(*members[0]), (wlr_box{0, 26, 1280, 678}));
     toggle_float_focused(server);
@@ -185,7 +186,26 @@ TEST_F(stacks, end_with_the_tiling_of_their_workspace)
     for (const window *w : members) {
         EXPECT_EQ(record(*w).stack_id, 0);
         EXPECT_FALSE(has_bar(*w));
+        EXPECT_TRUE(shows(*w));
     }
+}
+
+TEST_F(stacks, show_a_hidden_member_that_floats_or_goes_to_a_floating_workspace)
+{
+    const auto members = map_stack(3);
+    command("float id:" + std::to_string(record(*members[0]).id));
+    EXPECT_TRUE(shows(*members[0]));
+    command("workspace 2");
+    command("move id:" + std::to_string(record(*members[1]).id) + " 2");
+    EXPECT_TRUE(shows(*members[1]));
+}
+
+TEST_F(stacks, have_no_tabs_on_a_workspace_that_is_not_shown)
+{
+    map_stack(2);
+    EXPECT_NE(tab_at(server, 10, 10), nullptr);
+    command("workspace 2");
+    EXPECT_EQ(tab_at(server, 10, 10), nullptr);
 }
 
 TEST_F(stacks, are_walked_tab_by_tab_before_the_focus_moves_on)
