@@ -53,6 +53,10 @@ struct vantore_server {
         start_drag;
     list_head keyboards; // vantore_keyboard.link, newest first
     list_head input_devs; // vantore_input_dev.link, newest first
+    wlr_relative_pointer_manager_v1 *relative_pointer_mgr = nullptr; // null when it could not be made
+    wlr_pointer_constraints_v1 *pointer_constraints = nullptr; // the same
+    listener new_constraint;
+    wlr_pointer_constraint_v1 *active_constraint = nullptr; // the one in force
 
     wlr_output_layout *output_layout = nullptr;
     list_head outputs; // vantore_output.link, newest first

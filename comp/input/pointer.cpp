@@ -1,14 +1,31 @@
 #include "pointer.hpp"
 
 #include "../server.hpp"
+#include "../windows/toplevel.hpp"
+#include "constraints.hpp"
 #include "cursor_image.hpp"
 #include "hit_test.hpp"
 #include "idle.hpp"
 #include "seat_requests.hpp"
 
+// For games: how far the device moved, whatever becomes of the cursor. The client under the pointer hears it.
+static void send_relative_motion(vantore_server &server, uint32_t time_msec, double dx, double dy,
+                                 double dx_unaccel, double dy_unaccel)
+{
+    if (server.relative_pointer_mgr != nullptr)
+        wlr_relative_pointer_manager_v1_send_relative_motion(server.relative_pointer_mgr, server.seat,
+                                                             uint64_t{time_msec} * 1000, dx, dy, dx_unaccel,
+                                                             dy_unaccel);
+}
+
 void server_cursor_motion(vantore_server &server, wlr_pointer_motion_event *event)
 {
     idle_poke(server);
+    if (!overlay_lift_active(server))
+        send_relative_motion(server, event->time_msec, event->delta_x, event->delta_y, event->unaccel_dx,
+                             event->unaccel_dy);
+    if (constrain_motion(server, *event))
+        return;
     wlr_cursor_move(server.cursor, &event->pointer->base, event->delta_x, event->delta_y);
     process_cursor_motion(server, event->time_msec);
 }
@@ -16,6 +33,12 @@ void server_cursor_motion(vantore_server &server, wlr_pointer_motion_event *even
 void server_cursor_motion_absolute(vantore_server &server, wlr_pointer_motion_absolute_event *event)
 {
     idle_poke(server);
+    double lx = 0, ly = 0;
+    wlr_cursor_absolute_to_layout_coords(server.cursor, &event->pointer->base, event->x, event->y, &lx, &ly);
+    const double dx = lx - server.cursor->x, dy = ly - server.cursor->y;
+    send_relative_motion(server, event->time_msec, dx, dy, dx, dy);
+    if (pointer_is_locked(server))
+        return;
     wlr_cursor_warp_absolute(server.cursor, &event->pointer->base, event->x, event->y);
     process_cursor_motion(server, event->time_msec);
 }
@@ -59,6 +82,27 @@ static void process_grabbed_motion(vantore_server &server, uint32_t time_msec, c
                                    server.cursor->y - server.ptr_grab_oy);
 }
 
+static void clear_pointer_focus(vantore_server &server)
+{
+    wlr_seat_pointer_clear_focus(server.seat);
+    constrain_to_surface(server, nullptr);
+}
+
+// A constraint needs both the pointer and the keyboard on its surface.
+static void constrain_to_focus(vantore_server &server, wlr_surface *surface)
+{
+    const bool has_keyboard = surface == server.seat->keyboard_state.focused_surface;
+    constrain_to_surface(server, has_keyboard ? surface : nullptr);
+}
+
+bool overlay_lift_active(vantore_server &server)
+{
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (t.overlay_lift && tl_mapped(t))
+            return true;
+    return false;
+}
+
 void process_cursor_motion(vantore_server &server, uint32_t time_msec)
 {
     drag_icon_follow_cursor(server);
@@ -71,6 +115,7 @@ void process_cursor_motion(vantore_server &server, uint32_t time_msec)
     if (t == nullptr)
         show_default_cursor(server);
     if (hit.surface == nullptr)
-        return wlr_seat_pointer_clear_focus(server.seat);
+        return clear_pointer_focus(server);
     enter_and_deliver(server, time_msec, hit);
+    constrain_to_focus(server, hit.surface);
 }

@@ -56,7 +56,8 @@ TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_a
                             "zxdg_decoration_manager_v1 1", "zwlr_layer_shell_v1 4", "wl_seat 9",
                             "zwlr_screencopy_manager_v1 3", "zwlr_export_dmabuf_manager_v1 1",
                             "zwlr_data_control_manager_v1 2", "zwlr_gamma_control_manager_v1 1",
-                            "zxdg_output_manager_v1 3"));
+                            "zxdg_output_manager_v1 3", "zwp_relative_pointer_manager_v1 1",
+                            "zwp_pointer_constraints_v1 1"));
 }
 
 static bool offers(const test::client &c, std::string_view interface)
