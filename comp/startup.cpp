@@ -9,6 +9,8 @@
 #include "globals.hpp"
 #include "graphics.hpp"
 #include "input/buttons.hpp"
+#include "input/cursor_image.hpp"
+#include "input/cursor_locate.hpp"
 #include "input/modifier_tap.hpp"
 #include "input/pointer.hpp"
 #include "ipc/transport.hpp"
@@ -16,6 +18,7 @@
 #include "memory_trim.hpp"
 #include "outputs/output.hpp"
 #include "outputs/power.hpp"
+#include "presentation/animation.hpp"
 #include "scene_graph.hpp"
 #include "server.hpp"
 #include "session/state_files.hpp"
@@ -25,9 +28,6 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-
-static constexpr uint32_t default_cursor_size = 24;
-static constexpr long largest_cursor_size = 1024; // larger images only cost memory
 
 static wl_display *g_display; // for the signal handler
 // wl_display_run forgets a termination that came before it.
@@ -148,8 +148,7 @@ static bool build_scene_graph(vantore_server &server)
 static uint32_t cursor_size_from_environment()
 {
     const char *text = getenv("XCURSOR_SIZE");
-    const long size = text != nullptr ? strtol(text, nullptr, 10) : 0;
-    return size < 1 ? default_cursor_size : uint32_t(std::min(size, largest_cursor_size));
+    return cursor_size_for(text != nullptr ? strtol(text, nullptr, 10) : 0);
 }
 
 static bool create_cursor(vantore_server &server)
@@ -237,7 +236,8 @@ static constexpr startup_step steps[]{
     {"workspaces", [](vantore_server &server) { return made(workspaces_create(server), "workspaces"); }},
     {"workspaces' configuration",
      [](vantore_server &server) { return config_apply_workspaces(server), true; }},
-    {"timers", [](vantore_server &server) { return modifier_tap_start(server), true; }},
+    {"animation timer", [](vantore_server &server) { return anim_start(server), true; }},
+    {"modifier timer", [](vantore_server &server) { return modifier_tap_start(server), true; }},
     {"outputs",
      [](vantore_server &server) {
          listen<&vantore_server::new_output, server_new_output>(server, server.backend->events.new_output);
@@ -287,6 +287,7 @@ void server_finish(vantore_server &server)
     ipc_finish(server);
     wl_display_destroy_clients(server.display);
     wlr_scene_node_destroy(&server.scene->tree.node);
+    cursor_locate_drop_steps(server);
     wlr_xcursor_manager_destroy(server.xcursor_mgr);
     destroy_cursor(server);
     wlr_allocator_destroy(server.allocator);
@@ -298,6 +299,7 @@ void server_finish(vantore_server &server)
     workspaces_destroy(server);
     globals_forget(server);
     startup_reprobe_cancel();
+    server.anim_timer.reset();
     server.mod_hold_timer.reset();
     memory_trim_reset();
     wl_display_destroy(server.display);

@@ -1,7 +1,26 @@
 #include "cursor_image.hpp"
 
+#include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
+#include "cursor_locate.hpp"
+
+#include <algorithm>
+
+static constexpr long usual_size = 24;
+static constexpr long largest_size = 1024; // larger images only cost memory
+
+uint32_t cursor_size_for(long wish)
+{
+    return uint32_t(wish < 1 ? usual_size : std::min(wish, largest_size));
+}
+
+void load_cursors_for_outputs(vantore_server &server, wlr_xcursor_manager *manager)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        wlr_xcursor_manager_load(manager, o.wlr_output->scale);
+    wlr_xcursor_manager_load(manager, 1);
+}
 
 static void forget_surface(vantore_server &server)
 {
@@ -14,13 +33,31 @@ void set_named_cursor(vantore_server &server, const char *name)
     forget_surface(server);
     server.cur_cursor_named = true;
     copy_text(server.cur_cursor_name, name);
-    wlr_cursor_set_xcursor(server.cursor, server.xcursor_mgr, server.cur_cursor_name.data());
+    wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server), server.cur_cursor_name.data());
 }
 
 void show_default_cursor(vantore_server &server)
 {
     if (!server.cur_cursor_named || !text_equals(server.cur_cursor_name, "default"))
         set_named_cursor(server, "default");
+}
+
+// The library can't scale a client's surface.
+static void show_surface(vantore_server &server)
+{
+    if (server.cursor_locate_step > 0)
+        wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server), "default");
+    else
+        wlr_cursor_set_surface(server.cursor, server.cur_cursor_surface, server.cur_cursor_hx,
+                               server.cur_cursor_hy);
+}
+
+void cursor_reassert(vantore_server &server)
+{
+    if (server.cur_cursor_named)
+        wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server), server.cur_cursor_name.data());
+    else
+        show_surface(server);
 }
 
 static void cursor_cache_surface_destroy(vantore_server &server)
@@ -40,7 +77,7 @@ static void set_surface_cursor(vantore_server &server, wlr_surface *surface, int
     if (surface != nullptr)
         listen<&vantore_server::cur_cursor_surface_destroy, cursor_cache_surface_destroy>(
             server, surface->events.destroy);
-    wlr_cursor_set_surface(server.cursor, surface, hotspot_x, hotspot_y);
+    show_surface(server);
 }
 
 static bool is_under_pointer(const vantore_server &server, const wlr_seat_client *client)

@@ -8,6 +8,14 @@
 // At most 47 characters of the name count.
 void set_named_cursor(vantore_server &server, const char *name);
 
+// The size that a theme is loaded in when so much is wished for: the usual one for 0 and less.
+uint32_t cursor_size_for(long wish);
+// Loads a theme in the scales of all outputs.
+void load_cursors_for_outputs(vantore_server &server, wlr_xcursor_manager *manager);
+
+// Shows what is remembered once more, in the size that the cursor has now.
+void cursor_reassert(vantore_server &server);
+
 // set_named_cursor with "default", unless that is what is shown: loading an image costs a thousand times more
 // than moving it, and pointer motion asks for it at every step over the desktop.
 void show_default_cursor(vantore_server &server);

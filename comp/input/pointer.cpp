@@ -4,6 +4,7 @@
 #include "../windows/toplevel.hpp"
 #include "constraints.hpp"
 #include "cursor_image.hpp"
+#include "cursor_locate.hpp"
 #include "hit_test.hpp"
 #include "idle.hpp"
 #include "seat_requests.hpp"
@@ -27,6 +28,7 @@ void server_cursor_motion(vantore_server &server, wlr_pointer_motion_event *even
     if (constrain_motion(server, *event))
         return;
     wlr_cursor_move(server.cursor, &event->pointer->base, event->delta_x, event->delta_y);
+    cursor_shake_feed(server);
     process_cursor_motion(server, event->time_msec);
 }
 

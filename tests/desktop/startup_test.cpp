@@ -29,13 +29,14 @@ TEST(startup_table, names_its_steps_in_order)
     std::vector<std::string_view> names;
     for (const startup_step &step : startup_steps())
         names.push_back(step.name);
-    EXPECT_THAT(names, ElementsAre("log", "single-instance state", "display", "signals", "safe graphics",
-                                   "backend", "headless backend", "login session", "renderer", "render node",
-                                   "allocator", "first globals", "explicit sync", "scene", "scene graph",
-                                   "configuration", "reduced motion", "presentation time", "accent",
-                                   "workspaces", "workspaces' configuration", "timers", "outputs",
-                                   "xdg shell", "decoration manager", "layer shell", "cursor", "seat",
-                                   "last globals", "socket and backend", "announcement", "IPC"));
+    EXPECT_THAT(names,
+                ElementsAre("log", "single-instance state", "display", "signals", "safe graphics", "backend",
+                            "headless backend", "login session", "renderer", "render node", "allocator",
+                            "first globals", "explicit sync", "scene", "scene graph", "configuration",
+                            "reduced motion", "presentation time", "accent", "workspaces",
+                            "workspaces' configuration", "animation timer", "modifier timer", "outputs",
+                            "xdg shell", "decoration manager", "layer shell", "cursor", "seat",
+                            "last globals", "socket and backend", "announcement", "IPC"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)
