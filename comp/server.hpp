@@ -2,6 +2,7 @@
 #pragma once
 
 #include "fwd.hpp"
+#include "input/cursor_mode.hpp"
 #include "input/shake.hpp"
 #include "records.hpp"
 #include "timer.hpp"
@@ -46,6 +47,23 @@ struct vantore_server {
     listener cursor_motion, cursor_motion_absolute, cursor_button, cursor_axis, cursor_frame;
     // Cursor position minus surface position at the last motion that a client heard of.
     double ptr_grab_ox = 0, ptr_grab_oy = 0;
+    // Where focus by hovering was settled last.
+    double ffm_anchor_x = 0, ffm_anchor_y = 0;
+    // The last press on a title bar, for double clicks.
+    uint32_t last_tb_msec = 0;
+    uint32_t last_tb_id = 0; // of its window; 0 for none
+    // A window that is dragged: while cursor_mode is not VANTORE_CURSOR_PASSTHROUGH.
+    vantore_cursor_mode cursor_mode = VANTORE_CURSOR_PASSTHROUGH;
+    vantore_toplevel *grabbed_toplevel = nullptr; // cleared when it unmaps
+    double grab_x = 0, grab_y = 0; // cursor minus what is dragged: the window's position, or its border
+    double grab_start_x = 0, grab_start_y = 0; // cursor at the start of a move
+    wlr_box grab_geobox{}; // window geometry at the start of a resize, layout coordinates
+    uint32_t resize_edges = 0; // of wlr_edges
+    // The Mouse Tiler's display.
+    bool mt_visible = false;
+    int mt_zone = -1, mt_ws = -1; // the zone or the workspace tile under the pointer; -1 for none
+    wlr_output *mt_output = nullptr; // that it was drawn for; only compared
+    wlr_scene_buffer *mt_hud = nullptr; // null until it was shown once
     vantore_ime_relay *ime = nullptr; // null without text input
 
     wlr_seat *seat = nullptr;

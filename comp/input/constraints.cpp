@@ -40,6 +40,11 @@ static wlr_pointer_constraint_v1 *constraint_of(const vantore_server &server, wl
                                                              server.seat);
 }
 
+bool has_constraint(const vantore_server &server, wlr_surface *surface)
+{
+    return constraint_of(server, surface) != nullptr;
+}
+
 void constrain_to_surface(vantore_server &server, wlr_surface *surface)
 {
     wlr_pointer_constraint_v1 *c = constraint_of(server, surface);

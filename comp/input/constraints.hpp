@@ -20,6 +20,9 @@ void server_new_constraint(vantore_server &server, wlr_pointer_constraint_v1 *co
 // A lock that ends puts the cursor where its client says that it drew it.
 void constrain_to_surface(vantore_server &server, wlr_surface *surface);
 
+// The surface has a constraint, in force or not.
+bool has_constraint(const vantore_server &server, wlr_surface *surface);
+
 // Nothing but relative motion is to come of the pointer.
 bool pointer_is_locked(const vantore_server &server);
 

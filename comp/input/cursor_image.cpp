@@ -36,10 +36,20 @@ void set_named_cursor(vantore_server &server, const char *name)
     wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server), server.cur_cursor_name.data());
 }
 
-void show_default_cursor(vantore_server &server)
+void show_named_cursor(vantore_server &server, const char *name)
 {
-    if (!server.cur_cursor_named || !text_equals(server.cur_cursor_name, "default"))
-        set_named_cursor(server, "default");
+    if (!server.cur_cursor_named || !text_equals(server.cur_cursor_name, name))
+        set_named_cursor(server, name);
+}
+
+const char *resize_cursor_name(uint32_t edges)
+{
+    const bool bottom = (edges & WLR_EDGE_BOTTOM) != 0;
+    if ((edges & WLR_EDGE_LEFT) != 0)
+        return bottom ? "bottom_left_corner" : "left_side";
+    if ((edges & WLR_EDGE_RIGHT) != 0)
+        return bottom ? "bottom_right_corner" : "right_side";
+    return bottom ? "bottom_side" : "default";
 }
 
 // The library can't scale a client's surface.

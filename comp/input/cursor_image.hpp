@@ -16,9 +16,12 @@ void load_cursors_for_outputs(vantore_server &server, wlr_xcursor_manager *manag
 // Shows what is remembered once more, in the size that the cursor has now.
 void cursor_reassert(vantore_server &server);
 
-// set_named_cursor with "default", unless that is what is shown: loading an image costs a thousand times more
-// than moving it, and pointer motion asks for it at every step over the desktop.
-void show_default_cursor(vantore_server &server);
+// set_named_cursor, unless that is what is shown: loading an image costs a thousand times more than moving
+// it, and pointer motion asks for it at every step over the desktop.
+void show_named_cursor(vantore_server &server, const char *name);
+
+// The image over a border that resizes; edges are of wlr_edges.
+const char *resize_cursor_name(uint32_t edges);
 
 // Requests of clients: only that of the client under the pointer counts.
 void seat_request_cursor(vantore_server &server, wlr_seat_pointer_request_set_cursor_event *event);

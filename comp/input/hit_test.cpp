@@ -2,6 +2,7 @@
 
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
+#include "drag_zones.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -126,4 +127,42 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
     wlr_scene_node *node = node_below_drag_icon(server, lx, ly, hit);
     hit.surface = surface_of(node);
     return hit.surface != nullptr ? owner_above(*node) : nullptr;
+}
+
+// The window whose title bar or body is at the point; whatever lies behind it is hidden.
+static bool covers_in_front(const vantore_toplevel &t, double rx, double ry)
+{
+    const wlr_box &geometry = t.xdg_toplevel->base->geometry;
+    return rx >= 0 && rx < geometry.width && ry < geometry.height && ry >= (t.ssd ? -titlebar_height : 0);
+}
+
+vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, double ly,
+                                       vantore_dec_region &region)
+{
+    region = DEC_NONE;
+    const wl_list &windows = server.toplevels;
+    for (const wl_list *link = windows.next; link != &windows; link = link->next) {
+        auto *t = owner_of<&vantore_toplevel::link>(const_cast<wl_list *>(link));
+        const wlr_scene_node &node = t->scene_tree->node;
+        const double rx = lx - node.x, ry = ly - node.y;
+        if (!node.enabled || !covers_in_front(*t, rx, ry))
+            continue;
+        if (ry >= 0)
+            return nullptr;
+        region = dec_region_at(tl_get_geometry(*t).width, rx, ry);
+        return t;
+    }
+    return nullptr;
+}
+
+vantore_toplevel *decoration_at(const vantore_server &server, double lx, double ly,
+                                vantore_dec_region &region)
+{
+    region = DEC_NONE;
+    return grabbing_layer_at(server, lx, ly) ? nullptr : window_decoration_at(server, lx, ly, region);
+}
+
+uint32_t resize_edges_at(const vantore_toplevel &t, double lx, double ly)
+{
+    return resize_edges_in(toplevel_box(t), lx, ly);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../presentation/dec_region.hpp"
 #include "../wlr.hpp"
 
 struct surface_hit {
@@ -24,3 +25,14 @@ bool grabbing_layer_at(const vantore_server &server, double lx, double ly);
 // The window under the point or null, looking through a dragged icon. A surface may be hit without a window:
 // that of a panel, for example.
 vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, double ly, surface_hit &hit);
+
+// The window whose title bar is at the point, with the part of it; null where something lies above it. Never
+// answers DEC_GRIP.
+vantore_toplevel *decoration_at(const vantore_server &server, double lx, double ly,
+                                vantore_dec_region &region);
+// The same without a look at layer surfaces, for a caller who knows that there is none at the point.
+vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, double ly,
+                                       vantore_dec_region &region);
+
+// The resize border of a floating window at the point, a mask of wlr_edges; 0 elsewhere.
+uint32_t resize_edges_at(const vantore_toplevel &t, double lx, double ly);

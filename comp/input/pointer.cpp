@@ -1,13 +1,20 @@
 #include "pointer.hpp"
 
+#include "../config/settings.hpp"
+#include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
+#include "../workspaces/focus.hpp"
+#include "../workspaces/tiles.hpp"
 #include "constraints.hpp"
 #include "cursor_image.hpp"
 #include "cursor_locate.hpp"
 #include "hit_test.hpp"
 #include "idle.hpp"
+#include "interactive.hpp"
 #include "seat_requests.hpp"
+
+static constexpr double ffm_distance_squared = 64; // 8 pixels
 
 // For games: how far the device moved, whatever becomes of the cursor. The client under the pointer hears it.
 static void send_relative_motion(vantore_server &server, uint32_t time_msec, double dx, double dy,
@@ -63,7 +70,7 @@ static void enter_and_deliver(vantore_server &server, uint32_t time_msec, const 
 static void process_locked_motion(vantore_server &server, uint32_t time_msec)
 {
     const surface_hit hit = surface_at(server, server.cursor->x, server.cursor->y);
-    show_default_cursor(server);
+    show_named_cursor(server, "default");
     if (hit.surface == nullptr)
         return wlr_seat_pointer_clear_focus(server.seat);
     enter_and_deliver(server, time_msec, hit);
@@ -84,6 +91,38 @@ static void process_grabbed_motion(vantore_server &server, uint32_t time_msec, c
                                    server.cursor->y - server.ptr_grab_oy);
 }
 
+// A launcher or a menu keeps the keyboard.
+static bool keeps_keyboard(wlr_surface *surface)
+{
+    return surface != nullptr && wlr_layer_surface_v1_try_from_wlr_surface(surface) != nullptr;
+}
+
+static bool has_left_anchor(const vantore_server &server)
+{
+    const double dx = server.cursor->x - server.ffm_anchor_x, dy = server.cursor->y - server.ffm_anchor_y;
+    return dx * dx + dy * dy >= ffm_distance_squared;
+}
+
+static void move_anchor(vantore_server &server)
+{
+    server.ffm_anchor_x = server.cursor->x;
+    server.ffm_anchor_y = server.cursor->y;
+}
+
+// The anchor keeps a pointer at rest from taking the focus when windows move under it.
+static void follow_mouse(vantore_server &server, vantore_toplevel &t)
+{
+    if (!g_focus_follows_mouse || wlr_seat_pointer_has_grab(server.seat))
+        return;
+    wlr_surface *focused = server.seat->keyboard_state.focused_surface, *surface = tl_surface(t);
+    if (has_constraint(server, surface) || keeps_keyboard(focused) || focused == surface)
+        return move_anchor(server);
+    if (!has_left_anchor(server))
+        return;
+    move_anchor(server);
+    focus_toplevel_ex(&t, false);
+}
+
 static void clear_pointer_focus(vantore_server &server)
 {
     wlr_seat_pointer_clear_focus(server.seat);
@@ -97,6 +136,32 @@ static void constrain_to_focus(vantore_server &server, wlr_surface *surface)
     constrain_to_surface(server, has_keyboard ? surface : nullptr);
 }
 
+// The border belongs to the compositor though its pixels are the client's.
+static bool enter_resize_border(vantore_server &server, const vantore_toplevel &t)
+{
+    if (toplevel_is_tiled(t) && !t.fullscreen)
+        return false;
+    const uint32_t edges = resize_edges_at(t, server.cursor->x, server.cursor->y);
+    if (edges == WLR_EDGE_NONE)
+        return false;
+    show_named_cursor(server, resize_cursor_name(edges));
+    clear_pointer_focus(server);
+    return true;
+}
+
+static void hover_decorations(vantore_server &server, const surface_hit &hit)
+{
+    vantore_dec_region region = DEC_NONE;
+    const bool layer = hit.surface != nullptr && keeps_keyboard(hit.surface);
+    const vantore_toplevel *hovered =
+        layer ? nullptr : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+        const vantore_dec_region wanted = &t == hovered ? region : DEC_NONE;
+        if (t.hover_region != wanted)
+            dec_hover_set(t, wanted);
+    }
+}
+
 bool overlay_lift_active(vantore_server &server)
 {
     for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
@@ -105,19 +170,42 @@ bool overlay_lift_active(vantore_server &server)
     return false;
 }
 
+static bool is_behind_overlay(vantore_server &server, const vantore_toplevel *t)
+{
+    return t != nullptr && t->fullscreen && !t->overlay_lift && overlay_lift_active(server);
+}
+
+static void process_free_motion(vantore_server &server, uint32_t time_msec)
+{
+    surface_hit hit;
+    vantore_toplevel *t = desktop_toplevel_at(server, server.cursor->x, server.cursor->y, hit);
+    if (has_implicit_grab(server.seat))
+        return process_grabbed_motion(server, time_msec, hit);
+    if (t != nullptr) {
+        follow_mouse(server, *t);
+        if (enter_resize_border(server, *t))
+            return;
+    } else {
+        show_named_cursor(server, "default");
+    }
+    hover_decorations(server, hit);
+    if (hit.surface == nullptr || is_behind_overlay(server, t))
+        return clear_pointer_focus(server);
+    enter_and_deliver(server, time_msec, hit);
+    constrain_to_focus(server, hit.surface);
+}
+
 void process_cursor_motion(vantore_server &server, uint32_t time_msec)
 {
     drag_icon_follow_cursor(server);
     if (server.locked)
         return process_locked_motion(server, time_msec);
-    surface_hit hit;
-    const vantore_toplevel *t = desktop_toplevel_at(server, server.cursor->x, server.cursor->y, hit);
-    if (has_implicit_grab(server.seat))
-        return process_grabbed_motion(server, time_msec, hit);
-    if (t == nullptr)
-        show_default_cursor(server);
-    if (hit.surface == nullptr)
-        return clear_pointer_focus(server);
-    enter_and_deliver(server, time_msec, hit);
-    constrain_to_focus(server, hit.surface);
+    switch (server.cursor_mode) {
+    case VANTORE_CURSOR_MOVE:
+        return process_cursor_move(server);
+    case VANTORE_CURSOR_RESIZE:
+        return process_cursor_resize(server);
+    case VANTORE_CURSOR_PASSTHROUGH:
+        return process_free_motion(server, time_msec);
+    }
 }

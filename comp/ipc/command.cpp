@@ -115,6 +115,7 @@ static constexpr verb verbs[]{
     {"close", ipc_window_op<VNT_OP_CLOSE>},
     {"float", ipc_window_op<VNT_OP_FLOAT>},
     {"move", ipc_window_op<VNT_OP_MOVE>},
+    {"minimize", ipc_window_op<VNT_OP_MINIMIZE>},
     {"move-workspace-to-output", move_workspace},
 };
 

@@ -1,6 +1,7 @@
 #include "window_ops.hpp"
 
 #include "../server.hpp"
+#include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
@@ -32,6 +33,9 @@ static void apply_winop(vantore_toplevel &t, vnt_winop op, long arg)
         break;
     case VNT_OP_MOVE:
         move_toplevel_to_workspace(t, arg);
+        break;
+    case VNT_OP_MINIMIZE:
+        toplevel_minimize(t);
         break;
     }
 }

@@ -4,7 +4,7 @@
 #include "../fwd.hpp"
 #include "request_text.hpp"
 
-enum vnt_winop : unsigned char { VNT_OP_CLOSE, VNT_OP_FLOAT, VNT_OP_MOVE };
+enum vnt_winop : unsigned char { VNT_OP_CLOSE, VNT_OP_FLOAT, VNT_OP_MOVE, VNT_OP_MINIMIZE };
 
 // The selector and the operation's argument are the next words. Whatever they don't name is left alone.
 void ipc_run_window_op(vantore_server &server, vnt_winop op, ipc_words &words);

@@ -27,3 +27,8 @@ bool boxes_overlap(const wlr_box &a, const wlr_box &b)
 {
     return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
 }
+
+bool box_contains(const wlr_box &box, double x, double y)
+{
+    return x >= box.x && x < box.x + box.width && y >= box.y && y < box.y + box.height;
+}

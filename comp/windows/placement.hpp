@@ -13,3 +13,6 @@ wlr_box float_box_in(const wlr_box &area, int titlebar);
 
 // Whether the rectangles share at least one pixel.
 bool boxes_overlap(const wlr_box &a, const wlr_box &b);
+
+// The left and top edges belong to the box, the right and bottom ones don't.
+bool box_contains(const wlr_box &box, double x, double y);

@@ -3,6 +3,8 @@
 #include "../outputs/output.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
+#include "../workspaces/arrange.hpp"
+#include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
 #include "layer.hpp"
 #include "placement.hpp"
@@ -63,6 +65,26 @@ void toplevel_toggle_maximize(vantore_toplevel &t)
         maximize(t);
     dec_refresh_max_button(t);
     wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized);
+}
+
+void toplevel_minimize(vantore_toplevel &t)
+{
+    t.minimized = true;
+    wlr_scene_node_set_enabled(&t.scene_tree->node, false);
+    wlr_scene_node_set_enabled(&t.tabbar->node, false);
+    for (auto &other : each<&vantore_toplevel::link>(t.server->toplevels)) {
+        if (&other != &t && toplevel_visible(other)) {
+            focus_toplevel_ex(&other, true);
+            break;
+        }
+    }
+    arrange_workspace(t.workspace);
+}
+
+void restore_toplevel_parent(vantore_toplevel &t)
+{
+    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+    wlr_scene_node_raise_to_top(&t.scene_tree->node);
 }
 
 bool covers_output(const vantore_toplevel &t)

@@ -10,8 +10,14 @@
 // default box.
 void toplevel_toggle_maximize(vantore_toplevel &t);
 
+// Hides the window until it is focused; the next visible window gets the focus.
+void toplevel_minimize(vantore_toplevel &t);
+
 // Gives the window all of a usable box, its title bar included.
 void toplevel_fill(vantore_toplevel &t, const wlr_box &usable);
+
+// Hangs the window where it belongs, after a drag, and raises it there.
+void restore_toplevel_parent(vantore_toplevel &t);
 
 // The window is at least as large as the output of its workspace, formally fullscreen or not.
 bool covers_output(const vantore_toplevel &t);

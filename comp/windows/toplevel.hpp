@@ -30,6 +30,8 @@ struct vantore_toplevel {
     bool fullscreen = false;
     bool overlay_lift = false; // lives in the overlay layer, above fullscreen windows
     bool ssd = false; // the compositor draws the title bar
+    bool snapped = false; // placed at an edge or by the Mouse Tiler
+    wlr_box snap_geo{}; // where to return to from that
     wlr_box saved_geo{}; // where to return to from maximized
     vantore_workspace *workspace = nullptr; // null before the first map
     list_link ws_link; // workspace->toplevels, from the first map to destruction
@@ -50,7 +52,8 @@ struct vantore_toplevel {
     int want_w = 0, want_h = 0; // the size last asked for; 0 for none
     int last_w = 0, last_h = 0; // the geometry of the last commit
     listener map, unmap, commit, destroy;
-    listener request_maximize, request_fullscreen, set_title, set_app_id;
+    listener request_move, request_resize, request_maximize, request_minimize, request_fullscreen, set_title,
+        set_app_id;
 };
 
 // Height of a title bar above the content's origin, in layout pixels.

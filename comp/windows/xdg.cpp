@@ -6,6 +6,7 @@
 
 #include "xdg.hpp"
 
+#include "../input/interactive.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../memory_trim.hpp"
 #include "../outputs/output.hpp"
@@ -54,7 +55,8 @@ static void hold_tile_size(vantore_toplevel &t)
     const bool off_target = geometry.width != t.want_w || geometry.height != t.want_h;
     t.last_w = geometry.width;
     t.last_h = geometry.height;
-    if (t.want_w > 0 && off_target && !as_before && tile_participates(t))
+    const bool dragged = &t == t.server->grabbed_toplevel;
+    if (t.want_w > 0 && off_target && !as_before && !dragged && tile_participates(t))
         tl_set_size(t, t.want_w, t.want_h);
 }
 
@@ -68,6 +70,7 @@ static void xdg_toplevel_commit(vantore_toplevel &t)
     const wlr_xdg_surface *base = t.xdg_toplevel->base;
     if (base->initialized && base->initial_commit)
         answer_initial_commit(t);
+    hold_resize_anchor(t);
     hold_tile_size(t);
     dec_layout(t);
 }
@@ -135,6 +138,8 @@ static void refocus_after_unmap(vantore_toplevel &t)
 // The window stays on its workspace: a client may map it again.
 static void xdg_toplevel_unmap(vantore_toplevel &t)
 {
+    if (&t == t.server->grabbed_toplevel)
+        reset_cursor_mode(*t.server);
     unlink_from_list(t.link);
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     refocus_after_unmap(t);
@@ -163,6 +168,31 @@ static void request_maximize(vantore_toplevel &t)
         toplevel_toggle_maximize(t);
     wlr_xdg_toplevel_set_maximized(xdg, t.maximized);
     wlr_xdg_surface_schedule_configure(xdg->base);
+}
+
+static bool may_drag(const vantore_toplevel &t, uint32_t serial)
+{
+    return tl_mapped(t) && wlr_seat_validate_pointer_grab_serial(t.server->seat, nullptr, serial);
+}
+
+static void request_move(vantore_toplevel &t, wlr_xdg_toplevel_move_event *event)
+{
+    if (may_drag(t, event->serial))
+        begin_interactive(t, VANTORE_CURSOR_MOVE, 0);
+}
+
+static void request_resize(vantore_toplevel &t, wlr_xdg_toplevel_resize_event *event)
+{
+    if (may_drag(t, event->serial))
+        begin_interactive(t, VANTORE_CURSOR_RESIZE, event->edges);
+}
+
+static void request_minimize(vantore_toplevel &t)
+{
+    if (!t.xdg_toplevel->base->initialized || t.minimized)
+        return;
+    toplevel_minimize(t);
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
 static void request_fullscreen(vantore_toplevel &t)
@@ -200,7 +230,10 @@ static void attach_listeners(vantore_toplevel &t)
     listen<&vantore_toplevel::unmap, xdg_toplevel_unmap>(t, surface.unmap);
     listen<&vantore_toplevel::commit, xdg_toplevel_commit>(t, surface.commit);
     listen<&vantore_toplevel::destroy, xdg_toplevel_destroy>(t, toplevel.destroy);
+    listen<&vantore_toplevel::request_move, request_move>(t, toplevel.request_move);
+    listen<&vantore_toplevel::request_resize, request_resize>(t, toplevel.request_resize);
     listen<&vantore_toplevel::request_maximize, request_maximize>(t, toplevel.request_maximize);
+    listen<&vantore_toplevel::request_minimize, request_minimize>(t, toplevel.request_minimize);
     listen<&vantore_toplevel::request_fullscreen, request_fullscreen>(t, toplevel.request_fullscreen);
     listen<&vantore_toplevel::set_title, set_title>(t, toplevel.set_title);
     listen<&vantore_toplevel::set_app_id, set_app_id>(t, toplevel.set_app_id);

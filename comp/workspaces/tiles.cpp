@@ -1,5 +1,6 @@
 #include "tiles.hpp"
 
+#include "../windows/placement.hpp"
 #include "../windows/toplevel.hpp"
 #include "stacks.hpp"
 #include "workspace.hpp"
@@ -27,11 +28,13 @@ int tile_index(vantore_toplevel &t)
     return index;
 }
 
-static bool tile_contains(const vantore_toplevel &t, double lx, double ly)
+wlr_box tile_frame(const vantore_toplevel &t)
 {
-    const wlr_box box = toplevel_box(t);
-    const int top = t.stack_id != 0 ? tabbar_height : titlebar_of(t);
-    return lx >= box.x && lx < box.x + box.width && ly >= box.y - top && ly < box.y + box.height;
+    wlr_box box = toplevel_box(t);
+    const int bar = t.stack_id != 0 ? tabbar_height : titlebar_of(t);
+    box.y -= bar;
+    box.height += bar;
+    return box;
 }
 
 vantore_toplevel *tile_at(vantore_workspace *ws, double lx, double ly, const vantore_toplevel *except)
@@ -39,7 +42,8 @@ vantore_toplevel *tile_at(vantore_workspace *ws, double lx, double ly, const van
     if (ws == nullptr)
         return nullptr;
     for (auto &t : each<&vantore_toplevel::ws_link>(ws->toplevels))
-        if (&t != except && tile_participates(t) && t.scene_tree->node.enabled && tile_contains(t, lx, ly))
+        if (&t != except && tile_participates(t) && t.scene_tree->node.enabled &&
+            box_contains(tile_frame(t), lx, ly))
             return &t;
     return nullptr;
 }

@@ -101,7 +101,12 @@ struct layers : test::desktop {
 
     wlr_box usable(const char *name = "A") { return output(name).usable; }
 
-    std::vector<std::string> broken_rules() { return test::server_check(server, active_windows); }
+    std::vector<std::string> broken_rules()
+    {
+        std::vector<std::string> rules = test::server_check(server, active_windows);
+        std::ranges::move(test::usable_check(server), std::back_inserter(rules));
+        return rules;
+    }
 
     std::list<layer_surface> surfaces;
 };

@@ -7,7 +7,6 @@
 #include "outputs/rehome.hpp"
 #include "session/state_files.hpp"
 #include "startup.hpp"
-#include "windows/layer.hpp"
 
 #include <fstream>
 
@@ -368,7 +367,6 @@ TEST_F(pointer_on_outputs, moves_to_the_middle_of_the_nearest_output_when_its_ow
     disable("C");
     cursor_ensure_on_output(server);
     EXPECT_EQ(pointer(), (at{1300, 350}));
-    arrange_all_layers(server);
 }
 
 TEST_F(pointer_on_outputs, finds_the_window_that_lies_where_it_was_moved_to)

@@ -359,6 +359,7 @@ std::string random_session::step(unsigned seed)
 std::vector<std::string> random_session::broken()
 {
     std::vector<std::string> rules = test::server_check(server, active_windows);
+    std::ranges::move(test::usable_check(server), std::back_inserter(rules));
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         arrange_workspace(&ws);
     std::ranges::move(test::tiles_check(server), std::back_inserter(rules));

@@ -3,7 +3,6 @@
 #include "support/desktop.hpp"
 
 #include "startup.hpp"
-#include "windows/layer.hpp"
 #include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
@@ -180,7 +179,6 @@ TEST_F(desktop, a_window_on_the_cursors_output_may_belong_to_a_workspace_elsewhe
     test::window &w = map("w", {400, 200});
     EXPECT_EQ(record(w).workspace, &workspace(9));
     EXPECT_EQ(toplevel_box(record(w)), (wlr_box{640 * 8 + 440, 140, 400, 200}));
-    arrange_all_layers(server);
 }
 
 TEST_F(desk, the_keyboard_goes_to_the_newest_window_and_back_to_the_next_when_it_goes)

@@ -69,8 +69,6 @@ private:
             const std::string name = std::string{"output "} + output_name(o.wlr_output);
             expect(o.current_ws == nullptr || o.current_ws->output == &o, name + "'s workspace points back");
             expect(o.scene_output != nullptr, name + " shows the scene");
-            const wlr_box full = output_layout_box(o);
-            expect(!o.wlr_output->enabled || lies_in(o.usable, full), name + "'s usable box lies on it");
         }
     }
 
@@ -157,6 +155,15 @@ void check_tiles(vantore_workspace &ws, std::vector<std::string> &broken)
 }
 
 } // namespace
+
+std::vector<std::string> usable_check(vantore_server &server)
+{
+    std::vector<std::string> broken;
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (o.wlr_output->enabled && !lies_in(o.usable, output_layout_box(o)))
+            broken.push_back(std::string{"the usable box lies on output "} + output_name(o.wlr_output));
+    return broken;
+}
 
 std::vector<std::string> tiles_check(vantore_server &server)
 {

@@ -16,6 +16,9 @@ enum class activity : bool { follows_keyboard, may_lag };
 std::vector<std::string> server_check(vantore_server &server,
                                       activity active_windows = activity::follows_keyboard);
 
+// The same for the usable boxes of the outputs that are on. Tests may make boxes up that break it.
+std::vector<std::string> usable_check(vantore_server &server);
+
 // The same for the tiles of the workspaces that are shown, which must have been arranged.
 std::vector<std::string> tiles_check(vantore_server &server);
 

@@ -1,0 +1,30 @@
+#include "button_log.hpp"
+
+#include "../server.hpp"
+
+#include <array>
+#include <cstdio>
+
+// Overwritten by the next call.
+static const char *dbg_surface_tag(wlr_surface *surface)
+{
+    static std::array<char, 256> tag;
+    if (surface == nullptr)
+        return "(none)";
+    if (const wlr_xdg_toplevel *xdg = wlr_xdg_toplevel_try_from_wlr_surface(surface))
+        snprintf(tag.data(), tag.size(), "xdg:'%s'", xdg->app_id != nullptr ? xdg->app_id : "");
+    else if (const wlr_layer_surface_v1 *layer = wlr_layer_surface_v1_try_from_wlr_surface(surface))
+        snprintf(tag.data(), tag.size(), "layer:'%s'", layer->namespace_);
+    else
+        return "(other)";
+    return tag.data();
+}
+
+void log_button(const vantore_server &server, const wlr_pointer_button_event &event)
+{
+    const wlr_seat_pointer_state &pointer = server.seat->pointer_state;
+    const bool pressed = event.state != WL_POINTER_BUTTON_STATE_RELEASED;
+    wlr_log(WLR_INFO, "button: %s btn=%u cursor=%.0f,%.0f → %s sxy=%.0f,%.0f", pressed ? "press" : "release",
+            event.button, server.cursor->x, server.cursor->y, dbg_surface_tag(pointer.focused_surface),
+            pointer.sx, pointer.sy);
+}

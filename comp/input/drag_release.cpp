@@ -1,0 +1,157 @@
+#include "drag_release.hpp"
+
+#include "../config/settings.hpp"
+#include "../ipc/broadcast.hpp"
+#include "../outputs/output.hpp"
+#include "../server.hpp"
+#include "../windows/layer.hpp"
+#include "../windows/states.hpp"
+#include "../windows/toplevel.hpp"
+#include "../workspaces/arrange.hpp"
+#include "../workspaces/focus.hpp"
+#include "../workspaces/stacks.hpp"
+#include "../workspaces/tiles.hpp"
+#include "../workspaces/workspace.hpp"
+#include "drag_zones.hpp"
+#include "interactive.hpp"
+#include "mouse_tiler.hpp"
+
+static constexpr double moved_distance_squared = 64; // 8 pixels: less is a click
+
+// What there is to know of a drag when it ends.
+struct ended_drag {
+    vantore_toplevel *t;
+    bool was_move;
+    bool tiler_was_up;
+    int zone, workspace_tile;
+    bool moved;
+};
+
+static bool has_moved(const vantore_server &server)
+{
+    const double dx = server.cursor->x - server.grab_start_x;
+    const double dy = server.cursor->y - server.grab_start_y;
+    return dx * dx + dy * dy > moved_distance_squared;
+}
+
+static void settle_where_it_is(vantore_toplevel &t)
+{
+    focus_toplevel_ex(&t, true);
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
+}
+
+// True when the window has landed and nothing else is to be done with it.
+static bool land_by_tiler(vantore_server &server, const ended_drag &drag)
+{
+    if (!drag.tiler_was_up || drag.t->fullscreen)
+        return false;
+    if (mt_apply(server, *drag.t, drag.zone, drag.workspace_tile)) {
+        settle_where_it_is(*drag.t);
+        return true;
+    }
+    drag.t->snapped = false;
+    return false;
+}
+
+static bool land_at_edge(vantore_server &server, const ended_drag &drag)
+{
+    vantore_toplevel &t = *drag.t;
+    if (!drag.moved || t.fullscreen)
+        return false;
+    wlr_box box{};
+    if (snap_zone_for(usable_at_cursor(server), server.cursor->x, server.cursor->y, box) == SNAP_NONE) {
+        t.snapped = false;
+        return false;
+    }
+    snap_window(t, box);
+    arrange_workspace(t.workspace);
+    settle_where_it_is(t);
+    return true;
+}
+
+static void insert_beside(vantore_toplevel &t, vantore_toplevel &target, drop_zone zone)
+{
+    if (zone == DROP_AFTER)
+        move_to_front(target.ws_link, t.ws_link);
+    else
+        move_to_back(target.ws_link, t.ws_link);
+}
+
+static void swap_tiles(vantore_toplevel &t, vantore_toplevel &target)
+{
+    wl_list *before_target = target.ws_link.prev;
+    if (before_target == &t.ws_link) { // t stands right before it
+        move_to_front(target.ws_link, t.ws_link);
+        return;
+    }
+    move_to_front(t.ws_link, target.ws_link);
+    move_to_front(*before_target, t.ws_link);
+}
+
+static void drop_on_tile(vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    const double x = server.cursor->x, y = server.cursor->y;
+    if (vantore_toplevel *tab = tab_at(server, x, y)) {
+        stack_join(t, *tab);
+        return;
+    }
+    vantore_toplevel *target = tile_at(t.workspace, x, y, &t);
+    if (target == nullptr)
+        return;
+    const drop_zone zone = zone_at(tile_frame(*target), x, y);
+    if (zone == DROP_STACK) {
+        stack_join(t, *target);
+        return;
+    }
+    stack_leave(t);
+    if (zone == DROP_SWAP)
+        swap_tiles(t, *target);
+    else
+        insert_beside(t, *target, zone);
+}
+
+// A float that was carried to another output joins the workspace that is shown there.
+static void join_output_under_cursor(vantore_toplevel &t)
+{
+    const vantore_output *o = current_output(*t.server);
+    if (o == nullptr || o->current_ws == nullptr || o->current_ws == t.workspace)
+        return;
+    toplevel_set_workspace(t, o->current_ws);
+    t.float_geo = toplevel_box(t);
+    settle_where_it_is(t);
+}
+
+static void drop(const ended_drag &drag)
+{
+    vantore_toplevel &t = *drag.t;
+    if (t.fullscreen)
+        return;
+    if (toplevel_is_tiled(t)) {
+        drop_on_tile(t);
+        arrange_workspace(t.workspace);
+        ipc_broadcast(*t.server, VNT_EVT_WORKSPACES);
+    } else if (drag.moved) {
+        join_output_under_cursor(t);
+    }
+}
+
+void finish_drag(vantore_server &server)
+{
+    const ended_drag drag{
+        .t = server.grabbed_toplevel,
+        .was_move = server.cursor_mode == VANTORE_CURSOR_MOVE,
+        .tiler_was_up = server.mt_visible,
+        .zone = server.mt_zone,
+        .workspace_tile = server.mt_ws,
+        .moved = has_moved(server),
+    };
+    reset_cursor_mode(server);
+    wlr_scene_node_set_enabled(&server.snap_preview->node, false);
+    if (drag.t == nullptr || !drag.was_move)
+        return;
+    const bool landed = g_tiler ? land_by_tiler(server, drag) : land_at_edge(server, drag);
+    if (!landed)
+        drop(drag);
+    restore_toplevel_parent(*drag.t);
+}

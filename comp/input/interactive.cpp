@@ -1,0 +1,233 @@
+#include "interactive.hpp"
+
+#include "../config/settings.hpp"
+#include "../presentation/decorations.hpp"
+#include "../server.hpp"
+#include "../windows/layer.hpp"
+#include "../windows/states.hpp"
+#include "../windows/toplevel.hpp"
+#include "../workspaces/stacks.hpp"
+#include "../workspaces/tiles.hpp"
+#include "../workspaces/workspace.hpp"
+#include "drag_zones.hpp"
+#include "mouse_tiler.hpp"
+
+#include <algorithm>
+
+static constexpr int least_width = 120, least_height = 40;
+static constexpr double tiler_distance_squared = 1600; // 40 pixels
+
+static bool is_on_tiling_workspace(const vantore_toplevel &t)
+{
+    return t.workspace != nullptr && t.workspace->layout == VANTORE_LAYOUT_TILING;
+}
+
+static void remember_as_floating(vantore_toplevel &t, int w, int h)
+{
+    const wlr_scene_node &node = t.scene_tree->node;
+    t.float_geo = {.x = node.x, .y = node.y, .width = w, .height = h};
+}
+
+// The size to come back to; a side that is not known stays as it is.
+static wlr_box size_before_snap(const vantore_toplevel &t)
+{
+    const wlr_box &before = t.snapped ? t.snap_geo : t.saved_geo;
+    const wlr_box now = tl_get_geometry(t);
+    return {.width = before.width > 0 ? before.width : now.width,
+            .height = before.height > 0 ? before.height : now.height};
+}
+
+static void clear_maximized(vantore_toplevel &t)
+{
+    if (!t.maximized)
+        return;
+    t.maximized = false;
+    dec_refresh_max_button(t);
+    wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, false);
+}
+
+// At the same relative place under the pointer, its title bar just there.
+static void unsnap(vantore_toplevel &t)
+{
+    const wlr_cursor &cursor = *t.server->cursor;
+    const wlr_box now = toplevel_box(t);
+    const double fraction = now.width > 0 ? (cursor.x - now.x) / now.width : 0.5;
+    if (is_on_tiling_workspace(t))
+        t.floating = true;
+    const wlr_box size = size_before_snap(t);
+    clear_maximized(t);
+    wlr_scene_node_set_position(&t.scene_tree->node, int(cursor.x - size.width * fraction),
+                                int(cursor.y) + titlebar_of(t));
+    t.want_w = size.width;
+    t.want_h = size.height;
+    tl_set_tiled(t, false);
+    tl_set_size(t, size.width, size.height);
+    t.snapped = false;
+    remember_as_floating(t, size.width, size.height);
+}
+
+static void begin_move(vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    if ((t.snapped || t.maximized) && !t.fullscreen)
+        unsnap(t);
+    const wlr_scene_node &node = t.scene_tree->node;
+    server.grab_start_x = server.cursor->x;
+    server.grab_start_y = server.cursor->y;
+    server.grab_x = server.cursor->x - node.x;
+    server.grab_y = server.cursor->y - node.y;
+    if (t.fullscreen || t.overlay_lift)
+        return;
+    wlr_scene_node_reparent(&t.scene_tree->node, server.toplevel_tree);
+    wlr_scene_node_raise_to_top(&t.scene_tree->node);
+}
+
+// The window geometry in layout coordinates, its offset in the surface counted.
+static wlr_box offset_box(const vantore_toplevel &t)
+{
+    wlr_box box = tl_get_geometry(t);
+    box.x += t.scene_tree->node.x;
+    box.y += t.scene_tree->node.y;
+    return box;
+}
+
+static void begin_resize(vantore_toplevel &t, uint32_t edges)
+{
+    vantore_server &server = *t.server;
+    const wlr_box box = offset_box(t);
+    const int border_x = (edges & WLR_EDGE_RIGHT) != 0 ? box.x + box.width : box.x;
+    const int border_y = (edges & WLR_EDGE_BOTTOM) != 0 ? box.y + box.height : box.y;
+    server.grab_x = server.cursor->x - border_x;
+    server.grab_y = server.cursor->y - border_y;
+    server.grab_geobox = box;
+    server.resize_edges = edges;
+}
+
+void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t edges)
+{
+    if (vantore_toplevel *before = t.server->grabbed_toplevel)
+        restore_toplevel_parent(*before);
+    t.server->grabbed_toplevel = &t;
+    t.server->cursor_mode = mode;
+    if (mode == VANTORE_CURSOR_MOVE)
+        begin_move(t);
+    else
+        begin_resize(t, edges);
+}
+
+void reset_cursor_mode(vantore_server &server)
+{
+    server.cursor_mode = VANTORE_CURSOR_PASSTHROUGH;
+    server.grabbed_toplevel = nullptr;
+    mt_hide(server);
+    wlr_scene_node_set_enabled(&server.drag_hint->node, false);
+}
+
+static void show_box(wlr_scene_rect *rect, const wlr_box &box)
+{
+    wlr_scene_node_set_position(&rect->node, box.x, box.y);
+    wlr_scene_rect_set_size(rect, box.width, box.height);
+    wlr_scene_node_set_enabled(&rect->node, true);
+}
+
+static void preview_edge_snap(vantore_server &server, const vantore_toplevel &t)
+{
+    wlr_box box{};
+    const bool snaps = !t.fullscreen && snap_zone_for(usable_at_cursor(server), server.cursor->x,
+                                                      server.cursor->y, box) != SNAP_NONE;
+    if (snaps)
+        show_box(server.snap_preview, box);
+    else
+        wlr_scene_node_set_enabled(&server.snap_preview->node, false);
+}
+
+static void raise_tiler(vantore_server &server)
+{
+    const double dx = server.cursor->x - server.grab_start_x;
+    const double dy = server.cursor->y - server.grab_start_y;
+    if (!server.mt_visible && dx * dx + dy * dy <= tiler_distance_squared)
+        return;
+    if (!server.mt_visible)
+        mt_show(server);
+    mt_update(server);
+}
+
+static void hint_at_drop(vantore_server &server, const vantore_toplevel &t)
+{
+    const double x = server.cursor->x, y = server.cursor->y;
+    const vantore_toplevel *target =
+        toplevel_is_tiled(t) && !t.fullscreen ? tile_at(t.workspace, x, y, &t) : nullptr;
+    if (target == nullptr)
+        return wlr_scene_node_set_enabled(&server.drag_hint->node, false);
+    const wlr_box frame = tile_frame(*target);
+    show_box(server.drag_hint, zone_hint_box(frame, zone_at(frame, x, y)));
+}
+
+void process_cursor_move(vantore_server &server)
+{
+    vantore_toplevel *t = server.grabbed_toplevel;
+    if (t == nullptr)
+        return;
+    wlr_scene_node_set_position(&t->scene_tree->node, int(server.cursor->x - server.grab_x),
+                                int(server.cursor->y - server.grab_y));
+    if (!g_tiler)
+        preview_edge_snap(server, *t);
+    else if (!t->fullscreen && !toplevel_is_tiled(*t))
+        raise_tiler(server);
+    hint_at_drop(server, *t);
+}
+
+void process_cursor_resize(vantore_server &server)
+{
+    vantore_toplevel *t = server.grabbed_toplevel;
+    if (t == nullptr)
+        return;
+    const wlr_xdg_toplevel_state &limits = t->xdg_toplevel->current;
+    const wlr_box box = resized(server.grab_geobox, server.resize_edges, server.cursor->x - server.grab_x,
+                                server.cursor->y - server.grab_y, std::max(least_width, limits.min_width),
+                                std::max(least_height, limits.min_height));
+    const wlr_box geometry = tl_get_geometry(*t);
+    wlr_scene_node_set_position(&t->scene_tree->node, box.x - geometry.x, box.y - geometry.y);
+    tl_set_size(*t, box.width, box.height);
+    t->want_w = box.width;
+    t->want_h = box.height;
+    if (!toplevel_is_tiled(*t) || t->fullscreen)
+        remember_as_floating(*t, geometry.width, geometry.height);
+}
+
+void snap_apply_box(vantore_toplevel &t, const wlr_box &box)
+{
+    const int bar = titlebar_of(t);
+    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y + bar);
+    t.want_w = box.width;
+    t.want_h = std::max(box.height - bar, 1);
+    tl_set_tiled(t, true);
+    tl_set_size(t, t.want_w, t.want_h);
+}
+
+void snap_window(vantore_toplevel &t, const wlr_box &box)
+{
+    t.snap_geo = toplevel_box(t);
+    if (is_on_tiling_workspace(t))
+        t.floating = true;
+    clear_maximized(t);
+    snap_apply_box(t, box);
+    t.snapped = true;
+    const wlr_box now = toplevel_box(t);
+    remember_as_floating(t, now.width, now.height);
+}
+
+void hold_resize_anchor(vantore_toplevel &t)
+{
+    const vantore_server &server = *t.server;
+    if (&t != server.grabbed_toplevel || server.cursor_mode != VANTORE_CURSOR_RESIZE)
+        return;
+    const wlr_box &start = server.grab_geobox;
+    const wlr_box geometry = tl_get_geometry(t);
+    int x = t.scene_tree->node.x, y = t.scene_tree->node.y;
+    if ((server.resize_edges & WLR_EDGE_LEFT) != 0)
+        x = start.x + start.width - geometry.x - geometry.width;
+    if ((server.resize_edges & WLR_EDGE_TOP) != 0)
+        y = start.y + start.height - geometry.y - geometry.height;
+    wlr_scene_node_set_position(&t.scene_tree->node, x, y);
+}

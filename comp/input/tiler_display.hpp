@@ -1,0 +1,24 @@
+// The picture of the Mouse Tiler: pads with their zones above a strip of workspace tiles.
+#pragma once
+
+#include "../cairo_buffer.hpp"
+#include "tiler_zones.hpp"
+
+#include <vector>
+
+struct mt_window_sketch {
+    int tile; // index of its workspace's tile
+    wlr_fbox box; // in the picture
+};
+
+struct mt_display {
+    mt_pick pick;
+    int current_tile = 0; // of the workspace that the current output shows
+    std::vector<mt_window_sketch> windows;
+};
+
+// The caller owns the picture until it is given to the scene.
+cairo_buffer *mt_render(const mt_display &display);
+
+// Adds a rounded rectangle to the path.
+void mt_round_rect(cairo_t *cr, double x, double y, double w, double h, double r);
