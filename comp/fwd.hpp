@@ -7,6 +7,7 @@ struct vantore_workspace;
 struct vantore_output;
 struct vantore_keyboard;
 struct vantore_input_dev;
+struct vantore_constraint;
 struct vantore_decoration;
 struct vantore_layer_surface;
 struct vantore_ime_relay;

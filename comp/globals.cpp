@@ -1,6 +1,7 @@
 #include "globals.hpp"
 
 #include "config/settings.hpp"
+#include "input/constraints.hpp"
 #include "input/cursor_image.hpp"
 #include "input/devices.hpp"
 #include "input/seat_requests.hpp"
@@ -168,6 +169,16 @@ bool globals_create_seat(vantore_server &server)
     return true;
 }
 
+static void create_pointer_constraints(vantore_server &server)
+{
+    server.pointer_constraints = wlr_pointer_constraints_v1_create(server.display);
+    if (server.pointer_constraints != nullptr)
+        listen<&vantore_server::new_constraint, server_new_constraint>(
+            server, server.pointer_constraints->events.new_constraint);
+    else
+        log_missing("pointer constraints", "games can't hold the pointer");
+}
+
 void globals_create_last(vantore_server &server)
 {
     wl_display *display = server.display;
@@ -179,6 +190,8 @@ void globals_create_last(vantore_server &server)
     else
         log_missing("gamma control", "night light is unavailable");
     wlr_xdg_output_manager_v1_create(display, server.output_layout);
+    server.relative_pointer_mgr = wlr_relative_pointer_manager_v1_create(display);
+    create_pointer_constraints(server);
 }
 
 void globals_forget(vantore_server &server)
@@ -198,4 +211,5 @@ void globals_forget(vantore_server &server)
     unlisten(server.request_start_drag);
     unlisten(server.start_drag);
     unlisten(server.gamma_set);
+    unlisten(server.new_constraint);
 }

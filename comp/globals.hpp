@@ -17,7 +17,7 @@ void globals_create_decoration(vantore_server &server);
 void globals_create_layer_shell(vantore_server &server);
 // The seat, and everything that devices and clients ask of it.
 bool globals_create_seat(vantore_server &server);
-// Capture, clipboard managers, gamma and output names.
+// Capture, clipboard managers, gamma, output names, and what games ask of the pointer.
 void globals_create_last(vantore_server &server);
 
 // Before the display goes, which takes the globals with it.

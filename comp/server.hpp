@@ -3,6 +3,7 @@
 
 #include "fwd.hpp"
 #include "input/cursor_mode.hpp"
+#include "input/shake.hpp"
 #include "records.hpp"
 #include "timer.hpp"
 
@@ -74,6 +75,10 @@ struct vantore_server {
         start_drag;
     list_head keyboards; // vantore_keyboard.link, newest first
     list_head input_devs; // vantore_input_dev.link, newest first
+    wlr_relative_pointer_manager_v1 *relative_pointer_mgr = nullptr; // null when it could not be made
+    wlr_pointer_constraints_v1 *pointer_constraints = nullptr; // the same
+    listener new_constraint;
+    wlr_pointer_constraint_v1 *active_constraint = nullptr; // the one in force
 
     wlr_output_layout *output_layout = nullptr;
     list_head outputs; // vantore_output.link, newest first
@@ -95,6 +100,16 @@ struct vantore_server {
     wlr_surface *cur_cursor_surface = nullptr;
     int32_t cur_cursor_hx = 0, cur_cursor_hy = 0; // its hotspot
     listener cur_cursor_surface_destroy;
+
+    // The pointer is shaken to be found: times of mono_ms.
+    std::array<wlr_xcursor_manager *, 10>
+        xcursor_steps{}; // by cursor_locate_step; null until they are needed
+    bool cursor_locate_on = false;
+    bool cursor_locate_shrinking = false;
+    int cursor_locate_step = 0; // 0 is the usual size
+    int64_t cursor_locate_t0 = 0, cursor_locate_shrink_t0 = 0, cursor_locate_hold_until = 0;
+    shake_history shake;
+    timer_source anim_timer;
 
     wlr_idle_notifier_v1 *idle_notifier = nullptr;
     bool locked = false; // nothing but the lock screen may be seen or reached

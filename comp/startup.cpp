@@ -11,6 +11,7 @@
 #include "graphics.hpp"
 #include "input/buttons.hpp"
 #include "input/cursor_image.hpp"
+#include "input/cursor_locate.hpp"
 #include "input/modifier_tap.hpp"
 #include "input/pointer.hpp"
 #include "ipc/transport.hpp"
@@ -18,6 +19,7 @@
 #include "memory_trim.hpp"
 #include "outputs/output.hpp"
 #include "outputs/power.hpp"
+#include "presentation/animation.hpp"
 #include "scene_graph.hpp"
 #include "server.hpp"
 #include "session/autostart.hpp"
@@ -248,7 +250,8 @@ static constexpr startup_step steps[]{
     {"workspaces' configuration",
      [](vantore_server &server) { return config_apply_workspaces(server), true; }},
     {"hangup", [](vantore_server &server) { return config_reload_on_hangup(server), true; }},
-    {"timers", [](vantore_server &server) { return modifier_tap_start(server), true; }},
+    {"animation timer", [](vantore_server &server) { return anim_start(server), true; }},
+    {"modifier timer", [](vantore_server &server) { return modifier_tap_start(server), true; }},
     {"outputs",
      [](vantore_server &server) {
          listen<&vantore_server::new_output, server_new_output>(server, server.backend->events.new_output);
@@ -299,6 +302,7 @@ void server_finish(vantore_server &server)
     ipc_finish(server);
     wl_display_destroy_clients(server.display);
     wlr_scene_node_destroy(&server.scene->tree.node);
+    cursor_locate_drop_steps(server);
     wlr_xcursor_manager_destroy(server.xcursor_mgr);
     destroy_cursor(server);
     wlr_allocator_destroy(server.allocator);
@@ -310,6 +314,7 @@ void server_finish(vantore_server &server)
     workspaces_destroy(server);
     globals_forget(server);
     startup_reprobe_cancel();
+    server.anim_timer.reset();
     server.mod_hold_timer.reset();
     server.hangup.reset();
     memory_trim_reset();

@@ -15,6 +15,7 @@
 #include "../windows/app_rules.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/arrange.hpp"
+#include "../workspaces/stacks.hpp"
 #include "files.hpp"
 #include "load.hpp"
 #include "settings.hpp"
@@ -42,11 +43,22 @@ static void reload_devices(vantore_server &server)
         apply_libinput_settings(dev.device);
 }
 
+// Stacks end with the tiling of their workspace.
+static void dissolve_stacks(vantore_workspace &ws)
+{
+    for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels))
+        if (t.stack_id != 0)
+            stack_leave(t);
+}
+
 static void reload_workspaces(vantore_server &server)
 {
     config_apply_workspaces(server);
-    for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces)) {
+        if (ws.layout != VANTORE_LAYOUT_TILING)
+            dissolve_stacks(ws);
         arrange_workspace(&ws);
+    }
 }
 
 static void reload_rules(vantore_server &server)

@@ -4,6 +4,7 @@
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
+#include "cursor_locate.hpp"
 
 #include <algorithm>
 
@@ -13,6 +14,13 @@ static constexpr long largest_size = 1024; // larger images only cost memory
 uint32_t cursor_size_for(long wish)
 {
     return uint32_t(wish < 1 ? usual_size : std::min(wish, largest_size));
+}
+
+void load_cursors_for_outputs(vantore_server &server, wlr_xcursor_manager *manager)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        wlr_xcursor_manager_load(manager, o.wlr_output->scale);
+    wlr_xcursor_manager_load(manager, 1);
 }
 
 static void forget_surface(vantore_server &server)
@@ -26,7 +34,7 @@ void set_named_cursor(vantore_server &server, const char *name)
     forget_surface(server);
     server.cur_cursor_named = true;
     copy_text(server.cur_cursor_name, name);
-    wlr_cursor_set_xcursor(server.cursor, server.xcursor_mgr, server.cur_cursor_name.data());
+    wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server), server.cur_cursor_name.data());
 }
 
 void show_named_cursor(vantore_server &server, const char *name)
@@ -43,6 +51,24 @@ const char *resize_cursor_name(uint32_t edges)
     if ((edges & WLR_EDGE_RIGHT) != 0)
         return bottom ? "bottom_right_corner" : "right_side";
     return bottom ? "bottom_side" : "default";
+}
+
+// The library can't scale a client's surface.
+static void show_surface(vantore_server &server)
+{
+    if (server.cursor_locate_step > 0)
+        wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server), "default");
+    else
+        wlr_cursor_set_surface(server.cursor, server.cur_cursor_surface, server.cur_cursor_hx,
+                               server.cur_cursor_hy);
+}
+
+void cursor_reassert(vantore_server &server)
+{
+    if (server.cur_cursor_named)
+        wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server), server.cur_cursor_name.data());
+    else
+        show_surface(server);
 }
 
 static void cursor_cache_surface_destroy(vantore_server &server)
@@ -62,7 +88,7 @@ static void set_surface_cursor(vantore_server &server, wlr_surface *surface, int
     if (surface != nullptr)
         listen<&vantore_server::cur_cursor_surface_destroy, cursor_cache_surface_destroy>(
             server, surface->events.destroy);
-    wlr_cursor_set_surface(server.cursor, surface, hotspot_x, hotspot_y);
+    show_surface(server);
 }
 
 static bool is_under_pointer(const vantore_server &server, const wlr_seat_client *client)
@@ -84,13 +110,6 @@ void seat_request_set_cursor_shape(vantore_server &server,
         set_named_cursor(server, wlr_cursor_shape_v1_name(event->shape));
 }
 
-static void load_for_outputs(vantore_server &server, wlr_xcursor_manager *manager)
-{
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        wlr_xcursor_manager_load(manager, o.wlr_output->scale);
-    wlr_xcursor_manager_load(manager, 1);
-}
-
 // The cursor takes a manager at the same address with the same name for no change, so the old one goes last.
 static void load_theme(vantore_server &server, const char *theme, uint32_t size)
 {
@@ -99,8 +118,9 @@ static void load_theme(vantore_server &server, const char *theme, uint32_t size)
         wlr_log(WLR_ERROR, "vantore-comp: no memory for the cursor theme; keeping the current one");
         return;
     }
-    load_for_outputs(server, manager);
+    load_cursors_for_outputs(server, manager);
     wlr_xcursor_manager *old = std::exchange(server.xcursor_mgr, manager);
+    cursor_locate_drop_steps(server);
     set_named_cursor(server, "default");
     wlr_xcursor_manager_destroy(old);
 }

@@ -10,6 +10,11 @@ void set_named_cursor(vantore_server &server, const char *name);
 
 // The size that a theme is loaded in when so much is wished for: the usual one for 0 and less.
 uint32_t cursor_size_for(long wish);
+// Loads a theme in the scales of all outputs.
+void load_cursors_for_outputs(vantore_server &server, wlr_xcursor_manager *manager);
+
+// Shows what is remembered once more, in the size that the cursor has now.
+void cursor_reassert(vantore_server &server);
 
 // Brings theme and size to what the configuration says, where they changed since the last call. The first
 // call of a session always loads. Whatever the cursor showed, it shows the default image then.

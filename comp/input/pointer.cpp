@@ -6,7 +6,9 @@
 #include "../windows/toplevel.hpp"
 #include "../workspaces/focus.hpp"
 #include "../workspaces/tiles.hpp"
+#include "constraints.hpp"
 #include "cursor_image.hpp"
+#include "cursor_locate.hpp"
 #include "hit_test.hpp"
 #include "idle.hpp"
 #include "interactive.hpp"
@@ -14,16 +16,38 @@
 
 static constexpr double ffm_distance_squared = 64; // 8 pixels
 
+// For games: how far the device moved, whatever becomes of the cursor. The client under the pointer hears it.
+static void send_relative_motion(vantore_server &server, uint32_t time_msec, double dx, double dy,
+                                 double dx_unaccel, double dy_unaccel)
+{
+    if (server.relative_pointer_mgr != nullptr)
+        wlr_relative_pointer_manager_v1_send_relative_motion(server.relative_pointer_mgr, server.seat,
+                                                             uint64_t{time_msec} * 1000, dx, dy, dx_unaccel,
+                                                             dy_unaccel);
+}
+
 void server_cursor_motion(vantore_server &server, wlr_pointer_motion_event *event)
 {
     idle_poke(server);
+    if (!overlay_lift_active(server))
+        send_relative_motion(server, event->time_msec, event->delta_x, event->delta_y, event->unaccel_dx,
+                             event->unaccel_dy);
+    if (constrain_motion(server, *event))
+        return;
     wlr_cursor_move(server.cursor, &event->pointer->base, event->delta_x, event->delta_y);
+    cursor_shake_feed(server);
     process_cursor_motion(server, event->time_msec);
 }
 
 void server_cursor_motion_absolute(vantore_server &server, wlr_pointer_motion_absolute_event *event)
 {
     idle_poke(server);
+    double lx = 0, ly = 0;
+    wlr_cursor_absolute_to_layout_coords(server.cursor, &event->pointer->base, event->x, event->y, &lx, &ly);
+    const double dx = lx - server.cursor->x, dy = ly - server.cursor->y;
+    send_relative_motion(server, event->time_msec, dx, dy, dx, dy);
+    if (pointer_is_locked(server))
+        return;
     wlr_cursor_warp_absolute(server.cursor, &event->pointer->base, event->x, event->y);
     process_cursor_motion(server, event->time_msec);
 }
@@ -90,8 +114,8 @@ static void follow_mouse(vantore_server &server, vantore_toplevel &t)
 {
     if (!g_focus_follows_mouse || wlr_seat_pointer_has_grab(server.seat))
         return;
-    wlr_surface *focused = server.seat->keyboard_state.focused_surface;
-    if (keeps_keyboard(focused) || focused == tl_surface(t))
+    wlr_surface *focused = server.seat->keyboard_state.focused_surface, *surface = tl_surface(t);
+    if (has_constraint(server, surface) || keeps_keyboard(focused) || focused == surface)
         return move_anchor(server);
     if (!has_left_anchor(server))
         return;
@@ -102,6 +126,14 @@ static void follow_mouse(vantore_server &server, vantore_toplevel &t)
 static void clear_pointer_focus(vantore_server &server)
 {
     wlr_seat_pointer_clear_focus(server.seat);
+    constrain_to_surface(server, nullptr);
+}
+
+// A constraint needs both the pointer and the keyboard on its surface.
+static void constrain_to_focus(vantore_server &server, wlr_surface *surface)
+{
+    const bool has_keyboard = surface == server.seat->keyboard_state.focused_surface;
+    constrain_to_surface(server, has_keyboard ? surface : nullptr);
 }
 
 // The border belongs to the compositor though its pixels are the client's.
@@ -130,7 +162,7 @@ static void hover_decorations(vantore_server &server, const surface_hit &hit)
     }
 }
 
-static bool overlay_lift_active(vantore_server &server)
+bool overlay_lift_active(vantore_server &server)
 {
     for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
         if (t.overlay_lift && tl_mapped(t))
@@ -160,6 +192,7 @@ static void process_free_motion(vantore_server &server, uint32_t time_msec)
     if (hit.surface == nullptr || is_behind_overlay(server, t))
         return clear_pointer_focus(server);
     enter_and_deliver(server, time_msec, hit);
+    constrain_to_focus(server, hit.surface);
 }
 
 void process_cursor_motion(vantore_server &server, uint32_t time_msec)

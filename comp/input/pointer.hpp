@@ -10,3 +10,6 @@ void server_cursor_motion_absolute(vantore_server &server, wlr_pointer_motion_ab
 // Decides anew what the cursor is over. Everything that moves the cursor, or changes what lies under it,
 // ends here. `time_msec` is what clients are told, in the event clock's milliseconds.
 void process_cursor_motion(vantore_server &server, uint32_t time_msec);
+
+// A window shows above fullscreen ones.
+bool overlay_lift_active(vantore_server &server);

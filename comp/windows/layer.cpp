@@ -3,6 +3,7 @@
 
 #include "layer.hpp"
 
+#include "../input/constraints.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
@@ -160,10 +161,10 @@ static void update_keyboard(vantore_layer_surface &l)
         l.layer_surface->current.keyboard_interactive != ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE;
     if (wanted == has_keyboard(l))
         return;
-    if (wanted)
-        keyboard_enter(l.server->seat, l.layer_surface->surface);
-    else
-        focus_top_toplevel(*l.server);
+    if (!wanted)
+        return focus_top_toplevel(*l.server);
+    keyboard_enter(l.server->seat, l.layer_surface->surface);
+    constrain_to_surface(*l.server, l.layer_surface->surface);
 }
 
 // A client that starts over or changes its wishes may wait for a configure, whatever its size.

@@ -1,5 +1,6 @@
 #include "focus.hpp"
 
+#include "../input/constraints.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
@@ -77,6 +78,7 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
         deactivate(previous);
     tl_set_activated(*t, true);
     keyboard_enter(server.seat, surface);
+    constrain_to_surface(server, surface);
     if (was_minimized || t->stack_id != 0)
         arrange_workspace(t->workspace); // a tile comes back, or another member of the stack shows
     ipc_broadcast(server, VNT_EVT_WINDOWS);
@@ -89,6 +91,7 @@ void focus_clear(vantore_server &server)
     wlr_seat_keyboard_notify_clear_focus(server.seat);
     if (server.seat->keyboard_state.focused_surface != nullptr) // held back, as in keyboard_enter
         wlr_seat_keyboard_clear_focus(server.seat);
+    constrain_to_surface(server, nullptr);
 }
 
 void focus_top_toplevel(vantore_server &server)

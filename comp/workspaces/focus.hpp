@@ -18,7 +18,7 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise);
 // is no longer active.
 void keyboard_enter(wlr_seat *seat, wlr_surface *surface);
 
-// Takes the keyboard from whatever has it.
+// Takes the keyboard from whatever has it, and lets go of the pointer.
 void focus_clear(vantore_server &server);
 
 // Focuses the topmost visible window without raising it; without one the focus stays as the seat has it.

@@ -2,6 +2,7 @@
 
 #include "support/desktop.hpp"
 
+#include "config/reload.hpp"
 #include "config/settings.hpp"
 #include "input/hit_test.hpp"
 #include "presentation/decorations.hpp"
@@ -254,4 +255,15 @@ TEST_F(decorations, are_see_through_over_blur_and_opaque_with_reduced_transparen
     recolor_all_decorations(server);
     EXPECT_FLOAT_EQ(t().titlebar->color[3], 1);
     settle();
+}
+
+TEST_F(decorations, take_another_accent_with_a_reload)
+{
+    focus_toplevel_ex(&record(*other), false); // the keyboard is elsewhere than the head of the list
+    world.write_config("appearance.conf", "dark = true\naccent = 3399ff\n");
+    config_reload(server);
+    const color &base = g_tb_unfocus;
+    EXPECT_FLOAT_EQ(t().titlebar->color[0], 0.55F * base[0] + 0.45F * 0.2F);
+    EXPECT_FLOAT_EQ(t().titlebar->color[2], 0.55F * base[2] + 0.45F * 1.0F);
+    EXPECT_FLOAT_EQ(record(*other).titlebar->color[2], base[2]);
 }

@@ -2,6 +2,7 @@
 
 #include "support/desktop.hpp"
 
+#include "config/reload.hpp"
 #include "config/settings.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/direction.hpp"
@@ -186,6 +187,17 @@ TEST_F(stacks, end_with_the_tiling_of_their_workspace)
     for (const window *w : members) {
         EXPECT_EQ(record(*w).stack_id, 0);
         EXPECT_FALSE(has_bar(*w));
+        EXPECT_TRUE(shows(*w));
+    }
+}
+
+TEST_F(stacks, end_when_a_reload_takes_their_workspace_out_of_tiling)
+{
+    const auto members = map_stack(2);
+    config_reload(server);
+    EXPECT_EQ(workspace(1).layout, VANTORE_LAYOUT_FLOATING);
+    for (const window *w : members) {
+        EXPECT_EQ(record(*w).stack_id, 0);
         EXPECT_TRUE(shows(*w));
     }
 }

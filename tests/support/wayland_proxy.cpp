@@ -4,7 +4,9 @@
 #include "ext-idle-notify-v1-client-protocol.h"
 #include "input-method-unstable-v2-client-protocol.h"
 #include "keyboard-shortcuts-inhibit-unstable-v1-client-protocol.h"
+#include "pointer-constraints-unstable-v1-client-protocol.h"
 #include "primary-selection-unstable-v1-client-protocol.h"
+#include "relative-pointer-unstable-v1-client-protocol.h"
 #include "virtual-keyboard-unstable-v1-client-protocol.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 #include "xdg-activation-v1-client-protocol.h"
@@ -110,6 +112,11 @@ void destroy_proxy::operator()(zwlr_virtual_pointer_v1 *object) const
     zwlr_virtual_pointer_v1_destroy(object);
 }
 
+void destroy_proxy::operator()(zwp_confined_pointer_v1 *object) const
+{
+    zwp_confined_pointer_v1_destroy(object);
+}
+
 void destroy_proxy::operator()(zwp_input_method_keyboard_grab_v2 *object) const
 {
     zwp_input_method_keyboard_grab_v2_release(object);
@@ -135,6 +142,16 @@ void destroy_proxy::operator()(zwp_keyboard_shortcuts_inhibitor_v1 *object) cons
     zwp_keyboard_shortcuts_inhibitor_v1_destroy(object);
 }
 
+void destroy_proxy::operator()(zwp_locked_pointer_v1 *object) const
+{
+    zwp_locked_pointer_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_pointer_constraints_v1 *object) const
+{
+    zwp_pointer_constraints_v1_destroy(object);
+}
+
 void destroy_proxy::operator()(zwp_primary_selection_device_manager_v1 *object) const
 {
     zwp_primary_selection_device_manager_v1_destroy(object);
@@ -153,6 +170,16 @@ void destroy_proxy::operator()(zwp_primary_selection_offer_v1 *object) const
 void destroy_proxy::operator()(zwp_primary_selection_source_v1 *object) const
 {
     zwp_primary_selection_source_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_relative_pointer_manager_v1 *object) const
+{
+    zwp_relative_pointer_manager_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_relative_pointer_v1 *object) const
+{
+    zwp_relative_pointer_v1_destroy(object);
 }
 
 void destroy_proxy::operator()(zwp_virtual_keyboard_manager_v1 *object) const

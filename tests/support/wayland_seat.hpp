@@ -40,6 +40,7 @@ public:
     void set_shape(uint32_t shape); // of wp_cursor_shape_device_v1_shape
 
     [[nodiscard]] wl_seat *get() const { return object.get(); }
+    [[nodiscard]] wl_pointer *get_pointer() const { return pointer.get(); }
     [[nodiscard]] client &owner() const { return *owned_by; }
 
 private:

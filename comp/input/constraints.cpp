@@ -1,0 +1,129 @@
+#include "constraints.hpp"
+
+#include "../server.hpp"
+#include "../windows/toplevel.hpp"
+#include "pointer.hpp"
+
+static const char *type_name(const wlr_pointer_constraint_v1 &constraint)
+{
+    return constraint.type == WLR_POINTER_CONSTRAINT_V1_LOCKED ? "locked" : "confined";
+}
+
+// The layout position of the window whose main surface it is. False when it is no window's.
+static bool constraint_surface_origin(vantore_server &server, const wlr_surface *surface, double &ox,
+                                      double &oy)
+{
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+        if (tl_surface(t) != surface)
+            continue;
+        ox = t.scene_tree->node.x;
+        oy = t.scene_tree->node.y;
+        return true;
+    }
+    return false;
+}
+
+static void constraint_warp_to_hint(vantore_server &server, const wlr_pointer_constraint_v1 &constraint)
+{
+    const auto &hint = constraint.current.cursor_hint;
+    double ox = 0, oy = 0;
+    if (constraint.type == WLR_POINTER_CONSTRAINT_V1_LOCKED && hint.enabled &&
+        constraint_surface_origin(server, constraint.surface, ox, oy))
+        wlr_cursor_warp(server.cursor, nullptr, ox + hint.x, oy + hint.y);
+}
+
+static wlr_pointer_constraint_v1 *constraint_of(const vantore_server &server, wlr_surface *surface)
+{
+    if (surface == nullptr || server.pointer_constraints == nullptr)
+        return nullptr;
+    return wlr_pointer_constraints_v1_constraint_for_surface(server.pointer_constraints, surface,
+                                                             server.seat);
+}
+
+bool has_constraint(const vantore_server &server, wlr_surface *surface)
+{
+    return constraint_of(server, surface) != nullptr;
+}
+
+void constrain_to_surface(vantore_server &server, wlr_surface *surface)
+{
+    wlr_pointer_constraint_v1 *c = constraint_of(server, surface);
+    wlr_pointer_constraint_v1 *previous = server.active_constraint;
+    if (c == previous)
+        return;
+    if (previous != nullptr) {
+        wlr_log(WLR_INFO, "constraint: deactivate (%s)", type_name(*previous));
+        constraint_warp_to_hint(server, *previous);
+        wlr_pointer_constraint_v1_send_deactivated(previous); // destroys one that is good for once
+    }
+    server.active_constraint = c;
+    if (c == nullptr)
+        return;
+    wlr_log(WLR_INFO, "constraint: activate (%s) cursor=%.0f,%.0f", type_name(*c), server.cursor->x,
+            server.cursor->y);
+    wlr_pointer_constraint_v1_send_activated(c);
+}
+
+static void constraint_handle_destroy(vantore_constraint &record)
+{
+    vantore_server &server = *record.server;
+    const bool active = server.active_constraint == record.constraint;
+    wlr_log(WLR_INFO, "constraint: destroyed (%s, was %s)", type_name(*record.constraint),
+            active ? "ACTIVE" : "inactive");
+    if (active) {
+        constraint_warp_to_hint(server, *record.constraint);
+        server.active_constraint = nullptr;
+    }
+    delete &record;
+}
+
+// A window that is gone would otherwise hold the pointer as long as nothing else takes the focus.
+static void constraint_handle_unmap(vantore_constraint &record)
+{
+    if (record.server->active_constraint == record.constraint)
+        constrain_to_surface(*record.server, nullptr); // may delete the record
+}
+
+void server_new_constraint(vantore_server &server, wlr_pointer_constraint_v1 *constraint)
+{
+    auto *record = new vantore_constraint{};
+    record->server = &server;
+    record->constraint = constraint;
+    wlr_surface *surface = constraint->surface;
+    listen<&vantore_constraint::unmap, constraint_handle_unmap>(*record, surface->events.unmap);
+    listen<&vantore_constraint::destroy, constraint_handle_destroy>(*record, constraint->events.destroy);
+    const bool keyboard = server.seat->keyboard_state.focused_surface == surface;
+    const bool pointer = server.seat->pointer_state.focused_surface == surface;
+    wlr_log(WLR_INFO, "constraint: new (%s) kb-focus=%d ptr-focus=%d%s", type_name(*constraint),
+            int(keyboard), int(pointer), keyboard ? " — activating" : "");
+    if (keyboard)
+        constrain_to_surface(server, surface);
+}
+
+bool pointer_is_locked(const vantore_server &server)
+{
+    return server.active_constraint != nullptr &&
+           server.active_constraint->type == WLR_POINTER_CONSTRAINT_V1_LOCKED;
+}
+
+// A pointer outside of the region moves freely until it is inside.
+static bool confine_motion(vantore_server &server, const wlr_pointer_constraint_v1 &constraint,
+                           const wlr_pointer_motion_event &event)
+{
+    double ox = 0, oy = 0, nx = 0, ny = 0;
+    if (!constraint_surface_origin(server, constraint.surface, ox, oy))
+        return false;
+    const double sx = server.cursor->x - ox, sy = server.cursor->y - oy;
+    if (!wlr_region_confine(&constraint.region, sx, sy, sx + event.delta_x, sy + event.delta_y, &nx, &ny))
+        return false;
+    wlr_cursor_warp(server.cursor, &event.pointer->base, ox + nx, oy + ny);
+    process_cursor_motion(server, event.time_msec);
+    return true;
+}
+
+bool constrain_motion(vantore_server &server, const wlr_pointer_motion_event &event)
+{
+    if (server.active_constraint == nullptr)
+        return false;
+    return pointer_is_locked(server) || confine_motion(server, *server.active_constraint, event);
+}
