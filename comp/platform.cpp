@@ -31,5 +31,6 @@ vnt_platform g_platform{
     .change_vt = wlr_session_change_vt,
     .client_pid = read_client_pid,
     .kernel_command_line = "/proc/cmdline",
+    .layer_dump = "/tmp/vantore-layers.json",
     .log = nullptr,
 };

@@ -22,6 +22,7 @@ struct vnt_platform {
     // The process at the other end of a client's socket.
     pid_t (*client_pid)(wl_client *client);
     const char *kernel_command_line;
+    const char *layer_dump; // where the IPC command of that name writes
     // Null means stderr.
     FILE *log;
 };

@@ -9,7 +9,9 @@
 #include "../workspaces/tile_mode.hpp"
 #include "../workspaces/transfer.hpp"
 #include "broadcast.hpp"
+#include "diagnostics.hpp"
 #include "request_text.hpp"
+#include "seat_commands.hpp"
 #include "window_ops.hpp"
 
 #include <algorithm>
@@ -102,6 +104,8 @@ struct verb {
 };
 
 static constexpr verb verbs[]{
+    {"dump-layers", ipc_dump_layers},
+    {"capture-probe", ipc_capture_probe},
     {"debug-destroy-output", destroy_output},
     {"workspace", show_workspace},
     {"exit", end_session},
@@ -117,6 +121,7 @@ static constexpr verb verbs[]{
     {"move", ipc_window_op<VNT_OP_MOVE>},
     {"minimize", ipc_window_op<VNT_OP_MINIMIZE>},
     {"move-workspace-to-output", move_workspace},
+    {"seat", ipc_seat_command},
 };
 
 void ipc_run_command(vantore_server &server, std::string_view text)

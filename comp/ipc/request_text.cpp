@@ -60,6 +60,15 @@ static std::string_view take_word(const char *&at, size_t longest)
     return {begin, at};
 }
 
+uint32_t ipc_parse_window_id(const char *word)
+{
+    static constexpr std::string_view prefix = "id:";
+    if (word == nullptr || !std::string_view{word}.starts_with(prefix))
+        return 0;
+    word += prefix.size();
+    return take_id(word);
+}
+
 std::optional<ipc_size> ipc_parse_size(const char *text)
 {
     ipc_size size{};

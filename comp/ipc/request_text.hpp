@@ -29,6 +29,9 @@ struct ipc_size {
     friend bool operator==(const ipc_size &, const ipc_size &) = default;
 };
 
+// The window id of "id:N". 0, which no window has, for null and for any other word.
+uint32_t ipc_parse_window_id(const char *word);
+
 // "WIDTHxHEIGHT", whatever follows it.
 std::optional<ipc_size> ipc_parse_size(const char *text);
 

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-static constexpr std::string_view by_id = "id:", by_app = "app:";
+static constexpr std::string_view by_app = "app:";
 
 static void toggle_floating(vantore_toplevel &t)
 {
@@ -40,13 +40,6 @@ static void apply_winop(vantore_toplevel &t, vnt_winop op, long arg)
     }
 }
 
-// A number that does not fit names no window.
-static vantore_toplevel *window_of_id(vantore_server &server, const char *number)
-{
-    const unsigned long id = strtoul(number, nullptr, 10);
-    return id <= UINT32_MAX ? toplevel_by_id(server, uint32_t(id)) : nullptr;
-}
-
 // By their ids: an operation on one window may take others off the list or change its order.
 static std::vector<uint32_t> windows_of_app(vantore_server &server, std::string_view name)
 {
@@ -57,20 +50,22 @@ static std::vector<uint32_t> windows_of_app(vantore_server &server, std::string_
     return ids;
 }
 
+static std::vector<uint32_t> selected_windows(vantore_server &server, const char *word)
+{
+    const std::string_view selector = word != nullptr ? word : "";
+    if (selector.starts_with(by_app))
+        return windows_of_app(server, selector.substr(by_app.size()));
+    return {ipc_parse_window_id(word)};
+}
+
 void ipc_run_window_op(vantore_server &server, vnt_winop op, ipc_words &words)
 {
-    const char *word = words.next();
+    const char *selector = words.next();
     const char *number = words.next();
-    const std::string_view selector = word != nullptr ? word : "";
     const long arg = number != nullptr ? strtol(number, nullptr, 10) : 0;
-    if (selector.starts_with(by_id)) {
-        if (vantore_toplevel *t = window_of_id(server, word + by_id.size()))
+    for (const uint32_t id : selected_windows(server, selector))
+        if (vantore_toplevel *t = toplevel_by_id(server, id))
             apply_winop(*t, op, arg);
-    } else if (selector.starts_with(by_app)) {
-        for (const uint32_t id : windows_of_app(server, selector.substr(by_app.size())))
-            if (vantore_toplevel *t = toplevel_by_id(server, id))
-                apply_winop(*t, op, arg);
-    }
 }
 
 static void ipc_focus_toplevel(vantore_toplevel &t)
@@ -83,9 +78,6 @@ static void ipc_focus_toplevel(vantore_toplevel &t)
 
 void ipc_focus_window(vantore_server &server, ipc_words &words)
 {
-    const char *word = words.next();
-    if (word == nullptr || !std::string_view{word}.starts_with(by_id))
-        return;
-    if (vantore_toplevel *t = window_of_id(server, word + by_id.size()))
+    if (vantore_toplevel *t = toplevel_by_id(server, ipc_parse_window_id(words.next())))
         ipc_focus_toplevel(*t);
 }

@@ -101,6 +101,8 @@ void isolation::redirect_platform()
     };
     command_line_path = root / "cmdline";
     g_platform.kernel_command_line = command_line_path.c_str();
+    layer_dump_path = root / "layers.json";
+    g_platform.layer_dump = layer_dump_path.c_str();
     log_stream = open_memstream(&log_text, &log_length);
     g_platform.log = log_stream;
 }
@@ -173,6 +175,11 @@ bool isolation::advance_clock_ms(int ms)
         return due;
     });
     return fired > 0;
+}
+
+int64_t isolation::clock_ms()
+{
+    return g_recording.now_ns / 1'000'000;
 }
 
 void isolation::pretend_client_pid(pid_t pid)

@@ -47,8 +47,13 @@ public:
     void kernel_command_line(const std::string &text);
     // Arms the program's timers that are due by then for 1 ms of real time. True when there were any.
     bool advance_clock_ms(int ms);
+    // The clock that the program reads.
+    [[nodiscard]] static int64_t clock_ms();
     // What every client's process is to be from now on.
     void pretend_client_pid(pid_t pid);
+
+    // Where the command dump-layers writes.
+    [[nodiscard]] const std::string &layer_dump() const { return layer_dump_path; }
 
     // All log text so far.
     [[nodiscard]] std::string log() const;
@@ -64,7 +69,7 @@ private:
     FILE *log_stream = nullptr;
     char *log_text = nullptr;
     size_t log_length = 0;
-    std::string command_line_path;
+    std::string command_line_path, layer_dump_path;
 };
 
 } // namespace test

@@ -1,49 +1,24 @@
 // Panels and wallpapers of other people's making, in the real compositor.
 
-#include "support/picture.hpp"
-#include "support/process.hpp"
+#include "support/real_session.hpp"
 
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 using test::eventually;
-using testing::Optional;
 
-struct panels : testing::Test {
-    panels() : compositor(test::compositor(), world.environment)
+struct panels : test::real_session {
+    panels()
     {
-        const std::string mark = "IPC listening on ";
-        EXPECT_TRUE(compositor.says(mark)) << compositor.output();
-        const std::string log = compositor.output();
-        const size_t at = log.find(mark) + mark.size();
-        world.environment["VANTORESOCK"] = log.substr(at, log.find('\n', at) - at);
-        world.environment["WAYLAND_DISPLAY"] = "wayland-0";
-        world.environment["GDK_BACKEND"] = "wayland";
-        world.environment["NO_AT_BRIDGE"] = "1";
         world.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + (world.directory() / "bus").string();
-    }
-
-    ~panels() override
-    {
-        compositor.send(SIGTERM);
-        EXPECT_THAT(compositor.wait(), Optional(0)) << compositor.output();
-    }
-
-    [[nodiscard]] test::process run(const std::vector<std::string> &command) const
-    {
-        return {command, world.environment};
     }
 
     // The upper edge of the only window; -1 when there is none.
     [[nodiscard]] int window_top() const
     {
-        test::process tool = run({VANTORE_MSG_BINARY, "windows"});
-        (void)tool.wait();
-        const std::string list = tool.output();
+        const std::string list = output_of({"windows"});
         const size_t at = list.find(R"("y":)");
         return at != std::string::npos ? atoi(list.c_str() + at + 4) : -1;
     }
@@ -61,15 +36,11 @@ struct panels : testing::Test {
         std::ofstream{path} << text;
         return path;
     }
-
-    test::private_world world;
-    test::process compositor;
 };
 
 TEST_F(panels, of_a_toolkit_take_their_place_from_the_tiles_and_give_it_back)
 {
-    test::process tool = run({VANTORE_MSG_BINARY, "command", "ws-layout", "1", "tiling"});
-    EXPECT_THAT(tool.wait(), Optional(0)) << tool.output();
+    (void)output_of({"command", "ws-layout", "1", "tiling"});
     test::process foot = run({"foot", "sleep", "100"});
     ASSERT_TRUE(eventually([&] { return window_top() >= 0; })) << foot.output();
     const int top = window_top();

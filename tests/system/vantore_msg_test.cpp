@@ -1,11 +1,8 @@
 // vantore-msg against the real compositor, as people and scripts use it.
 
-#include "support/picture.hpp"
-#include "support/process.hpp"
+#include "support/real_session.hpp"
 
 #include <csignal>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <list>
 #include <sys/stat.h>
 
@@ -13,39 +10,7 @@ using testing::HasSubstr;
 using testing::Optional;
 using testing::StartsWith;
 
-struct message_tool : testing::Test {
-    message_tool() : compositor(test::compositor(), world.environment)
-    {
-        EXPECT_TRUE(compositor.says("vantore-comp: IPC listening on ")) << compositor.output();
-        const std::string log = compositor.output();
-        const std::string mark = "IPC listening on ";
-        const size_t at = log.find(mark) + mark.size();
-        world.environment["VANTORESOCK"] = log.substr(at, log.find('\n', at) - at);
-        EXPECT_TRUE(compositor.says("running — WAYLAND_DISPLAY=wayland-0"));
-    }
-
-    ~message_tool() override
-    {
-        compositor.send(SIGTERM);
-        EXPECT_THAT(compositor.wait(), Optional(0)) << compositor.output();
-    }
-
-    [[nodiscard]] test::process run(std::vector<std::string> arguments) const
-    {
-        arguments.insert(arguments.begin(), VANTORE_MSG_BINARY);
-        return {arguments, world.environment};
-    }
-
-    // The output of a call that is to succeed.
-    [[nodiscard]] std::string output_of(const std::vector<std::string> &arguments) const
-    {
-        test::process tool = run(arguments);
-        EXPECT_THAT(tool.wait(), Optional(0)) << tool.output();
-        return tool.output();
-    }
-
-    test::private_world world;
-    test::process compositor;
+struct message_tool : test::real_session {
 };
 
 TEST_F(message_tool, prints_json_into_a_pipe)
@@ -57,7 +22,7 @@ TEST_F(message_tool, prints_json_into_a_pipe)
 
 TEST_F(message_tool, tells_events_until_it_is_interrupted)
 {
-    test::process watcher = run({"subscribe"});
+    test::process watcher = message({"subscribe"});
     EXPECT_TRUE(test::eventually([&] {
         (void)output_of({"command", "virtual-output", "640x640"});
         (void)output_of({"command", "virtual-output", "off"});
@@ -69,7 +34,7 @@ TEST_F(message_tool, tells_events_until_it_is_interrupted)
 
 TEST_F(message_tool, ends_with_1_when_the_compositor_goes)
 {
-    test::process watcher = run({"subscribe"});
+    test::process watcher = message({"subscribe"});
     EXPECT_TRUE(test::eventually([&] {
         (void)output_of({"command", "virtual-output", "640x640"});
         return watcher.output().contains("outputs\n");
@@ -100,7 +65,7 @@ TEST_F(message_tool, scales_a_picture_down)
 TEST_F(message_tool, leaves_no_file_when_there_is_nothing_to_capture)
 {
     const std::filesystem::path file = world.directory() / "none.png";
-    test::process tool = run({"capture", "window", "4711", file});
+    test::process tool = message({"capture", "window", "4711", file});
     EXPECT_THAT(tool.wait(), Optional(1));
     EXPECT_EQ(tool.output(), "vantore-msg: the compositor could not capture that\n");
     EXPECT_FALSE(std::filesystem::exists(file));
@@ -108,14 +73,14 @@ TEST_F(message_tool, leaves_no_file_when_there_is_nothing_to_capture)
 
 TEST_F(message_tool, says_where_it_can_not_write)
 {
-    test::process tool = run({"capture", "all", world.directory() / "no/such/place.png"});
+    test::process tool = message({"capture", "all", world.directory() / "no/such/place.png"});
     EXPECT_THAT(tool.wait(), Optional(1));
     EXPECT_THAT(tool.output(), HasSubstr("No such file or directory"));
 }
 
 TEST_F(message_tool, explains_wrong_arguments)
 {
-    test::process tool = run({"dance"});
+    test::process tool = message({"dance"});
     EXPECT_THAT(tool.wait(), Optional(2));
     EXPECT_EQ(tool.output(), "vantore-msg: there is no command 'dance'; see vantore-msg --help\n");
 }

@@ -1,0 +1,183 @@
+#include "seat_commands.hpp"
+
+#include "../clock.hpp"
+#include "../input/hit_test.hpp"
+#include "../input/pointer.hpp"
+#include "../server.hpp"
+#include "../workspaces/focus.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <linux/input-event-codes.h>
+
+// Beyond any layout; what a wheel makes of it still fits what clients are sent.
+static constexpr double farthest = 500'000;
+static constexpr double wheel_distance = 15, wheel_discrete = 120; // of one notch
+static constexpr int drag_steps = 8;
+
+struct button_name {
+    std::string_view name;
+    uint32_t code;
+};
+
+static constexpr button_name buttons[]{
+    {"left", BTN_LEFT}, {"right", BTN_RIGHT},   {"middle", BTN_MIDDLE},
+    {"back", BTN_SIDE}, {"forward", BTN_EXTRA},
+};
+
+static bool seat_is_button_name(const char *word)
+{
+    return word != nullptr && std::ranges::contains(buttons, word, &button_name::name);
+}
+
+static uint32_t seat_btn_code(const char *name)
+{
+    const auto *found =
+        name != nullptr ? std::ranges::find(buttons, name, &button_name::name) : std::end(buttons);
+    return found != std::end(buttons) ? found->code : uint32_t{BTN_LEFT};
+}
+
+// What is no number is 0, and no number is beyond all bounds.
+static double number_in(const char *word)
+{
+    const double number = strtod(word, nullptr);
+    return std::isnan(number) ? 0 : std::clamp(number, -farthest, farthest);
+}
+
+static double seat_next_d(ipc_words &words, double dflt)
+{
+    const char *word = words.next();
+    return word != nullptr ? number_in(word) : dflt;
+}
+
+static uint32_t now_msec()
+{
+    return uint32_t(mono_ms());
+}
+
+static void seat_move_to(vantore_server &server, double x, double y)
+{
+    wlr_cursor_warp_closest(server.cursor, nullptr, x, y);
+    process_cursor_motion(server, now_msec());
+}
+
+static void seat_button(vantore_server &server, uint32_t btn, bool pressed)
+{
+    surface_hit hit;
+    if (pressed)
+        focus_toplevel_ex(desktop_toplevel_at(server, server.cursor->x, server.cursor->y, hit), true);
+    wlr_seat_pointer_notify_button(server.seat, now_msec(), btn,
+                                   pressed ? WL_POINTER_BUTTON_STATE_PRESSED
+                                           : WL_POINTER_BUTTON_STATE_RELEASED);
+    wlr_seat_pointer_notify_frame(server.seat);
+}
+
+static void turn_wheel(vantore_server &server, wl_pointer_axis orientation, double notches)
+{
+    if (notches == 0)
+        return;
+    wlr_seat_pointer_notify_axis(server.seat, now_msec(), orientation, notches * wheel_distance,
+                                 int32_t(notches * wheel_discrete), WL_POINTER_AXIS_SOURCE_WHEEL,
+                                 WL_POINTER_AXIS_RELATIVE_DIRECTION_IDENTICAL);
+}
+
+static void seat_scroll(vantore_server &server, double dx, double dy)
+{
+    turn_wheel(server, WL_POINTER_AXIS_VERTICAL_SCROLL, dy);
+    turn_wheel(server, WL_POINTER_AXIS_HORIZONTAL_SCROLL, dx);
+    wlr_seat_pointer_notify_frame(server.seat);
+}
+
+struct drag_way {
+    double x1, y1, x2, y2; // layout coordinates
+};
+
+static void seat_drag(vantore_server &server, const drag_way &way, uint32_t btn)
+{
+    seat_move_to(server, way.x1, way.y1);
+    seat_button(server, btn, true);
+    for (int i = 1; i <= drag_steps; i++)
+        seat_move_to(server, way.x1 + (way.x2 - way.x1) * i / drag_steps,
+                     way.y1 + (way.y2 - way.y1) * i / drag_steps);
+    seat_button(server, btn, false);
+}
+
+static void run_move(vantore_server &server, ipc_words &words)
+{
+    const double x = seat_next_d(words, server.cursor->x);
+    seat_move_to(server, x, seat_next_d(words, server.cursor->y));
+}
+
+static void run_scroll(vantore_server &server, ipc_words &words)
+{
+    const double dx = seat_next_d(words, 0);
+    seat_scroll(server, dx, seat_next_d(words, 0));
+}
+
+static void run_drag(vantore_server &server, ipc_words &words)
+{
+    const double x1 = seat_next_d(words, server.cursor->x), y1 = seat_next_d(words, server.cursor->y);
+    const double x2 = seat_next_d(words, x1), y2 = seat_next_d(words, y1);
+    seat_drag(server, {.x1 = x1, .y1 = y1, .x2 = x2, .y2 = y2}, seat_btn_code(words.next()));
+}
+
+// Of `[button] [x y]`: moves there, when both are given. An x alone is dropped.
+static uint32_t aim(vantore_server &server, ipc_words &words)
+{
+    const char *word = words.next();
+    const bool named = seat_is_button_name(word);
+    const char *x = named ? words.next() : word;
+    const char *y = words.next();
+    if (x != nullptr && y != nullptr)
+        seat_move_to(server, number_in(x), number_in(y));
+    return named ? seat_btn_code(word) : uint32_t{BTN_LEFT};
+}
+
+static void click(vantore_server &server, uint32_t btn)
+{
+    seat_button(server, btn, true);
+    seat_button(server, btn, false);
+}
+
+static void run_click(vantore_server &server, ipc_words &words)
+{
+    click(server, aim(server, words));
+}
+
+static void run_dblclick(vantore_server &server, ipc_words &words)
+{
+    const uint32_t btn = aim(server, words);
+    click(server, btn);
+    click(server, btn);
+}
+
+static void run_press(vantore_server &server, ipc_words &words)
+{
+    seat_button(server, aim(server, words), true);
+}
+
+static void run_release(vantore_server &server, ipc_words &words)
+{
+    seat_button(server, aim(server, words), false);
+}
+
+struct subcommand {
+    std::string_view name;
+    void (*run)(vantore_server &server, ipc_words &words);
+};
+
+static constexpr subcommand subcommands[]{
+    {"move", run_move},         {"scroll", run_scroll}, {"drag", run_drag},       {"click", run_click},
+    {"dblclick", run_dblclick}, {"press", run_press},   {"release", run_release},
+};
+
+void ipc_seat_command(vantore_server &server, ipc_words &words)
+{
+    const char *name = words.next();
+    if (name == nullptr)
+        return;
+    const auto *found = std::ranges::find(subcommands, name, &subcommand::name);
+    if (found != std::end(subcommands))
+        found->run(server, words);
+}
