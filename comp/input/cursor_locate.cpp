@@ -9,6 +9,7 @@
 #include "cursor_image.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 static constexpr double grow_ms = 140, shrink_ms = 190;
@@ -24,7 +25,7 @@ wlr_xcursor_manager *cursor_locate_mgr(const vantore_server &server)
 // Three times the usual size at the last step.
 static uint32_t size_of_step(int step)
 {
-    return uint32_t((1 + 2.0 * step / last_step) * cursor_size_for(g_cursor_size) + 0.5);
+    return uint32_t(std::lround((1 + 2.0 * step / last_step) * cursor_size_for(g_cursor_size)));
 }
 
 static void cursor_locate_ensure_steps(vantore_server &server)
@@ -99,7 +100,7 @@ static double growth_left(vantore_server &server, int64_t now)
 bool cursor_locate_anim(vantore_server &server, int64_t now)
 {
     const double e = server.cursor_locate_shrinking ? growth_left(server, now) : growth(server, now);
-    const int step = std::clamp(int(e * last_step + 0.5), 0, last_step);
+    const int step = std::clamp(int(std::lround(e * last_step)), 0, last_step);
     if (step != server.cursor_locate_step) {
         server.cursor_locate_step = step;
         cursor_reassert(server);
