@@ -77,6 +77,7 @@ TEST_F(focus, wished_for_by_a_surface_that_is_no_window_means_nothing)
     EXPECT_FALSE(record(*low).urgent);
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_EQ(c.error(), 0);
+    c.destroy_surface(plain);
 }
 
 TEST_F(focus, wished_for_before_the_first_map_is_remembered)

@@ -140,6 +140,7 @@ dev_lint() {
 	groups="base lint"
 	prepare
 	CXX=clang++ CC=clang configure lint -Dtests=true -Dbench=true -Db_pch=false
+	inside ninja -C build/lint build.ninja >&2 # its list of targets may be older than the sources
 	inside ninja -C build/lint -t targets all 2>/dev/null |
 		sed -n 's/^\([^:]*-protocol\.[hc]\): .*/\1/p' |
 		inside xargs -d '\n' ninja -C build/lint >&2 || status=1
