@@ -48,7 +48,7 @@ struct bindings : test::desktop {
         keyboard = &plug_keyboard();
         settle();
         (void)heard();
-        spawned_before = world.spawned().size();
+        spawned_before = std::ssize(world.spawned());
     }
 
     void TearDown() override

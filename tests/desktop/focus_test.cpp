@@ -8,7 +8,6 @@
 
 using test::activation;
 using test::window;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

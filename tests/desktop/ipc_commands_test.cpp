@@ -7,7 +7,6 @@
 
 using test::window;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 struct ipc_commands : test::desktop {

@@ -121,7 +121,8 @@ private_world::private_world()
     for (const char *directory : {"home", "run", "config", "cache"})
         std::filesystem::create_directory(root / directory);
     std::filesystem::create_directory(root / "config" / "vantore");
-    const std::ofstream empty{root / "config" / "vantore" / "autostart.conf"}; // the default text starts programs
+    const std::ofstream empty{root / "config" / "vantore" /
+                              "autostart.conf"}; // the default text starts programs
     std::filesystem::permissions(root / "run", std::filesystem::perms::owner_all);
     environment["HOME"] = root / "home";
     environment["XDG_RUNTIME_DIR"] = root / "run";
