@@ -14,6 +14,7 @@
 #include "../spawn.hpp"
 #include "../windows/app_rules.hpp"
 #include "../windows/toplevel.hpp"
+#include "../windows/xwayland.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/stacks.hpp"
 #include "files.hpp"
@@ -87,7 +88,7 @@ static void report_bad_lines(vantore_server &)
 }
 
 static constexpr void (*steps[])(vantore_server &) = {
-    config_load,       cursor_apply, reload_keyboards,        reload_devices, apply_touch_mapping,
+    config_load,       cursor_apply, apply_x_primary, reload_keyboards,        reload_devices, apply_touch_mapping,
     reload_workspaces, reload_rules, recolor_all_decorations, announce,       report_bad_lines,
 };
 

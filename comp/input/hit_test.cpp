@@ -7,18 +7,6 @@
 #include <algorithm>
 #include <cmath>
 
-static bool has_any(const wl_list &list)
-{
-    return list.next != &list;
-}
-
-// Popups and subsurfaces may reach beyond the window: then only the scene itself can tell.
-static bool reaches_beyond_its_surface(const wlr_xdg_surface &base)
-{
-    return has_any(base.popups) || has_any(base.surface->current.subsurfaces_above) ||
-           has_any(base.surface->current.subsurfaces_below);
-}
-
 // A title bar or tabs, above the content; how wide they are only the scene can tell.
 static bool may_have_bar_at(const vantore_toplevel &t, int y)
 {
@@ -29,13 +17,8 @@ static bool may_have_bar_at(const vantore_toplevel &t, int y)
 // The pixel is relative to the parent of the window's tree.
 static bool may_hold(const vantore_toplevel &t, int x, int y)
 {
-    const wlr_xdg_surface &base = *t.xdg_toplevel->base;
     const wlr_scene_node &node = t.scene_tree->node;
-    const wlr_surface_state &shown = base.surface->current;
-    const int64_t sx = int64_t{x} - node.x + base.geometry.x;
-    const int64_t sy = int64_t{y} - node.y + base.geometry.y;
-    return (sx >= 0 && sx < shown.width && sy >= 0 && sy < shown.height) || may_have_bar_at(t, y) ||
-           reaches_beyond_its_surface(base);
+    return may_have_bar_at(t, y) || tl_may_be_at(t, int64_t{x} - node.x, int64_t{y} - node.y);
 }
 
 struct lookup {

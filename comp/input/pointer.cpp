@@ -91,10 +91,22 @@ static void process_grabbed_motion(vantore_server &server, uint32_t time_msec, c
                                    server.cursor->y - server.ptr_grab_oy);
 }
 
+static bool is_layer(wlr_surface *surface)
+{
+    return surface != nullptr && wlr_layer_surface_v1_try_from_wlr_surface(surface) != nullptr;
+}
+
+static bool is_unmanaged(wlr_surface *surface)
+{
+    const wlr_xwayland_surface *xwl =
+        surface != nullptr ? wlr_xwayland_surface_try_from_wlr_surface(surface) : nullptr;
+    return xwl != nullptr && xwl->override_redirect;
+}
+
 // A launcher or a menu keeps the keyboard.
 static bool keeps_keyboard(wlr_surface *surface)
 {
-    return surface != nullptr && wlr_layer_surface_v1_try_from_wlr_surface(surface) != nullptr;
+    return is_layer(surface) || is_unmanaged(surface);
 }
 
 static bool has_left_anchor(const vantore_server &server)
@@ -152,9 +164,8 @@ static bool enter_resize_border(vantore_server &server, const vantore_toplevel &
 static void hover_decorations(vantore_server &server, const surface_hit &hit)
 {
     vantore_dec_region region = DEC_NONE;
-    const bool layer = hit.surface != nullptr && keeps_keyboard(hit.surface);
     const vantore_toplevel *hovered =
-        layer ? nullptr : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
+        is_layer(hit.surface) ? nullptr : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
         const vantore_dec_region wanted = &t == hovered ? region : DEC_NONE;
         if (t.hover_region != wanted)

@@ -35,7 +35,7 @@ TEST(startup_table, names_its_steps_in_order)
                             "first globals", "explicit sync", "scene", "scene graph", "configuration",
                             "reduced motion", "presentation time", "accent", "workspaces",
                             "workspaces' configuration", "hangup", "animation timer", "modifier timer",
-                            "outputs", "xdg shell", "decoration manager", "layer shell", "cursor", "seat",
+                            "outputs", "xdg shell", "XWayland", "decoration manager", "layer shell", "cursor", "seat",
                             "last globals", "socket and backend", "announcement", "IPC", "autostart"));
 }
 
@@ -54,6 +54,7 @@ TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_a
                             "zxdg_importer_v2 1", "wp_tearing_control_manager_v1 1",
                             "wp_content_type_manager_v1 1", "zwp_virtual_keyboard_manager_v1 1",
                             "zwlr_virtual_pointer_manager_v1 2", "wp_presentation 2", "xdg_wm_base 3",
+                            "xwayland_shell_v1 1",
                             "zxdg_decoration_manager_v1 1", "zwlr_layer_shell_v1 4", "wl_seat 9",
                             "zwlr_screencopy_manager_v1 3", "zwlr_export_dmabuf_manager_v1 1",
                             "zwlr_data_control_manager_v1 2", "zwlr_gamma_control_manager_v1 1",
