@@ -88,6 +88,11 @@ void tl_set_activated(vantore_toplevel &t, bool activated)
     wlr_xdg_toplevel_set_activated(t.xdg_toplevel, activated);
 }
 
+void tl_set_fullscreen_state(vantore_toplevel &t, bool fullscreen)
+{
+    wlr_xdg_toplevel_set_fullscreen(t.xdg_toplevel, fullscreen);
+}
+
 pid_t tl_pid(const vantore_toplevel &t)
 {
     return g_platform.client_pid(wl_resource_get_client(t.xdg_toplevel->resource));

@@ -38,11 +38,12 @@ struct vantore_toplevel {
     wlr_xdg_toplevel_decoration_v1 *decoration = nullptr; // null when the client has none
     vantore_decoration *deco_wrap = nullptr; // our record of it
     bool fullscreen = false;
+    bool fs_demoted = false; // fullscreen, but below a window that has the focus on the same output
     bool overlay_lift = false; // lives in the overlay layer, above fullscreen windows
     bool ssd = false; // the compositor draws the title bar
     bool snapped = false; // placed at an edge or by the Mouse Tiler
     wlr_box snap_geo{}; // where to return to from that
-    wlr_box saved_geo{}; // where to return to from maximized
+    wlr_box saved_geo{}; // where to return to from maximized or fullscreen
     vantore_workspace *workspace = nullptr; // null before the first map
     list_link ws_link; // workspace->toplevels, from the first map to destruction
     bool floating = false; // stays out of tiling on a tiling workspace
@@ -93,6 +94,7 @@ void tl_set_size(vantore_toplevel &t, int w, int h);
 // Tells the client whether other windows adjoin it on all four sides, where it does not know already.
 void tl_set_tiled(vantore_toplevel &t, bool on);
 void tl_set_activated(vantore_toplevel &t, bool activated);
+void tl_set_fullscreen_state(vantore_toplevel &t, bool fullscreen);
 // The client's process, as the socket tells it.
 pid_t tl_pid(const vantore_toplevel &t);
 // Asks the window to close and pings it; a window already found unresponsive is killed.

@@ -84,6 +84,11 @@ private:
                name + " hangs where it belongs");
         expect(box.width >= 1 && box.height >= 1, name + " has a size");
         expect(t.maximized == t.xdg_toplevel->scheduled.maximized, name + " knows whether it is maximized");
+        expect(t.fullscreen == t.xdg_toplevel->scheduled.fullscreen,
+               name + " knows whether it is fullscreen");
+        expect(t.fullscreen || !t.fs_demoted, name + " is demoted only while it is fullscreen");
+        expect(!t.fullscreen || !t.scene_tree->node.enabled || t.workspace->output != nullptr,
+               name + " is fullscreen only where its workspace is on show");
         const bool focused = server.seat->keyboard_state.focused_surface == tl_surface(t);
         const bool active = t.xdg_toplevel->scheduled.activated;
         expect(active || !focused, name + " is active when it has the keyboard");
