@@ -93,8 +93,8 @@ bool globals_create_first(vantore_server &server)
         wlr_xdg_foreign_v1_create(display, registry);
         wlr_xdg_foreign_v2_create(display, registry);
     }
-    wlr_tearing_control_manager_v1_create(display, 1);
-    wlr_content_type_manager_v1_create(display, 1);
+    server.tearing_mgr = wlr_tearing_control_manager_v1_create(display, 1);
+    server.content_type_mgr = wlr_content_type_manager_v1_create(display, 1);
     create_virtual_devices(server);
     return true;
 }

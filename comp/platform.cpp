@@ -29,6 +29,7 @@ vnt_platform g_platform{
     .send_signal = kill,
     .arm_timer = wl_event_source_timer_update,
     .change_vt = wlr_session_change_vt,
+    .render_time = wlr_scene_timer_get_duration_ns,
     .client_pid = read_client_pid,
     .kernel_command_line = "/proc/cmdline",
     .layer_dump = "/tmp/vantore-layers.json",

@@ -1,6 +1,6 @@
-// What the process asks of the operating system and tests must be able to answer themselves: programs to
-// start, processes to find and kill, the clock and timers, the virtual terminal, the kernel's command line,
-// the log's destination. The product never writes to these.
+// What the process asks of its surroundings and tests must be able to answer themselves: programs to start,
+// processes to find and kill, the clock and timers, the GPU's timer, the virtual terminal, the kernel's
+// command line, the log's destination. The product never writes to these.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +9,7 @@
 
 struct wl_client;
 struct wl_event_source;
+struct wlr_scene_timer;
 struct wlr_session;
 
 struct vnt_platform {
@@ -19,6 +20,8 @@ struct vnt_platform {
     int (*send_signal)(pid_t pid, int signal);
     int (*arm_timer)(wl_event_source *timer, int ms);
     bool (*change_vt)(wlr_session *session, unsigned vt);
+    // What a measured frame cost in nanoseconds; negative when it can't be told.
+    int64_t (*render_time)(wlr_scene_timer *timer);
     // The process at the other end of a client's socket.
     pid_t (*client_pid)(wl_client *client);
     const char *kernel_command_line;

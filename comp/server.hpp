@@ -33,6 +33,8 @@ struct vantore_server {
     wlr_xdg_shell *xdg_shell = nullptr;
     listener new_xdg_toplevel, new_xdg_popup;
     listener request_set_cursor_shape;
+    wlr_tearing_control_manager_v1 *tearing_mgr = nullptr; // null when it could not be made
+    wlr_content_type_manager_v1 *content_type_mgr = nullptr; // the same
     listener new_keyboard_shortcuts_inhibitor;
     wlr_keyboard_shortcuts_inhibitor_v1 *active_shortcuts_inhibitor = nullptr; // the latest one
     listener new_virtual_kbd, new_virtual_ptr;

@@ -18,6 +18,8 @@
 #include "log.hpp"
 #include "memory_trim.hpp"
 #include "outputs/output.hpp"
+#include "outputs/pacing.hpp"
+#include "outputs/perf_mode.hpp"
 #include "outputs/power.hpp"
 #include "presentation/animation.hpp"
 #include "scene_graph.hpp"
@@ -25,6 +27,7 @@
 #include "session/autostart.hpp"
 #include "session/state_files.hpp"
 #include "spawn.hpp"
+#include "windows/fullscreen.hpp"
 #include "windows/xwayland.hpp"
 #include "workspaces/workspace.hpp"
 
@@ -56,6 +59,7 @@ static bool reset_single_instance_state(vantore_server &server)
     g_dpms_off = false;
     g_dpms_inhibit = false;
     memory_trim_reset();
+    perf_mode_reset();
     settings_begin(server);
     return true;
 }
@@ -308,6 +312,8 @@ void server_finish(vantore_server &server)
     cursor_locate_drop_steps(server);
     wlr_xcursor_manager_destroy(server.xcursor_mgr);
     destroy_cursor(server);
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        pacing_drop_measurement(o);
     wlr_allocator_destroy(server.allocator);
     wlr_renderer_destroy(server.renderer);
     unlisten(server.new_output);
@@ -317,6 +323,7 @@ void server_finish(vantore_server &server)
     workspaces_destroy(server);
     globals_forget(server);
     startup_reprobe_cancel();
+    bg_frame_timer_drop();
     server.anim_timer.reset();
     server.mod_hold_timer.reset();
     server.hangup.reset();

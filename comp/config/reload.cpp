@@ -9,6 +9,7 @@
 #include "../input/keymap.hpp"
 #include "../input/libinput_settings.hpp"
 #include "../ipc/broadcast.hpp"
+#include "../outputs/perf_mode.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../spawn.hpp"
@@ -88,8 +89,9 @@ static void report_bad_lines(vantore_server &)
 }
 
 static constexpr void (*steps[])(vantore_server &) = {
-    config_load,       cursor_apply, apply_x_primary, reload_keyboards,        reload_devices, apply_touch_mapping,
-    reload_workspaces, reload_rules, recolor_all_decorations, announce,       report_bad_lines,
+    config_load,      cursor_apply,        apply_x_primary,   reload_keyboards,
+    reload_devices,   apply_touch_mapping, reload_workspaces, reload_rules,
+    recolor_all_decorations, refresh_perf_mode, announce, report_bad_lines,
 };
 
 void config_reload(vantore_server &server)

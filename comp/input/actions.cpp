@@ -12,6 +12,7 @@
 #include "../ipc/broadcast.hpp"
 #include "../server.hpp"
 #include "../spawn.hpp"
+#include "../windows/fullscreen.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/direction.hpp"
@@ -74,6 +75,12 @@ static void close_window(vantore_server &server, const vnt_bind &)
         tl_close(*t);
 }
 
+static void toggle_fullscreen(vantore_server &server, const vnt_bind &)
+{
+    if (vantore_toplevel *t = focused_toplevel(server))
+        toplevel_set_fullscreen(*t, !t->fullscreen);
+}
+
 static void maximize_window(vantore_server &server, const vnt_bind &)
 {
     if (vantore_toplevel *t = focused_toplevel(server))
@@ -124,7 +131,7 @@ static constexpr action actions[]{
     {ACT_FLOAT, run_plain<toggle_float_focused>},
     {ACT_LAYOUT, run_plain<toggle_ws_layout>},
     {ACT_TILE_MODE, run_plain<cycle_tile_mode>},
-    {ACT_FULLSCREEN, nullptr},
+    {ACT_FULLSCREEN, toggle_fullscreen},
     {ACT_MAXIMIZE, maximize_window},
     {ACT_CYCLE, nullptr},
     {ACT_QUIT, end_session},

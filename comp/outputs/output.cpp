@@ -10,6 +10,7 @@
 #include "../ipc/broadcast.hpp"
 #include "../server.hpp"
 #include "../timer.hpp"
+#include "../windows/fullscreen.hpp"
 #include "../windows/layer.hpp"
 #include "../windows/xwayland.hpp"
 #include "../workspaces/arrange.hpp"
@@ -79,6 +80,7 @@ static void output_destroy(vantore_output &o)
     layer_surfaces_of_output_gone(server, o.wlr_output);
     if (o.current_ws != nullptr)
         o.current_ws->output = nullptr; // its windows stay on the workspace
+    pacing_drop_measurement(o);
     delete &o;
     if (server.shutting_down)
         return;
@@ -93,6 +95,8 @@ static void output_request_state(vantore_output &o, const wlr_output_event_reque
 {
     wlr_output_commit_state(o.wlr_output, event->state);
     arrange_all_layers(*o.server);
+    if (o.current_ws != nullptr)
+        fit_fullscreen_windows(*o.current_ws);
     ipc_broadcast(*o.server, VNT_EVT_OUTPUTS);
 }
 
@@ -109,6 +113,7 @@ static void attach_listeners(vantore_output &o)
 {
     auto &events = o.wlr_output->events;
     listen<&vantore_output::frame, output_frame>(o, events.frame);
+    listen<&vantore_output::present, output_present>(o, events.present);
     listen<&vantore_output::request_state, output_request_state>(o, events.request_state);
     listen<&vantore_output::destroy, output_destroy>(o, events.destroy);
 }
@@ -147,6 +152,7 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
     auto *o = new vantore_output{};
     o->wlr_output = wlr_output;
     o->server = &server;
+    pacing_start(*o);
     attach_listeners(*o);
     wl_list_insert(&server.outputs, &o->link);
     if (!join_layout_and_scene(*o)) {

@@ -3,6 +3,8 @@
 
 #include "../fwd.hpp"
 #include "../records.hpp"
+#include "../timer.hpp"
+#include "paint_time.hpp"
 
 #include <array>
 #include <string_view>
@@ -18,7 +20,13 @@ struct vantore_output {
     bool mir_is_output = false; // what it mirrors is an output
     std::array<char, 64> mir_src_out{}; // name of that output
     uint32_t mir_src_wid = 0; // id of that window
-    listener frame, request_state, destroy;
+    timer_source frame_timer; // paints late; null when it could not be made
+    int64_t last_present_ns = 0; // 0 before the first presentation
+    int64_t refresh_nsec = 0; // the period between two vertical blanks; 0 for unknown
+    wlr_scene_timer rt{}; // measures a frame
+    bool rt_pending = false; // rt holds a measurement
+    render_times times;
+    listener frame, present, request_state, destroy;
 };
 
 // Handler of the backend's new_output event.

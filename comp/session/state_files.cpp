@@ -3,23 +3,34 @@
 #include "../handles.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
+#include "../windows/toplevel.hpp"
+#include "../workspaces/workspace.hpp"
 
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <unistd.h>
 #include <xf86drm.h>
 
+static constexpr const char *fullscreen_file = "vantore-fs";
+
 using file_handle = handle<FILE, fclose>;
+
+using state_path = std::array<char, 512>;
+
+// Empty when there is no runtime directory.
+static state_path path_of(const char *name)
+{
+    state_path path{};
+    if (const char *directory = getenv("XDG_RUNTIME_DIR"))
+        snprintf(path.data(), path.size(), "%s/%s", directory, name);
+    return path;
+}
 
 // Null when there is no runtime directory or the file can't be opened.
 static file_handle open_state_file(const char *name)
 {
-    const char *directory = getenv("XDG_RUNTIME_DIR");
-    if (directory == nullptr)
-        return nullptr;
-    std::array<char, 512> path{};
-    snprintf(path.data(), path.size(), "%s/%s", directory, name);
-    return file_handle{fopen(path.data(), "we")};
+    return file_handle{fopen(path_of(name).data(), "we")};
 }
 
 void write_outputs_file(vantore_server &server)
@@ -30,6 +41,23 @@ void write_outputs_file(vantore_server &server)
     for (auto &o : each<&vantore_output::link>(server.outputs))
         if (o.wlr_output->name != nullptr)
             fprintf(file.get(), "%s\n", o.wlr_output->name);
+}
+
+void write_fullscreen_file(const vantore_toplevel &t)
+{
+    const file_handle file = open_state_file(fullscreen_file);
+    if (file == nullptr)
+        return;
+    const vantore_output *o = t.workspace != nullptr ? t.workspace->output : nullptr;
+    const char *output = o != nullptr ? o->wlr_output->name : nullptr;
+    const char *app_id = tl_app_id(t);
+    fprintf(file.get(), "%s\n%s\n%u\n", output != nullptr ? output : "", app_id != nullptr ? app_id : "",
+            t.id);
+}
+
+void remove_fullscreen_file()
+{
+    unlink(path_of(fullscreen_file).data());
 }
 
 void publish_render_node(vantore_server &server)

@@ -4,11 +4,23 @@
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../workspaces/workspace.hpp"
+#include "fullscreen.hpp"
+#include "layer.hpp"
 #include "placement.hpp"
 
 #include <tuple>
 
-// A rule's fullscreen stays without effect here: windows have no such state yet.
+// A float fills the output that it lies on, and a new window lies nowhere yet.
+static void fill_output_of_workspace(vantore_toplevel &t)
+{
+    const vantore_output *o = t.workspace->output;
+    const wlr_box area = o != nullptr ? o->usable : usable_at_cursor(*t.server);
+    const wlr_box geometry = tl_get_geometry(t);
+    const wlr_box box = center_in(area, geometry.width, geometry.height, titlebar_of(t));
+    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
+    toplevel_set_fullscreen(t, true);
+}
+
 void config_apply_rules(vantore_toplevel &t)
 {
     const app_rule *rule = rule_for(tl_app_id(t));
@@ -20,6 +32,8 @@ void config_apply_rules(vantore_toplevel &t)
         std::tie(rule->noshadow, rule->noround, rule->skiptaskbar, rule->follow);
     t.place = rule->place;
     toplevel_set_workspace(t, workspace_by_num(*t.server, rule->ws_num));
+    if (rule->fs)
+        fill_output_of_workspace(t);
 }
 
 void config_refresh_rules(vantore_toplevel &t)

@@ -5,6 +5,7 @@
 
 #include "../input/constraints.hpp"
 #include "../outputs/output.hpp"
+#include "../outputs/perf_mode.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
@@ -145,6 +146,7 @@ static void layer_surface_map(vantore_layer_surface &l)
     if (l.layer_surface->current.layer == ZWLR_LAYER_SHELL_V1_LAYER_TOP)
         raise_panels(*l.server);
     arrange_layers(*l.server, l.layer_surface->output);
+    refresh_perf_mode(*l.server);
 }
 
 static void layer_surface_unmap(vantore_layer_surface &l)

@@ -3,6 +3,7 @@
 #include "../input/interactive.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../outputs/output.hpp"
+#include "../outputs/perf_mode.hpp"
 #include "../server.hpp"
 #include "../workspaces/focus.hpp"
 #include "../workspaces/switch.hpp"
@@ -45,6 +46,14 @@ void let_go_of_window(vantore_toplevel &t)
 {
     if (&t == t.server->grabbed_toplevel)
         reset_cursor_mode(*t.server);
+}
+
+void leave_shown_windows(vantore_toplevel &t)
+{
+    unlink_from_list(t.link);
+    t.fs_demoted = false;
+    if (t.fullscreen)
+        refresh_perf_mode(*t.server);
 }
 
 void refocus_after_unmap(vantore_toplevel &t)

@@ -17,5 +17,8 @@ void focus_new_window(vantore_toplevel &t);
 // Ends what the user does with a window that is about to go.
 void let_go_of_window(vantore_toplevel &t);
 
+// Takes the window off server.toplevels, and with it from what its output shows.
+void leave_shown_windows(vantore_toplevel &t);
+
 // Hands the keyboard on where the window that has just gone had it, or nobody has it.
 void refocus_after_unmap(vantore_toplevel &t);

@@ -1,6 +1,7 @@
 #include "states.hpp"
 
 #include "../outputs/output.hpp"
+#include "../outputs/perf_mode.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
@@ -21,8 +22,7 @@ wlr_box default_float_box(const vantore_toplevel &t)
     return float_box_in(area, titlebar_of(t));
 }
 
-// A window that has not shown a real size yet has nothing worth coming back to.
-static wlr_box box_to_return_to(const vantore_toplevel &t)
+wlr_box box_to_return_to(const vantore_toplevel &t)
 {
     const wlr_box box = toplevel_box(t);
     return box.width < 2 || box.height < 2 ? default_float_box(t) : box;
@@ -60,6 +60,8 @@ static void unmaximize(vantore_toplevel &t)
 
 void toplevel_toggle_maximize(vantore_toplevel &t)
 {
+    if (t.fullscreen)
+        return;
     if (t.maximized)
         unmaximize(t);
     else
@@ -74,6 +76,8 @@ void toplevel_minimize(vantore_toplevel &t)
     tl_set_minimized(t, true);
     wlr_scene_node_set_enabled(&t.scene_tree->node, false);
     wlr_scene_node_set_enabled(&t.tabbar->node, false);
+    if (t.fullscreen)
+        refresh_perf_mode(*t.server);
     for (auto &other : each<&vantore_toplevel::link>(t.server->toplevels)) {
         if (&other != &t && toplevel_visible(other)) {
             focus_toplevel_ex(&other, true);

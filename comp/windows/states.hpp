@@ -7,7 +7,7 @@
 // Maximizes into the usable box of the output under the cursor, which need not be the output of the
 // window's workspace, or returns to saved_geo. Without an output under the cursor only saved_geo changes.
 // The surface must be initialized; a window that is not mapped yet has no size to return to and takes the
-// default box.
+// default box. Fullscreen windows stay as they are.
 void toplevel_toggle_maximize(vantore_toplevel &t);
 
 // Hides the window until it is focused; the next visible window gets the focus.
@@ -27,3 +27,6 @@ bool focused_is_fullscreen(vantore_server &server);
 // The default floating box on the output of the window's workspace or, without one, on the output under the
 // cursor. Layout coordinates of the content.
 wlr_box default_float_box(const vantore_toplevel &t);
+// Where the window lies; the default box for one that has not shown a real size yet, which has nothing worth
+// coming back to.
+wlr_box box_to_return_to(const vantore_toplevel &t);

@@ -197,6 +197,14 @@ bool tl_may_be_at(const vantore_toplevel &t, int64_t x, int64_t y)
            may_reach_beyond_its_surface(t, shown);
 }
 
+void tl_set_fullscreen_state(vantore_toplevel &t, bool fullscreen)
+{
+    if (t.kind == VNT_XWL)
+        wlr_xwayland_surface_set_fullscreen(t.xwl, fullscreen);
+    else
+        wlr_xdg_toplevel_set_fullscreen(t.xdg_toplevel, fullscreen);
+}
+
 pid_t tl_pid(const vantore_toplevel &t)
 {
     return t.kind == VNT_XWL

@@ -43,11 +43,12 @@ struct vantore_toplevel {
     wlr_xdg_toplevel_decoration_v1 *decoration = nullptr; // null when the client has none
     vantore_decoration *deco_wrap = nullptr; // our record of it
     bool fullscreen = false;
+    bool fs_demoted = false; // fullscreen, but below a window that has the focus on the same output
     bool overlay_lift = false; // lives in the overlay layer, above fullscreen windows
     bool ssd = false; // the compositor draws the title bar
     bool snapped = false; // placed at an edge or by the Mouse Tiler
     wlr_box snap_geo{}; // where to return to from that
-    wlr_box saved_geo{}; // where to return to from maximized
+    wlr_box saved_geo{}; // where to return to from maximized or fullscreen
     vantore_workspace *workspace = nullptr; // null before the first map, and while a VNT_XWL is not mapped
     list_link ws_link; // workspace->toplevels, while there is one
     bool floating = false; // stays out of tiling on a tiling workspace
@@ -106,6 +107,7 @@ void tl_set_activated(vantore_toplevel &t, bool activated);
 // Activates a window that may not know that its surface has the keyboard.
 void tl_ensure_activated(vantore_toplevel &t);
 void tl_set_maximized(vantore_toplevel &t, bool maximized);
+void tl_set_fullscreen_state(vantore_toplevel &t, bool fullscreen);
 // For X11 clients; others can't be told.
 void tl_set_minimized(vantore_toplevel &t, bool minimized);
 // Puts an X11 window above all others in the X server's own order, by which it hands out the pointer.

@@ -10,6 +10,7 @@
 #include "../ipc/broadcast.hpp"
 #include "../memory_trim.hpp"
 #include "../outputs/output.hpp"
+#include "../outputs/perf_mode.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
@@ -17,6 +18,7 @@
 #include "../workspaces/workspace.hpp"
 #include "app_rules.hpp"
 #include "decoration_mode.hpp"
+#include "fullscreen.hpp"
 #include "layer.hpp"
 #include "mapping.hpp"
 #include "placement.hpp"
@@ -29,12 +31,22 @@
 // The clipboard picker must stay above fullscreen windows, also on a system without any rules file.
 static constexpr const char *lifted_app_id = "vantore-clips-overlay";
 
+static bool is_on_show(const vantore_toplevel &t)
+{
+    return t.workspace != nullptr && t.workspace->output != nullptr;
+}
+
+// A window that maps anew is still what it was in its earlier map.
 static void send_first_size(vantore_toplevel &t)
 {
     wlr_xdg_toplevel *xdg = t.xdg_toplevel;
     const wlr_box usable = usable_at_cursor(*t.server);
-    const bool maximized = xdg->requested.maximized || t.maximized; // before, or in an earlier map
-    if (maximized && usable.width > 0) {
+    const bool maximized = xdg->requested.maximized || t.maximized;
+    if (t.fullscreen && is_on_show(t)) {
+        const wlr_box screen = output_layout_box(*t.workspace->output);
+        wlr_xdg_toplevel_set_fullscreen(xdg, true);
+        wlr_xdg_toplevel_set_size(xdg, screen.width, screen.height);
+    } else if (maximized && usable.width > 0) {
         wlr_xdg_toplevel_set_maximized(xdg, true);
         wlr_xdg_toplevel_set_size(xdg, usable.width, usable.height);
     } else {
@@ -71,12 +83,26 @@ static void xdg_toplevel_commit(vantore_toplevel &t)
     hold_resize_anchor(t);
     hold_tile_size(t);
     dec_layout(t);
+    enforce_fullscreen_pos(t);
 }
 
 static bool has_fixed_size(const wlr_xdg_toplevel_state &state)
 {
     return state.min_width >= 1 && state.min_width == state.max_width && state.min_height >= 1 &&
            state.min_height == state.max_height;
+}
+
+static void take_requested_state(vantore_toplevel &t)
+{
+    const auto &requested = t.xdg_toplevel->requested;
+    if (requested.fullscreen && !t.fullscreen) {
+        toplevel_set_fullscreen(t, true);
+        wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized); // its first size may have been that
+    } else if (requested.maximized && !t.maximized && !t.fullscreen) {
+        toplevel_toggle_maximize(t);
+        // The client's first size is the maximized one and says nothing about where to return.
+        t.saved_geo = default_float_box(t);
+    }
 }
 
 static void xdg_toplevel_map(vantore_toplevel &t)
@@ -99,18 +125,14 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     place_toplevel_rule(t);
     arrange_workspace(t.workspace);
     focus_new_window(t);
-    if (xdg->requested.maximized && !t.maximized) {
-        toplevel_toggle_maximize(t);
-        // The client's first size is the maximized one and says nothing about where to return.
-        t.saved_geo = default_float_box(t);
-    }
+    take_requested_state(t);
 }
 
 // The window stays on its workspace: a client may map it again.
 static void xdg_toplevel_unmap(vantore_toplevel &t)
 {
     let_go_of_window(t);
-    unlink_from_list(t.link);
+    leave_shown_windows(t);
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     refocus_after_unmap(t);
 }
@@ -167,8 +189,11 @@ static void request_minimize(vantore_toplevel &t)
 
 static void request_fullscreen(vantore_toplevel &t)
 {
-    if (t.xdg_toplevel->base->initialized)
-        wlr_xdg_surface_schedule_configure(t.xdg_toplevel->base);
+    wlr_xdg_toplevel *xdg = t.xdg_toplevel;
+    if (!xdg->base->initialized)
+        return;
+    toplevel_set_fullscreen(t, xdg->requested.fullscreen);
+    wlr_xdg_surface_schedule_configure(xdg->base);
 }
 
 static void set_title(vantore_toplevel &t)

@@ -14,6 +14,7 @@
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/workspace.hpp"
 #include "app_rules.hpp"
+#include "fullscreen.hpp"
 #include "mapping.hpp"
 #include "responsiveness.hpp"
 #include "toplevel.hpp"
@@ -56,13 +57,8 @@ static void xwl_toplevel_map(vantore_toplevel &t)
     center_toplevel(t); // whatever place the client asked for
     arrange_workspace(t.workspace);
     focus_new_window(t);
-}
-
-static void leave_workspace(vantore_toplevel &t)
-{
-    unlink_from_list(t.link);
-    unlink_from_list(t.ws_link);
-    t.workspace = nullptr;
+    if (t.xwl->fullscreen)
+        toplevel_set_fullscreen(t, true);
 }
 
 static void xwl_toplevel_unmap(vantore_toplevel &t)
@@ -71,7 +67,9 @@ static void xwl_toplevel_unmap(vantore_toplevel &t)
         return;
     let_go_of_window(t);
     vantore_workspace *ws = t.workspace;
-    leave_workspace(t);
+    leave_shown_windows(t);
+    unlink_from_list(t.ws_link);
+    t.workspace = nullptr;
     wlr_scene_node_destroy(&t.scene_tree->node);
     t.scene_tree = nullptr;
     arrange_workspace(ws);
@@ -81,6 +79,7 @@ static void xwl_toplevel_unmap(vantore_toplevel &t)
 
 static void xwl_surface_commit(vantore_toplevel &t)
 {
+    enforce_fullscreen_pos(t);
     tl_note_sign_of_life(t);
 }
 

@@ -2,8 +2,10 @@
 
 #include "../input/constraints.hpp"
 #include "../ipc/broadcast.hpp"
+#include "../outputs/perf_mode.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
+#include "../windows/fullscreen.hpp"
 #include "../windows/toplevel.hpp"
 #include "arrange.hpp"
 #include "workspace.hpp"
@@ -72,8 +74,11 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
     t->minimized = false;
     tl_set_minimized(*t, false);
     wlr_scene_node_set_enabled(&t->scene_tree->node, true);
+    if (was_minimized && t->fullscreen)
+        refresh_perf_mode(server);
     for (auto &w : each<&vantore_toplevel::link>(server.toplevels))
         dec_set_focused(w, &w == t);
+    refresh_fullscreen_stacking(server, *t);
     if (raise)
         raise_to_top(*t);
     wlr_surface *surface = tl_surface(*t);

@@ -2,8 +2,10 @@
 
 #include "../config/settings.hpp"
 #include "../outputs/output.hpp"
+#include "../outputs/perf_mode.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
+#include "../windows/fullscreen.hpp"
 #include "../windows/toplevel.hpp"
 
 #include <cstdio>
@@ -73,14 +75,24 @@ void ws_bind(vantore_workspace &ws, vantore_output &o)
     ws.output = &o;
     if (o.wlr_output->name != nullptr)
         copy_text(ws.pref_output, o.wlr_output->name);
+    fit_fullscreen_windows(ws);
+}
+
+void show_fullscreen_with_workspace(vantore_toplevel &t)
+{
+    if (t.fullscreen && t.workspace != nullptr)
+        wlr_scene_node_set_enabled(&t.scene_tree->node, t.workspace->output != nullptr);
 }
 
 void refresh_workspace_visibility(vantore_server &server)
 {
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         wlr_scene_node_set_enabled(&ws.tree->node, ws.output != nullptr);
-    for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+        show_fullscreen_with_workspace(t);
         tl_set_minimized(t, t.workspace == nullptr || t.workspace->output == nullptr);
+    }
+    refresh_perf_mode(server);
 }
 
 bool toplevel_visible(const vantore_toplevel &t)
@@ -95,11 +107,17 @@ void toplevel_set_workspace(vantore_toplevel &t, vantore_workspace *ws)
     t.workspace = ws;
     move_to_back(ws->toplevels, t.ws_link);
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+    if (!t.fullscreen)
+        return;
+    show_fullscreen_with_workspace(t);
+    refresh_perf_mode(*t.server);
 }
 
 wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)
 {
     if (t.overlay_lift)
         return t.server->layers[overlay_layer];
+    if (t.fullscreen && !t.fs_demoted)
+        return t.server->fullscreen_tree;
     return t.workspace != nullptr ? t.workspace->tree : t.server->toplevel_tree;
 }

@@ -40,11 +40,16 @@ vantore_output *current_output(vantore_server &server);
 vantore_workspace *pick_workspace_for_output(vantore_server &server, const wlr_output *output,
                                              const vantore_workspace *exclude);
 
-// Links both sides and remembers the output's name as the workspace's home.
+// Links both sides and remembers the output's name as the workspace's home. Fullscreen windows of the
+// workspace fill the output from then on.
 void ws_bind(vantore_workspace &ws, vantore_output &o);
 
 // Shows what belongs to a workspace on an output and hides the rest.
 void refresh_workspace_visibility(vantore_server &server);
+
+// A fullscreen window may hang outside of its workspace's tree, so it is shown and hidden by itself. Other
+// windows are left alone.
+void show_fullscreen_with_workspace(vantore_toplevel &t);
 
 bool toplevel_visible(const vantore_toplevel &t);
 

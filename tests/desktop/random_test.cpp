@@ -10,6 +10,8 @@
 #include "support/server_check.hpp"
 #include "support/wayland_layer.hpp"
 #include "windows/attention.hpp"
+#include "windows/fullscreen.hpp"
+#include "windows/states.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/direction.hpp"
 #include "workspaces/focus.hpp"
@@ -80,6 +82,7 @@ private:
     std::string change_workspace();
     std::string send_elsewhere();
     std::string mark_window();
+    std::string change_state();
     std::string point();
     std::string use_button();
     std::string reload();
@@ -160,7 +163,7 @@ std::string random_session::trouble_window()
     if (windows.empty())
         return "nothing";
     test::window *w = any_of(windows);
-    switch (below(6)) {
+    switch (below(8)) {
     case 0:
         return w->unmap(), "unmap";
     case 1:
@@ -173,8 +176,30 @@ std::string random_session::trouble_window()
         if (find_record(*w) == nullptr)
             return "nothing"; // it has drawn nothing yet
         return w->fill(0xff00ff00), "draw";
+    case 5:
+        return w->request_unfullscreen(), "end fullscreen";
+    case 6:
+        return w->request_minimize(), "minimize";
+    default: {
+        const bool named = !plugged.empty() && below(2) == 0;
+        w->request_fullscreen(named ? w->owner().output_named(any_of(plugged)) : nullptr);
+        return "fullscreen";
+    }
+    }
+}
+
+std::string random_session::change_state()
+{
+    vantore_toplevel *t = any_mapped();
+    if (t == nullptr)
+        return "nothing";
+    switch (below(3)) {
+    case 0:
+        return toplevel_set_fullscreen(*t, !t->fullscreen), "toggle fullscreen";
+    case 1:
+        return toplevel_minimize(*t), "hide a window";
     default:
-        return w->request_fullscreen(), "fullscreen";
+        return toplevel_toggle_maximize(*t), "toggle maximized";
     }
 }
 
@@ -351,6 +376,7 @@ const random_session::operation random_session::operations[]{
     {&random_session::mark_window, 1},      {&random_session::point, 4},
     {&random_session::use_button, 6},       {&random_session::reload, 1},
     {&random_session::open_panel, 2},       {&random_session::trouble_panel, 3},
+    {&random_session::change_state, 3},
 };
 
 // At the pointer's place in the layout, at rest or in the middle of a drag.

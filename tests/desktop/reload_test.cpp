@@ -137,11 +137,12 @@ TEST_F(reload, by_a_key_may_change_the_layout_of_the_keyboard_that_it_is_on)
 {
     auto &keyboard = plug_keyboard();
     write("input.conf", "keyboard_layout = de\n");
-    for (const uint32_t key : {KEY_LEFTMETA, KEY_LEFTSHIFT, KEY_R})
+    static constexpr uint32_t chord[]{KEY_LEFTMETA, KEY_LEFTSHIFT, KEY_R};
+    for (const uint32_t key : chord)
         keyboard.press(key);
     EXPECT_EQ(layout_of(keyboard), "German");
     EXPECT_EQ(wlr_keyboard_get_modifiers(&keyboard.base), uint32_t{WLR_MODIFIER_LOGO | WLR_MODIFIER_SHIFT});
-    for (const uint32_t key : {KEY_R, KEY_LEFTSHIFT, KEY_LEFTMETA})
+    for (const uint32_t key : chord)
         keyboard.release(key);
     EXPECT_EQ(wlr_keyboard_get_modifiers(&keyboard.base), 0U);
 }
@@ -285,6 +286,7 @@ TEST_F(reload, of_another_cursor_takes_it_from_the_client_that_set_its_own)
     config_reload(server);
     EXPECT_TRUE(server.cur_cursor_named);
     EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    editor.owner().destroy_surface(arrow);
 }
 
 // What it tells

@@ -29,6 +29,7 @@ struct stacks : test::desktop {
     std::vector<window *> map_stack(int count)
     {
         std::vector<window *> members;
+        members.reserve(size_t(count));
         for (int i = 0; i < count; i++)
             members.push_back(&map("tab" + std::to_string(i)));
         for (int i = 1; i < count; i++)

@@ -11,7 +11,6 @@
 
 using test::size;
 using test::window;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -36,6 +35,7 @@ struct tiling : test::desktop {
     std::vector<window *> map_tiles(int count)
     {
         std::vector<window *> tiles;
+        tiles.reserve(size_t(count));
         for (int i = 0; i < count; i++)
             tiles.push_back(&map("tile" + std::to_string(i)));
         return tiles;
@@ -321,6 +321,7 @@ TEST_F(tiling, moves_a_tile_in_the_order_without_wrapping)
     const auto tiles = map_tiles(3);
     const auto order = [&] {
         std::vector<int> indices;
+        indices.reserve(tiles.size());
         for (const window *w : tiles)
             indices.push_back(tile_index(record(*w)));
         return indices;

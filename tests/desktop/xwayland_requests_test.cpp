@@ -352,7 +352,7 @@ TEST_F(x11_requests, names_of_any_bytes_do_no_harm)
         w.property("WM_NAME", "STRING", bytes);
         w.wm_class(bytes);
         settle();
-        EXPECT_THAT(ask(dial(), VNT_MSG_WINDOWS), testing::StartsWith("[{"));
+        EXPECT_THAT(ask(dial(), VNT_MSG_GET_WINDOWS), testing::StartsWith("[{"));
     }
     w.title(std::string(200'000, '\xe4'));
     settle();

@@ -3,8 +3,10 @@
 #include "config/load.hpp"
 #include "startup.hpp"
 
+#include <csignal>
 #include <drm_fourcc.h>
 #include <format>
+#include <fstream>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -386,17 +388,24 @@ vantore_unmanaged *unstarted_desktop::find_unmanaged(const x11_window &w)
     return nullptr;
 }
 
+// The compositor itself started a process in between, which has ended.
 pid_t unstarted_desktop::x_server()
 {
-    pid_t pid = 0;
-    if (wl_client *side = server.xwayland->server->client)
-        wl_client_get_credentials(side, &pid, nullptr, nullptr);
-    return pid;
+    const std::string arguments = std::string{"Xwayland"} + '\0' + server.xwayland->display_name + '\0';
+    for (const auto &process : std::filesystem::directory_iterator{"/proc"}) {
+        std::ifstream file{process.path() / "cmdline"};
+        const std::string line{std::istreambuf_iterator<char>{file}, {}};
+        if (line.contains(arguments))
+            return atoi(process.path().filename().c_str());
+    }
+    return 0;
 }
 
 void unstarted_desktop::kill_x_server()
 {
-    kill(x_server(), SIGKILL);
+    const pid_t pid = x_server();
+    ASSERT_GT(pid, 1);
+    kill(pid, SIGKILL);
     EVENTUALLY(server.xwayland->server->client == nullptr);
 }
 

@@ -102,6 +102,11 @@ private:
     void check_xdg_window(const vantore_toplevel &t, const std::string &name)
     {
         expect(t.maximized == t.xdg_toplevel->scheduled.maximized, name + " knows whether it is maximized");
+        expect(t.fullscreen == t.xdg_toplevel->scheduled.fullscreen,
+               name + " knows whether it is fullscreen");
+        expect(t.fullscreen || !t.fs_demoted, name + " is demoted only while it is fullscreen");
+        expect(!t.fullscreen || !t.scene_tree->node.enabled || t.workspace->output != nullptr,
+               name + " is fullscreen only where its workspace is on show");
         const bool focused = server.seat->keyboard_state.focused_surface == tl_surface(t);
         const bool active = t.xdg_toplevel->scheduled.activated;
         expect(active || !focused, name + " is active when it has the keyboard");
@@ -127,7 +132,8 @@ private:
         expect(output_of(server, surface.output) != nullptr, name + " is on an output that is there");
         expect(std::ranges::contains(server.layers, l.scene->tree->node.parent), name + " hangs in a layer");
         expect(l.scene->tree->node.data == nullptr, name + " is not taken for a window");
-        expect(!surface.surface->mapped || l.told_width > 0, name + " was told a size before it was shown");
+        expect(!surface.surface->mapped || l.told_width > 0 || !surface.output->enabled,
+               name + " was told a size before it was shown");
     }
 
     long times_listed(const vantore_toplevel &t)

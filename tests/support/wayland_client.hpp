@@ -105,12 +105,14 @@ public:
     void geometry(int x, int y, int width, int height);
     // Only this part takes input; sent with the next commit.
     void input_region(int x, int y, int width, int height);
+    // This part hides what is behind it; sent with the next commit.
+    void opaque_region(int x, int y, int width, int height);
     // A subsurface of this size and place, drawn and desynchronised. The commit that shows it is the
     // caller's.
     void add_subsurface(int x, int y, test::size s);
     void request_maximize();
     void request_unmaximize();
-    void request_fullscreen();
+    void request_fullscreen(wl_output *output = nullptr); // null leaves the choice
     void request_unfullscreen();
     void request_minimize();
     void request_move(wl_seat *seat, uint32_t serial);

@@ -1,5 +1,6 @@
 #include "wayland_proxy.hpp"
 
+#include "content-type-v1-client-protocol.h"
 #include "cursor-shape-v1-client-protocol.h"
 #include "ext-idle-notify-v1-client-protocol.h"
 #include "input-method-unstable-v2-client-protocol.h"
@@ -7,6 +8,7 @@
 #include "pointer-constraints-unstable-v1-client-protocol.h"
 #include "primary-selection-unstable-v1-client-protocol.h"
 #include "relative-pointer-unstable-v1-client-protocol.h"
+#include "tearing-control-v1-client-protocol.h"
 #include "virtual-keyboard-unstable-v1-client-protocol.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 #include "xdg-activation-v1-client-protocol.h"
@@ -67,6 +69,16 @@ void destroy_proxy::operator()(ext_idle_notifier_v1 *object) const
     ext_idle_notifier_v1_destroy(object);
 }
 
+void destroy_proxy::operator()(wp_content_type_manager_v1 *object) const
+{
+    wp_content_type_manager_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(wp_content_type_v1 *object) const
+{
+    wp_content_type_v1_destroy(object);
+}
+
 void destroy_proxy::operator()(wp_cursor_shape_device_v1 *object) const
 {
     wp_cursor_shape_device_v1_destroy(object);
@@ -75,6 +87,16 @@ void destroy_proxy::operator()(wp_cursor_shape_device_v1 *object) const
 void destroy_proxy::operator()(wp_cursor_shape_manager_v1 *object) const
 {
     wp_cursor_shape_manager_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(wp_tearing_control_manager_v1 *object) const
+{
+    wp_tearing_control_manager_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(wp_tearing_control_v1 *object) const
+{
+    wp_tearing_control_v1_destroy(object);
 }
 
 void destroy_proxy::operator()(xdg_activation_token_v1 *object) const

@@ -242,6 +242,14 @@ void window::input_region(int x, int y, int width, int height)
     wl_region_destroy(region);
 }
 
+void window::opaque_region(int x, int y, int width, int height)
+{
+    wl_region *region = wl_compositor_create_region(owned_by->surfaces());
+    wl_region_add(region, x, y, width, height);
+    wl_surface_set_opaque_region(surface, region);
+    wl_region_destroy(region);
+}
+
 void window::add_subsurface(int x, int y, test::size s)
 {
     auto *manager = static_cast<wl_subcompositor *>(owned_by->bind(wl_subcompositor_interface, 1));
@@ -265,10 +273,10 @@ void window::request_unmaximize()
     xdg_toplevel_unset_maximized(toplevel);
 }
 
-void window::request_fullscreen()
+void window::request_fullscreen(wl_output *output)
 {
     ensure_toplevel();
-    xdg_toplevel_set_fullscreen(toplevel, nullptr);
+    xdg_toplevel_set_fullscreen(toplevel, output);
 }
 
 void window::request_minimize()

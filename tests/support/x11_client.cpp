@@ -384,10 +384,10 @@ void x11_window::handle(const xcb_generic_event_t &event)
         handle_message(as<xcb_client_message_event_t>(event));
         break;
     case XCB_FOCUS_IN:
-        focused = true;
-        break;
     case XCB_FOCUS_OUT:
-        focused = false;
+        // Where nobody has the focus, the window under the X server's own pointer hears of it too.
+        if (as<xcb_focus_in_event_t>(event).detail != XCB_NOTIFY_DETAIL_POINTER)
+            focused = (event.response_type & 0x7f) == XCB_FOCUS_IN;
         break;
     case XCB_KEY_PRESS:
         events.push_back(std::format("key {}", pointer.detail));

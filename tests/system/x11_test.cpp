@@ -67,6 +67,12 @@ TEST_F(x11_programs, hear_the_keyboard)
     })) << contents("typed");
 }
 
+TEST_F(x11_programs, may_still_be_starting_when_the_session_ends)
+{
+    test::process xterm = run({"xterm", "-e", "sleep", "100"});
+    EXPECT_TRUE(compositor.says("Starting Xwayland")) << compositor.output();
+}
+
 // As a launcher does: a window that no window manager has a say in, and that reads the keyboard.
 TEST_F(x11_programs, may_read_the_keyboard_in_a_window_of_their_own_placing)
 {

@@ -1,0 +1,190 @@
+// A fullscreen window hangs above the panels until another window on its output gets the focus. It is then
+// demoted: it keeps its size and its state and hangs among the windows of its workspace, until it is focused
+// again.
+
+#include "fullscreen.hpp"
+
+#include "../clock.hpp"
+#include "../config/settings.hpp"
+#include "../ipc/broadcast.hpp"
+#include "../outputs/output.hpp"
+#include "../outputs/perf_mode.hpp"
+#include "../presentation/decorations.hpp"
+#include "../server.hpp"
+#include "../text.hpp"
+#include "../timer.hpp"
+#include "../workspaces/arrange.hpp"
+#include "../workspaces/tiles.hpp"
+#include "../workspaces/workspace.hpp"
+#include "states.hpp"
+#include "toplevel.hpp"
+
+static constexpr int bg_frame_ms = 16;
+
+static timer_source g_bg_frame_timer;
+
+// X11 clients can't ask for an output; the user can name one for their games.
+static vantore_output *requested_output(const vantore_toplevel &t)
+{
+    vantore_output *o = nullptr;
+    if (t.kind == VNT_XWL)
+        o = output_by_name(*t.server, text_of(g_game_output));
+    else if (const wlr_output *wanted = t.xdg_toplevel->requested.fullscreen_output)
+        o = output_of(*t.server, wanted);
+    return o != nullptr && o->wlr_output->enabled ? o : nullptr;
+}
+
+// A float that was dragged to another output fills that one. What is on a workspace that is not on show lies
+// on no output, whatever its box says.
+static vantore_output *output_below(const vantore_toplevel &t)
+{
+    const bool on_show = t.workspace != nullptr && t.workspace->output != nullptr;
+    const wlr_box box = toplevel_box(t);
+    if (!on_show || toplevel_is_tiled(t) || box.width < 2 || box.height < 2)
+        return nullptr;
+    vantore_server &server = *t.server;
+    const wlr_output *at =
+        wlr_output_layout_output_at(server.output_layout, box.x + box.width / 2.0, box.y + box.height / 2.0);
+    return at != nullptr ? output_of(server, at) : nullptr;
+}
+
+static vantore_output *output_to_fill(vantore_toplevel &t)
+{
+    if (vantore_output *o = requested_output(t))
+        return o;
+    if (vantore_output *o = output_below(t)) {
+        toplevel_set_workspace(t, o->current_ws);
+        return o;
+    }
+    if (t.workspace != nullptr && t.workspace->output != nullptr)
+        return t.workspace->output;
+    return current_output(*t.server);
+}
+
+static void cover(vantore_toplevel &t, const wlr_box &box)
+{
+    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
+    tl_set_size(t, box.width, box.height);
+}
+
+static void announce(vantore_toplevel &t)
+{
+    tl_set_fullscreen_state(t, t.fullscreen);
+    dec_layout(t);
+    arrange_workspace(t.workspace);
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
+    refresh_perf_mode(*t.server);
+}
+
+static void enter_fullscreen(vantore_toplevel &t)
+{
+    t.saved_geo = box_to_return_to(t);
+    const vantore_output *o = output_to_fill(t);
+    if (o == nullptr)
+        return;
+    t.fullscreen = true;
+    t.fs_demoted = false;
+    show_fullscreen_with_workspace(t);
+    cover(t, output_layout_box(*o));
+    announce(t);
+}
+
+static void leave_fullscreen(vantore_toplevel &t)
+{
+    t.fullscreen = t.fs_demoted = false;
+    cover(t, t.saved_geo);
+    announce(t);
+}
+
+void toplevel_set_fullscreen(vantore_toplevel &t, bool fs)
+{
+    if (fs == t.fullscreen)
+        return;
+    if (fs)
+        enter_fullscreen(t);
+    else
+        leave_fullscreen(t);
+}
+
+void enforce_fullscreen_pos(vantore_toplevel &t)
+{
+    if (!t.fullscreen || t.workspace == nullptr || t.workspace->output == nullptr)
+        return;
+    const wlr_box screen = output_layout_box(*t.workspace->output);
+    const wlr_scene_node &node = t.scene_tree->node;
+    if (node.x != screen.x || node.y != screen.y)
+        tl_move(t, screen.x, screen.y);
+    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+}
+
+void fit_fullscreen_windows(vantore_workspace &ws)
+{
+    const wlr_box screen = output_layout_box(*ws.output);
+    for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels)) {
+        if (!t.fullscreen || !tl_mapped(t) || screen.width < 1 || screen.height < 1)
+            continue;
+        enforce_fullscreen_pos(t);
+        tl_set_size(t, screen.width, screen.height);
+    }
+}
+
+static void promote(vantore_toplevel &t)
+{
+    if (!t.fs_demoted)
+        return;
+    t.fs_demoted = false;
+    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+}
+
+static void demote(vantore_toplevel &t)
+{
+    if (t.fs_demoted)
+        return;
+    t.fs_demoted = true;
+    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+    bg_frame_timer_kick(*t.server);
+}
+
+void refresh_fullscreen_stacking(vantore_server &server, vantore_toplevel &focused)
+{
+    if (focused.overlay_lift)
+        return;
+    const vantore_output *o = focused.workspace != nullptr ? focused.workspace->output : nullptr;
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+        if (!t.fullscreen)
+            continue;
+        if (&t == &focused)
+            promote(t);
+        else if (o != nullptr && t.workspace->output == o)
+            demote(t);
+    }
+}
+
+static int bg_frame_tick(void *data)
+{
+    auto &server = *static_cast<vantore_server *>(data);
+    const timespec now = mono_timespec();
+    bool served = false;
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+        if (!t.fullscreen || !t.fs_demoted || !tl_mapped(t))
+            continue;
+        wlr_surface_send_frame_done(tl_surface(t), &now);
+        served = true;
+    }
+    if (served)
+        timer_arm(g_bg_frame_timer, bg_frame_ms);
+    return 0;
+}
+
+void bg_frame_timer_kick(vantore_server &server)
+{
+    if (g_bg_frame_timer == nullptr)
+        g_bg_frame_timer = timer_create(server.display, bg_frame_tick, &server);
+    timer_arm(g_bg_frame_timer, bg_frame_ms);
+}
+
+void bg_frame_timer_drop()
+{
+    g_bg_frame_timer.reset();
+}

@@ -1,0 +1,26 @@
+// Fullscreen windows: how they come to cover their output, what they stand above, and that those behind
+// others keep drawing.
+#pragma once
+
+#include "../fwd.hpp"
+
+// Gives the window all of an output, panels included, or puts it back where it was. Without an output nothing
+// but saved_geo changes. The surface must be initialized.
+void toplevel_set_fullscreen(vantore_toplevel &t, bool fs);
+
+// Puts a fullscreen window back to the corner of its workspace's output and into the tree where it belongs.
+// Other windows are left alone.
+void enforce_fullscreen_pos(vantore_toplevel &t);
+
+// The workspace has come to an output, or its output has changed its size.
+void fit_fullscreen_windows(vantore_workspace &ws);
+
+// After the focus has gone to a window: of the fullscreen windows on its output only that one stays above the
+// panels. A window of the overlay layer disturbs nothing.
+void refresh_fullscreen_stacking(vantore_server &server, vantore_toplevel &focused);
+
+// Sends frame callbacks to fullscreen windows that others may cover, every 16 ms for as long as there are
+// any: the scene sends none to what nobody sees, and a game would stall.
+void bg_frame_timer_kick(vantore_server &server);
+// Before the event loop ends.
+void bg_frame_timer_drop();

@@ -1,0 +1,32 @@
+// What a window says about the pictures that it draws. Counts for the compositor from the surface's next
+// commit.
+#pragma once
+
+#include "wayland_client.hpp"
+#include "wayland_proxy.hpp"
+
+namespace test
+{
+
+// Whether frames may tear.
+class tearing_hint
+{
+public:
+    explicit tearing_hint(const window &w);
+    void set_async(bool async);
+
+private:
+    proxy<wp_tearing_control_v1> object;
+};
+
+// That what it draws is a game.
+class game_hint
+{
+public:
+    explicit game_hint(const window &w);
+
+private:
+    proxy<wp_content_type_v1> object;
+};
+
+} // namespace test
