@@ -36,6 +36,7 @@ static void unmanaged_associate(vantore_unmanaged &u)
     auto &surface = u.xwl->surface->events;
     listen<&vantore_unmanaged::map, unmanaged_map>(u, surface.map);
     listen<&vantore_unmanaged::unmap, unmanaged_unmap>(u, surface.unmap);
+    xwl_map_if_drawn(*u.xwl);
 }
 
 // May come without an associate.
@@ -89,8 +90,9 @@ void unmanaged_take_over(vantore_unmanaged &u)
 {
     if (u.xwl->surface == nullptr)
         return;
+    const bool mapped = u.xwl->surface->mapped;
     unmanaged_associate(u);
-    if (u.xwl->surface->mapped)
+    if (mapped)
         unmanaged_map(u);
 }
 

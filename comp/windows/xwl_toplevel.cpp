@@ -21,6 +21,12 @@
 #include "unmanaged.hpp"
 #include "xwl_requests.hpp"
 
+void xwl_map_if_drawn(const wlr_xwayland_surface &xwl)
+{
+    if (wlr_surface_has_buffer(xwl.surface))
+        wlr_surface_map(xwl.surface);
+}
+
 static bool create_scene_tree(vantore_toplevel &t)
 {
     t.scene_tree = wlr_scene_tree_create(t.server->toplevel_tree);
@@ -89,6 +95,7 @@ static void xwl_handle_associate(vantore_toplevel &t)
     listen<&vantore_toplevel::map, xwl_toplevel_map>(t, surface.map);
     listen<&vantore_toplevel::unmap, xwl_toplevel_unmap>(t, surface.unmap);
     listen<&vantore_toplevel::commit, xwl_surface_commit>(t, surface.commit);
+    xwl_map_if_drawn(*t.xwl);
 }
 
 // May come without an associate.
@@ -142,7 +149,8 @@ void xwl_toplevel_take_over(vantore_toplevel &t)
 {
     if (t.xwl->surface == nullptr)
         return;
+    const bool mapped = t.xwl->surface->mapped;
     xwl_handle_associate(t);
-    if (t.xwl->surface->mapped)
+    if (mapped)
         xwl_toplevel_map(t);
 }
