@@ -117,10 +117,11 @@ static vantore_workspace *workspace_for_new_window(vantore_server &server)
 static void take_requested_state(vantore_toplevel &t)
 {
     const auto &requested = t.xdg_toplevel->requested;
-    if (requested.fullscreen && !t.fullscreen) {
+    if (requested.fullscreen)
         toplevel_set_fullscreen(t, true);
+    if (t.fullscreen) {
         wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized); // its first size may have been that
-    } else if (requested.maximized && !t.maximized && !t.fullscreen) {
+    } else if (requested.maximized && !t.maximized) {
         toplevel_toggle_maximize(t);
         // The client's first size is the maximized one and says nothing about where to return.
         t.saved_geo = default_float_box(t);
