@@ -5,6 +5,7 @@
 #include "support/wayland_constraints.hpp"
 
 #include "text.hpp"
+#include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
 using test::confined_pointer;
@@ -42,6 +43,11 @@ struct motion_order : drags {
         settle();
         (void)ears->take();
         (void)other_ears->take();
+    }
+    void lift(const window &which, bool on)
+    {
+        record(which).overlay_lift = on;
+        restore_toplevel_parent(record(which));
     }
     // As a tablet would: no constraint holds it back.
     void jump(double lx, double ly) { pointer->move_to(lx / 1280, ly / 704); }
@@ -171,6 +177,19 @@ TEST_F(motion_order, one_title_bar_is_highlighted_at_a_time)
     EXPECT_EQ(record(*other).hover_region, DEC_CLOSE);
 }
 
+TEST_F(motion_order, a_window_that_goes_takes_its_highlight_along)
+{
+    go(close_x, bar_y);
+    ears.reset();
+    w->unmap();
+    EVENTUALLY(find_record(*w) == nullptr);
+    go(others_close_x, bar_y);
+    w->open();
+    EVENTUALLY(find_record(*w) != nullptr);
+    EXPECT_EQ(t().hover_region, DEC_NONE);
+    ears = std::make_unique<seat>(w->owner());
+}
+
 TEST_F(motion_order, a_title_bar_frees_a_confined_pointer)
 {
     const confined_pointer fence{*ears, w->get()};
@@ -186,25 +205,29 @@ TEST_F(motion_order, a_fullscreen_window_behind_a_lifted_overlay_gets_no_pointer
     t().fullscreen = true;
     go(401, 350);
     EXPECT_EQ(pointed(), surface_of(*w));
-    record(*other).overlay_lift = true;
+    lift(*other, true);
     go(402, 350);
     EXPECT_EQ(pointed(), nullptr);
     go(900, 300);
     EXPECT_EQ(pointed(), surface_of(*other));
-    t().overlay_lift = true; // lifted itself
+    lift(*w, true);
     go(400, 350);
     EXPECT_EQ(pointed(), surface_of(*w));
-    t().overlay_lift = t().fullscreen = record(*other).overlay_lift = false;
+    t().fullscreen = false;
+    lift(*w, false);
+    lift(*other, false);
 }
 
 TEST_F(motion_order, an_overlay_frees_the_pointer_of_the_fullscreen_window_behind_it)
 {
     const confined_pointer fence{*ears, w->get()};
     EVENTUALLY(fence.active());
-    t().fullscreen = record(*other).overlay_lift = true;
+    t().fullscreen = true;
+    lift(*other, true);
     pointer->move(1, 0);
     EVENTUALLY(!fence.active());
-    t().fullscreen = record(*other).overlay_lift = false;
+    t().fullscreen = false;
+    lift(*other, false);
 }
 
 TEST_F(motion_order, a_constraint_comes_and_goes_with_the_pointer_on_the_focused_window)
