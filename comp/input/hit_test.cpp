@@ -19,11 +19,15 @@ static bool reaches_beyond_its_surface(const wlr_xdg_surface &base)
            has_any(base.surface->current.subsurfaces_below);
 }
 
-// A title bar or tabs, above the content; how wide they are only the scene can tell.
-static bool may_have_bar_at(const vantore_toplevel &t, int y)
+// Above the content, relative to which the pixel is. In a narrow window the bar's buttons reach beyond its left
+// edge; how wide tabs are only the scene can tell.
+static bool may_have_bar_at(const vantore_toplevel &t, int64_t x, int64_t y)
 {
-    const int above = t.scene_tree->node.y - y;
-    return above > 0 && above <= titlebar_height && (t.ssd || t.stack_id != 0);
+    if (y >= 0 || y < -titlebar_height)
+        return false;
+    if (t.tabbar->node.enabled || t.btn_hover->node.enabled)
+        return true;
+    return t.titlebar->node.enabled && x >= -dec_reach_left && x < t.titlebar->width;
 }
 
 // The pixel is relative to the parent of the window's tree.
@@ -32,10 +36,15 @@ static bool may_hold(const vantore_toplevel &t, int x, int y)
     const wlr_xdg_surface &base = *t.xdg_toplevel->base;
     const wlr_scene_node &node = t.scene_tree->node;
     const wlr_surface_state &shown = base.surface->current;
-    const int64_t sx = int64_t{x} - node.x + base.geometry.x;
-    const int64_t sy = int64_t{y} - node.y + base.geometry.y;
-    return (sx >= 0 && sx < shown.width && sy >= 0 && sy < shown.height) || may_have_bar_at(t, y) ||
+    const int64_t cx = int64_t{x} - node.x, cy = int64_t{y} - node.y;
+    const int64_t sx = cx + base.geometry.x, sy = cy + base.geometry.y;
+    return (sx >= 0 && sx < shown.width && sy >= 0 && sy < shown.height) || may_have_bar_at(t, cx, cy) ||
            reaches_beyond_its_surface(base);
+}
+
+static bool is_empty_tree(wlr_scene_node &node)
+{
+    return node.type == WLR_SCENE_NODE_TREE && !has_any(wlr_scene_tree_from_node(&node)->children);
 }
 
 struct lookup {
@@ -53,7 +62,7 @@ static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree
         if (!child->enabled)
             continue;
         const auto *t = static_cast<const vantore_toplevel *>(child->data);
-        if (t != nullptr && !may_hold(*t, x, y))
+        if (t != nullptr ? !may_hold(*t, x, y) : is_empty_tree(*child))
             continue;
         const bool holds_windows = t == nullptr && (child == windows || &tree.node == windows);
         wlr_scene_node *found =
@@ -132,8 +141,9 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
 // The window whose title bar or body is at the point; whatever lies behind it is hidden.
 static bool covers_in_front(const vantore_toplevel &t, double rx, double ry)
 {
-    const wlr_box geometry = tl_get_geometry(t);
-    return rx >= 0 && rx < geometry.width && ry < geometry.height && ry >= (t.ssd ? -titlebar_height : 0);
+    const wlr_box &geometry = t.xdg_toplevel->base->geometry;
+    return rx >= 0 && ry >= -titlebar_height && rx < geometry.width && ry < geometry.height &&
+           (t.ssd || ry >= 0);
 }
 
 vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, double ly,

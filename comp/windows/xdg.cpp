@@ -7,6 +7,7 @@
 #include "xdg.hpp"
 
 #include "../input/interactive.hpp"
+#include "../input/pointer.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../memory_trim.hpp"
 #include "../outputs/output.hpp"
@@ -169,6 +170,8 @@ static void xdg_toplevel_unmap(vantore_toplevel &t)
 {
     if (&t == t.server->grabbed_toplevel)
         reset_cursor_mode(*t.server);
+    if (&t == t.server->hovered_toplevel)
+        pointer_leaves_decorations(*t.server);
     unlink_from_list(t.link);
     t.fs_demoted = false;
     if (t.fullscreen)

@@ -5,6 +5,7 @@
 #include "support/wayland_layer.hpp"
 
 #include "config/settings.hpp"
+#include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
 using test::confined_pointer;
@@ -104,6 +105,7 @@ TEST_F(gaming, a_lifted_overlay_takes_relative_motion_from_what_lies_under_it)
     vantore_toplevel &overlay = record(map_other());
     settle();
     overlay.overlay_lift = true;
+    restore_toplevel_parent(overlay);
     pointer->move(5, 5);
     settle();
     EXPECT_THAT(moves.take(), IsEmpty());
@@ -111,6 +113,7 @@ TEST_F(gaming, a_lifted_overlay_takes_relative_motion_from_what_lies_under_it)
     settle();
     EXPECT_THAT(moves.take(), Not(IsEmpty())) << "absolute devices tell theirs all the same";
     overlay.overlay_lift = false;
+    restore_toplevel_parent(overlay);
 }
 
 // Locks
