@@ -45,9 +45,32 @@ long instructions(const char *kind, int windows)
 
 } // namespace
 
+struct row {
+    const char *what, *kind;
+    int windows;
+};
+
+static constexpr row rows[]{
+    {"key to the focused client", "key", 1},
+    {"motion over a client with 1 window", "motion", 1},
+    {"... with 10 windows", "motion", 10},
+    {"... with 100 windows", "motion", 100},
+    {"... with 300 windows", "motion", 300},
+    {"motion over a title bar with 1 window", "title-motion", 1},
+    {"... with 100 windows", "title-motion", 100},
+    {"a step of a move with 1 window", "move", 1},
+    {"... with 100 windows", "move", 100},
+    {"... with the Mouse Tiler shown", "tiler-move", 100},
+    {"a step of a resize with 1 window", "resize", 1},
+    {"... with 100 windows", "resize", 100},
+    {"a full draw of the Mouse Tiler", "tiler-draw", 10},
+};
+
 int main()
 {
-    printf("instructions of one event:\n  %-26s %8ld\n", "key to the focused client", instructions("key", 1));
-    for (const int windows : {1, 10, 100, 300})
-        printf("  motion with %3d windows    %8ld\n", windows, instructions("motion", windows));
+    printf("instructions of one event:\n");
+    for (const row &r : rows) {
+        printf("  %-40s %8ld\n", r.what, instructions(r.kind, r.windows));
+        fflush(stdout);
+    }
 }

@@ -5,6 +5,7 @@
 #include "ipc/memory_file.hpp"
 #include "strbuf.hpp"
 #include "support/ipc_client.hpp"
+#include "support/places.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -47,7 +48,7 @@ double request_us(const subject &session, test::ipc_client &c, uint32_t type, st
 
 void queries()
 {
-    subject session{COMPOSITOR_BINARY};
+    subject session{test::compositor_binary};
     auto client = session.connect();
     test::ipc_client c{session.ipc_socket()};
     printf("a command that does nothing: %.1f microseconds of CPU\n",
@@ -80,7 +81,7 @@ double event_us(const subject &session, test::ipc_client &c, std::list<test::ipc
 
 void events()
 {
-    subject session{COMPOSITOR_BINARY};
+    subject session{test::compositor_binary};
     test::ipc_client c{session.ipc_socket()};
     std::list<test::ipc_client> subscribers;
     (void)event_us(session, c, subscribers); // the first ones are slow

@@ -4,6 +4,7 @@
 
 #include "ipc/protocol.hpp"
 #include "support/ipc_client.hpp"
+#include "support/places.hpp"
 #include "support/wayland_devices.hpp"
 
 #include <algorithm>
@@ -51,7 +52,7 @@ void reloads(const char *with, const subject &session, test::client &client, tes
 
 int main()
 {
-    subject session{COMPOSITOR_BINARY};
+    subject session{test::compositor_binary};
     test::ipc_client subscriber{session.ipc_socket()};
     subscriber.send(VNT_MSG_SUBSCRIBE, {});
     wait_for(subscriber, VNT_MSG_SUBSCRIBE);

@@ -3,6 +3,8 @@
 
 #include "subject.hpp"
 
+#include "support/places.hpp"
+
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -36,7 +38,7 @@ void start_up()
     std::vector<double> ms;
     for (int i = 0; i < 7; i++) {
         const auto begin = steady_clock::now();
-        subject session{COMPOSITOR_BINARY};
+        subject session{test::compositor_binary};
         auto client = session.connect();
         test::window &w = client->create_window("first");
         w.open();
@@ -79,7 +81,7 @@ void mapping()
     printf("\nCPU of the main thread for one window more and one less, frames included, in microseconds:\n");
     printf("  %-8s %12s %12s %12s %12s\n", "the n-th", "map", "floor's map", "close", "floor's close");
     for (const int n : {10, 50, 200}) {
-        const cost ours = map_and_close(COMPOSITOR_BINARY, n);
+        const cost ours = map_and_close(test::compositor_binary, n);
         const cost least = map_and_close(FLOOR_BINARY, n);
         printf("  %-8d %12.0f %12.0f %12.0f %12.0f\n", n, ours.map_us, least.map_us, ours.close_us,
                least.close_us);
@@ -108,7 +110,7 @@ void memory(const char *name, const char *binary)
 
 void idle(int windows)
 {
-    subject session{COMPOSITOR_BINARY};
+    subject session{test::compositor_binary};
     const auto tenth_second = steady_clock::now() + 10s;
     auto client = session.connect();
     for (int i = 0; i < windows; i++)
@@ -130,7 +132,7 @@ int main()
     mapping();
     printf("\nprivate dirty memory in MiB:\n  %-12s %9s %9s %9s %13s\n", "windows", "0", "100", "300",
            "all closed");
-    memory("compositor", COMPOSITOR_BINARY);
+    memory("compositor", test::compositor_binary);
     memory("floor", FLOOR_BINARY);
     printf("\n10 idle seconds, from the tenth after the start:\n");
     for (const int windows : {0, 100})

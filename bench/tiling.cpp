@@ -1,8 +1,9 @@
 // What the window manager costs, in this process: the arithmetic of tiles, arranging windows, switching
-// workspaces, focus by direction.
+// workspaces, focus by direction, the display of the Mouse Tiler.
 
 #include "support/desktop.hpp"
 
+#include "input/mouse_tiler.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/direction.hpp"
 #include "workspaces/focus.hpp"
@@ -103,4 +104,12 @@ TEST_F(windows, focused_by_direction)
         printf("focus by direction among %d windows: %.1f microseconds, %.2f for each\n", count, us,
                us / count);
     }
+}
+
+TEST_F(windows, shown_by_the_mouse_tiler)
+{
+    map_up_to(10);
+    const double us = microseconds(20, [&] { mt_show(server); });
+    printf("a full draw of the Mouse Tiler with 10 windows: %.0f microseconds\n", us);
+    mt_hide(server);
 }

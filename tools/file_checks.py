@@ -6,11 +6,13 @@ import os
 import re
 import shlex
 import subprocess
+import time
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass
 from pathlib import Path
 
 PROJECT = Path(__file__).resolve().parent.parent
+KEPT_SECONDS = 30 * 24 * 3600
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 
 
@@ -57,11 +59,18 @@ def _files_read(check):
     return sorted(seen)
 
 
+def _installed():
+    """What stands for the system's headers: the list of packages where there is one."""
+    packages = Path("/var/lib/dpkg/status")
+    return packages.read_bytes() if packages.exists() else b""
+
+
 def _fingerprint(check, common):
+    """The same in every clone of the project."""
     digest = hashlib.sha256(common)
-    digest.update("\0".join(check.command).encode())
+    digest.update("\0".join(check.command).replace(str(PROJECT), ".").encode())
     for file in _files_read(check):
-        digest.update(str(file).encode() + b"\0" + file.read_bytes())
+        digest.update(str(file.relative_to(PROJECT)).encode() + b"\0" + file.read_bytes())
     return digest.hexdigest()
 
 
@@ -74,17 +83,25 @@ def _passes(check):
     return result.returncode == 0
 
 
-def run(checks, store, common=b""):
-    """Runs the checks and says whether all pass. `common` is what else a result depends on. `store` is a
-    directory that remembers, by the contents that were read, what passed."""
+def _forget_old(store):
+    for mark in store.iterdir():
+        if time.time() - mark.stat().st_mtime > KEPT_SECONDS:
+            mark.unlink(missing_ok=True)
+
+
+def run(checks, name, common=b""):
+    """Runs the checks and says whether all pass. `common` is what else a result depends on. What passed is
+    remembered, by the contents that were read, under the checks' name in the user's cache."""
+    cache = os.environ.get("VANTORE_LINT_CACHE") or Path.home() / ".cache/vantore-comp/lint"
+    store = Path(cache, name)
     store.mkdir(parents=True, exist_ok=True)
+    _forget_old(store)
+    common += _installed()
     marks = {_fingerprint(check, common): check for check in checks}
-    for old in store.iterdir():
-        if old.name not in marks:
-            old.unlink()
 
     def passes(mark):
         if (store / mark).exists():
+            (store / mark).touch()
             return True
         if not _passes(marks[mark]):
             return False

@@ -150,8 +150,8 @@ static constexpr setting table[]{
      "keep effects where rendering is done in software"},
     {compositor, "cursor_theme", "", text{g_cursor_theme}, "the pointer's theme; empty for the system's",
      on_load::keeps},
-    {compositor, "cursor_size", "", unlimited(g_cursor_size, 0), "the pointer's size; 24 for 0 and less",
-     on_load::keeps},
+    {compositor, "cursor_size", "", unlimited(g_cursor_size, 0),
+     "the pointer's size; 24 for 0 and less, 1024 at most", on_load::keeps},
 
     {input, "keyboard_layout", "", text{g_kb_layout}, "XKB layout; empty for the system's"},
     {input, "keyboard_variant", "", text{g_kb_variant}, "XKB variant"},

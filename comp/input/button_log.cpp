@@ -1,6 +1,7 @@
 #include "button_log.hpp"
 
 #include "../server.hpp"
+#include "constraints.hpp"
 
 #include <array>
 #include <cstdio>
@@ -23,11 +24,18 @@ static const char *dbg_surface_tag(wlr_surface *surface)
     return tag.data();
 }
 
+static const char *constraint_tag(const vantore_server &server)
+{
+    if (server.active_constraint == nullptr)
+        return "";
+    return pointer_is_locked(server) ? " [LOCKED]" : " [confined]";
+}
+
 void log_button(const vantore_server &server, const wlr_pointer_button_event &event)
 {
     const wlr_seat_pointer_state &pointer = server.seat->pointer_state;
     const bool pressed = event.state != WL_POINTER_BUTTON_STATE_RELEASED;
-    wlr_log(WLR_INFO, "button: %s btn=%u cursor=%.0f,%.0f → %s sxy=%.0f,%.0f", pressed ? "press" : "release",
-            event.button, server.cursor->x, server.cursor->y, dbg_surface_tag(pointer.focused_surface),
-            pointer.sx, pointer.sy);
+    wlr_log(WLR_INFO, "button: %s btn=%u cursor=%.0f,%.0f → %s sxy=%.0f,%.0f%s",
+            pressed ? "press" : "release", event.button, server.cursor->x, server.cursor->y,
+            dbg_surface_tag(pointer.focused_surface), pointer.sx, pointer.sy, constraint_tag(server));
 }

@@ -4,32 +4,39 @@
 #include "../windows/toplevel.hpp"
 #include "pointer.hpp"
 
+#include <optional>
+
 static const char *type_name(const wlr_pointer_constraint_v1 &constraint)
 {
     return constraint.type == WLR_POINTER_CONSTRAINT_V1_LOCKED ? "locked" : "confined";
 }
 
-// The layout position of the window whose main surface it is. False when it is no window's.
-static bool constraint_surface_origin(vantore_server &server, const wlr_surface *surface, double &ox,
-                                      double &oy)
+struct layout_point {
+    double x, y;
+};
+
+// The layout position of a window's main surface, which reaches beyond the content where the client draws
+// shadows. Nothing for a surface that is no window's.
+static std::optional<layout_point> constraint_surface_origin(vantore_server &server,
+                                                             const wlr_surface *surface)
 {
     for (const auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
         if (tl_surface(t) != surface)
             continue;
-        ox = t.scene_tree->node.x;
-        oy = t.scene_tree->node.y;
-        return true;
+        const wlr_scene_node &node = t.scene_tree->node;
+        const wlr_box geometry = tl_get_geometry(t);
+        return layout_point{.x = double(node.x - geometry.x), .y = double(node.y - geometry.y)};
     }
-    return false;
+    return {};
 }
 
 static void constraint_warp_to_hint(vantore_server &server, const wlr_pointer_constraint_v1 &constraint)
 {
     const auto &hint = constraint.current.cursor_hint;
-    double ox = 0, oy = 0;
-    if (constraint.type == WLR_POINTER_CONSTRAINT_V1_LOCKED && hint.enabled &&
-        constraint_surface_origin(server, constraint.surface, ox, oy))
-        wlr_cursor_warp(server.cursor, nullptr, ox + hint.x, oy + hint.y);
+    if (constraint.type != WLR_POINTER_CONSTRAINT_V1_LOCKED || !hint.enabled)
+        return;
+    if (const auto origin = constraint_surface_origin(server, constraint.surface))
+        wlr_cursor_warp(server.cursor, nullptr, origin->x + hint.x, origin->y + hint.y);
 }
 
 static wlr_pointer_constraint_v1 *constraint_of(const vantore_server &server, wlr_surface *surface)
@@ -100,6 +107,12 @@ void server_new_constraint(vantore_server &server, wlr_pointer_constraint_v1 *co
         constrain_to_surface(server, surface);
 }
 
+bool pointer_is_constrained(vantore_server &server)
+{
+    return server.active_constraint != nullptr &&
+           constraint_surface_origin(server, server.active_constraint->surface).has_value();
+}
+
 bool pointer_is_locked(const vantore_server &server)
 {
     return server.active_constraint != nullptr &&
@@ -110,13 +123,14 @@ bool pointer_is_locked(const vantore_server &server)
 static bool confine_motion(vantore_server &server, const wlr_pointer_constraint_v1 &constraint,
                            const wlr_pointer_motion_event &event)
 {
-    double ox = 0, oy = 0, nx = 0, ny = 0;
-    if (!constraint_surface_origin(server, constraint.surface, ox, oy))
+    const auto origin = constraint_surface_origin(server, constraint.surface);
+    if (!origin.has_value())
         return false;
-    const double sx = server.cursor->x - ox, sy = server.cursor->y - oy;
+    const double sx = server.cursor->x - origin->x, sy = server.cursor->y - origin->y;
+    double nx = 0, ny = 0;
     if (!wlr_region_confine(&constraint.region, sx, sy, sx + event.delta_x, sy + event.delta_y, &nx, &ny))
         return false;
-    wlr_cursor_warp(server.cursor, &event.pointer->base, ox + nx, oy + ny);
+    wlr_cursor_warp(server.cursor, &event.pointer->base, origin->x + nx, origin->y + ny);
     process_cursor_motion(server, event.time_msec);
     return true;
 }

@@ -23,6 +23,8 @@ void constrain_to_surface(vantore_server &server, wlr_surface *surface);
 // The surface has a constraint, in force or not.
 bool has_constraint(const vantore_server &server, wlr_surface *surface);
 
+// A window's constraint is in force, wherever the pointer is.
+bool pointer_is_constrained(vantore_server &server);
 // Nothing but relative motion is to come of the pointer.
 bool pointer_is_locked(const vantore_server &server);
 

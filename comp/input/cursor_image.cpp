@@ -7,6 +7,7 @@
 #include "cursor_locate.hpp"
 
 #include <algorithm>
+#include <utility>
 
 static constexpr long usual_size = 24;
 static constexpr long largest_size = 1024; // larger images only cost memory
@@ -16,11 +17,16 @@ uint32_t cursor_size_for(long wish)
     return uint32_t(wish < 1 ? usual_size : std::min(wish, largest_size));
 }
 
-void load_cursors_for_outputs(vantore_server &server, wlr_xcursor_manager *manager)
+wlr_xcursor_manager *load_cursor_theme(vantore_server &server, uint32_t size)
 {
+    const std::string_view theme = text_of(g_cursor_theme);
+    wlr_xcursor_manager *manager = wlr_xcursor_manager_create(theme.empty() ? nullptr : theme.data(), size);
+    if (manager == nullptr)
+        return nullptr;
     for (auto &o : each<&vantore_output::link>(server.outputs))
         wlr_xcursor_manager_load(manager, o.wlr_output->scale);
     wlr_xcursor_manager_load(manager, 1);
+    return manager;
 }
 
 static void forget_surface(vantore_server &server)
@@ -111,14 +117,13 @@ void seat_request_set_cursor_shape(vantore_server &server,
 }
 
 // The cursor takes a manager at the same address with the same name for no change, so the old one goes last.
-static void load_theme(vantore_server &server, const char *theme, uint32_t size)
+static void replace_theme(vantore_server &server, uint32_t size)
 {
-    wlr_xcursor_manager *manager = wlr_xcursor_manager_create(theme, size);
+    wlr_xcursor_manager *manager = load_cursor_theme(server, size);
     if (manager == nullptr) {
         wlr_log(WLR_ERROR, "vantore-comp: no memory for the cursor theme; keeping the current one");
         return;
     }
-    load_cursors_for_outputs(server, manager);
     wlr_xcursor_manager *old = std::exchange(server.xcursor_mgr, manager);
     cursor_locate_drop_steps(server);
     set_named_cursor(server, "default");
@@ -133,5 +138,5 @@ void cursor_apply(vantore_server &server)
         return;
     server.applied_size = int(size);
     copy_text(server.applied_theme, theme);
-    load_theme(server, theme.empty() ? nullptr : theme.data(), size);
+    replace_theme(server, size);
 }

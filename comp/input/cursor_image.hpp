@@ -8,10 +8,12 @@
 // At most 47 characters of the name count.
 void set_named_cursor(vantore_server &server, const char *name);
 
-// The size that a theme is loaded in when so much is wished for: the usual one for 0 and less.
+// The size that a theme is loaded in when so much is wished for: the usual one for 0 and less, and no more
+// than 1024 pixels.
 uint32_t cursor_size_for(long wish);
-// Loads a theme in the scales of all outputs.
-void load_cursors_for_outputs(vantore_server &server, wlr_xcursor_manager *manager);
+// The configured theme in this size and in the scales of all outputs. The caller destroys it. Null without
+// memory.
+wlr_xcursor_manager *load_cursor_theme(vantore_server &server, uint32_t size);
 
 // Shows what is remembered once more, in the size that the cursor has now.
 void cursor_reassert(vantore_server &server);

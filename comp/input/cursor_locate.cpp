@@ -2,10 +2,9 @@
 
 #include "../clock.hpp"
 #include "../config/settings.hpp"
-#include "../outputs/output.hpp"
 #include "../presentation/animation.hpp"
 #include "../server.hpp"
-#include "../text.hpp"
+#include "constraints.hpp"
 #include "cursor_image.hpp"
 
 #include <algorithm>
@@ -22,23 +21,22 @@ wlr_xcursor_manager *cursor_locate_mgr(const vantore_server &server)
     return step != nullptr ? step : server.xcursor_mgr;
 }
 
-// Three times the usual size at the last step.
+// Three times the configured size at the last step.
 static uint32_t size_of_step(int step)
 {
     return uint32_t(std::lround((1 + 2.0 * step / last_step) * cursor_size_for(g_cursor_size)));
 }
 
+// A size that can't be loaded is shown as the usual one.
 static void cursor_locate_ensure_steps(vantore_server &server)
 {
-    const std::string_view theme = text_of(g_cursor_theme);
-    for (int i = 1; i <= last_step; i++) {
-        wlr_xcursor_manager *&manager = server.xcursor_steps[size_t(i)];
-        if (manager != nullptr)
-            continue;
-        manager = wlr_xcursor_manager_create(theme.empty() ? nullptr : theme.data(), size_of_step(i));
-        if (manager != nullptr)
-            load_cursors_for_outputs(server, manager);
-    }
+    if (server.xcursor_steps[last_step] != nullptr)
+        return;
+    for (int i = 1; i <= last_step; i++)
+        if (wlr_xcursor_manager *&manager = server.xcursor_steps[size_t(i)]; manager == nullptr)
+            manager = load_cursor_theme(server, size_of_step(i));
+    if (server.cursor_locate_step > 0)
+        cursor_reassert(server); // they were dropped while the cursor was large
 }
 
 void cursor_locate_drop_steps(vantore_server &server)
@@ -66,7 +64,7 @@ static void cursor_locate_trigger(vantore_server &server)
 
 void cursor_shake_feed(vantore_server &server)
 {
-    if (!g_cursor_shake_magnify)
+    if (!g_cursor_shake_magnify || pointer_is_constrained(server))
         return;
     if (server.seat->pointer_state.button_count > 0) {
         server.shake.shake_n = 0; // a drag is no shake
@@ -78,28 +76,40 @@ void cursor_shake_feed(vantore_server &server)
     cursor_locate_trigger(server);
 }
 
-// How much of the growth the cursor has, 0 to 1.
-static double growth(vantore_server &server, int64_t now)
+// How much of the growth the cursor has, 0 to 1, as a function of time: fast at first.
+static double growth(double elapsed_ms)
 {
-    const double t = std::min(1.0, double(now - server.cursor_locate_t0) / grow_ms);
-    if (t >= 1 && now >= server.cursor_locate_hold_until) {
+    const double rest = 1 - std::min(1.0, elapsed_ms / grow_ms);
+    return 1 - rest * rest;
+}
+
+static double growth_left(double elapsed_ms)
+{
+    const double rest = 1 - std::min(1.0, elapsed_ms / shrink_ms);
+    return rest * rest;
+}
+
+static double grow(vantore_server &server, int64_t now)
+{
+    const auto elapsed = double(now - server.cursor_locate_t0);
+    if (elapsed >= grow_ms && now >= server.cursor_locate_hold_until) {
         server.cursor_locate_shrinking = true;
         server.cursor_locate_shrink_t0 = now;
     }
-    return 1 - (1 - t) * (1 - t);
+    return growth(elapsed);
 }
 
-static double growth_left(vantore_server &server, int64_t now)
+static double shrink(vantore_server &server, int64_t now)
 {
-    const double p = std::min(1.0, double(now - server.cursor_locate_shrink_t0) / shrink_ms);
-    if (p >= 1)
+    const auto elapsed = double(now - server.cursor_locate_shrink_t0);
+    if (elapsed >= shrink_ms)
         server.cursor_locate_on = server.cursor_locate_shrinking = false;
-    return (1 - p) * (1 - p);
+    return growth_left(elapsed);
 }
 
 bool cursor_locate_anim(vantore_server &server, int64_t now)
 {
-    const double e = server.cursor_locate_shrinking ? growth_left(server, now) : growth(server, now);
+    const double e = server.cursor_locate_shrinking ? shrink(server, now) : grow(server, now);
     const int step = std::clamp(int(std::lround(e * last_step)), 0, last_step);
     if (step != server.cursor_locate_step) {
         server.cursor_locate_step = step;

@@ -7,18 +7,28 @@
 #include <algorithm>
 #include <cmath>
 
-// A title bar or tabs, above the content; how wide they are only the scene can tell.
-static bool may_have_bar_at(const vantore_toplevel &t, int y)
+// Above the content, relative to which the pixel is. In a narrow window the bar's buttons reach beyond its left
+// edge; how wide tabs are only the scene can tell.
+static bool may_have_bar_at(const vantore_toplevel &t, int64_t x, int64_t y)
 {
-    const int above = t.scene_tree->node.y - y;
-    return above > 0 && above <= titlebar_height && (t.ssd || t.stack_id != 0);
+    if (y >= 0 || y < -titlebar_height)
+        return false;
+    if (t.tabbar->node.enabled || t.btn_hover->node.enabled)
+        return true;
+    return t.titlebar->node.enabled && x >= -dec_reach_left && x < t.titlebar->width;
 }
 
 // The pixel is relative to the parent of the window's tree.
 static bool may_hold(const vantore_toplevel &t, int x, int y)
 {
     const wlr_scene_node &node = t.scene_tree->node;
-    return may_have_bar_at(t, y) || tl_may_be_at(t, int64_t{x} - node.x, int64_t{y} - node.y);
+    const int64_t cx = int64_t{x} - node.x, cy = int64_t{y} - node.y;
+    return tl_may_be_at(t, cx, cy) || may_have_bar_at(t, cx, cy);
+}
+
+static bool is_empty_tree(wlr_scene_node &node)
+{
+    return node.type == WLR_SCENE_NODE_TREE && !has_any(wlr_scene_tree_from_node(&node)->children);
 }
 
 struct lookup {
@@ -36,7 +46,7 @@ static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree
         if (!child->enabled)
             continue;
         const auto *t = static_cast<const vantore_toplevel *>(child->data);
-        if (t != nullptr && !may_hold(*t, x, y))
+        if (t != nullptr ? !may_hold(*t, x, y) : is_empty_tree(*child))
             continue;
         const bool holds_windows = t == nullptr && (child == windows || &tree.node == windows);
         wlr_scene_node *found =
@@ -115,8 +125,9 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
 // The window whose title bar or body is at the point; whatever lies behind it is hidden.
 static bool covers_in_front(const vantore_toplevel &t, double rx, double ry)
 {
-    const wlr_box geometry = tl_get_geometry(t);
-    return rx >= 0 && rx < geometry.width && ry < geometry.height && ry >= (t.ssd ? -titlebar_height : 0);
+    const wlr_box &geometry = t.xdg_toplevel->base->geometry;
+    return rx >= 0 && ry >= -titlebar_height && rx < geometry.width && ry < geometry.height &&
+           (t.ssd || ry >= 0);
 }
 
 vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, double ly,

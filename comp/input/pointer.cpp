@@ -14,6 +14,8 @@
 #include "interactive.hpp"
 #include "seat_requests.hpp"
 
+#include <utility>
+
 static constexpr double ffm_distance_squared = 64; // 8 pixels
 
 // For games: how far the device moved, whatever becomes of the cursor. The client under the pointer hears it.
@@ -161,27 +163,39 @@ static bool enter_resize_border(vantore_server &server, const vantore_toplevel &
     return true;
 }
 
+void pointer_leaves_decorations(vantore_server &server)
+{
+    if (vantore_toplevel *t = std::exchange(server.hovered_toplevel, nullptr))
+        dec_hover_set(*t, DEC_NONE);
+}
+
 static void hover_decorations(vantore_server &server, const surface_hit &hit)
 {
     vantore_dec_region region = DEC_NONE;
-    const vantore_toplevel *hovered =
-        is_layer(hit.surface) ? nullptr : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
-    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
-        const vantore_dec_region wanted = &t == hovered ? region : DEC_NONE;
-        if (t.hover_region != wanted)
-            dec_hover_set(t, wanted);
-    }
+    vantore_toplevel *hovered =
+        is_layer(hit.surface) ? nullptr
+                              : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
+    if (hovered != server.hovered_toplevel)
+        pointer_leaves_decorations(server);
+    server.hovered_toplevel = hovered;
+    if (hovered != nullptr)
+        dec_hover_set(*hovered, region);
 }
 
-bool overlay_lift_active(vantore_server &server)
+// Lifted windows hang among the few surfaces of the overlay layer.
+bool overlay_lift_active(const vantore_server &server)
 {
-    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
-        if (t.overlay_lift && tl_mapped(t))
+    const wl_list &overlays = server.layers[ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY]->children;
+    for (const wl_list *link = overlays.next; link != &overlays; link = link->next) {
+        const wlr_scene_node *node = wl_container_of(link, node, link);
+        const auto *t = static_cast<const vantore_toplevel *>(node->data);
+        if (t != nullptr && tl_mapped(*t))
             return true;
+    }
     return false;
 }
 
-static bool is_behind_overlay(vantore_server &server, const vantore_toplevel *t)
+static bool is_behind_overlay(const vantore_server &server, const vantore_toplevel *t)
 {
     return t != nullptr && t->fullscreen && !t->overlay_lift && overlay_lift_active(server);
 }

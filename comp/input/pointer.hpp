@@ -11,5 +11,8 @@ void server_cursor_motion_absolute(vantore_server &server, wlr_pointer_motion_ab
 // ends here. `time_msec` is what clients are told, in the event clock's milliseconds.
 void process_cursor_motion(vantore_server &server, uint32_t time_msec);
 
+// No title bar is under the pointer any more, or the window that has it goes.
+void pointer_leaves_decorations(vantore_server &server);
+
 // A window shows above fullscreen ones.
-bool overlay_lift_active(vantore_server &server);
+bool overlay_lift_active(const vantore_server &server);

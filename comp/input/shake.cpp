@@ -9,14 +9,19 @@ static constexpr int fewest_samples = 4;
 static constexpr double least_extent = 100, least_path = 200, least_ratio = 4; // pixels; path by extent
 
 // Counted from the oldest.
+static size_t slot(const shake_history &history, int i)
+{
+    return size_t(history.shake_head + i) % history.shake_hist.size();
+}
+
 static const shake_sample &sample(const shake_history &history, int i)
 {
-    return history.shake_hist[size_t(history.shake_head + i) % history.shake_hist.size()];
+    return history.shake_hist[slot(history, i)];
 }
 
 static void drop_oldest(shake_history &history)
 {
-    history.shake_head = (history.shake_head + 1) % int(history.shake_hist.size());
+    history.shake_head = int(slot(history, 1));
     history.shake_n--;
 }
 
@@ -24,7 +29,7 @@ static void add(shake_history &history, const shake_sample &added)
 {
     if (history.shake_n == int(history.shake_hist.size()))
         drop_oldest(history);
-    history.shake_hist[size_t(history.shake_head + history.shake_n) % history.shake_hist.size()] = added;
+    history.shake_hist[slot(history, history.shake_n)] = added;
     history.shake_n++;
 }
 

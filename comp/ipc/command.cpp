@@ -15,6 +15,7 @@
 #include "window_ops.hpp"
 
 #include <algorithm>
+#include <cstdlib>
 
 static void destroy_output(vantore_server &server, ipc_words &words)
 {
@@ -54,14 +55,14 @@ static void change_power(vantore_server &server, ipc_words &words)
         set_dpms(server, wish == "on");
 }
 
-static vantore_workspace *next_workspace(vantore_server &server, const char *num)
+static vantore_workspace *workspace_numbered(vantore_server &server, const char *num)
 {
     return num != nullptr ? workspace_by_num(server, strtol(num, nullptr, 10)) : nullptr;
 }
 
 static void change_layout(vantore_server &server, ipc_words &words)
 {
-    vantore_workspace *ws = next_workspace(server, words.next());
+    vantore_workspace *ws = workspace_numbered(server, words.next());
     const char *layout = words.next();
     if (ws == nullptr || layout == nullptr)
         return;
@@ -71,7 +72,7 @@ static void change_layout(vantore_server &server, ipc_words &words)
 
 static void change_tile_mode(vantore_server &server, ipc_words &words)
 {
-    vantore_workspace *ws = next_workspace(server, words.next());
+    vantore_workspace *ws = workspace_numbered(server, words.next());
     const char *mode = words.next();
     if (ws == nullptr || mode == nullptr)
         return;
@@ -81,7 +82,7 @@ static void change_tile_mode(vantore_server &server, ipc_words &words)
 
 static void move_workspace(vantore_server &server, ipc_words &words)
 {
-    vantore_workspace *ws = next_workspace(server, words.next());
+    vantore_workspace *ws = workspace_numbered(server, words.next());
     const char *name = words.next();
     if (vantore_output *o = name != nullptr ? output_by_name(server, name) : nullptr)
         move_workspace_to_output(ws, *o);

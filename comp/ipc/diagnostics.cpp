@@ -47,22 +47,26 @@ static void write_file(const char *path, std::string_view text)
     const int fd = open_regular(path);
     if (fd < 0)
         return;
-    ssize_t written = 0;
-    while (!text.empty() && (written = write(fd, text.data(), text.size())) > 0)
+    while (!text.empty()) {
+        const ssize_t written = write(fd, text.data(), text.size());
+        if (written <= 0)
+            break;
         text.remove_prefix(size_t(written));
+    }
     close(fd);
 }
 
 void ipc_dump_layers(vantore_server &server, ipc_words &)
 {
     strbuf sb;
-    const char *separator = "[";
+    const char *separator = "";
+    sb_appendf(sb, "[");
     for (const auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces)) {
         sb_appendf(sb, "%s", separator);
         append_layer(sb, l);
         separator = ",";
     }
-    sb_appendf(sb, "%s", wl_list_empty(&server.layer_surfaces) != 0 ? "[]\n" : "]\n");
+    sb_appendf(sb, "]\n");
     write_file(g_platform.layer_dump, sb.text());
 }
 

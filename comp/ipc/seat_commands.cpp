@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <linux/input-event-codes.h>
+#include <optional>
 
 // Beyond any layout; what a wheel makes of it still fits what clients are sent.
 static constexpr double farthest = 500'000;
@@ -26,16 +27,13 @@ static constexpr button_name buttons[]{
     {"back", BTN_SIDE}, {"forward", BTN_EXTRA},
 };
 
-static bool seat_is_button_name(const char *word)
-{
-    return word != nullptr && std::ranges::contains(buttons, word, &button_name::name);
-}
-
-static uint32_t seat_btn_code(const char *name)
+static std::optional<uint32_t> seat_btn_code(const char *word)
 {
     const auto *found =
-        name != nullptr ? std::ranges::find(buttons, name, &button_name::name) : std::end(buttons);
-    return found != std::end(buttons) ? found->code : uint32_t{BTN_LEFT};
+        word != nullptr ? std::ranges::find(buttons, word, &button_name::name) : std::end(buttons);
+    if (found == std::end(buttons))
+        return {};
+    return found->code;
 }
 
 // What is no number is 0, and no number is beyond all bounds.
@@ -119,19 +117,20 @@ static void run_drag(vantore_server &server, ipc_words &words)
 {
     const double x1 = seat_next_d(words, server.cursor->x), y1 = seat_next_d(words, server.cursor->y);
     const double x2 = seat_next_d(words, x1), y2 = seat_next_d(words, y1);
-    seat_drag(server, {.x1 = x1, .y1 = y1, .x2 = x2, .y2 = y2}, seat_btn_code(words.next()));
+    seat_drag(server, {.x1 = x1, .y1 = y1, .x2 = x2, .y2 = y2},
+              seat_btn_code(words.next()).value_or(BTN_LEFT));
 }
 
-// Of `[button] [x y]`: moves there, when both are given. An x alone is dropped.
-static uint32_t aim(vantore_server &server, ipc_words &words)
+// Of `[button] [x y]`: moves there, when both are given, and returns the button. An x alone is dropped.
+static uint32_t aim_and_take_button(vantore_server &server, ipc_words &words)
 {
     const char *word = words.next();
-    const bool named = seat_is_button_name(word);
-    const char *x = named ? words.next() : word;
+    const auto named = seat_btn_code(word);
+    const char *x = named.has_value() ? words.next() : word;
     const char *y = words.next();
     if (x != nullptr && y != nullptr)
         seat_move_to(server, number_in(x), number_in(y));
-    return named ? seat_btn_code(word) : uint32_t{BTN_LEFT};
+    return named.value_or(BTN_LEFT);
 }
 
 static void click(vantore_server &server, uint32_t btn)
@@ -142,24 +141,24 @@ static void click(vantore_server &server, uint32_t btn)
 
 static void run_click(vantore_server &server, ipc_words &words)
 {
-    click(server, aim(server, words));
+    click(server, aim_and_take_button(server, words));
 }
 
 static void run_dblclick(vantore_server &server, ipc_words &words)
 {
-    const uint32_t btn = aim(server, words);
+    const uint32_t btn = aim_and_take_button(server, words);
     click(server, btn);
     click(server, btn);
 }
 
 static void run_press(vantore_server &server, ipc_words &words)
 {
-    seat_button(server, aim(server, words), true);
+    seat_button(server, aim_and_take_button(server, words), true);
 }
 
 static void run_release(vantore_server &server, ipc_words &words)
 {
-    seat_button(server, aim(server, words), false);
+    seat_button(server, aim_and_take_button(server, words), false);
 }
 
 struct subcommand {

@@ -12,6 +12,8 @@ enum vantore_dec_region : unsigned char {
 
 inline constexpr int dec_button_size = 14;
 inline constexpr int dec_button_y = -22;
+// How far a bar one pixel wide may reach beyond its left edge, the highlight of a button included.
+inline constexpr int dec_reach_left = 74;
 
 // Left edge of a button in a bar of this width; may lie left of 0 in a narrow one.
 int dec_button_x(int w, vantore_dec_region region);

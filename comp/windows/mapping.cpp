@@ -1,6 +1,7 @@
 #include "mapping.hpp"
 
 #include "../input/interactive.hpp"
+#include "../input/pointer.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../outputs/output.hpp"
 #include "../outputs/perf_mode.hpp"
@@ -46,6 +47,8 @@ void let_go_of_window(vantore_toplevel &t)
 {
     if (&t == t.server->grabbed_toplevel)
         reset_cursor_mode(*t.server);
+    if (&t == t.server->hovered_toplevel)
+        pointer_leaves_decorations(*t.server);
 }
 
 void leave_shown_windows(vantore_toplevel &t)

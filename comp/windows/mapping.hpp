@@ -6,12 +6,12 @@
 // The workspace on show on the output under the cursor; without any, the first.
 vantore_workspace *workspace_for_new_window(vantore_server &server);
 
-// Into the middle of the usable box of the output under the cursor, which need not be the output of the window's
-// workspace. Without an output the window stays where it is.
+// Into the middle of the usable box of the output under the cursor, which need not be the output of the
+// window's workspace. Without an output the window stays where it is.
 void center_toplevel(vantore_toplevel &t);
 
-// Gives a window that can be seen the keyboard; a rule may have the view go to it first. Tells IPC subscribers
-// of the new window in any case.
+// Gives a window that can be seen the keyboard; a rule may have the view go to it first. Tells IPC
+// subscribers of the new window in any case.
 void focus_new_window(vantore_toplevel &t);
 
 // Ends what the user does with a window that is about to go.

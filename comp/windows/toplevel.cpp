@@ -173,11 +173,6 @@ wlr_box tl_least_size(const vantore_toplevel &t)
     return {.x = 0, .y = 0, .width = limits.min_width, .height = limits.min_height};
 }
 
-static bool has_any(const wl_list &list)
-{
-    return list.next != &list;
-}
-
 // Popups and subsurfaces: then only the scene itself can tell.
 static bool may_reach_beyond_its_surface(const vantore_toplevel &t, const wlr_surface_state &shown)
 {
@@ -207,9 +202,8 @@ void tl_set_fullscreen_state(vantore_toplevel &t, bool fullscreen)
 
 pid_t tl_pid(const vantore_toplevel &t)
 {
-    return t.kind == VNT_XWL
-               ? t.xwl->pid
-               : g_platform.client_pid(wl_resource_get_client(t.xdg_toplevel->resource));
+    return t.kind == VNT_XWL ? t.xwl->pid
+                             : g_platform.client_pid(wl_resource_get_client(t.xdg_toplevel->resource));
 }
 
 static void ask_to_close(vantore_toplevel &t)

@@ -26,7 +26,8 @@ struct vantore_toplevel {
     vantore_kind kind = VNT_XDG;
     wlr_xdg_toplevel *xdg_toplevel = nullptr; // of VNT_XDG
     wlr_xwayland_surface *xwl = nullptr; // of VNT_XWL
-    listener associate, dissociate, xwl_configure, xwl_activate, xwl_geometry, xwl_or, xwl_hints; // of VNT_XWL
+    listener associate, dissociate, xwl_configure, xwl_activate, xwl_geometry, xwl_or,
+        xwl_hints; // of VNT_XWL
     // Its position is the layout position of the content's top left corner, so a
     // title bar lies above it. Null while a VNT_XWL is not mapped.
     wlr_scene_tree *scene_tree = nullptr;

@@ -1,5 +1,5 @@
-// X11 windows that place themselves: menus, tooltips, and some windows of games. They belong to no workspace and
-// lie above all windows.
+// X11 windows that place themselves: menus, tooltips, and some windows of games. They belong to no workspace
+// and lie above all windows.
 #pragma once
 
 #include "../fwd.hpp"

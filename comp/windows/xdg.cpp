@@ -7,6 +7,7 @@
 #include "xdg.hpp"
 
 #include "../input/interactive.hpp"
+#include "../input/pointer.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../memory_trim.hpp"
 #include "../outputs/output.hpp"
@@ -95,10 +96,11 @@ static bool has_fixed_size(const wlr_xdg_toplevel_state &state)
 static void take_requested_state(vantore_toplevel &t)
 {
     const auto &requested = t.xdg_toplevel->requested;
-    if (requested.fullscreen && !t.fullscreen) {
+    if (requested.fullscreen)
         toplevel_set_fullscreen(t, true);
+    if (t.fullscreen) {
         wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized); // its first size may have been that
-    } else if (requested.maximized && !t.maximized && !t.fullscreen) {
+    } else if (requested.maximized && !t.maximized) {
         toplevel_toggle_maximize(t);
         // The client's first size is the maximized one and says nothing about where to return.
         t.saved_geo = default_float_box(t);

@@ -1,5 +1,5 @@
-// An X11 client may ask for anything at any time. What a window that is not mapped asks for is ignored, but for
-// its size and place.
+// An X11 client may ask for anything at any time. What a window that is not mapped asks for is ignored, but
+// for its size and place.
 
 #include "xwl_requests.hpp"
 
@@ -120,8 +120,8 @@ bool any_screen_owner(vantore_server &server)
     return any_unmanaged_covers_output(server);
 }
 
-// With the keyboard nowhere a window in the background may take it, but not from a game that has lost it for a
-// moment.
+// With the keyboard nowhere a window in the background may take it, but not from a game that has lost it for
+// a moment.
 static bool may_take_focus(const vantore_toplevel &t)
 {
     vantore_server &server = *t.server;

@@ -1,9 +1,9 @@
 // The life of an X11 window that the compositor manages.
 //
-// Created: the record exists, in no list and with no scene node. Associated: it has a surface, whose map, unmap
-// and commit are listened to. Mapped: it has a scene tree, a workspace and a place in server.toplevels. Unmapped
-// it has none of these, and the next map starts anew. At any moment a window may turn into one that is not
-// managed, and back: then the record of the one kind ends and one of the other begins.
+// Created: the record exists, in no list and with no scene node. Associated: it has a surface, whose map,
+// unmap and commit are listened to. Mapped: it has a scene tree, a workspace and a place in server.toplevels.
+// Unmapped it has none of these, and the next map starts anew. At any moment a window may turn into one that
+// is not managed, and back: then the record of the one kind ends and one of the other begins.
 
 #include "xwl_toplevel.hpp"
 

@@ -11,6 +11,6 @@ vantore_toplevel *server_new_xwl_toplevel(vantore_server &server, wlr_xwayland_s
 // sockets: what is drawn may come first, and the library maps a surface only when it draws after that.
 void xwl_map_if_drawn(const wlr_xwayland_surface &xwl);
 
-// The steps that the window has behind it already, as one that was not managed: its surface is there, and maybe
-// mapped.
+// The steps that the window has behind it already, as one that was not managed: its surface is there, and
+// maybe mapped.
 void xwl_toplevel_take_over(vantore_toplevel &t);

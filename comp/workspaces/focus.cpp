@@ -37,7 +37,8 @@ static void deactivate(wlr_surface *surface)
         xdg->scheduled.activated = false;
 }
 
-using enter_function = void(wlr_seat *, wlr_surface *, const uint32_t *, size_t, const wlr_keyboard_modifiers *);
+using enter_function = void(wlr_seat *, wlr_surface *, const uint32_t *, size_t,
+                            const wlr_keyboard_modifiers *);
 
 static void enter_with(enter_function *enter, wlr_seat *seat, wlr_surface *surface)
 {
@@ -53,7 +54,8 @@ void keyboard_offer(wlr_seat *seat, wlr_surface *surface)
     enter_with(wlr_seat_keyboard_notify_enter, seat, surface);
 }
 
-// The window would be left without the keyboard when a drag or an open menu ends, so the focus goes past them.
+// The window would be left without the keyboard when a drag or an open menu ends, so the focus goes past
+// them.
 void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
 {
     keyboard_offer(seat, surface);

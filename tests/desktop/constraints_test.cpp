@@ -4,6 +4,8 @@
 #include "support/wayland_constraints.hpp"
 #include "support/wayland_layer.hpp"
 
+#include "config/settings.hpp"
+#include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
 using test::confined_pointer;
@@ -103,6 +105,7 @@ TEST_F(gaming, a_lifted_overlay_takes_relative_motion_from_what_lies_under_it)
     vantore_toplevel &overlay = record(map_other());
     settle();
     overlay.overlay_lift = true;
+    restore_toplevel_parent(overlay);
     pointer->move(5, 5);
     settle();
     EXPECT_THAT(moves.take(), IsEmpty());
@@ -110,6 +113,7 @@ TEST_F(gaming, a_lifted_overlay_takes_relative_motion_from_what_lies_under_it)
     settle();
     EXPECT_THAT(moves.take(), Not(IsEmpty())) << "absolute devices tell theirs all the same";
     overlay.overlay_lift = false;
+    restore_toplevel_parent(overlay);
 }
 
 // Locks
@@ -165,6 +169,50 @@ TEST_F(gaming, a_focus_that_moves_on_unlocks_the_pointer_at_the_clients_hint)
     expect_cursor_at(130, 140.5);
     go(140, 150);
     expect_cursor_at(140, 150);
+}
+
+TEST_F(gaming, a_hint_counts_from_the_surface_also_where_the_client_draws_shadows)
+{
+    window &other = map_other();
+    game->geometry(26, 20, 300, 200);
+    game->fill(0xff00ff00);
+    settle();
+    place(*game, 100, 100); // the content; the surface is at 74,80
+    focus(*game);
+    locked_pointer lock{*ears, game->get()};
+    lock.hint(30, 40);
+    game->commit();
+    EVENTUALLY(lock.active());
+    focus(other);
+    expect_cursor_at(104, 120);
+}
+
+TEST_F(gaming, a_lock_keeps_the_pointer_from_other_windows)
+{
+    map_other();
+    focus(*game);
+    g_focus_follows_mouse = true;
+    locked_pointer lock{*ears, game->get()};
+    EVENTUALLY(lock.active());
+    pointer->move(500, 150); // the other window's middle
+    settle();
+    expect_cursor_at(300, 250);
+    EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(*game)));
+    EXPECT_TRUE(lock.active());
+}
+
+TEST_F(gaming, a_window_that_wants_the_pointer_is_not_focused_by_hovering)
+{
+    window &other = map_other();
+    g_focus_follows_mouse = true;
+    locked_pointer lock{*ears, game->get()};
+    settle();
+    focus(other);
+    go(800, 400);
+    go(300, 250);
+    settle();
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(other)));
+    EXPECT_FALSE(lock.active());
 }
 
 TEST_F(gaming, a_persistent_lock_comes_back_with_the_focus)
@@ -355,6 +403,21 @@ TEST_F(gaming, absolute_devices_ignore_a_confinement)
     expect_cursor_at(960, 528);
     settle();
     EXPECT_FALSE(fence.active()) << "the pointer has left the window";
+    pointer->move_to(300.0 / 1280, 250.0 / 704);
+    EVENTUALLY(fence.active());
+}
+
+TEST_F(gaming, a_region_counts_from_the_surface_also_where_the_client_draws_shadows)
+{
+    game->geometry(26, 20, 300, 200);
+    game->fill(0xff00ff00);
+    settle();
+    place(*game, 100, 100);
+    go(250, 230);
+    confined_pointer fence{*ears, game->get(), middle};
+    EVENTUALLY(fence.active());
+    pointer->move(-500, -500);
+    expect_cursor_at(74 + middle.x, 80 + middle.y);
 }
 
 TEST_F(gaming, a_pointer_outside_of_the_region_is_confined_once_it_is_inside)

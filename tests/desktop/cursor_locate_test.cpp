@@ -205,6 +205,11 @@ TEST_F(locating, a_held_pointer_is_not_shaken)
     EVENTUALLY(fence.active());
     shake();
     EXPECT_EQ(server.shake.shake_n, 0);
+    wlr_cursor_warp(server.cursor, nullptr, 420, 170); // beside the region, where it moves freely
+    server.shake.shake_n = 0;
+    pointer->move(1, 0);
+    EXPECT_EQ(server.cursor->x, 421);
+    EXPECT_EQ(server.shake.shake_n, 0);
     EXPECT_FALSE(server.cursor_locate_on);
 }
 
@@ -312,6 +317,8 @@ TEST_F(magnified, a_step_that_could_not_be_loaded_shows_the_usual_size)
     wlr_xcursor_manager *missing = std::exchange(server.xcursor_steps[9], nullptr);
     EXPECT_EQ(cursor_locate_mgr(server), server.xcursor_mgr);
     cursor_reassert(server);
+    settle();
+    EXPECT_NE(pixel_of_cursor(), 0xffff0000U) << "the default image, not the client's";
     wlr_xcursor_manager_destroy(missing);
 }
 
@@ -321,11 +328,33 @@ TEST_F(magnified, the_sizes_can_be_dropped_while_one_is_shown)
     cursor_locate_drop_steps(server);
     for (const wlr_xcursor_manager *step : server.xcursor_steps)
         EXPECT_EQ(step, nullptr);
+    EXPECT_EQ(cursor_locate_mgr(server), server.xcursor_mgr);
     output_state twice; // makes the cursor load its image anew, from what it holds
     wlr_output_state_set_scale(&twice, 2);
     EXPECT_TRUE(wlr_output_commit_state(output("A").wlr_output, &twice));
     arrange_all_layers(server);
     settle();
+}
+
+TEST_F(magnified, sizes_that_were_dropped_are_loaded_by_the_next_shake)
+{
+    magnify();
+    cursor_locate_drop_steps(server);
+    shake();
+    EXPECT_NE(cursor_locate_mgr(server), server.xcursor_mgr);
+}
+
+TEST_F(magnified, a_shape_for_a_tablets_tool_is_not_for_the_pointer)
+{
+    wlr_cursor_shape_manager_v1_request_set_shape_event event{};
+    event.seat_client = server.seat->pointer_state.focused_client;
+    event.device_type = WLR_CURSOR_SHAPE_MANAGER_V1_DEVICE_TYPE_TABLET_TOOL;
+    event.shape = decltype(event.shape)(9);
+    seat_request_set_cursor_shape(server, &event);
+    EXPECT_FALSE(server.cur_cursor_named);
+    event.device_type = WLR_CURSOR_SHAPE_MANAGER_V1_DEVICE_TYPE_POINTER;
+    seat_request_set_cursor_shape(server, &event);
+    EXPECT_TRUE(text_equals(server.cur_cursor_name, "text"));
 }
 
 TEST_F(magnified, a_session_may_end_meanwhile)

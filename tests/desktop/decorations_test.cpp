@@ -267,3 +267,29 @@ TEST_F(decorations, take_another_accent_with_a_reload)
     EXPECT_FLOAT_EQ(t().titlebar->color[2], 0.55F * base[2] + 0.45F * 1.0F);
     EXPECT_FLOAT_EQ(record(*other).titlebar->color[2], base[2]);
 }
+
+TEST_F(decorations, are_drawn_anew_in_the_foreground_of_another_theme)
+{
+    // The lightest blue in a part of the bar, and the darkest.
+    const auto blues = [&](int from, int to) {
+        const test::image shown = picture("A");
+        std::pair<uint32_t, uint32_t> found{0, 255};
+        for (int x = 200 + from; x < 200 + to; x++)
+            for (int y = 60 - 22; y < 60 - 8; y++) {
+                const uint32_t blue = shown.at(x, y) & 0xff;
+                found = {std::max(found.first, blue), std::min(found.second, blue)};
+            }
+        return found;
+    };
+    for (const auto &[from, to] : {std::pair{10, 100}, {193, 207}, {215, 229}, {237, 251}}) {
+        world.write_config("appearance.conf", "dark = true\n");
+        config_reload(server);
+        settle();
+        EXPECT_GT(blues(from, to).first, 0xa0U) << from;
+        EXPECT_GT(blues(from, to).second, 0x40U) << from;
+        world.write_config("appearance.conf", "dark = false\n");
+        config_reload(server);
+        settle();
+        EXPECT_LT(blues(from, to).second, 0x60U) << from;
+    }
+}

@@ -1,80 +1,22 @@
 // Dragging windows with the pointer, from the press to the drop.
 
-#include "support/desktop.hpp"
-#include "support/server_check.hpp"
+#include "support/drags.hpp"
 #include "support/wayland_layer.hpp"
+#include "support/wayland_popup.hpp"
 #include "support/wayland_seat.hpp"
 
-#include "config/settings.hpp"
 #include "input/cursor_image.hpp"
 #include "input/interactive.hpp"
-#include "input/pointer.hpp"
-#include "input/tiler_zones.hpp"
-#include "presentation/decorations.hpp"
 #include "text.hpp"
 #include "windows/states.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/focus.hpp"
-#include "workspaces/stacks.hpp"
 
-#include <linux/input-event-codes.h>
-
-using test::made_up_keyboard;
-using test::made_up_pointer;
+using test::drags;
 using test::window;
 using testing::Contains;
 using testing::IsEmpty;
 using testing::Not;
-
-// A window of 400x300 with a title bar, its content at 200,200 of 1280x704. The Mouse Tiler is off.
-struct drags : test::desktop {
-    void SetUp() override
-    {
-        desktop::SetUp();
-        plug("A", 1280, 704);
-        pointer = &plug_pointer();
-        keyboard = &plug_keyboard();
-        g_tiler = false;
-        g_gap = 0;
-        w = &map_with_bar("w", {400, 300});
-        place(*w, 200, 200);
-        settle();
-        (void)heard();
-    }
-    window &map_with_bar(const std::string &app, test::size size)
-    {
-        window &made = map(app, size);
-        record(made).ssd = true;
-        dec_layout(record(made));
-        return made;
-    }
-    void go(double lx, double ly) { point_at(*pointer, lx, ly); }
-    // Never the second press of a double click.
-    void press_at(double lx, double ly, uint32_t button = BTN_LEFT)
-    {
-        server.last_tb_id = 0;
-        go(lx, ly);
-        pointer->press(button);
-    }
-    void drop_at(double lx, double ly, uint32_t button = BTN_LEFT)
-    {
-        go(lx, ly);
-        pointer->release(button);
-        EXPECT_THAT(test::server_check(server), IsEmpty());
-    }
-    void drag(double from_x, double from_y, double to_x, double to_y)
-    {
-        press_at(from_x, from_y);
-        drop_at(to_x, to_y);
-    }
-    wlr_box box(const window &of) { return toplevel_box(record(of)); }
-    vantore_toplevel &t() { return record(*w); }
-    bool shows(wlr_scene_rect *rect) { return rect->node.enabled; }
-
-    made_up_pointer *pointer = nullptr;
-    made_up_keyboard *keyboard = nullptr;
-    window *w = nullptr;
-};
 
 // Title bars
 
@@ -111,6 +53,16 @@ TEST_F(drags, that_are_double_clicks_maximize)
     go(300, 15);
     pointer->click(BTN_LEFT); // the memory is empty: a new first click, which unsnaps
     EXPECT_FALSE(t().maximized);
+}
+
+TEST_F(drags, that_are_double_clicks_with_a_motion_between_move_and_then_maximize)
+{
+    drag(300, 185, 305, 185);
+    EXPECT_EQ(box(*w), (wlr_box{205, 200, 400, 300}));
+    pointer->click(BTN_LEFT);
+    EXPECT_TRUE(t().maximized);
+    EXPECT_EQ(t().saved_geo, (wlr_box{205, 200, 400, 300}));
+    settle();
 }
 
 TEST_F(drags, of_two_bars_are_no_double_click)
@@ -206,54 +158,6 @@ TEST_F(drags, are_logged_on_request)
     pointer->release(BTN_LEFT);
 }
 
-// Focus that follows the mouse
-
-struct hover_focus : drags {
-    void SetUp() override
-    {
-        drags::SetUp();
-        g_focus_follows_mouse = true;
-        other = &map("other", {300, 200});
-        place(*other, 800, 300);
-        go(400, 350); // the first window, which is the lower one in the list
-        EVENTUALLY(w->has(test::ACTIVATED));
-    }
-    window *other = nullptr;
-};
-
-TEST_F(hover_focus, does_not_raise_and_commands_act_on_the_window_raised_last)
-{
-    EXPECT_EQ(focused_toplevel(server), &record(*other));
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
-    keyboard->press(KEY_LEFTMETA);
-    keyboard->tap(KEY_Q);
-    keyboard->release(KEY_LEFTMETA);
-    EVENTUALLY_EQ(other->closes(), 1);
-    EXPECT_EQ(w->closes(), 0);
-}
-
-TEST_F(hover_focus, leaves_a_window_that_opens_under_a_resting_pointer_until_it_has_moved_eight_pixels)
-{
-    window &late = map("late", {200, 200});
-    place(late, 350, 300);
-    focus_toplevel_ex(&record(*other), true);
-    process_cursor_motion(server, 0);
-    const wlr_surface *others = tl_surface(record(*other));
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, others);
-    pointer->move(7, 0);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, others);
-    pointer->move(1, 0);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(late)));
-}
-
-TEST_F(hover_focus, keeps_its_anchor_over_the_empty_desktop)
-{
-    const double anchor = server.ffm_anchor_x;
-    go(100, 600);
-    EXPECT_EQ(server.ffm_anchor_x, anchor);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
-}
-
 // Unsnapping
 
 TEST_F(drags, of_a_maximized_window_bring_it_back_under_the_pointer)
@@ -268,6 +172,33 @@ TEST_F(drags, of_a_maximized_window_bring_it_back_under_the_pointer)
     EXPECT_FALSE(w->has(test::MAXIMIZED));
     drop_at(970, 25);
     EXPECT_EQ(box(*w), (wlr_box{670, 55, 400, 300}));
+}
+
+TEST_F(drags, of_a_maximized_window_of_1000_pixels_at_three_quarters_keep_the_pointer_there)
+{
+    plug("B", 1000, 704);
+    go(1280 + 500, 400); // where it opens and maximizes
+    window &wide = map_with_bar("wide", {500, 300});
+    toplevel_toggle_maximize(record(wide));
+    EVENTUALLY_EQ(box(wide), (wlr_box{1280, 30, 1000, 674}));
+    press_at(1280 + 750, 15);
+    EVENTUALLY_EQ(box(wide), (wlr_box{1280 + 750 - 375, 45, 500, 300}));
+    drop_at(1280 + 750, 15);
+}
+
+TEST_F(drags, of_a_snapped_window_by_its_client_bring_it_back)
+{
+    const test::seat ears{w->owner()};
+    drag(300, 185, 1279, 300); // to the right edge
+    EVENTUALLY_EQ(box(*w), (wlr_box{640, 30, 640, 674}));
+    go(640 + 480, 350); // three quarters of its width
+    pointer->press(BTN_LEFT);
+    settle();
+    w->request_move(ears.get(), ears.press_serial());
+    EVENTUALLY(!t().snapped);
+    EVENTUALLY_EQ(box(*w), (wlr_box{640 + 480 - 300, 380, 400, 300}));
+    EXPECT_FALSE(w->has(test::TILED));
+    drop_at(700, 400);
 }
 
 TEST_F(drags, of_a_snapped_window_bring_it_back)
@@ -337,13 +268,87 @@ TEST_F(drags, within_eight_pixels_do_not_snap)
 
 TEST_F(drags, dropped_in_the_middle_end_snapping)
 {
-    t().snapped = true;
-    t().snap_geo = {0, 0, 400, 300};
-    drag(300, 185, 500, 400);
+    press_at(300, 185);
+    t().snapped = true; // by a key, meanwhile
+    drop_at(500, 400);
     EXPECT_FALSE(t().snapped);
 }
 
+TEST_F(drags, of_a_tile_to_an_edge_take_it_out_of_the_tiles)
+{
+    window &other = map_with_bar("other", {300, 200});
+    command("ws-layout 1 tiling");
+    EVENTUALLY(box(other).height == 674 && box(*w).height == 674);
+    const wlr_box tile = box(*w);
+    drag(tile.x + 100, 15, 1279, 350);
+    EXPECT_TRUE(t().floating);
+    EXPECT_TRUE(t().snapped);
+    EXPECT_EQ(t().snap_geo.width, tile.width);
+    EVENTUALLY_EQ(box(*w), (wlr_box{640, 30, 640, 674}));
+    EVENTUALLY_EQ(box(other), (wlr_box{0, 30, 1280, 674}));
+}
+
+TEST_F(drags, of_a_fullscreen_window_to_an_edge_leave_it_as_it_is)
+{
+    press_at(300, 185);
+    t().fullscreen = true;
+    go(5, 350);
+    EXPECT_FALSE(shows(server.snap_preview));
+    drop_at(5, 350);
+    EXPECT_FALSE(t().snapped);
+    t().fullscreen = false;
+}
+
+TEST_F(drags, dropped_at_an_edge_or_on_another_output_focus_the_window)
+{
+    plug("B", 640, 512);
+    window &other = map("other", {100, 100});
+    for (const double x : {5.0, 1280.0 + 300}) {
+        const wlr_box before = box(*w);
+        press_at(before.x + 100, before.y - 15);
+        focus_toplevel_ex(&record(other), true); // by a key, meanwhile
+        drop_at(x, 300);
+        EXPECT_EQ(focused_toplevel(server), &t()) << x;
+        settle();
+    }
+}
+
+TEST_F(drags, dropped_anywhere_leave_the_window_on_top)
+{
+    window &other = map("other", {100, 100});
+    press_at(300, 185);
+    focus_toplevel_ex(&record(other), true); // by a key, meanwhile
+    drop_at(500, 400);
+    EXPECT_EQ(workspace(1).tree->children.prev, &t().scene_tree->node.link);
+}
+
+TEST_F(drags, of_a_lifted_window_leave_it_where_it_is_lifted_to)
+{
+    t().overlay_lift = true;
+    restore_toplevel_parent(t());
+    press_at(300, 185);
+    EXPECT_EQ(t().scene_tree->node.parent, server.layers[3]);
+    drop_at(350, 235);
+    EXPECT_EQ(box(*w), (wlr_box{250, 250, 400, 300}));
+    t().overlay_lift = false;
+    restore_toplevel_parent(t());
+}
+
 // Resizing
+
+TEST_F(drags, of_a_border_neither_snap_nor_join_another_output)
+{
+    plug("B", 640, 512);
+    press_at(597, 350);
+    go(1275, 350);
+    EXPECT_FALSE(shows(server.snap_preview));
+    drop_at(1275, 350);
+    EXPECT_FALSE(t().snapped);
+    settle();
+    drag(box(*w).x + box(*w).width - 2, 350, 1280 + 300, 350);
+    EXPECT_EQ(t().workspace, &workspace(1));
+    settle();
+}
 
 TEST_F(drags, of_the_borders_resize_a_floating_window)
 {
@@ -460,130 +465,6 @@ TEST_F(drags, with_logo_and_the_right_button_resize_from_the_nearest_corner)
     drop_at(400, 350);
 }
 
-// Tiles
-
-struct tile_drags : drags {
-    void SetUp() override
-    {
-        drags::SetUp();
-        g_tiler = true; // edges of the screen don't snap
-        w->destroy();
-        settle();
-        workspace(1).master_ratio = 0.5;
-        command("ws-layout 1 tiling");
-        command("ws-tile-mode 1 columns");
-        for (const char *app : {"a", "b", "c", "d"})
-            tiles.push_back(&map_with_bar(app, {300, 300}));
-        arrange_workspace(&workspace(1));
-        settle();
-        (void)heard();
-    }
-    // Where a tile is in the order.
-    std::string order()
-    {
-        std::string result;
-        for (auto &each_tile : each<&vantore_toplevel::ws_link>(workspace(1).toplevels))
-            result += tl_app_id(each_tile);
-        return result;
-    }
-    // From the bar of one tile to a point of another's column; columns are 320 wide.
-    void carry(int from, int to, double fx, double y)
-    {
-        drag(320 * from + 100, 10, 320 * to + 320 * fx, y);
-        settle();
-    }
-    std::vector<window *> tiles;
-};
-
-TEST_F(tile_drags, to_the_middle_of_another_swap)
-{
-    carry(0, 3, 0.5, 350);
-    EXPECT_EQ(order(), "dbca");
-    EXPECT_THAT(heard(), Contains(VNT_EVT_WORKSPACES));
-    EVENTUALLY_EQ(box(*tiles[0]), (wlr_box{960, 30, 320, 674}));
-}
-
-TEST_F(tile_drags, to_the_middle_of_a_neighbour_swap_in_both_orders)
-{
-    carry(1, 2, 0.5, 350);
-    EXPECT_EQ(order(), "acbd");
-    carry(2, 1, 0.5, 350);
-    EXPECT_EQ(order(), "abcd");
-}
-
-TEST_F(tile_drags, to_the_upper_half_go_before_and_to_the_lower_after)
-{
-    carry(0, 2, 0.1, 100);
-    EXPECT_EQ(order(), "bacd");
-    carry(0, 3, 0.1, 600);
-    EXPECT_EQ(order(), "acdb");
-}
-
-TEST_F(tile_drags, to_the_top_of_another_stack)
-{
-    carry(0, 2, 0.5, 20);
-    EXPECT_NE(record(*tiles[0]).stack_id, 0);
-    EXPECT_EQ(record(*tiles[0]).stack_id, record(*tiles[2]).stack_id);
-    EXPECT_TRUE(record(*tiles[0]).scene_tree->node.enabled);
-    EXPECT_FALSE(record(*tiles[2]).scene_tree->node.enabled);
-    EXPECT_FALSE(record(*tiles[0]).titlebar->node.enabled);
-}
-
-TEST_F(tile_drags, show_on_the_tile_below_where_it_will_land)
-{
-    press_at(100, 10);
-    go(320 * 2 + 160, 350);
-    EXPECT_TRUE(shows(server.drag_hint));
-    EXPECT_EQ(server.drag_hint->node.x, 640);
-    EXPECT_EQ(server.drag_hint->height, 704);
-    go(320 * 2 + 160, 20);
-    EXPECT_EQ(server.drag_hint->height, 32);
-    go(320 * 2 + 20, 600);
-    EXPECT_EQ(server.drag_hint->node.y, 352);
-    go(160, 350); // over its own place
-    EXPECT_FALSE(shows(server.drag_hint));
-    pointer->release(BTN_LEFT);
-    EXPECT_FALSE(shows(server.drag_hint));
-}
-
-TEST_F(tile_drags, that_end_where_they_began_fall_back_into_their_slot)
-{
-    carry(1, 1, 0.5, 300);
-    EXPECT_EQ(order(), "abcd");
-    EVENTUALLY_EQ(box(*tiles[1]), (wlr_box{320, 30, 320, 674}));
-}
-
-TEST_F(tile_drags, from_a_stack_leave_it_and_onto_the_own_tab_do_nothing)
-{
-    carry(0, 1, 0.5, 20); // a joins b
-    const int id = record(*tiles[0]).stack_id;
-    keyboard->press(KEY_LEFTMETA);
-    EVENTUALLY_EQ(box(*tiles[0]).y, 26);
-    // the stack is the first column; its tabs are b's and a's... by their order
-    const wlr_box stack = box(*tiles[0]);
-    press_at(stack.x + 50, 300);
-    drop_at(stack.x + stack.width - 10, 300);
-    EXPECT_EQ(record(*tiles[0]).stack_id, id);
-    press_at(stack.x + 50, 300);
-    drop_at(1200, 600); // after the last tile
-    keyboard->release(KEY_LEFTMETA);
-    EXPECT_EQ(record(*tiles[0]).stack_id, 0);
-    EXPECT_EQ(order(), "bcda");
-}
-
-TEST_F(tile_drags, press_on_a_tab_shows_its_window)
-{
-    stack_join(record(*tiles[1]), record(*tiles[0]));
-    settle();
-    const wlr_box stack = box(*tiles[1]);
-    press_at(stack.x + 20, 10);
-    pointer->release(BTN_LEFT);
-    EXPECT_EQ(focused_toplevel(server), &record(*tiles[0]));
-    press_at(stack.x + 20, 10, BTN_RIGHT); // other buttons mean nothing there
-    pointer->release(BTN_RIGHT);
-    EXPECT_EQ(focused_toplevel(server), &record(*tiles[0]));
-}
-
 // A drag survives everything
 
 TEST_F(drags, end_with_their_window)
@@ -647,6 +528,28 @@ TEST_F(drags, to_another_output_join_its_workspace)
     EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
 }
 
+TEST_F(drags, within_eight_pixels_join_no_other_output)
+{
+    g_tiler = true; // edges of the screen don't snap
+    plug("B", 640, 512);
+    place(*w, 1000, 200);
+    drag(1276, 185, 1284, 185);
+    EXPECT_EQ(t().workspace, &workspace(1));
+    place(*w, 1000, 200);
+    drag(1276, 185, 1285, 185);
+    EXPECT_EQ(t().workspace, &workspace(2));
+}
+
+TEST_F(drags, of_a_fullscreen_window_join_no_other_output)
+{
+    plug("B", 640, 512);
+    press_at(300, 185);
+    t().fullscreen = true;
+    drop_at(1280 + 200, 185);
+    EXPECT_EQ(t().workspace, &workspace(1));
+    t().fullscreen = false;
+}
+
 TEST_F(drags, asked_for_by_the_client_need_a_press_on_it)
 {
     test::seat ears{w->owner()};
@@ -670,158 +573,4 @@ TEST_F(drags, asked_for_by_the_client_need_a_press_on_it)
     EVENTUALLY_EQ(box(*w).width, 450);
     w->request_minimize();
     EVENTUALLY(t().minimized);
-}
-
-// The Mouse Tiler
-
-struct tiler : drags {
-    void SetUp() override
-    {
-        drags::SetUp();
-        g_tiler = true;
-        g_tiler_top = true;
-    }
-    // The display lies at 337,22 of the output.
-    static constexpr double hud_x = 337, hud_y = 22;
-    void start_drag()
-    {
-        press_at(300, 185);
-        go(300, 235);
-    }
-    void point_at_zone(int zone)
-    {
-        const wlr_fbox shape = mt_zone_shape(MT_ZONES[size_t(zone)]);
-        go(hud_x + shape.x + 5, hud_y + shape.y + 5);
-    }
-};
-
-TEST_F(tiler, shows_after_forty_pixels)
-{
-    press_at(300, 185);
-    go(340, 185);
-    EXPECT_FALSE(server.mt_visible);
-    go(341, 185);
-    EXPECT_TRUE(server.mt_visible);
-    EXPECT_TRUE(server.mt_hud->node.enabled);
-    EXPECT_EQ(server.mt_hud->node.x, int(hud_x));
-    EXPECT_EQ(server.mt_hud->node.y, int(hud_y));
-    pointer->release(BTN_LEFT);
-    EXPECT_FALSE(server.mt_visible);
-    EXPECT_FALSE(server.mt_hud->node.enabled);
-}
-
-TEST_F(tiler, does_not_show_for_tiles_and_fullscreen_windows)
-{
-    command("ws-layout 1 tiling");
-    settle();
-    press_at(300, 15);
-    go(300, 300);
-    EXPECT_FALSE(server.mt_visible);
-    pointer->release(BTN_LEFT);
-    command("ws-layout 1 floating");
-    t().fullscreen = true;
-    begin_interactive(t(), VANTORE_CURSOR_MOVE, 0);
-    go(900, 600);
-    EXPECT_FALSE(server.mt_visible);
-    pointer->release(BTN_LEFT);
-    t().fullscreen = false;
-}
-
-TEST_F(tiler, puts_the_window_into_the_zone_that_is_picked)
-{
-    start_drag();
-    point_at_zone(0);
-    EXPECT_EQ(server.mt_zone, 0);
-    EXPECT_TRUE(shows(server.snap_preview));
-    EXPECT_EQ(server.snap_preview->width, 640);
-    (void)heard();
-    pointer->release(BTN_LEFT);
-    EXPECT_TRUE(t().snapped);
-    EXPECT_FALSE(shows(server.snap_preview));
-    EVENTUALLY_EQ(box(*w), (wlr_box{0, 30, 640, 674}));
-    EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
-    EXPECT_EQ(t().scene_tree->node.parent, workspace(1).tree);
-}
-
-TEST_F(tiler, maximizes)
-{
-    start_drag();
-    point_at_zone(14);
-    EXPECT_EQ(server.snap_preview->width, 1280);
-    pointer->release(BTN_LEFT);
-    EXPECT_TRUE(t().maximized);
-    EVENTUALLY_EQ(box(*w), (wlr_box{0, 30, 1280, 674}));
-}
-
-TEST_F(tiler, pushes_the_outermost_neighbours_aside)
-{
-    window &left = map("left", {100, 100}), &middle = map("middle", {100, 100}),
-           &right = map("right", {100, 100});
-    place(left, 0, 500);
-    place(middle, 700, 500);
-    place(right, 1100, 500);
-    start_drag();
-    point_at_zone(13);
-    pointer->release(BTN_LEFT);
-    EVENTUALLY_EQ(box(left), (wlr_box{0, 0, 426, 704}));
-    EVENTUALLY_EQ(box(right), (wlr_box{853, 0, 426, 704}));
-    EVENTUALLY_EQ(box(*w), (wlr_box{426, 30, 426, 674}));
-    EXPECT_EQ(box(middle), (wlr_box{700, 500, 100, 100}));
-}
-
-TEST_F(tiler, pushes_a_single_neighbour_to_the_left)
-{
-    window &only = map("only", {100, 100});
-    place(only, 1100, 500);
-    start_drag();
-    point_at_zone(13);
-    pointer->release(BTN_LEFT);
-    EVENTUALLY_EQ(box(only), (wlr_box{0, 0, 426, 704}));
-}
-
-TEST_F(tiler, sends_the_window_to_a_workspace_and_follows)
-{
-    start_drag();
-    go(hud_x + 103 + 45 * 4 + 5, hud_y + 115);
-    EXPECT_EQ(server.mt_ws, 4);
-    EXPECT_FALSE(shows(server.snap_preview));
-    pointer->release(BTN_LEFT);
-    EXPECT_EQ(t().workspace, &workspace(5));
-    EXPECT_EQ(output("A").current_ws, &workspace(5));
-    EXPECT_TRUE(toplevel_visible(t()));
-}
-
-TEST_F(tiler, leaves_a_window_alone_that_is_dropped_beside_the_zones)
-{
-    t().snapped = true;
-    t().snap_geo = {0, 0, 400, 300};
-    start_drag();
-    go(hud_x + 3, hud_y + 3);
-    pointer->release(BTN_LEFT);
-    EXPECT_FALSE(t().snapped);
-    EXPECT_EQ(box(*w).width, 400);
-}
-
-TEST_F(tiler, forgets_a_pick_on_the_way_to_another_output)
-{
-    plug("B", 1280, 704);
-    start_drag();
-    point_at_zone(0);
-    go(1280 + 640, 400);
-    EXPECT_EQ(server.mt_zone, -1);
-    EXPECT_EQ(server.mt_hud->node.x, 1280 + int(hud_x));
-    EXPECT_EQ(server.mt_output, output("B").wlr_output);
-    pointer->release(BTN_LEFT);
-    EXPECT_EQ(t().workspace, &workspace(2));
-}
-
-TEST_F(tiler, draws_pads_tiles_and_the_pick_in_the_accent)
-{
-    start_drag();
-    point_at_zone(1); // its landing box leaves most of the display uncovered
-    const auto shown = [&](double x, double y) { return pixel("A", int(hud_x + x), int(hud_y + y)); };
-    EVENTUALLY((shown(70, 40) & 0xff00) > 0xa000); // the accent is green
-    EXPECT_LT(shown(30, 40) & 0xff00, 0x4000U); // the zone beside it is not picked
-    settle();
-    EXPECT_TRUE(test::matches_golden(picture("A"), "mouse_tiler", 8));
 }

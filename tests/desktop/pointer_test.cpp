@@ -1,19 +1,14 @@
 // Pointer motion, buttons and cursor images, as clients see them.
 
 #include "support/desktop.hpp"
-#include "support/wayland_layer.hpp"
 #include "support/wayland_popup.hpp"
 #include "support/wayland_seat.hpp"
 
-#include "cairo_buffer.hpp"
 #include "input/cursor_image.hpp"
 #include "input/hit_test.hpp"
-#include "presentation/decorations.hpp"
 #include "text.hpp"
-#include "workspaces/stacks.hpp"
 
 #include <linux/input-event-codes.h>
-#include <random>
 
 using test::made_up_pointer;
 using test::seat;
@@ -284,6 +279,22 @@ TEST_F(pointing, a_client_sets_a_shape_by_name)
     EXPECT_TRUE(text_equals(server.cur_cursor_name, "text"));
 }
 
+TEST_F(pointing, a_shape_for_a_tablets_pen_leaves_the_pointer_its_image)
+{
+    go(50, 50);
+    go(110, 120);
+    settle();
+    wlr_cursor_shape_manager_v1_request_set_shape_event event{};
+    event.seat_client = server.seat->pointer_state.focused_client;
+    event.device_type = WLR_CURSOR_SHAPE_MANAGER_V1_DEVICE_TYPE_TABLET_TOOL;
+    event.shape = WP_CURSOR_SHAPE_DEVICE_V1_SHAPE_TEXT;
+    seat_request_set_cursor_shape(server, &event);
+    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    event.device_type = WLR_CURSOR_SHAPE_MANAGER_V1_DEVICE_TYPE_POINTER;
+    seat_request_set_cursor_shape(server, &event);
+    EXPECT_TRUE(text_equals(server.cur_cursor_name, "text"));
+}
+
 TEST_F(pointing, a_client_without_the_pointer_sets_no_cursor)
 {
     go(110, 120);
@@ -327,54 +338,4 @@ TEST_F(pointing, hit_tests_find_no_surface_on_the_desktop)
     surface_hit hit;
     EXPECT_EQ(desktop_toplevel_at(server, 50, 50, hit), nullptr);
     EXPECT_EQ(hit.surface, nullptr);
-}
-
-// The quick lookup against the scene's own, over windows with geometry offsets, title bars, tabs, popups and
-// subsurfaces, among hidden windows and panels.
-TEST_F(pointing, hit_tests_agree_with_the_scenes_own_lookup_everywhere)
-{
-    std::mt19937 random{1};
-    const auto below = [&](int limit) { return int(random() % unsigned(limit)); };
-    std::list<test::popup> menus;
-    for (int i = 0; i < 12; i++) {
-        auto &w = map("w" + std::to_string(i), {80 + below(300), 80 + below(200)});
-        if (i % 3 == 0)
-            w.geometry(10, 12, 50, 40);
-        if (i % 4 == 1)
-            w.add_subsurface(-30, 40, {60, 20});
-        if (i % 4 == 2)
-            w.input_region(20, 20, 30, 30);
-        w.commit();
-        settle();
-        place(w, below(1200), below(600));
-        if (i % 5 == 0)
-            menus.emplace_back(w, test::placement{.x = 40, .y = 30});
-        vantore_toplevel &t = record(w);
-        t.ssd = i % 3 != 1;
-        dec_layout(t);
-        if (i % 3 == 0)
-            dec_hover_set(t, DEC_CLOSE);
-        wlr_scene_node_set_enabled(&t.scene_tree->node, i % 7 != 6);
-    }
-    test::layer_surface panel{page->owner(), {.on = test::layer::top, .size = {600, 40}}};
-    test::layer_surface launcher{page->owner(), {.on = test::layer::overlay, .size = {200, 300}}};
-    window &tab = map("tab", {300, 200});
-    record(tab).stack_id = 9;
-    cairo_t *cr = nullptr;
-    scene_buffer_set_cairo(record(tab).tabbar,
-                           cairo_buffer_create(340, tabbar_height, &cr)); // wider than the window
-    cairo_destroy(cr);
-    wlr_scene_node_set_position(&record(tab).tabbar->node, 0, -tabbar_height);
-    wlr_scene_node_set_enabled(&record(tab).tabbar->node, true);
-    toplevel_set_workspace(record(*page), &workspace(2));
-    settle();
-    for (int i = 0; i < 5000; i++) {
-        const double x = below(12800) / 10.0, y = below(7040) / 10.0;
-        double nx = -1, ny = -1, expected_nx = -1, expected_ny = -1;
-        const wlr_scene_node *expected =
-            wlr_scene_node_at(&server.scene->tree.node, x, y, &expected_nx, &expected_ny);
-        ASSERT_EQ(scene_node_at(server, x, y, &nx, &ny), expected) << x << "," << y;
-        ASSERT_EQ(nx, expected_nx);
-        ASSERT_EQ(ny, expected_ny);
-    }
 }

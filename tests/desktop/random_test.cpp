@@ -439,6 +439,7 @@ std::vector<std::string> random_session::broken()
 {
     std::vector<std::string> rules = test::server_check(server, active_windows);
     std::ranges::move(test::usable_check(server), std::back_inserter(rules));
+    std::ranges::move(test::lookup_check(server), std::back_inserter(rules));
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         arrange_workspace(&ws);
     std::ranges::move(test::tiles_check(server), std::back_inserter(rules));

@@ -364,11 +364,12 @@ TEST_F(x11_requests, properties_of_any_bytes_do_no_harm)
 {
     x11_window &w = map_x11();
     const std::string junk = "\xff\x00\x7f\x80 of any length";
-    for (const char *name : {"WM_HINTS", "WM_NORMAL_HINTS", "WM_TRANSIENT_FOR", "WM_PROTOCOLS", "WM_CLASS",
-                             "_MOTIF_WM_HINTS", "_NET_WM_STATE", "_NET_WM_WINDOW_TYPE", "_NET_WM_PID",
-                             "_NET_WM_STRUT_PARTIAL", "_NET_WM_ICON", "WM_WINDOW_ROLE", "_NET_STARTUP_ID",
-                             "_NET_WM_WINDOW_OPACITY"})
-        for (const std::string_view bytes : {std::string_view{junk}, std::string_view{"x"}, std::string_view{}}) {
+    for (const char *name :
+         {"WM_HINTS", "WM_NORMAL_HINTS", "WM_TRANSIENT_FOR", "WM_PROTOCOLS", "WM_CLASS", "_MOTIF_WM_HINTS",
+          "_NET_WM_STATE", "_NET_WM_WINDOW_TYPE", "_NET_WM_PID", "_NET_WM_STRUT_PARTIAL", "_NET_WM_ICON",
+          "WM_WINDOW_ROLE", "_NET_STARTUP_ID", "_NET_WM_WINDOW_OPACITY"})
+        for (const std::string_view bytes :
+             {std::string_view{junk}, std::string_view{"x"}, std::string_view{}}) {
             w.property(name, "STRING", bytes);
             w.property(name, name, bytes);
         }
@@ -384,9 +385,9 @@ TEST_F(x11_requests, properties_of_any_bytes_do_no_harm)
 TEST_F(x11_requests, sizes_at_the_limits_do_no_harm)
 {
     x11_window &w = map_x11();
-    for (const x11_place &p : {x11_place{-32768, -32768, 1, 1}, x11_place{32767, 32767, 65535, 1},
-                               x11_place{0, 0, 0, 0}, x11_place{0, 0, 1, 65535}, x11_place{0, 0, 300, 0},
-                               x11_place{10, 10, 300, 200}})
+    for (const x11_place &p :
+         {x11_place{-32768, -32768, 1, 1}, x11_place{32767, 32767, 65535, 1}, x11_place{0, 0, 0, 0},
+          x11_place{0, 0, 1, 65535}, x11_place{0, 0, 300, 0}, x11_place{10, 10, 300, 200}})
         w.place(p.x, p.y, p.width, p.height);
     EVENTUALLY_EQ(w.told(), (x11_place{10, 10, 300, 200}));
     EVENTUALLY_EQ(box(w), (wlr_box{10, 10, 300, 200}));

@@ -1,4 +1,5 @@
-// X11 windows: the X server's start and its ends, how windows come and go, and what they have in common with others.
+// X11 windows: the X server's start and its ends, how windows come and go, and what they have in common with
+// others.
 
 #include "support/server_check.hpp"
 #include "support/x11_desk.hpp"
@@ -66,9 +67,8 @@ TEST_F(xwayland, starts_with_the_first_client_and_not_before)
     connect_x11();
     EXPECT_GT(x_server(), 0);
     EVENTUALLY(world.log().contains("XWayland ready on DISPLAY=" + std::string{getenv("DISPLAY")} + "\n"));
-    EXPECT_THAT(world.spawned(),
-                Contains("command -v dbus-update-activation-environment >/dev/null && "
-                         "dbus-update-activation-environment --systemd DISPLAY"));
+    EXPECT_THAT(world.spawned(), Contains("command -v dbus-update-activation-environment >/dev/null && "
+                                          "dbus-update-activation-environment --systemd DISPLAY"));
 }
 
 TEST_F(xwayland, never_starts_xrandr_without_a_primary_output)

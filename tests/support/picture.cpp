@@ -1,5 +1,7 @@
 #include "picture.hpp"
 
+#include "places.hpp"
+
 #include <algorithm>
 #include <cstdlib>
 #include <png.h>
@@ -77,7 +79,7 @@ static bool golden_update_wanted()
 
 testing::AssertionResult matches_golden(const image &actual, const std::string &name, int tolerance)
 {
-    const std::filesystem::path golden = std::filesystem::path{TEST_DATA_DIR} / "golden" / (name + ".png");
+    const std::filesystem::path golden = std::filesystem::path{data_directory} / "golden" / (name + ".png");
     if (golden_update_wanted())
         return actual.save(golden) ? testing::AssertionSuccess()
                                    : testing::AssertionFailure() << "can't write " << golden;

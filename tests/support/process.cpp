@@ -1,5 +1,7 @@
 #include "process.hpp"
 
+#include "places.hpp"
+
 #include <array>
 #include <csignal>
 #include <cstdlib>
@@ -139,7 +141,7 @@ private_world::~private_world()
 
 std::vector<std::string> compositor()
 {
-    return {"env", std::string{"LD_PRELOAD="} + getenv("VANTORE_TEST_PRELOAD"), COMPOSITOR_BINARY};
+    return {"env", std::string{"LD_PRELOAD="} + getenv("VANTORE_TEST_PRELOAD"), compositor_binary};
 }
 
 } // namespace test

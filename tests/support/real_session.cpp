@@ -1,5 +1,7 @@
 #include "real_session.hpp"
 
+#include "places.hpp"
+
 #include <csignal>
 
 namespace test
@@ -31,7 +33,7 @@ process real_session::run(const std::vector<std::string> &command) const
 
 process real_session::message(std::vector<std::string> arguments) const
 {
-    arguments.insert(arguments.begin(), VANTORE_MSG_BINARY);
+    arguments.insert(arguments.begin(), vantore_msg_binary);
     return run(arguments);
 }
 

@@ -1,5 +1,6 @@
 #include "server_check.hpp"
 
+#include "input/hit_test.hpp"
 #include "outputs/output.hpp"
 #include "server.hpp"
 #include "windows/layer.hpp"
@@ -132,7 +133,8 @@ private:
         expect(output_of(server, surface.output) != nullptr, name + " is on an output that is there");
         expect(std::ranges::contains(server.layers, l.scene->tree->node.parent), name + " hangs in a layer");
         expect(l.scene->tree->node.data == nullptr, name + " is not taken for a window");
-        expect(!surface.surface->mapped || l.told_width > 0 || !surface.output->enabled,
+        const bool off = surface.output != nullptr && !surface.output->enabled; // it is told later then
+        expect(!surface.surface->mapped || off || l.told_width > 0,
                name + " was told a size before it was shown");
     }
 
@@ -208,6 +210,20 @@ std::vector<std::string> tiles_check(vantore_server &server)
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         if (ws.output != nullptr && ws.layout == VANTORE_LAYOUT_TILING && has_room(ws.output->usable))
             check_tiles(ws, broken);
+    return broken;
+}
+
+std::vector<std::string> lookup_check(const vantore_server &server)
+{
+    constexpr double step = 211.3; // not many points: this runs after every operation
+    std::vector<std::string> broken;
+    wlr_box layout{};
+    wlr_output_layout_get_box(server.output_layout, nullptr, &layout);
+    for (double x = layout.x; x < layout.x + layout.width; x += step)
+        for (double y = layout.y; y < layout.y + layout.height; y += step)
+            if (scene_node_at(server, x, y, nullptr, nullptr) !=
+                wlr_scene_node_at(&server.scene->tree.node, x, y, nullptr, nullptr))
+                broken.push_back("the node at " + std::to_string(x) + "," + std::to_string(y) + " is found");
     return broken;
 }
 

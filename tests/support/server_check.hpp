@@ -22,4 +22,7 @@ std::vector<std::string> usable_check(vantore_server &server);
 // The same for the tiles of the workspaces that are shown, which must have been arranged.
 std::vector<std::string> tiles_check(vantore_server &server);
 
+// The same for the quick lookup of what lies at a point, which must find what the scene itself finds.
+std::vector<std::string> lookup_check(const vantore_server &server);
+
 } // namespace test

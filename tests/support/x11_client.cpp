@@ -61,7 +61,8 @@ x11_client::~x11_client()
         xcb_disconnect(connection);
 }
 
-// The library waits for the greeting of the X server, which starts only when the compositor sees the connection.
+// The library waits for the greeting of the X server, which starts only when the compositor sees the
+// connection.
 void x11_client::connect_and_prepare()
 {
     connection = xcb_connect_to_fd(fd, nullptr);
@@ -272,8 +273,8 @@ void x11_window::size_hints(int min_width, int min_height, int max_width, int ma
 void x11_window::place(int x, int y, int width, int height)
 {
     const uint32_t values[]{uint32_t(x), uint32_t(y), uint32_t(width), uint32_t(height)};
-    constexpr auto fields = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
-                            XCB_CONFIG_WINDOW_HEIGHT;
+    constexpr auto fields =
+        XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
     xcb_configure_window(owned_by->connection, window, fields, values);
 }
 

@@ -4,6 +4,7 @@
 #include "support/made_up_compositor.hpp"
 #include "support/memory_file.hpp"
 #include "support/picture.hpp"
+#include "support/places.hpp"
 #include "support/process.hpp"
 
 #include <array>
@@ -34,7 +35,7 @@ struct vantore_msg : testing::Test {
 
     [[nodiscard]] test::process start(std::vector<std::string> words) const
     {
-        words.insert(words.begin(), VANTORE_MSG_BINARY);
+        words.insert(words.begin(), test::vantore_msg_binary);
         return {words, world.environment};
     }
 
@@ -42,7 +43,7 @@ struct vantore_msg : testing::Test {
     [[nodiscard]] test::process shell(const std::string &line) const
     {
         test::variables with_program = world.environment;
-        with_program["msg"] = VANTORE_MSG_BINARY;
+        with_program["msg"] = test::vantore_msg_binary;
         return {{"sh", "-c", "cd '" + directory.string() + "' && " + line}, with_program};
     }
 

@@ -1,5 +1,6 @@
 // vantore-msg against the real compositor, as people and scripts use it.
 
+#include "support/places.hpp"
 #include "support/real_session.hpp"
 
 #include <csignal>
@@ -94,7 +95,7 @@ TEST(message_tool_alone, needs_to_know_the_socket)
 {
     test::private_world world;
     world.environment.erase("VANTORESOCK");
-    test::process tool{{VANTORE_MSG_BINARY, "windows"}, world.environment};
+    test::process tool{{test::vantore_msg_binary, "windows"}, world.environment};
     EXPECT_THAT(tool.wait(), Optional(1));
     EXPECT_EQ(tool.output(), "vantore-msg: VANTORESOCK is not set: is this a terminal of the session?\n");
 }
@@ -103,7 +104,7 @@ TEST(message_tool_alone, says_that_nobody_answers)
 {
     test::private_world world;
     world.environment["VANTORESOCK"] = world.directory() / "nobody.sock";
-    test::process tool{{VANTORE_MSG_BINARY, "windows"}, world.environment};
+    test::process tool{{test::vantore_msg_binary, "windows"}, world.environment};
     EXPECT_THAT(tool.wait(), Optional(1));
     EXPECT_THAT(tool.output(), HasSubstr("can't reach the compositor at "));
 }

@@ -79,11 +79,13 @@ TEST_F(x11_programs, may_still_be_starting_when_the_session_ends)
     EXPECT_TRUE(compositor.says("Starting Xwayland")) << compositor.output();
 }
 
-// As a launcher does: a window that no window manager has a say in, and that reads the keyboard below the pointer.
+// As a launcher does: a window that no window manager has a say in, and that reads the keyboard below the
+// pointer.
 TEST_F(x11_programs, may_read_the_keyboard_in_a_window_of_their_own_placing)
 {
-    test::process launcher = run({"xterm", "-xrm", "XTerm*overrideRedirect: true", "-geometry", "60x5+500+330",
-                                  "-e", "sh", "-c", "touch " + path("ready") + "; cat > " + path("typed")});
+    test::process launcher =
+        run({"xterm", "-xrm", "XTerm*overrideRedirect: true", "-geometry", "60x5+500+330", "-e", "sh", "-c",
+             "touch " + path("ready") + "; cat > " + path("typed")});
     ASSERT_TRUE(eventually([&] { return std::filesystem::exists(path("ready")); })) << launcher.output();
     EXPECT_TRUE(types("start something")) << contents("typed");
     EXPECT_EQ(windows(), "[]\n");
@@ -93,8 +95,8 @@ TEST_F(x11_programs, are_driven_by_a_script)
 {
     test::process xterm = run({"xterm", "-e", "sleep", "100"});
     ASSERT_TRUE(eventually([&] { return shows("XTerm"); })) << xterm.output();
-    test::process xdotool = run({"xdotool", "search", "--sync", "--onlyvisible", "--class", "XTerm", "windowsize", "400",
-                                 "300", "windowmove", "20", "40"});
+    test::process xdotool = run({"xdotool", "search", "--sync", "--onlyvisible", "--class", "XTerm",
+                                 "windowsize", "400", "300", "windowmove", "20", "40"});
     EXPECT_THAT(xdotool.wait(), Optional(0)) << xdotool.output();
     EXPECT_TRUE(eventually([&] { return windows().contains(R"("rect":{"x":20,"y":40,"width":)"); }))
         << windows();

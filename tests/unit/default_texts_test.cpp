@@ -4,6 +4,7 @@
 #include "config/load.hpp"
 #include "server.hpp"
 #include "support/isolation.hpp"
+#include "support/places.hpp"
 
 #include <fstream>
 #include <gmock/gmock.h>
@@ -22,7 +23,7 @@ static std::string contents(const std::filesystem::path &path)
 
 static std::string expected(const std::string &name)
 {
-    return contents(std::filesystem::path{TEST_DATA_DIR} / "defaults" / name);
+    return contents(std::filesystem::path{test::data_directory} / "defaults" / name);
 }
 
 struct default_texts_of : testing::Test {

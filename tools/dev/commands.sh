@@ -21,7 +21,7 @@ VANTORE_DEV_ENV=native or =rootfs chooses where to build; without it, native whe
 EOT
 }
 
-sanitize=("-Db_sanitize=address,undefined" -Db_lundef=false)
+sanitize=("-Db_sanitize=address,undefined" -Db_lundef=false -Doptimization=1)
 
 configure() { # DIRECTORY MESON-OPTIONS...
 	local directory=build/$1

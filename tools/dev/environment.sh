@@ -152,6 +152,8 @@ sandbox_arguments() {
 		--bind "$project" "$project" --bind "$cache/ccache" /var/cache/ccache
 		--unsetenv WAYLAND_DISPLAY --unsetenv WAYLAND_SOCKET --unsetenv DISPLAY
 		--setenv XDG_RUNTIME_DIR /run/user --setenv HOME /tmp/home --setenv CCACHE_DIR /var/cache/ccache
+		--setenv CCACHE_BASEDIR "$project" --setenv CCACHE_NOHASHDIR 1
+		--bind "$cache/lint" /var/cache/lint --setenv VANTORE_LINT_CACHE /var/cache/lint
 		--setenv XDG_CACHE_HOME /tmp/home/.cache --setenv XDG_CONFIG_HOME /tmp/home/.config
 		--setenv PATH /usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin --unsetenv LD_PRELOAD
 		--unsetenv DBUS_SESSION_BUS_ADDRESS
@@ -220,7 +222,7 @@ prepare() {
 	choose_environment
 	is_native && return
 	ensure_rootfs "$environment"
-	mkdir -p "$cache/ccache" "$cache/runtime"
+	mkdir -p "$cache/ccache" "$cache/lint" "$cache/runtime"
 	chmod 0700 "$cache/runtime"
 	sandbox_arguments
 }
