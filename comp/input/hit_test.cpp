@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
-// Above the content, relative to which the pixel is. In a narrow window the bar's buttons reach beyond its left
-// edge; how wide tabs are only the scene can tell.
+// Above the content, relative to which the pixel is. In a narrow window the bar's buttons reach beyond its
+// left edge; how wide tabs are only the scene can tell.
 static bool may_have_bar_at(const vantore_toplevel &t, int64_t x, int64_t y)
 {
     if (y >= 0 || y < -titlebar_height)
@@ -125,9 +125,10 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
 // The window whose title bar or body is at the point; whatever lies behind it is hidden.
 static bool covers_in_front(const vantore_toplevel &t, double rx, double ry)
 {
-    const wlr_box &geometry = t.xdg_toplevel->base->geometry;
-    return rx >= 0 && ry >= -titlebar_height && rx < geometry.width && ry < geometry.height &&
-           (t.ssd || ry >= 0);
+    if (rx < 0 || ry < (t.ssd ? -titlebar_height : 0))
+        return false;
+    const wlr_box geometry = tl_get_geometry(t);
+    return rx < geometry.width && ry < geometry.height;
 }
 
 vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, double ly,
