@@ -19,8 +19,8 @@ static bool reaches_beyond_its_surface(const wlr_xdg_surface &base)
            has_any(base.surface->current.subsurfaces_below);
 }
 
-// Above the content, relative to which the pixel is. In a narrow window the bar's buttons reach beyond its left
-// edge; how wide tabs are only the scene can tell.
+// Above the content, relative to which the pixel is. In a narrow window the bar's buttons reach beyond its
+// left edge; how wide tabs are only the scene can tell.
 static bool may_have_bar_at(const vantore_toplevel &t, int64_t x, int64_t y)
 {
     if (y >= 0 || y < -titlebar_height)
