@@ -10,5 +10,6 @@ struct vantore_input_dev;
 struct vantore_constraint;
 struct vantore_decoration;
 struct vantore_layer_surface;
+struct vantore_unmanaged;
 struct vantore_ime_relay;
 struct vnt_ipc_client;

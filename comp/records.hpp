@@ -65,6 +65,12 @@ struct list_head : wl_list {
     list_head &operator=(const list_head &) = delete;
 };
 
+// wl_list_empty without a call into the library.
+inline bool has_any(const wl_list &list)
+{
+    return list.next != &list;
+}
+
 struct list_link : wl_list {
     list_link() { wl_list_init(this); }
     ~list_link() { wl_list_remove(this); }

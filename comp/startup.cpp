@@ -28,6 +28,7 @@
 #include "session/state_files.hpp"
 #include "spawn.hpp"
 #include "windows/fullscreen.hpp"
+#include "windows/xwayland.hpp"
 #include "workspaces/workspace.hpp"
 
 #include <algorithm>
@@ -262,6 +263,7 @@ static constexpr startup_step steps[]{
          return true;
      }},
     {"xdg shell", [](vantore_server &server) { return made(globals_create_xdg_shell(server), "xdg shell"); }},
+    {"XWayland", [](vantore_server &server) { return xwayland_create(server), true; }},
     {"decoration manager", [](vantore_server &server) { return globals_create_decoration(server), true; }},
     {"layer shell", [](vantore_server &server) { return globals_create_layer_shell(server), true; }},
     {"cursor", create_cursor},
@@ -305,6 +307,7 @@ void server_finish(vantore_server &server)
     server.shutting_down = true;
     ipc_finish(server);
     wl_display_destroy_clients(server.display);
+    xwayland_destroy(server);
     wlr_scene_node_destroy(&server.scene->tree.node);
     cursor_locate_drop_steps(server);
     wlr_xcursor_manager_destroy(server.xcursor_mgr);

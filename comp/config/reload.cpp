@@ -15,6 +15,7 @@
 #include "../spawn.hpp"
 #include "../windows/app_rules.hpp"
 #include "../windows/toplevel.hpp"
+#include "../windows/xwayland.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/stacks.hpp"
 #include "files.hpp"
@@ -88,9 +89,10 @@ static void report_bad_lines(vantore_server &)
 }
 
 static constexpr void (*steps[])(vantore_server &) = {
-    config_load,         cursor_apply,      reload_keyboards, reload_devices,
-    apply_touch_mapping, reload_workspaces, reload_rules,     recolor_all_decorations,
-    refresh_perf_mode,   announce,          report_bad_lines,
+    config_load,       cursor_apply,   apply_x_primary,
+    reload_keyboards,  reload_devices, apply_touch_mapping,
+    reload_workspaces, reload_rules,   recolor_all_decorations,
+    refresh_perf_mode, announce,       report_bad_lines,
 };
 
 void config_reload(vantore_server &server)

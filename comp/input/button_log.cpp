@@ -12,7 +12,10 @@ static const char *dbg_surface_tag(wlr_surface *surface)
     static std::array<char, 256> tag;
     if (surface == nullptr)
         return "(none)";
-    if (const wlr_xdg_toplevel *xdg = wlr_xdg_toplevel_try_from_wlr_surface(surface))
+    if (const wlr_xwayland_surface *xwl = wlr_xwayland_surface_try_from_wlr_surface(surface))
+        snprintf(tag.data(), tag.size(), "xwl:'%s'%s", xwl->title != nullptr ? xwl->title : "?",
+                 xwl->override_redirect ? " (O-R)" : "");
+    else if (const wlr_xdg_toplevel *xdg = wlr_xdg_toplevel_try_from_wlr_surface(surface))
         snprintf(tag.data(), tag.size(), "xdg:'%s'", xdg->app_id != nullptr ? xdg->app_id : "");
     else if (const wlr_layer_surface_v1 *layer = wlr_layer_surface_v1_try_from_wlr_surface(surface))
         snprintf(tag.data(), tag.size(), "layer:'%s'", layer->namespace_);

@@ -7,18 +7,6 @@
 #include <algorithm>
 #include <cmath>
 
-static bool has_any(const wl_list &list)
-{
-    return list.next != &list;
-}
-
-// Popups and subsurfaces may reach beyond the window: then only the scene itself can tell.
-static bool reaches_beyond_its_surface(const wlr_xdg_surface &base)
-{
-    return has_any(base.popups) || has_any(base.surface->current.subsurfaces_above) ||
-           has_any(base.surface->current.subsurfaces_below);
-}
-
 // Above the content, relative to which the pixel is. In a narrow window the bar's buttons reach beyond its
 // left edge; how wide tabs are only the scene can tell.
 static bool may_have_bar_at(const vantore_toplevel &t, int64_t x, int64_t y)
@@ -33,13 +21,9 @@ static bool may_have_bar_at(const vantore_toplevel &t, int64_t x, int64_t y)
 // The pixel is relative to the parent of the window's tree.
 static bool may_hold(const vantore_toplevel &t, int x, int y)
 {
-    const wlr_xdg_surface &base = *t.xdg_toplevel->base;
     const wlr_scene_node &node = t.scene_tree->node;
-    const wlr_surface_state &shown = base.surface->current;
     const int64_t cx = int64_t{x} - node.x, cy = int64_t{y} - node.y;
-    const int64_t sx = cx + base.geometry.x, sy = cy + base.geometry.y;
-    return (sx >= 0 && sx < shown.width && sy >= 0 && sy < shown.height) || may_have_bar_at(t, cx, cy) ||
-           reaches_beyond_its_surface(base);
+    return tl_may_be_at(t, cx, cy) || may_have_bar_at(t, cx, cy);
 }
 
 static bool is_empty_tree(wlr_scene_node &node)

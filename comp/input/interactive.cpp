@@ -43,7 +43,7 @@ static void clear_maximized(vantore_toplevel &t)
         return;
     t.maximized = false;
     dec_refresh_max_button(t);
-    wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, false);
+    tl_set_maximized(t, false);
 }
 
 // At the same relative place under the pointer, its title bar just there.
@@ -178,8 +178,7 @@ void process_cursor_move(vantore_server &server)
     vantore_toplevel *t = server.grabbed_toplevel;
     if (t == nullptr)
         return;
-    wlr_scene_node_set_position(&t->scene_tree->node, int(server.cursor->x - server.grab_x),
-                                int(server.cursor->y - server.grab_y));
+    tl_move(*t, int(server.cursor->x - server.grab_x), int(server.cursor->y - server.grab_y));
     if (!g_tiler)
         preview_edge_snap(server, *t);
     else if (!t->fullscreen && !toplevel_is_tiled(*t))
@@ -192,10 +191,10 @@ void process_cursor_resize(vantore_server &server)
     vantore_toplevel *t = server.grabbed_toplevel;
     if (t == nullptr)
         return;
-    const wlr_xdg_toplevel_state &limits = t->xdg_toplevel->current;
+    const wlr_box least = tl_least_size(*t);
     const wlr_box box = resized(server.grab_geobox, server.resize_edges, server.cursor->x - server.grab_x,
-                                server.cursor->y - server.grab_y, std::max(least_width, limits.min_width),
-                                std::max(least_height, limits.min_height));
+                                server.cursor->y - server.grab_y, std::max(least_width, least.width),
+                                std::max(least_height, least.height));
     const wlr_box geometry = tl_get_geometry(*t);
     wlr_scene_node_set_position(&t->scene_tree->node, box.x - geometry.x, box.y - geometry.y);
     tl_set_size(*t, box.width, box.height);

@@ -93,10 +93,22 @@ static void process_grabbed_motion(vantore_server &server, uint32_t time_msec, c
                                    server.cursor->y - server.ptr_grab_oy);
 }
 
+static bool is_layer(wlr_surface *surface)
+{
+    return surface != nullptr && wlr_layer_surface_v1_try_from_wlr_surface(surface) != nullptr;
+}
+
+static bool is_unmanaged(wlr_surface *surface)
+{
+    const wlr_xwayland_surface *xwl =
+        surface != nullptr ? wlr_xwayland_surface_try_from_wlr_surface(surface) : nullptr;
+    return xwl != nullptr && xwl->override_redirect;
+}
+
 // A launcher or a menu keeps the keyboard.
 static bool keeps_keyboard(wlr_surface *surface)
 {
-    return surface != nullptr && wlr_layer_surface_v1_try_from_wlr_surface(surface) != nullptr;
+    return is_layer(surface) || is_unmanaged(surface);
 }
 
 static bool has_left_anchor(const vantore_server &server)
@@ -160,9 +172,9 @@ void pointer_leaves_decorations(vantore_server &server)
 static void hover_decorations(vantore_server &server, const surface_hit &hit)
 {
     vantore_dec_region region = DEC_NONE;
-    const bool layer = hit.surface != nullptr && keeps_keyboard(hit.surface);
     vantore_toplevel *hovered =
-        layer ? nullptr : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
+        is_layer(hit.surface) ? nullptr
+                              : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
     if (hovered != server.hovered_toplevel)
         pointer_leaves_decorations(server);
     server.hovered_toplevel = hovered;

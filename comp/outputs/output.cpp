@@ -12,6 +12,7 @@
 #include "../timer.hpp"
 #include "../windows/fullscreen.hpp"
 #include "../windows/layer.hpp"
+#include "../windows/xwayland.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/workspace.hpp"
 #include "output_mode.hpp"
@@ -164,6 +165,7 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
     hand_workspace_to(*o);
     apply_touch_mapping(server);
     wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));
+    apply_x_primary(server);
     ipc_broadcast(server, VNT_EVT_OUTPUTS);
 }
 

@@ -70,6 +70,8 @@ static void render_buttons(vantore_toplevel &t)
 bool dec_create_nodes(vantore_toplevel &t)
 {
     static constexpr color nothing{};
+    t.titlebar_blur = nullptr;
+    t.hover_region = DEC_NONE;
     if (!add_rect(t, t.titlebar, 1, titlebar_height, g_tb_unfocus) ||
         !add_rect(t, t.btn_hover, 1, 1, nothing) || !add_buffer(t, t.title) || !add_buffer(t, t.btn_min) ||
         !add_buffer(t, t.btn_max) || !add_buffer(t, t.btn_close) || !add_buffer(t, t.grip) ||

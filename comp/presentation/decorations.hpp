@@ -6,7 +6,8 @@
 #include "../wlr.hpp"
 #include "dec_region.hpp"
 
-// Makes the nodes of a new window, all of them disabled. False when the scene has no memory.
+// Makes the nodes of a new scene tree, all of them disabled. What the record knew of earlier ones is
+// forgotten: they went with their tree. False when the scene has no memory.
 bool dec_create_nodes(vantore_toplevel &t);
 
 // Shows, hides and places everything according to the window's state and the size that it shows.

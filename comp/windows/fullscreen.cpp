@@ -5,11 +5,13 @@
 #include "fullscreen.hpp"
 
 #include "../clock.hpp"
+#include "../config/settings.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../outputs/output.hpp"
 #include "../outputs/perf_mode.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
+#include "../text.hpp"
 #include "../timer.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/tiles.hpp"
@@ -21,10 +23,14 @@ static constexpr int bg_frame_ms = 16;
 
 static timer_source g_bg_frame_timer;
 
+// X11 clients can't ask for an output; the user can name one for their games.
 static vantore_output *requested_output(const vantore_toplevel &t)
 {
-    const wlr_output *wanted = t.xdg_toplevel->requested.fullscreen_output;
-    vantore_output *o = wanted != nullptr ? output_of(*t.server, wanted) : nullptr;
+    vantore_output *o = nullptr;
+    if (t.kind == VNT_XWL)
+        o = output_by_name(*t.server, text_of(g_game_output));
+    else if (const wlr_output *wanted = t.xdg_toplevel->requested.fullscreen_output)
+        o = output_of(*t.server, wanted);
     return o != nullptr && o->wlr_output->enabled ? o : nullptr;
 }
 
@@ -106,7 +112,9 @@ void enforce_fullscreen_pos(vantore_toplevel &t)
     if (!t.fullscreen || t.workspace == nullptr || t.workspace->output == nullptr)
         return;
     const wlr_box screen = output_layout_box(*t.workspace->output);
-    wlr_scene_node_set_position(&t.scene_tree->node, screen.x, screen.y);
+    const wlr_scene_node &node = t.scene_tree->node;
+    if (node.x != screen.x || node.y != screen.y)
+        tl_move(t, screen.x, screen.y);
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
 }
 

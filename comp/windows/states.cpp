@@ -10,6 +10,7 @@
 #include "layer.hpp"
 #include "placement.hpp"
 #include "toplevel.hpp"
+#include "unmanaged.hpp"
 
 #include <algorithm>
 
@@ -66,12 +67,13 @@ void toplevel_toggle_maximize(vantore_toplevel &t)
     else
         maximize(t);
     dec_refresh_max_button(t);
-    wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized);
+    tl_set_maximized(t, t.maximized);
 }
 
 void toplevel_minimize(vantore_toplevel &t)
 {
     t.minimized = true;
+    tl_set_minimized(t, true);
     wlr_scene_node_set_enabled(&t.scene_tree->node, false);
     wlr_scene_node_set_enabled(&t.tabbar->node, false);
     if (t.fullscreen)
@@ -109,5 +111,5 @@ bool focused_is_fullscreen(vantore_server &server)
     for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
         if (tl_surface(t) == focused)
             return t.fullscreen || covers_output(t);
-    return false;
+    return unmanaged_covers_output(server, focused);
 }

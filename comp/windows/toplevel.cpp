@@ -6,12 +6,14 @@
 #include "toplevel.hpp"
 
 #include "../platform.hpp"
+#include "../presentation/decorations.hpp"
 #include "../server.hpp"
 
 #include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <limits>
 
 // A client may claim any geometry. Beyond this nobody sees a difference, and sums stay within an int.
 static constexpr int farthest = 1 << 24;
@@ -36,7 +38,7 @@ vantore_toplevel *toplevel_of(const wlr_xdg_surface &surface)
 
 wlr_surface *tl_surface(const vantore_toplevel &t)
 {
-    return t.xdg_toplevel->base->surface;
+    return t.kind == VNT_XWL ? t.xwl->surface : t.xdg_toplevel->base->surface;
 }
 
 bool tl_mapped(const vantore_toplevel &t)
@@ -48,7 +50,7 @@ bool tl_mapped(const vantore_toplevel &t)
 const char *tl_title(const vantore_toplevel &t)
 {
     static std::array<char, 512> marked;
-    const char *title = t.xdg_toplevel->title;
+    const char *title = t.kind == VNT_XWL ? t.xwl->title : t.xdg_toplevel->title;
     if (!t.unresponsive)
         return title;
     const bool named = title != nullptr && *title != '\0';
@@ -58,11 +60,13 @@ const char *tl_title(const vantore_toplevel &t)
 
 const char *tl_app_id(const vantore_toplevel &t)
 {
-    return t.xdg_toplevel->app_id;
+    return t.kind == VNT_XWL ? t.xwl->class_ : t.xdg_toplevel->app_id;
 }
 
 wlr_box tl_get_geometry(const vantore_toplevel &t)
 {
+    if (t.kind == VNT_XWL)
+        return {.x = 0, .y = 0, .width = t.xwl->width, .height = t.xwl->height};
     const wlr_box &claimed = t.xdg_toplevel->base->geometry;
     return {.x = std::clamp(claimed.x, -farthest, farthest),
             .y = std::clamp(claimed.y, -farthest, farthest),
@@ -70,14 +74,56 @@ wlr_box tl_get_geometry(const vantore_toplevel &t)
             .height = std::min(claimed.height, farthest)};
 }
 
+template <class Number> static Number x11_number(int value, int least)
+{
+    return Number(std::clamp(value, least, int{std::numeric_limits<Number>::max()}));
+}
+
+static int16_t x11_position(int value)
+{
+    return x11_number<int16_t>(value, std::numeric_limits<int16_t>::min());
+}
+
+// No commit comes when only the position changes, so the decorations follow here.
+static void configure_x11(vantore_toplevel &t, int w, int h)
+{
+    const wlr_scene_node &node = t.scene_tree->node;
+    wlr_xwayland_surface_configure(t.xwl, x11_position(node.x), x11_position(node.y),
+                                   x11_number<uint16_t>(w, 1), x11_number<uint16_t>(h, 1));
+    dec_layout(t);
+}
+
 void tl_set_size(vantore_toplevel &t, int w, int h)
 {
-    wlr_xdg_toplevel_set_size(t.xdg_toplevel, w, h);
+    if (t.kind == VNT_XWL)
+        configure_x11(t, w, h);
+    else
+        wlr_xdg_toplevel_set_size(t.xdg_toplevel, w, h);
+}
+
+bool tl_has_size(const vantore_toplevel &t, int w, int h)
+{
+    const wlr_box shown = tl_get_geometry(t);
+    if (shown.width != w || shown.height != h)
+        return false;
+    if (t.kind == VNT_XWL) {
+        const wlr_scene_node &node = t.scene_tree->node;
+        return t.xwl->x == x11_position(node.x) && t.xwl->y == x11_position(node.y);
+    }
+    const auto &asked = t.xdg_toplevel->scheduled;
+    return asked.width == w && asked.height == h;
+}
+
+void tl_move(vantore_toplevel &t, int lx, int ly)
+{
+    wlr_scene_node_set_position(&t.scene_tree->node, lx, ly);
+    if (t.kind == VNT_XWL)
+        configure_x11(t, t.xwl->width, t.xwl->height);
 }
 
 void tl_set_tiled(vantore_toplevel &t, bool on)
 {
-    if (on == t.tiled_state)
+    if (t.kind == VNT_XWL || on == t.tiled_state)
         return;
     t.tiled_state = on;
     wlr_xdg_toplevel_set_tiled(t.xdg_toplevel, on ? all_edges : 0);
@@ -85,26 +131,96 @@ void tl_set_tiled(vantore_toplevel &t, bool on)
 
 void tl_set_activated(vantore_toplevel &t, bool activated)
 {
-    wlr_xdg_toplevel_set_activated(t.xdg_toplevel, activated);
+    if (t.kind == VNT_XWL)
+        wlr_xwayland_surface_activate(t.xwl, activated);
+    else
+        wlr_xdg_toplevel_set_activated(t.xdg_toplevel, activated);
+}
+
+// A surface keeps the keyboard while its window dies, and the next window of the same surface does not know
+// of it; an X11 window may have got the keyboard as a menu, before it was a window.
+void tl_ensure_activated(vantore_toplevel &t)
+{
+    if (t.kind == VNT_XWL || !t.xdg_toplevel->scheduled.activated)
+        tl_set_activated(t, true);
+}
+
+void tl_set_maximized(vantore_toplevel &t, bool maximized)
+{
+    if (t.kind == VNT_XWL)
+        wlr_xwayland_surface_set_maximized(t.xwl, maximized, maximized);
+    else
+        wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, maximized);
+}
+
+void tl_set_minimized(vantore_toplevel &t, bool minimized)
+{
+    if (t.kind == VNT_XWL && t.xwl->minimized != minimized)
+        wlr_xwayland_surface_set_minimized(t.xwl, minimized);
+}
+
+void tl_restack(vantore_toplevel &t)
+{
+    if (t.kind == VNT_XWL)
+        wlr_xwayland_surface_restack(t.xwl, nullptr, XCB_STACK_MODE_ABOVE);
+}
+
+wlr_box tl_least_size(const vantore_toplevel &t)
+{
+    if (t.kind == VNT_XWL)
+        return {};
+    const wlr_xdg_toplevel_state &limits = t.xdg_toplevel->current;
+    return {.x = 0, .y = 0, .width = limits.min_width, .height = limits.min_height};
+}
+
+// Popups and subsurfaces: then only the scene itself can tell.
+static bool may_reach_beyond_its_surface(const vantore_toplevel &t, const wlr_surface_state &shown)
+{
+    return has_any(shown.subsurfaces_above) || has_any(shown.subsurfaces_below) ||
+           (t.kind == VNT_XDG && has_any(t.xdg_toplevel->base->popups));
+}
+
+bool tl_may_be_at(const vantore_toplevel &t, int64_t x, int64_t y)
+{
+    const wlr_surface_state &shown = tl_surface(t)->current;
+    if (t.kind == VNT_XDG) {
+        const wlr_box &geometry = t.xdg_toplevel->base->geometry;
+        x += geometry.x;
+        y += geometry.y;
+    }
+    return (x >= 0 && x < shown.width && y >= 0 && y < shown.height) ||
+           may_reach_beyond_its_surface(t, shown);
 }
 
 void tl_set_fullscreen_state(vantore_toplevel &t, bool fullscreen)
 {
-    wlr_xdg_toplevel_set_fullscreen(t.xdg_toplevel, fullscreen);
+    if (t.kind == VNT_XWL)
+        wlr_xwayland_surface_set_fullscreen(t.xwl, fullscreen);
+    else
+        wlr_xdg_toplevel_set_fullscreen(t.xdg_toplevel, fullscreen);
 }
 
 pid_t tl_pid(const vantore_toplevel &t)
 {
-    return g_platform.client_pid(wl_resource_get_client(t.xdg_toplevel->resource));
+    return t.kind == VNT_XWL ? t.xwl->pid
+                             : g_platform.client_pid(wl_resource_get_client(t.xdg_toplevel->resource));
+}
+
+static void ask_to_close(vantore_toplevel &t)
+{
+    if (t.kind == VNT_XWL) {
+        wlr_xwayland_surface_close(t.xwl);
+        wlr_xwayland_surface_ping(t.xwl);
+    } else {
+        wlr_xdg_toplevel_send_close(t.xdg_toplevel);
+        wlr_xdg_surface_ping(t.xdg_toplevel->base);
+    }
 }
 
 void tl_close(vantore_toplevel &t)
 {
-    if (!t.unresponsive) {
-        wlr_xdg_toplevel_send_close(t.xdg_toplevel);
-        wlr_xdg_surface_ping(t.xdg_toplevel->base);
-        return;
-    }
+    if (!t.unresponsive)
+        return ask_to_close(t);
     // 0 would be our own process group and 1 is init: neither is ever a client.
     if (const pid_t pid = tl_pid(t); pid > 1)
         g_platform.send_signal(pid, SIGKILL);
@@ -123,7 +239,7 @@ bool tl_on_screen(const vantore_toplevel &t)
 
 int tl_shown_width(const vantore_toplevel &t)
 {
-    const int width = tl_surface(t)->current.width;
+    const int width = t.kind == VNT_XWL ? t.xwl->width : tl_surface(t)->current.width;
     return std::clamp(width > 0 ? width : tl_get_geometry(t).width, 1, widest_bar);
 }
 

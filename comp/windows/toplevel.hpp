@@ -7,6 +7,8 @@
 
 #include <sys/types.h>
 
+enum vantore_kind : int { VNT_XDG, VNT_XWL };
+
 // Where a rule of the user puts a window.
 enum vantore_place : int {
     PLACE_NONE,
@@ -21,9 +23,13 @@ struct vantore_toplevel {
     list_link link; // server->toplevels, only while mapped
     vantore_server *server = nullptr;
     uint32_t id = 0; // from 1, never reused
-    wlr_xdg_toplevel *xdg_toplevel = nullptr;
+    vantore_kind kind = VNT_XDG;
+    wlr_xdg_toplevel *xdg_toplevel = nullptr; // of VNT_XDG
+    wlr_xwayland_surface *xwl = nullptr; // of VNT_XWL
+    listener associate, dissociate, xwl_configure, xwl_activate, xwl_geometry, xwl_or,
+        xwl_hints; // of VNT_XWL
     // Its position is the layout position of the content's top left corner, so a
-    // title bar lies above it.
+    // title bar lies above it. Null while a VNT_XWL is not mapped.
     wlr_scene_tree *scene_tree = nullptr;
     // The title bar's nodes, children of scene_tree.
     wlr_scene_rect *titlebar = nullptr;
@@ -44,8 +50,8 @@ struct vantore_toplevel {
     bool snapped = false; // placed at an edge or by the Mouse Tiler
     wlr_box snap_geo{}; // where to return to from that
     wlr_box saved_geo{}; // where to return to from maximized or fullscreen
-    vantore_workspace *workspace = nullptr; // null before the first map
-    list_link ws_link; // workspace->toplevels, from the first map to destruction
+    vantore_workspace *workspace = nullptr; // null before the first map, and while a VNT_XWL is not mapped
+    list_link ws_link; // workspace->toplevels, while there is one
     bool floating = false; // stays out of tiling on a tiling workspace
     bool minimized = false; // hidden until focused
     bool dimmed = false; // its decorations show it without the focus
@@ -79,7 +85,7 @@ vantore_toplevel *toplevel_by_id(vantore_server &server, uint32_t id);
 // The window of an xdg surface; null for other roles and for a window that is gone.
 vantore_toplevel *toplevel_of(const wlr_xdg_surface &surface);
 
-// Null when the surface is gone.
+// Null when the surface is gone, and before an X11 window has one.
 wlr_surface *tl_surface(const vantore_toplevel &t);
 bool tl_mapped(const vantore_toplevel &t);
 // The client's title, or "TITLE (Not Responding)" in a buffer that the next call overwrites. May be null.
@@ -89,13 +95,30 @@ const char *tl_app_id(const vantore_toplevel &t);
 // The window geometry in surface coordinates: what the client calls its window, without its own shadows. Cut
 // to what can be added to without overflow.
 wlr_box tl_get_geometry(const vantore_toplevel &t);
-// Asks the client for a size in layout pixels; the client decides with its next commit.
+// Asks the client for a size in layout pixels; the client decides with its next commit. An X11 window has no
+// choice, and also learns where it is: a window that moves at the same time is moved before.
 void tl_set_size(vantore_toplevel &t, int w, int h);
+// The client was asked for this size and has taken it, and an X11 window knows where it is.
+bool tl_has_size(const vantore_toplevel &t, int w, int h);
+// Puts the content there, in layout coordinates. An X11 window is told, or its menus would open elsewhere.
+void tl_move(vantore_toplevel &t, int lx, int ly);
 // Tells the client whether other windows adjoin it on all four sides, where it does not know already.
 void tl_set_tiled(vantore_toplevel &t, bool on);
 void tl_set_activated(vantore_toplevel &t, bool activated);
+// Activates a window that may not know that its surface has the keyboard.
+void tl_ensure_activated(vantore_toplevel &t);
+void tl_set_maximized(vantore_toplevel &t, bool maximized);
 void tl_set_fullscreen_state(vantore_toplevel &t, bool fullscreen);
-// The client's process, as the socket tells it.
+// For X11 clients; others can't be told.
+void tl_set_minimized(vantore_toplevel &t, bool minimized);
+// Puts an X11 window above all others in the X server's own order, by which it hands out the pointer.
+void tl_restack(vantore_toplevel &t);
+// The smallest size that the client takes, 0 for none.
+wlr_box tl_least_size(const vantore_toplevel &t);
+// False only when neither the surface nor what may reach beyond it can be at a pixel that is relative to the
+// scene tree. Cheap: asked for every window at every motion of the pointer.
+bool tl_may_be_at(const vantore_toplevel &t, int64_t x, int64_t y);
+// The client's process, as its socket or the X server tells it; 0 when unknown.
 pid_t tl_pid(const vantore_toplevel &t);
 // Asks the window to close and pings it; a window already found unresponsive is killed.
 void tl_close(vantore_toplevel &t);

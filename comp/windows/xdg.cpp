@@ -15,15 +15,15 @@
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
-#include "../workspaces/focus.hpp"
-#include "../workspaces/switch.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
 #include "app_rules.hpp"
 #include "decoration_mode.hpp"
 #include "fullscreen.hpp"
 #include "layer.hpp"
+#include "mapping.hpp"
 #include "placement.hpp"
+#include "responsiveness.hpp"
 #include "states.hpp"
 #include "toplevel.hpp"
 
@@ -77,11 +77,7 @@ static void hold_tile_size(vantore_toplevel &t)
 
 static void xdg_toplevel_commit(vantore_toplevel &t)
 {
-    if (t.unresponsive) {
-        t.unresponsive = false;
-        dec_forget_title(t);
-        ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
-    }
+    tl_note_sign_of_life(t);
     const wlr_xdg_surface *base = t.xdg_toplevel->base;
     if (base->initialized && base->initial_commit)
         answer_initial_commit(t);
@@ -95,24 +91,6 @@ static bool has_fixed_size(const wlr_xdg_toplevel_state &state)
 {
     return state.min_width >= 1 && state.min_width == state.max_width && state.min_height >= 1 &&
            state.min_height == state.max_height;
-}
-
-static void center_toplevel(vantore_toplevel &t)
-{
-    const wlr_box usable = usable_at_cursor(*t.server);
-    if (usable.width == 0)
-        return;
-    const wlr_box geometry = tl_get_geometry(t);
-    const wlr_box box = center_in(usable, geometry.width, geometry.height, titlebar_of(t));
-    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
-}
-
-static vantore_workspace *workspace_for_new_window(vantore_server &server)
-{
-    const vantore_output *o = current_output(server);
-    if (o != nullptr && o->current_ws != nullptr)
-        return o->current_ws;
-    return each<&vantore_workspace::link>(server.workspaces).first();
 }
 
 static void take_requested_state(vantore_toplevel &t)
@@ -148,34 +126,15 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     center_toplevel(t);
     place_toplevel_rule(t);
     arrange_workspace(t.workspace);
-    const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
-    if (t.rule_follow && !toplevel_visible(t))
-        goto_workspace(server, t.workspace->num);
-    if (toplevel_visible(t))
-        focus_toplevel_ex(&t, true);
-    if (server.seat->keyboard_state.focused_surface == focused)
-        ipc_broadcast(server, VNT_EVT_WINDOWS); // a change of focus would have told
+    focus_new_window(t);
     take_requested_state(t);
-}
-
-static void refocus_after_unmap(vantore_toplevel &t)
-{
-    const wlr_surface *focused = t.server->seat->keyboard_state.focused_surface;
-    if (focused == nullptr || focused == tl_surface(t) || !focused->mapped)
-        focus_top_toplevel(*t.server);
 }
 
 // The window stays on its workspace: a client may map it again.
 static void xdg_toplevel_unmap(vantore_toplevel &t)
 {
-    if (&t == t.server->grabbed_toplevel)
-        reset_cursor_mode(*t.server);
-    if (&t == t.server->hovered_toplevel)
-        pointer_leaves_decorations(*t.server);
-    unlink_from_list(t.link);
-    t.fs_demoted = false;
-    if (t.fullscreen)
-        refresh_perf_mode(*t.server);
+    let_go_of_window(t);
+    leave_shown_windows(t);
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     refocus_after_unmap(t);
 }
@@ -246,16 +205,6 @@ static void set_title(vantore_toplevel &t)
 
 static void set_app_id(vantore_toplevel &t)
 {
-    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
-}
-
-static void tl_handle_ping_timeout(vantore_toplevel &t)
-{
-    if (t.unresponsive)
-        return;
-    t.unresponsive = true;
-    dec_forget_title(t);
-    dec_layout(t);
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 

@@ -26,7 +26,7 @@ static void ws_rescue_offscreen_floats(vantore_workspace &ws)
         if (box.width < 1 || box.height < 1 || boxes_overlap(box, screen))
             continue;
         t.float_geo = center_in(screen, box.width, box.height, 0);
-        wlr_scene_node_set_position(&t.scene_tree->node, t.float_geo.x, t.float_geo.y);
+        tl_move(t, t.float_geo.x, t.float_geo.y);
     }
 }
 
@@ -96,9 +96,7 @@ static void want_size(vantore_toplevel &t, int w, int h)
 {
     t.want_w = w;
     t.want_h = h;
-    const wlr_box shown = tl_get_geometry(t);
-    const auto &asked = t.xdg_toplevel->scheduled;
-    if (asked.width != w || asked.height != h || shown.width != w || shown.height != h)
+    if (!tl_has_size(t, w, h))
         tl_set_size(t, w, h);
 }
 

@@ -114,7 +114,7 @@ void move_direction(vantore_server &server, int dx, int dy)
         return;
     }
     const wlr_box box = toplevel_box(*t);
-    wlr_scene_node_set_position(&t->scene_tree->node, box.x + step * dx, box.y + step * dy);
+    tl_move(*t, box.x + step * dx, box.y + step * dy);
     remember_floating_box(*t, box.width, box.height);
 }
 

@@ -18,6 +18,7 @@ vantore_toplevel *focused_toplevel(vantore_server &server)
 static void raise_to_top(vantore_toplevel &t)
 {
     wlr_scene_node_raise_to_top(&t.scene_tree->node);
+    tl_restack(t);
     move_to_front(t.server->toplevels, t.link);
 }
 
@@ -25,6 +26,8 @@ static void raise_to_top(vantore_toplevel &t)
 // must not be sent a configure before its client commits again; the next one is to say the truth.
 static void deactivate(wlr_surface *surface)
 {
+    if (wlr_xwayland_surface *xwl = wlr_xwayland_surface_try_from_wlr_surface(surface))
+        return wlr_xwayland_surface_activate(xwl, false);
     wlr_xdg_toplevel *xdg = wlr_xdg_toplevel_try_from_wlr_surface(surface);
     if (xdg == nullptr)
         return;
@@ -34,24 +37,30 @@ static void deactivate(wlr_surface *surface)
         xdg->scheduled.activated = false;
 }
 
-// A surface keeps the keyboard while its window dies; a new window of the same surface does not know of it.
-static void activate_if_new(vantore_toplevel &t)
-{
-    if (!t.xdg_toplevel->scheduled.activated)
-        tl_set_activated(t, true);
-}
+using enter_function = void(wlr_seat *, wlr_surface *, const uint32_t *, size_t,
+                            const wlr_keyboard_modifiers *);
 
-// A drag and an open menu hold back what the seat notifies of, the focus included. The window would be left
-// without the keyboard when they end, so the focus then goes past them.
-void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
+static void enter_with(enter_function *enter, wlr_seat *seat, wlr_surface *surface)
 {
     const wlr_keyboard *keyboard = wlr_seat_get_keyboard(seat);
-    const uint32_t *keycodes = keyboard != nullptr ? keyboard->keycodes : nullptr;
-    const size_t count = keyboard != nullptr ? keyboard->num_keycodes : 0;
-    const wlr_keyboard_modifiers *modifiers = keyboard != nullptr ? &keyboard->modifiers : nullptr;
-    wlr_seat_keyboard_notify_enter(seat, surface, keycodes, count, modifiers);
+    if (keyboard != nullptr)
+        enter(seat, surface, keyboard->keycodes, keyboard->num_keycodes, &keyboard->modifiers);
+    else
+        enter(seat, surface, nullptr, 0, nullptr);
+}
+
+void keyboard_offer(wlr_seat *seat, wlr_surface *surface)
+{
+    enter_with(wlr_seat_keyboard_notify_enter, seat, surface);
+}
+
+// The window would be left without the keyboard when a drag or an open menu ends, so the focus goes past
+// them.
+void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
+{
+    keyboard_offer(seat, surface);
     if (seat->keyboard_state.focused_surface != surface)
-        wlr_seat_keyboard_enter(seat, surface, keycodes, count, modifiers);
+        enter_with(wlr_seat_keyboard_enter, seat, surface);
 }
 
 void focus_toplevel_ex(vantore_toplevel *t, bool raise)
@@ -65,6 +74,7 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
     }
     const bool was_minimized = t->minimized;
     t->minimized = false;
+    tl_set_minimized(*t, false);
     wlr_scene_node_set_enabled(&t->scene_tree->node, true);
     if (was_minimized && t->fullscreen)
         refresh_perf_mode(server);
@@ -76,7 +86,7 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
     wlr_surface *surface = tl_surface(*t);
     wlr_surface *previous = server.seat->keyboard_state.focused_surface;
     if (previous == surface) {
-        activate_if_new(*t);
+        tl_ensure_activated(*t);
         return;
     }
     if (previous != nullptr)

@@ -18,6 +18,9 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise);
 // is no longer active.
 void keyboard_enter(wlr_seat *seat, wlr_surface *surface);
 
+// The same, but a menu or a drag that holds the keyboard back keeps it.
+void keyboard_offer(wlr_seat *seat, wlr_surface *surface);
+
 // Takes the keyboard from whatever has it, and lets go of the pointer.
 void focus_clear(vantore_server &server);
 

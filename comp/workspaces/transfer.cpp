@@ -25,7 +25,7 @@ static offset offset_between(const vantore_output &from, const vantore_output &t
 static void move_node(vantore_toplevel &t, const offset &by)
 {
     const wlr_scene_node &node = t.scene_tree->node;
-    wlr_scene_node_set_position(&t.scene_tree->node, node.x + by.x, node.y + by.y);
+    tl_move(t, node.x + by.x, node.y + by.y);
 }
 
 static void move_float_geo(vantore_toplevel &t, const offset &by)

@@ -88,8 +88,10 @@ void refresh_workspace_visibility(vantore_server &server)
 {
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         wlr_scene_node_set_enabled(&ws.tree->node, ws.output != nullptr);
-    for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
         show_fullscreen_with_workspace(t);
+        tl_set_minimized(t, t.workspace == nullptr || t.workspace->output == nullptr);
+    }
     refresh_perf_mode(server);
 }
 

@@ -29,14 +29,14 @@ TEST(startup_table, names_its_steps_in_order)
     std::vector<std::string_view> names;
     for (const startup_step &step : startup_steps())
         names.push_back(step.name);
-    EXPECT_THAT(names,
-                ElementsAre("log", "single-instance state", "display", "signals", "safe graphics", "backend",
-                            "headless backend", "login session", "renderer", "render node", "allocator",
-                            "first globals", "explicit sync", "scene", "scene graph", "configuration",
-                            "reduced motion", "presentation time", "accent", "workspaces",
-                            "workspaces' configuration", "hangup", "animation timer", "modifier timer",
-                            "outputs", "xdg shell", "decoration manager", "layer shell", "cursor", "seat",
-                            "last globals", "socket and backend", "announcement", "IPC", "autostart"));
+    EXPECT_THAT(names, ElementsAre("log", "single-instance state", "display", "signals", "safe graphics",
+                                   "backend", "headless backend", "login session", "renderer", "render node",
+                                   "allocator", "first globals", "explicit sync", "scene", "scene graph",
+                                   "configuration", "reduced motion", "presentation time", "accent",
+                                   "workspaces", "workspaces' configuration", "hangup", "animation timer",
+                                   "modifier timer", "outputs", "xdg shell", "XWayland", "decoration manager",
+                                   "layer shell", "cursor", "seat", "last globals", "socket and backend",
+                                   "announcement", "IPC", "autostart"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)
@@ -54,8 +54,8 @@ TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_a
                             "zxdg_importer_v2 1", "wp_tearing_control_manager_v1 1",
                             "wp_content_type_manager_v1 1", "zwp_virtual_keyboard_manager_v1 1",
                             "zwlr_virtual_pointer_manager_v1 2", "wp_presentation 2", "xdg_wm_base 3",
-                            "zxdg_decoration_manager_v1 1", "zwlr_layer_shell_v1 4", "wl_seat 9",
-                            "zwlr_screencopy_manager_v1 3", "zwlr_export_dmabuf_manager_v1 1",
+                            "xwayland_shell_v1 1", "zxdg_decoration_manager_v1 1", "zwlr_layer_shell_v1 4",
+                            "wl_seat 9", "zwlr_screencopy_manager_v1 3", "zwlr_export_dmabuf_manager_v1 1",
                             "zwlr_data_control_manager_v1 2", "zwlr_gamma_control_manager_v1 1",
                             "zxdg_output_manager_v1 3", "zwp_relative_pointer_manager_v1 1",
                             "zwp_pointer_constraints_v1 1"));

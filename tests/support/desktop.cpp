@@ -3,8 +3,10 @@
 #include "config/load.hpp"
 #include "startup.hpp"
 
+#include <csignal>
 #include <drm_fourcc.h>
 #include <format>
+#include <fstream>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -66,6 +68,8 @@ void unstarted_desktop::finish()
     running = false;
     connections.clear();
     ipc_clients.clear();
+    x11_clients.clear();
+    EXPECT_TRUE(wl_list_empty(&server.xwl_unmanaged));
     EXPECT_TRUE(wl_list_empty(&server.ipc_clients));
     EXPECT_TRUE(wl_list_empty(&server.toplevels));
     EXPECT_TRUE(wl_list_empty(&server.layer_surfaces));
@@ -296,6 +300,8 @@ void unstarted_desktop::pump()
         line->pump();
     for (ipc_client &c : ipc_clients)
         c.pump();
+    for (x11_client &c : x11_clients)
+        c.pump();
     wl_event_loop_dispatch(wl_display_get_event_loop(server.display), 1);
 }
 
@@ -307,9 +313,14 @@ bool unstarted_desktop::idle()
     return true;
 }
 
+// What an X11 client asks for takes the way over the X server and the window manager, and back.
 void unstarted_desktop::settle()
 {
-    for (int round = 0; round < 2; round++) {
+    const int rounds = x11_clients.empty() ? 2 : 4;
+    for (int round = 0; round < rounds; round++) {
+        for (x11_client &c : x11_clients)
+            c.roundtrip_begin();
+        EVENTUALLY(std::ranges::all_of(x11_clients, [](x11_client &c) { return c.roundtrip_done(); }));
         std::vector<std::pair<client *, int>> asked;
         for (const connection &c : connections)
             if (c.side->error() == 0)
@@ -319,6 +330,83 @@ void unstarted_desktop::settle()
         }));
         EVENTUALLY(idle());
     }
+}
+
+x11_client &unstarted_desktop::connect_x11()
+{
+    x11_client &added = x11_clients.emplace_back(server.xwayland->display_name);
+    EVENTUALLY(added.ready());
+    return added;
+}
+
+x11_window &unstarted_desktop::map_x11(const x11_traits &traits)
+{
+    return map_x11(connect_x11().create(traits));
+}
+
+x11_window &unstarted_desktop::map_x11(x11_window &w)
+{
+    w.map();
+    EVENTUALLY(find_record(w) != nullptr);
+    settle();
+    return w;
+}
+
+x11_window &unstarted_desktop::map_unmanaged(x11_traits traits)
+{
+    traits.override_redirect = true;
+    x11_window &w = connect_x11().create(traits);
+    w.map();
+    EVENTUALLY(find_unmanaged(w) != nullptr && find_unmanaged(w)->scene_tree != nullptr);
+    settle();
+    return w;
+}
+
+vantore_toplevel *unstarted_desktop::find_record(const x11_window &w)
+{
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (t.kind == VNT_XWL && t.xwl->window_id == w.id())
+            return &t;
+    return nullptr;
+}
+
+vantore_toplevel &unstarted_desktop::record(const x11_window &w)
+{
+    vantore_toplevel *t = find_record(w);
+    if (t == nullptr) {
+        ADD_FAILURE() << "the compositor does not have the X11 window\n" << state();
+        abort();
+    }
+    return *t;
+}
+
+vantore_unmanaged *unstarted_desktop::find_unmanaged(const x11_window &w)
+{
+    for (auto &u : each<&vantore_unmanaged::link>(server.xwl_unmanaged))
+        if (u.xwl->window_id == w.id())
+            return &u;
+    return nullptr;
+}
+
+// The compositor itself started a process in between, which has ended.
+pid_t unstarted_desktop::x_server()
+{
+    const std::string arguments = std::string{"Xwayland"} + '\0' + server.xwayland->display_name + '\0';
+    for (const auto &process : std::filesystem::directory_iterator{"/proc"}) {
+        std::ifstream file{process.path() / "cmdline"};
+        const std::string line{std::istreambuf_iterator<char>{file}, {}};
+        if (line.contains(arguments))
+            return atoi(process.path().filename().c_str());
+    }
+    return 0;
+}
+
+void unstarted_desktop::kill_x_server()
+{
+    const pid_t pid = x_server();
+    ASSERT_GT(pid, 1);
+    kill(pid, SIGKILL);
+    EVENTUALLY(server.xwayland->server->client == nullptr);
 }
 
 ipc_client &unstarted_desktop::dial()

@@ -14,7 +14,9 @@
 #include "server_check.hpp"
 #include "wayland_client.hpp"
 #include "windows/toplevel.hpp"
+#include "windows/unmanaged.hpp"
 #include "workspaces/workspace.hpp"
+#include "x11_client.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -94,6 +96,22 @@ protected:
     wl_client *server_side(const client &c);
     vantore_workspace &workspace(int num);
 
+    // A new X11 client; the first one starts the X server.
+    x11_client &connect_x11();
+    // A new X11 client's window, mapped and managed.
+    x11_window &map_x11(const x11_traits &traits = {});
+    // The same for a window that the test has prepared.
+    x11_window &map_x11(x11_window &w);
+    // The same for one that is not managed.
+    x11_window &map_unmanaged(x11_traits traits);
+    vantore_toplevel &record(const x11_window &w);
+    vantore_toplevel *find_record(const x11_window &w);
+    vantore_unmanaged *find_unmanaged(const x11_window &w);
+    // The X server's process; 0 when none runs.
+    pid_t x_server();
+    // Ends it as a crash does, and waits until the compositor knows.
+    void kill_x_server();
+
     // A new client of the IPC socket, that the server has accepted.
     ipc_client &dial();
     // Sends a request and waits for its reply; events that come meanwhile are dropped.
@@ -142,6 +160,7 @@ private:
     std::list<connection> connections;
     std::vector<cut_line *> cut_lines;
     std::list<ipc_client> ipc_clients;
+    std::list<x11_client> x11_clients;
     made_up_backend *backend = nullptr;
     bool running = false;
     size_t descriptors_before = 0;

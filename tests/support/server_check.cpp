@@ -6,6 +6,7 @@
 #include "windows/layer.hpp"
 #include "windows/placement.hpp"
 #include "windows/toplevel.hpp"
+#include "windows/unmanaged.hpp"
 #include "workspaces/stacks.hpp"
 #include "workspaces/tiles.hpp"
 #include "workspaces/workspace.hpp"
@@ -40,6 +41,8 @@ public:
             check_window(t);
         for (auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces))
             check_layer_surface(l);
+        for (auto &u : each<&vantore_unmanaged::link>(server.xwl_unmanaged))
+            check_unmanaged(u);
         return std::move(broken);
     }
 
@@ -84,6 +87,21 @@ private:
         expect(dragged || t.scene_tree->node.parent == toplevel_parent_tree(t),
                name + " hangs where it belongs");
         expect(box.width >= 1 && box.height >= 1, name + " has a size");
+        if (t.kind == VNT_XWL)
+            check_x11_window(t, name);
+        else
+            check_xdg_window(t, name);
+    }
+
+    void check_x11_window(const vantore_toplevel &t, const std::string &name)
+    {
+        expect(t.xwl->data == &t, name + "'s X window points back");
+        expect(!t.xwl->override_redirect, name + " is to be managed");
+        expect(t.scene_tree->node.data == &t, name + " is found by hit tests");
+    }
+
+    void check_xdg_window(const vantore_toplevel &t, const std::string &name)
+    {
         expect(t.maximized == t.xdg_toplevel->scheduled.maximized, name + " knows whether it is maximized");
         expect(t.fullscreen == t.xdg_toplevel->scheduled.fullscreen,
                name + " knows whether it is fullscreen");
@@ -94,6 +112,17 @@ private:
         const bool active = t.xdg_toplevel->scheduled.activated;
         expect(active || !focused, name + " is active when it has the keyboard");
         expect(!active || focused || active_windows == activity::may_lag, name + " is active only then");
+    }
+
+    void check_unmanaged(const vantore_unmanaged &u)
+    {
+        const bool mapped = u.xwl->surface != nullptr && u.xwl->surface->mapped;
+        expect(u.xwl->override_redirect, "an unmanaged window is not to be managed");
+        expect(mapped == (u.scene_tree != nullptr), "an unmanaged window is in the scene iff it is mapped");
+        if (u.scene_tree == nullptr)
+            return;
+        expect(u.scene_tree->node.parent == server.unmanaged, "an unmanaged window hangs in its tree");
+        expect(u.scene_tree->node.data == nullptr, "an unmanaged window is not taken for a window");
     }
 
     void check_layer_surface(const vantore_layer_surface &l)

@@ -38,3 +38,9 @@ void *wlr_allocator_autocreate(void *backend, void *renderer)
 	void *(*next)(void *, void *) = dlsym(RTLD_NEXT, "wlr_allocator_autocreate");
 	return refused("allocator") ? NULL : next(backend, renderer);
 }
+
+void *wlr_xwayland_create(void *display, void *compositor, bool lazy)
+{
+	void *(*next)(void *, void *, bool) = dlsym(RTLD_NEXT, "wlr_xwayland_create");
+	return refused("xwayland") ? NULL : next(display, compositor, lazy);
+}

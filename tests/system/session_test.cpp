@@ -55,6 +55,12 @@ struct session : testing::Test {
     test::private_world world;
 };
 
+static std::string contents(const std::filesystem::path &path)
+{
+    std::ifstream file{path};
+    return {std::istreambuf_iterator<char>{file}, {}};
+}
+
 static const char *const running = "vantore-comp M4c running — WAYLAND_DISPLAY=wayland-0 ";
 static const char *const torn_down = "vantore-comp: clean shutdown — tearing down\n";
 
@@ -112,6 +118,20 @@ TEST_F(session, goes_on_without_virtual_outputs_on_a_backend_that_takes_no_other
     ASSERT_TRUE(compositor.says(running));
     EXPECT_THAT(compositor.output(),
                 HasSubstr("vantore-comp: no multi-backend — virtual outputs unavailable\n"));
+    compositor.send(SIGTERM);
+    EXPECT_THAT(compositor.wait(), Optional(0));
+}
+
+TEST_F(session, goes_on_without_x11_programs_and_leaves_the_display_of_its_environment)
+{
+    world.environment["VANTORE_TEST_REFUSE"] = "xwayland";
+    const auto display = world.directory() / "display";
+    std::ofstream{world.directory() / "config/vantore/autostart.conf"} << "echo \"$DISPLAY\" > " << display;
+    world.environment["DISPLAY"] = ":77";
+    test::process compositor = start();
+    ASSERT_TRUE(compositor.says(running));
+    EXPECT_THAT(compositor.output(), HasSubstr("failed to start XWayland (X11 apps unavailable)\n"));
+    EXPECT_TRUE(eventually([&] { return contents(display) == ":77\n"; })) << contents(display);
     compositor.send(SIGTERM);
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
@@ -213,12 +233,6 @@ TEST_F(session, hands_a_selection_from_one_program_to_another)
     EXPECT_EQ(pasted, "some text");
     compositor.send(SIGTERM);
     EXPECT_THAT(compositor.wait(), Optional(0));
-}
-
-static std::string contents(const std::filesystem::path &path)
-{
-    std::ifstream file{path};
-    return {std::istreambuf_iterator<char>{file}, {}};
 }
 
 static bool type(session &s, const std::vector<std::string> &what)

@@ -1,0 +1,67 @@
+#include "mapping.hpp"
+
+#include "../input/interactive.hpp"
+#include "../input/pointer.hpp"
+#include "../ipc/broadcast.hpp"
+#include "../outputs/output.hpp"
+#include "../outputs/perf_mode.hpp"
+#include "../server.hpp"
+#include "../workspaces/focus.hpp"
+#include "../workspaces/switch.hpp"
+#include "../workspaces/workspace.hpp"
+#include "layer.hpp"
+#include "placement.hpp"
+#include "toplevel.hpp"
+
+vantore_workspace *workspace_for_new_window(vantore_server &server)
+{
+    const vantore_output *o = current_output(server);
+    if (o != nullptr && o->current_ws != nullptr)
+        return o->current_ws;
+    return each<&vantore_workspace::link>(server.workspaces).first();
+}
+
+void center_toplevel(vantore_toplevel &t)
+{
+    const wlr_box usable = usable_at_cursor(*t.server);
+    if (usable.width == 0)
+        return;
+    const wlr_box geometry = tl_get_geometry(t);
+    const wlr_box box = center_in(usable, geometry.width, geometry.height, titlebar_of(t));
+    tl_move(t, box.x, box.y);
+}
+
+void focus_new_window(vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
+    if (t.rule_follow && !toplevel_visible(t))
+        goto_workspace(server, t.workspace->num);
+    if (toplevel_visible(t))
+        focus_toplevel_ex(&t, true);
+    if (server.seat->keyboard_state.focused_surface == focused)
+        ipc_broadcast(server, VNT_EVT_WINDOWS); // a change of focus would have told
+}
+
+void let_go_of_window(vantore_toplevel &t)
+{
+    if (&t == t.server->grabbed_toplevel)
+        reset_cursor_mode(*t.server);
+    if (&t == t.server->hovered_toplevel)
+        pointer_leaves_decorations(*t.server);
+}
+
+void leave_shown_windows(vantore_toplevel &t)
+{
+    unlink_from_list(t.link);
+    t.fs_demoted = false;
+    if (t.fullscreen)
+        refresh_perf_mode(*t.server);
+}
+
+void refocus_after_unmap(vantore_toplevel &t)
+{
+    const wlr_surface *focused = t.server->seat->keyboard_state.focused_surface;
+    if (focused == nullptr || focused == tl_surface(t) || !focused->mapped)
+        focus_top_toplevel(*t.server);
+}

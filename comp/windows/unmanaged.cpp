@@ -1,0 +1,125 @@
+#include "unmanaged.hpp"
+
+#include "../server.hpp"
+#include "../workspaces/focus.hpp"
+#include "xwl_toplevel.hpp"
+
+static void unmanaged_place(vantore_unmanaged &u)
+{
+    if (u.scene_tree == nullptr)
+        return;
+    wlr_scene_node_set_position(&u.scene_tree->node, u.xwl->x, u.xwl->y);
+    wlr_scene_node_raise_to_top(&u.scene_tree->node);
+}
+
+// Without data in its node, hit tests don't take it for a window. It takes the keyboard without being asked
+// whether it wants it: an X11 menu can't tell.
+static void unmanaged_map(vantore_unmanaged &u)
+{
+    vantore_server &server = *u.server;
+    u.scene_tree = wlr_scene_subsurface_tree_create(server.unmanaged, u.xwl->surface);
+    unmanaged_place(u);
+    if (!server.locked)
+        keyboard_offer(server.seat, u.xwl->surface);
+}
+
+// The keyboard goes to nobody.
+static void unmanaged_unmap(vantore_unmanaged &u)
+{
+    if (u.scene_tree != nullptr)
+        wlr_scene_node_destroy(&u.scene_tree->node);
+    u.scene_tree = nullptr;
+}
+
+static void unmanaged_associate(vantore_unmanaged &u)
+{
+    auto &surface = u.xwl->surface->events;
+    listen<&vantore_unmanaged::map, unmanaged_map>(u, surface.map);
+    listen<&vantore_unmanaged::unmap, unmanaged_unmap>(u, surface.unmap);
+    xwl_map_if_drawn(*u.xwl);
+}
+
+// May come without an associate.
+static void unmanaged_dissociate(vantore_unmanaged &u)
+{
+    unlisten(u.map);
+    unlisten(u.unmap);
+}
+
+static void unmanaged_request_configure(vantore_unmanaged &u, wlr_xwayland_surface_configure_event *event)
+{
+    wlr_xwayland_surface_configure(u.xwl, event->x, event->y, event->width, event->height);
+    unmanaged_place(u);
+}
+
+static void unmanaged_destroy(vantore_unmanaged &u)
+{
+    delete &u;
+}
+
+// The window becomes one like others, with a new id.
+static void unmanaged_set_override_redirect(vantore_unmanaged &u)
+{
+    if (u.xwl->override_redirect)
+        return;
+    vantore_server &server = *u.server;
+    wlr_xwayland_surface *xwl = u.xwl;
+    unmanaged_unmap(u);
+    unmanaged_destroy(u);
+    xwl_toplevel_take_over(*server_new_xwl_toplevel(server, xwl));
+}
+
+vantore_unmanaged *server_new_unmanaged(vantore_server &server, wlr_xwayland_surface *xwl)
+{
+    auto *u = new vantore_unmanaged{};
+    u->server = &server;
+    u->xwl = xwl;
+    wl_list_insert(&server.xwl_unmanaged, &u->link);
+    auto &events = xwl->events;
+    listen<&vantore_unmanaged::associate, unmanaged_associate>(*u, events.associate);
+    listen<&vantore_unmanaged::dissociate, unmanaged_dissociate>(*u, events.dissociate);
+    listen<&vantore_unmanaged::set_geometry, unmanaged_place>(*u, events.set_geometry);
+    listen<&vantore_unmanaged::request_configure, unmanaged_request_configure>(*u, events.request_configure);
+    listen<&vantore_unmanaged::set_override_redirect, unmanaged_set_override_redirect>(
+        *u, events.set_override_redirect);
+    listen<&vantore_unmanaged::destroy, unmanaged_destroy>(*u, events.destroy);
+    return u;
+}
+
+void unmanaged_take_over(vantore_unmanaged &u)
+{
+    if (u.xwl->surface == nullptr)
+        return;
+    const bool mapped = u.xwl->surface->mapped;
+    unmanaged_associate(u);
+    if (mapped)
+        unmanaged_map(u);
+}
+
+static bool covers_output(const vantore_unmanaged &u)
+{
+    const wlr_xwayland_surface &xwl = *u.xwl;
+    wlr_output_layout *layout = u.server->output_layout;
+    wlr_output *under = wlr_output_layout_output_at(layout, xwl.x + xwl.width / 2, xwl.y + xwl.height / 2);
+    if (u.scene_tree == nullptr || under == nullptr)
+        return false;
+    wlr_box screen{};
+    wlr_output_layout_get_box(layout, under, &screen);
+    return screen.width >= 1 && xwl.width >= screen.width && xwl.height >= screen.height;
+}
+
+bool unmanaged_covers_output(vantore_server &server, const wlr_surface *surface)
+{
+    for (const auto &u : each<&vantore_unmanaged::link>(server.xwl_unmanaged))
+        if (u.xwl->surface == surface)
+            return covers_output(u);
+    return false;
+}
+
+bool any_unmanaged_covers_output(vantore_server &server)
+{
+    for (const auto &u : each<&vantore_unmanaged::link>(server.xwl_unmanaged))
+        if (covers_output(u))
+            return true;
+    return false;
+}

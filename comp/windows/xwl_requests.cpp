@@ -1,0 +1,177 @@
+// An X11 client may ask for anything at any time. What a window that is not mapped asks for is ignored, but
+// for its size and place.
+
+#include "xwl_requests.hpp"
+
+#include "../input/interactive.hpp"
+#include "../ipc/broadcast.hpp"
+#include "../outputs/output.hpp"
+#include "../presentation/decorations.hpp"
+#include "../server.hpp"
+#include "../workspaces/focus.hpp"
+#include "../workspaces/tiles.hpp"
+#include "../workspaces/workspace.hpp"
+#include "attention.hpp"
+#include "fullscreen.hpp"
+#include "states.hpp"
+#include "toplevel.hpp"
+#include "unmanaged.hpp"
+
+static constexpr int32_t urgency_hint = 0x100;
+
+static bool holds_tile(const vantore_toplevel &t)
+{
+    return toplevel_is_tiled(t) && !t.fullscreen;
+}
+
+// A tile that was never arranged, because its workspace is on no output, keeps the size that it has.
+static void refuse_configure(vantore_toplevel &t)
+{
+    const bool arranged = t.want_w > 0 && t.want_h > 0;
+    tl_set_size(t, arranged ? t.want_w : t.xwl->width, arranged ? t.want_h : t.xwl->height);
+}
+
+static void xwl_handle_request_configure(vantore_toplevel &t, wlr_xwayland_surface_configure_event *event)
+{
+    const bool shown = t.scene_tree != nullptr;
+    if (shown && holds_tile(t))
+        return refuse_configure(t);
+    wlr_xwayland_surface_configure(t.xwl, event->x, event->y, event->width, event->height);
+    if (!shown)
+        return;
+    wlr_scene_node_set_position(&t.scene_tree->node, event->x, event->y);
+    dec_layout(t);
+}
+
+// The window has moved, or was moved by us.
+static void xwl_handle_set_geometry(vantore_toplevel &t)
+{
+    if (t.scene_tree == nullptr)
+        return;
+    if (!toplevel_is_tiled(t) && !t.fullscreen && &t != t.server->grabbed_toplevel)
+        wlr_scene_node_set_position(&t.scene_tree->node, t.xwl->x, t.xwl->y);
+    dec_layout(t);
+}
+
+static bool may_drag(const vantore_toplevel &t)
+{
+    return tl_mapped(t) && t.scene_tree != nullptr && !t.fullscreen && !t.minimized;
+}
+
+static void xwl_handle_request_move(vantore_toplevel &t)
+{
+    if (may_drag(t))
+        begin_interactive(t, VANTORE_CURSOR_MOVE, 0);
+}
+
+static void xwl_handle_request_resize(vantore_toplevel &t, wlr_xwayland_resize_event *event)
+{
+    if (may_drag(t))
+        begin_interactive(t, VANTORE_CURSOR_RESIZE, event->edges);
+}
+
+static void xwl_handle_request_maximize(vantore_toplevel &t)
+{
+    if (t.scene_tree != nullptr && t.maximized != t.xwl->maximized_vert)
+        toplevel_toggle_maximize(t);
+}
+
+static void xwl_handle_request_minimize(vantore_toplevel &t, wlr_xwayland_minimize_event *event)
+{
+    if (t.scene_tree == nullptr || t.minimized == event->minimize)
+        return;
+    if (event->minimize) {
+        toplevel_minimize(t);
+        ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
+    } else {
+        focus_toplevel_ex(&t, true);
+    }
+}
+
+static bool saved_geo_covers_output(const vantore_toplevel &t)
+{
+    if (t.workspace == nullptr || t.workspace->output == nullptr)
+        return false;
+    const wlr_box screen = output_layout_box(*t.workspace->output);
+    return screen.width >= 1 && t.saved_geo.width >= screen.width && t.saved_geo.height >= screen.height;
+}
+
+// It would come back at the size that it has: a game that flips the state is to keep its place.
+static bool has_nothing_to_gain_from_leaving(const vantore_toplevel &t)
+{
+    return t.fullscreen && covers_output(t) && saved_geo_covers_output(t);
+}
+
+static void xwl_handle_request_fullscreen(vantore_toplevel &t)
+{
+    if (t.scene_tree == nullptr)
+        return;
+    if (t.xwl->fullscreen)
+        toplevel_set_fullscreen(t, true);
+    else if (!has_nothing_to_gain_from_leaving(t))
+        toplevel_set_fullscreen(t, false);
+}
+
+bool any_screen_owner(vantore_server &server)
+{
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (t.fullscreen && toplevel_visible(t))
+            return true;
+    return any_unmanaged_covers_output(server);
+}
+
+// With the keyboard nowhere a window in the background may take it, but not from a game that has lost it for
+// a moment.
+static bool may_take_focus(const vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    if (!toplevel_visible(t))
+        return false;
+    if (const wlr_surface *focused = server.seat->keyboard_state.focused_surface)
+        return focused == tl_surface(t);
+    return t.fullscreen || !any_screen_owner(server);
+}
+
+static void xwl_handle_request_activate(vantore_toplevel &t)
+{
+    if (t.scene_tree == nullptr)
+        return;
+    if (may_take_focus(t))
+        focus_toplevel_ex(&t, true);
+    else
+        toplevel_mark_urgent(t);
+}
+
+static void xwl_handle_set_hints(vantore_toplevel &t)
+{
+    if (t.xwl->hints != nullptr && (t.xwl->hints->flags & urgency_hint) != 0)
+        toplevel_mark_urgent(t);
+}
+
+static void xwl_handle_set_title(vantore_toplevel &t)
+{
+    if (t.scene_tree != nullptr)
+        dec_refresh_title(t);
+}
+
+static void xwl_handle_set_class(vantore_toplevel &t)
+{
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
+}
+
+void xwl_listen_to_requests(vantore_toplevel &t)
+{
+    auto &events = t.xwl->events;
+    listen<&vantore_toplevel::xwl_configure, xwl_handle_request_configure>(t, events.request_configure);
+    listen<&vantore_toplevel::xwl_activate, xwl_handle_request_activate>(t, events.request_activate);
+    listen<&vantore_toplevel::xwl_geometry, xwl_handle_set_geometry>(t, events.set_geometry);
+    listen<&vantore_toplevel::xwl_hints, xwl_handle_set_hints>(t, events.set_hints);
+    listen<&vantore_toplevel::request_move, xwl_handle_request_move>(t, events.request_move);
+    listen<&vantore_toplevel::request_resize, xwl_handle_request_resize>(t, events.request_resize);
+    listen<&vantore_toplevel::request_maximize, xwl_handle_request_maximize>(t, events.request_maximize);
+    listen<&vantore_toplevel::request_minimize, xwl_handle_request_minimize>(t, events.request_minimize);
+    listen<&vantore_toplevel::request_fullscreen, xwl_handle_request_fullscreen>(t,
+                                                                                 events.request_fullscreen);
+    listen<&vantore_toplevel::set_title, xwl_handle_set_title>(t, events.set_title);
+    listen<&vantore_toplevel::set_app_id, xwl_handle_set_class>(t, events.set_class);
+}

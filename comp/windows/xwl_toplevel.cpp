@@ -1,0 +1,156 @@
+// The life of an X11 window that the compositor manages.
+//
+// Created: the record exists, in no list and with no scene node. Associated: it has a surface, whose map,
+// unmap and commit are listened to. Mapped: it has a scene tree, a workspace and a place in server.toplevels.
+// Unmapped it has none of these, and the next map starts anew. At any moment a window may turn into one that
+// is not managed, and back: then the record of the one kind ends and one of the other begins.
+
+#include "xwl_toplevel.hpp"
+
+#include "../ipc/broadcast.hpp"
+#include "../memory_trim.hpp"
+#include "../presentation/decorations.hpp"
+#include "../server.hpp"
+#include "../workspaces/arrange.hpp"
+#include "../workspaces/workspace.hpp"
+#include "app_rules.hpp"
+#include "fullscreen.hpp"
+#include "mapping.hpp"
+#include "responsiveness.hpp"
+#include "toplevel.hpp"
+#include "unmanaged.hpp"
+#include "xwl_requests.hpp"
+
+void xwl_map_if_drawn(const wlr_xwayland_surface &xwl)
+{
+    if (wlr_surface_has_buffer(xwl.surface))
+        wlr_surface_map(xwl.surface);
+}
+
+static bool create_scene_tree(vantore_toplevel &t)
+{
+    t.scene_tree = wlr_scene_tree_create(t.server->toplevel_tree);
+    if (t.scene_tree == nullptr)
+        return false;
+    t.scene_tree->node.data = &t;
+    if (wlr_scene_subsurface_tree_create(t.scene_tree, t.xwl->surface) != nullptr && dec_create_nodes(t))
+        return true;
+    wlr_scene_node_destroy(&t.scene_tree->node);
+    t.scene_tree = nullptr;
+    return false;
+}
+
+static bool wants_title_bar(const wlr_xwayland_surface &xwl)
+{
+    return (xwl.decorations & WLR_XWAYLAND_SURFACE_DECORATIONS_NO_TITLE) == 0;
+}
+
+static void xwl_toplevel_map(vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    if (!create_scene_tree(t)) {
+        wlr_log(WLR_ERROR, "vantore-comp: no memory for an X11 window, it is not shown");
+        return;
+    }
+    t.ssd = wants_title_bar(*t.xwl);
+    t.xwl->data = &t;
+    wl_list_insert(&server.toplevels, &t.link);
+    toplevel_set_workspace(t, workspace_for_new_window(server));
+    if (t.xwl->parent != nullptr || t.xwl->modal)
+        t.floating = true;
+    config_apply_rules(t); // has the last word on floating
+    dec_layout(t);
+    center_toplevel(t); // whatever place the client asked for
+    arrange_workspace(t.workspace);
+    focus_new_window(t);
+    if (t.xwl->fullscreen)
+        toplevel_set_fullscreen(t, true);
+}
+
+static void xwl_toplevel_unmap(vantore_toplevel &t)
+{
+    if (t.scene_tree == nullptr)
+        return;
+    let_go_of_window(t);
+    vantore_workspace *ws = t.workspace;
+    leave_shown_windows(t);
+    unlink_from_list(t.ws_link);
+    t.workspace = nullptr;
+    wlr_scene_node_destroy(&t.scene_tree->node);
+    t.scene_tree = nullptr;
+    arrange_workspace(ws);
+    refocus_after_unmap(t);
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
+}
+
+static void xwl_surface_commit(vantore_toplevel &t)
+{
+    enforce_fullscreen_pos(t);
+    tl_note_sign_of_life(t);
+}
+
+static void xwl_handle_associate(vantore_toplevel &t)
+{
+    auto &surface = t.xwl->surface->events;
+    listen<&vantore_toplevel::map, xwl_toplevel_map>(t, surface.map);
+    listen<&vantore_toplevel::unmap, xwl_toplevel_unmap>(t, surface.unmap);
+    listen<&vantore_toplevel::commit, xwl_surface_commit>(t, surface.commit);
+    xwl_map_if_drawn(*t.xwl);
+}
+
+// May come without an associate.
+static void xwl_handle_dissociate(vantore_toplevel &t)
+{
+    unlisten(t.map);
+    unlisten(t.unmap);
+    unlisten(t.commit);
+}
+
+// It was unmapped before, if it was mapped.
+static void xwl_handle_destroy(vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    t.xwl->data = nullptr;
+    delete &t;
+    memory_note_window_gone(server);
+}
+
+// The window becomes a menu, or one of a game that places itself.
+static void xwl_handle_set_override_redirect(vantore_toplevel &t)
+{
+    if (!t.xwl->override_redirect)
+        return;
+    vantore_server &server = *t.server;
+    wlr_xwayland_surface *xwl = t.xwl;
+    xwl_toplevel_unmap(t);
+    xwl_handle_destroy(t);
+    unmanaged_take_over(*server_new_unmanaged(server, xwl));
+}
+
+vantore_toplevel *server_new_xwl_toplevel(vantore_server &server, wlr_xwayland_surface *xwl)
+{
+    auto *t = new vantore_toplevel{};
+    t->server = &server;
+    t->id = ++server.next_toplevel_id;
+    t->kind = VNT_XWL;
+    t->xwl = xwl;
+    xwl->data = nullptr;
+    auto &events = xwl->events;
+    listen<&vantore_toplevel::associate, xwl_handle_associate>(*t, events.associate);
+    listen<&vantore_toplevel::dissociate, xwl_handle_dissociate>(*t, events.dissociate);
+    listen<&vantore_toplevel::xwl_or, xwl_handle_set_override_redirect>(*t, events.set_override_redirect);
+    listen<&vantore_toplevel::ping_timeout, tl_handle_ping_timeout>(*t, events.ping_timeout);
+    listen<&vantore_toplevel::destroy, xwl_handle_destroy>(*t, events.destroy);
+    xwl_listen_to_requests(*t);
+    return t;
+}
+
+void xwl_toplevel_take_over(vantore_toplevel &t)
+{
+    if (t.xwl->surface == nullptr)
+        return;
+    const bool mapped = t.xwl->surface->mapped;
+    xwl_handle_associate(t);
+    if (mapped)
+        xwl_toplevel_map(t);
+}

@@ -1,0 +1,267 @@
+// X11 windows that place themselves: menus, tooltips, and windows of games.
+
+#include "support/server_check.hpp"
+#include "support/x11_desk.hpp"
+
+#include "input/hit_test.hpp"
+#include "windows/states.hpp"
+#include "workspaces/focus.hpp"
+
+#include <linux/input-event-codes.h>
+
+using test::x11_place;
+using test::x11_window;
+using testing::IsEmpty;
+
+struct unmanaged : test::x11_desk {
+    void SetUp() override
+    {
+        x11_desk::SetUp();
+        // A menu takes the keyboard, and the window that had it is not told.
+        active_windows = test::activity::may_lag;
+    }
+    vantore_unmanaged &menu_record(const x11_window &w) { return *find_unmanaged(w); }
+    bool has_keyboard_unmanaged(const x11_window &w)
+    {
+        return keyboard_focus() != nullptr && keyboard_focus() == menu_record(w).xwl->surface;
+    }
+    static const wlr_scene_node *topmost(const wlr_scene_tree *tree)
+    {
+        const wlr_scene_node *last = nullptr;
+        const wlr_scene_node *node = nullptr;
+        wl_list_for_each(node, &tree->children, link)
+        {
+            last = node;
+        }
+        return last;
+    }
+};
+
+TEST_F(unmanaged, window_lies_where_it_asks_without_decorations_and_workspace)
+{
+    x11_window &menu = map_unmanaged({.x = 40, .y = 50, .width = 100, .height = 80});
+    const wlr_scene_tree *tree = menu_record(menu).scene_tree;
+    EXPECT_EQ(tree->node.parent, server.unmanaged);
+    EXPECT_EQ(tree->node.x, 40);
+    EXPECT_EQ(tree->node.y, 50);
+    EXPECT_EQ(tree->node.data, nullptr);
+    EXPECT_EQ(find_record(menu), nullptr);
+    EXPECT_TRUE(wl_list_empty(&workspace(1).toplevels));
+    EXPECT_EQ(menu.told(), x11_place{}) << "nobody moved it";
+    EVENTUALLY_EQ(pixel("A", 45, 55), 0xff3366ccU);
+}
+
+TEST_F(unmanaged, window_takes_the_keyboard_and_does_not_hand_it_back)
+{
+    test::window &native = map("native");
+    x11_window &tooltip = map_unmanaged({});
+    EXPECT_TRUE(has_keyboard_unmanaged(tooltip));
+    tooltip.unmap();
+    EVENTUALLY_EQ(menu_record(tooltip).scene_tree, nullptr);
+    settle();
+    EXPECT_EQ(keyboard_focus(), nullptr);
+    EXPECT_TRUE(find_record(native) != nullptr);
+}
+
+TEST_F(unmanaged, window_is_shown_during_a_lock_but_gets_no_keyboard)
+{
+    map("native");
+    const wlr_surface *before = keyboard_focus();
+    server.locked = true;
+    x11_window &menu = map_unmanaged({});
+    EXPECT_NE(menu_record(menu).scene_tree, nullptr);
+    EXPECT_EQ(keyboard_focus(), before);
+    server.locked = false;
+}
+
+TEST_F(unmanaged, windows_move_as_they_like_and_come_to_the_top)
+{
+    x11_window &low = map_unmanaged({}), &high = map_unmanaged({});
+    EXPECT_EQ(topmost(server.unmanaged), &menu_record(high).scene_tree->node);
+    low.place(70, 80, 90, 60);
+    EVENTUALLY_EQ(menu_record(low).scene_tree->node.x, 70);
+    EXPECT_EQ(menu_record(low).scene_tree->node.y, 80);
+    EXPECT_EQ(topmost(server.unmanaged), &menu_record(low).scene_tree->node);
+}
+
+// The X server asks nobody about such a window, but one that is about to become one may still have a request
+// under way.
+TEST_F(unmanaged, request_for_a_place_is_granted_as_it_stands)
+{
+    x11_window &menu = map_unmanaged({});
+    map_unmanaged({});
+    wlr_xwayland_surface *xwl = menu_record(menu).xwl;
+    wlr_xwayland_surface_configure_event event{
+        .surface = xwl, .x = -20, .y = 33, .width = 44, .height = 55, .mask = 0};
+    wl_signal_emit_mutable(&xwl->events.request_configure, &event);
+    EXPECT_EQ(menu_record(menu).scene_tree->node.x, -20);
+    EXPECT_EQ(topmost(server.unmanaged), &menu_record(menu).scene_tree->node);
+    EVENTUALLY_EQ(menu.told(), (x11_place{-20, 33, 44, 55}));
+}
+
+TEST_F(unmanaged, click_goes_to_the_window_alone)
+{
+    map("native");
+    x11_window &under = map_x11();
+    x11_window &menu = map_unmanaged({.x = 550, .y = 300, .width = 50, .height = 50});
+    focus_toplevel_ex(find_record(under), true);
+    map("other");
+    const vantore_toplevel *top = focused_toplevel(server);
+    const wlr_surface *focused = keyboard_focus();
+    point_at(*pointer, 560, 310);
+    pointer->click(BTN_LEFT);
+    EVENTUALLY(menu.heard("button 1 10,10"));
+    EXPECT_EQ(keyboard_focus(), focused);
+    EXPECT_EQ(focused_toplevel(server), top);
+}
+
+TEST_F(unmanaged, window_is_a_surface_of_no_window_to_the_pointer)
+{
+    map_x11();
+    x11_window &menu = map_unmanaged({.x = 550, .y = 300, .width = 50, .height = 50});
+    surface_hit hit;
+    EXPECT_EQ(desktop_toplevel_at(server, 560, 310, hit), nullptr);
+    EXPECT_EQ(hit.surface, menu_record(menu).xwl->surface);
+}
+
+TEST_F(unmanaged, menu_keeps_the_keyboard_from_a_pointer_that_hovers)
+{
+    g_focus_follows_mouse = true;
+    x11_window &w = map_x11();
+    x11_window &menu = map_unmanaged({.x = 10, .y = 10, .width = 50, .height = 50});
+    point_at(*pointer, 600, 300);
+    pointer->move(30, 30);
+    EXPECT_TRUE(has_keyboard_unmanaged(menu));
+    menu.destroy();
+    EVENTUALLY_EQ(find_unmanaged(menu), nullptr);
+    pointer->move(30, 30);
+    EXPECT_TRUE(has_keyboard(w));
+}
+
+// Owning the screen
+
+TEST_F(unmanaged, window_of_the_output_s_size_counts_as_fullscreen)
+{
+    map_unmanaged({.width = 1280, .height = 704});
+    EXPECT_TRUE(focused_is_fullscreen(server));
+}
+
+TEST_F(unmanaged, smaller_window_does_not_count_as_fullscreen)
+{
+    x11_window &menu = map_unmanaged({.width = 1280, .height = 703});
+    EXPECT_TRUE(has_keyboard_unmanaged(menu));
+    EXPECT_FALSE(focused_is_fullscreen(server));
+}
+
+TEST_F(unmanaged, window_is_measured_by_the_output_under_its_centre)
+{
+    plug("B", 640, 640);
+    x11_window &game = map_unmanaged({.x = 1280, .width = 640, .height = 640});
+    EXPECT_TRUE(focused_is_fullscreen(server));
+    game.move(0, 0);
+    EVENTUALLY_EQ(menu_record(game).scene_tree->node.x, 0);
+    EXPECT_FALSE(focused_is_fullscreen(server));
+    game.move(-5000, 0);
+    EVENTUALLY_EQ(menu_record(game).scene_tree->node.x, -5000);
+    EXPECT_FALSE(focused_is_fullscreen(server));
+}
+
+TEST_F(unmanaged, window_that_is_not_mapped_covers_nothing)
+{
+    x11_window &game = map_unmanaged({.width = 1280, .height = 704});
+    EXPECT_TRUE(any_unmanaged_covers_output(server));
+    game.unmap();
+    EVENTUALLY_EQ(menu_record(game).scene_tree, nullptr);
+    EXPECT_FALSE(any_unmanaged_covers_output(server));
+}
+
+// Windows that change sides
+
+TEST_F(unmanaged, managed_window_turns_into_a_menu_while_it_is_mapped)
+{
+    x11_window &w = map_x11();
+    x11_window &other = map_x11();
+    w.override_redirect(true);
+    w.move(20, 30);
+    EVENTUALLY(find_unmanaged(w) != nullptr);
+    EXPECT_EQ(find_record(w), nullptr);
+    ASSERT_NE(menu_record(w).scene_tree, nullptr);
+    EXPECT_TRUE(has_keyboard_unmanaged(w));
+    EVENTUALLY_EQ(menu_record(w).scene_tree->node.x, 20);
+    EXPECT_THAT(test::server_check(server, active_windows), IsEmpty());
+    w.unmap();
+    EVENTUALLY_EQ(menu_record(w).scene_tree, nullptr);
+    EXPECT_TRUE(find_record(other) != nullptr);
+}
+
+TEST_F(unmanaged, menu_turns_into_a_new_window_while_it_is_mapped)
+{
+    x11_window &first = map_x11();
+    const uint32_t last_id = record(first).id;
+    x11_window &w = map_unmanaged({});
+    w.override_redirect(false);
+    w.move(20, 30);
+    EVENTUALLY(find_record(w) != nullptr);
+    EXPECT_EQ(find_unmanaged(w), nullptr);
+    EXPECT_EQ(record(w).id, last_id + 1);
+    EXPECT_EQ(record(w).workspace, &workspace(1));
+    EXPECT_TRUE(has_keyboard(w));
+    EVENTUALLY(w.has_focus());
+    EXPECT_THAT(test::server_check(server, active_windows), IsEmpty());
+}
+
+TEST_F(unmanaged, window_changes_sides_while_it_is_not_mapped)
+{
+    x11_window &w = map_x11();
+    w.unmap();
+    EVENTUALLY_EQ(find_record(w), nullptr);
+    w.override_redirect(true);
+    w.map();
+    EVENTUALLY(find_unmanaged(w) != nullptr && menu_record(w).scene_tree != nullptr);
+    w.unmap();
+    w.override_redirect(false);
+    w.map();
+    EVENTUALLY(find_record(w) != nullptr);
+    EXPECT_EQ(find_unmanaged(w), nullptr);
+}
+
+TEST_F(unmanaged, window_changes_sides_again_and_again)
+{
+    x11_window &w = map_x11();
+    for (int i = 0; i < 100; i++) {
+        w.override_redirect(i % 2 == 0);
+        w.move(i, i);
+        if (i % 5 == 0)
+            w.unmap();
+        if (i % 7 == 0)
+            w.map();
+        if (i % 11 == 0)
+            settle();
+    }
+    w.override_redirect(true);
+    w.unmap();
+    w.map();
+    EVENTUALLY(find_unmanaged(w) != nullptr && menu_record(w).scene_tree != nullptr);
+    settle();
+    EXPECT_THAT(test::server_check(server, active_windows), IsEmpty());
+}
+
+TEST_F(unmanaged, dragged_window_that_turns_into_a_menu_ends_its_drag)
+{
+    x11_window &w = map_x11();
+    w.request_drag(8);
+    EVENTUALLY_EQ(server.grabbed_toplevel, &record(w));
+    w.override_redirect(true);
+    w.move(20, 30);
+    EVENTUALLY(find_unmanaged(w) != nullptr);
+    EXPECT_EQ(server.grabbed_toplevel, nullptr);
+    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+}
+
+TEST_F(unmanaged, windows_go_with_the_x_server)
+{
+    map_unmanaged({});
+    connect_x11().create({.override_redirect = true});
+    kill_x_server();
+    EXPECT_TRUE(wl_list_empty(&server.xwl_unmanaged));
+}

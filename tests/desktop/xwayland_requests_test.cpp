@@ -1,0 +1,469 @@
+// What X11 clients ask of their windows, politely or not.
+
+#include "support/server_check.hpp"
+#include "support/wayland_devices.hpp"
+#include "support/x11_desk.hpp"
+
+#include "windows/fullscreen.hpp"
+#include "windows/states.hpp"
+#include "windows/xwl_requests.hpp"
+#include "workspaces/focus.hpp"
+#include "workspaces/switch.hpp"
+#include "workspaces/tiles.hpp"
+
+using test::x11_place;
+using test::x11_window;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StrEq;
+
+static constexpr x11_place whole_output{0, 0, 1280, 704};
+
+struct x11_requests : test::x11_desk {
+    x11_window &map_fullscreen()
+    {
+        x11_window &w = map_x11();
+        toplevel_set_fullscreen(record(w), true);
+        EVENTUALLY_EQ(w.told(), whole_output);
+        settle();
+        return w;
+    }
+    void expect_marked(x11_window &w)
+    {
+        w.request_activate();
+        EVENTUALLY(record(w).urgent);
+        EXPECT_FALSE(has_keyboard(w));
+        EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
+    }
+};
+
+// Places and sizes
+
+TEST_F(x11_requests, move_and_resize_a_floating_window_with_its_decorations)
+{
+    x11_window &w = map_x11();
+    w.place(50, 60, 400, 250);
+    EVENTUALLY_EQ(w.told(), (x11_place{50, 60, 400, 250}));
+    EXPECT_EQ(box(w), (wlr_box{50, 60, 400, 250}));
+    const vantore_toplevel &t = record(w);
+    EXPECT_EQ(t.titlebar->width, 400);
+    EXPECT_EQ(t.btn_close->node.x, 400 - 23);
+    w.move(70, 80);
+    EVENTUALLY_EQ(box(w), (wlr_box{70, 80, 400, 250}));
+}
+
+TEST_F(x11_requests, are_granted_before_the_window_is_mapped)
+{
+    x11_window &w = connect_x11().create();
+    w.place(5, 6, 333, 222);
+    EVENTUALLY_EQ(w.told(), (x11_place{5, 6, 333, 222}));
+    map_x11(w);
+    EXPECT_EQ(box(w).width, 333);
+}
+
+TEST_F(x11_requests, can_not_resize_or_move_a_tile)
+{
+    tile();
+    x11_window &w = map_x11();
+    EVENTUALLY_EQ(w.told(), (x11_place{0, 30, 1280, 674}));
+    const int told = w.configures();
+    w.place(90, 90, 300, 200);
+    EVENTUALLY(w.configures() > told);
+    settle();
+    EXPECT_EQ(w.told(), (x11_place{0, 30, 1280, 674})) << "it is told its size again";
+    EXPECT_EQ(box(w), (wlr_box{0, 30, 1280, 674}));
+}
+
+// A workspace on no output is never arranged, so its tiles have no size to be told.
+TEST_F(x11_requests, do_not_shrink_a_tile_that_was_never_arranged)
+{
+    workspace(3).layout = VANTORE_LAYOUT_TILING;
+    write_config("rules.conf", "xapp -> workspace=3\n");
+    x11_window &w = map_x11();
+    const int told = w.configures();
+    w.resize(500, 400);
+    EVENTUALLY(w.configures() > told);
+    EXPECT_EQ(w.told().width, 300);
+    EXPECT_EQ(w.told().height, 200);
+}
+
+TEST_F(x11_requests, move_a_float_of_a_tiling_workspace)
+{
+    tile();
+    x11_window &w = map_x11();
+    record(w).floating = true;
+    w.place(50, 60, 400, 250);
+    EVENTUALLY_EQ(box(w), (wlr_box{50, 60, 400, 250}));
+}
+
+TEST_F(x11_requests, do_not_tear_a_window_from_the_drag_that_moves_it)
+{
+    x11_window &w = map_x11();
+    w.request_drag(8);
+    EVENTUALLY_EQ(server.grabbed_toplevel, &record(w));
+    pointer->move(10, 10);
+    const wlr_box dragged = box(w);
+    EVENTUALLY_EQ(w.told(), place_of(w));
+    settle();
+    EXPECT_EQ(box(w), dragged);
+}
+
+// Drags
+
+TEST_F(x11_requests, start_a_move)
+{
+    x11_window &w = map_x11();
+    w.request_drag(8);
+    EVENTUALLY_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE);
+    pointer->move(30, 40);
+    EVENTUALLY_EQ(w.told(), (x11_place{520, 307, 300, 200}));
+}
+
+TEST_F(x11_requests, start_a_resize_at_the_edges_that_they_name)
+{
+    x11_window &w = map_x11();
+    w.request_drag(4); // bottom right
+    EVENTUALLY_EQ(server.cursor_mode, VANTORE_CURSOR_RESIZE);
+    EXPECT_EQ(server.resize_edges, uint32_t{WLR_EDGE_BOTTOM | WLR_EDGE_RIGHT});
+    pointer->move(30, 40);
+    EVENTUALLY_EQ(w.told(), (x11_place{490, 267, 330, 240}));
+}
+
+TEST_F(x11_requests, start_no_drag_of_a_window_that_is_fullscreen_minimized_or_not_mapped)
+{
+    x11_window &full = map_fullscreen();
+    full.request_drag(8);
+    full.request_drag(4);
+    x11_window &hidden = map_x11();
+    toplevel_minimize(record(hidden));
+    hidden.request_drag(8);
+    x11_window &unmapped = connect_x11().create();
+    unmapped.request_drag(8);
+    settle();
+    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+}
+
+// States
+
+TEST_F(x11_requests, maximize_and_unmaximize)
+{
+    x11_window &w = map_x11();
+    w.request_state(true, "MAXIMIZED_VERT", "MAXIMIZED_HORZ");
+    EVENTUALLY(record(w).maximized);
+    EVENTUALLY_EQ(w.told(), (x11_place{0, 30, 1280, 674}));
+    w.request_state(false, "MAXIMIZED_VERT", "MAXIMIZED_HORZ");
+    EVENTUALLY(!record(w).maximized);
+    EVENTUALLY_EQ(w.told(), (x11_place{490, 267, 300, 200}));
+}
+
+TEST_F(x11_requests, for_width_alone_do_not_maximize)
+{
+    x11_window &w = map_x11();
+    w.request_state(true, "MAXIMIZED_HORZ");
+    settle();
+    EXPECT_FALSE(record(w).maximized);
+}
+
+TEST_F(x11_requests, minimize_and_bring_back)
+{
+    x11_window &other = map_x11(), &w = map_x11();
+    w.request_iconify();
+    EVENTUALLY(record(w).minimized);
+    EXPECT_TRUE(has_keyboard(other));
+    EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
+    w.request_normal();
+    EVENTUALLY(!record(w).minimized);
+    EXPECT_TRUE(has_keyboard(w));
+}
+
+TEST_F(x11_requests, enter_and_leave_fullscreen)
+{
+    x11_window &w = map_x11();
+    w.request_state(true, "FULLSCREEN");
+    EVENTUALLY(record(w).fullscreen);
+    EVENTUALLY_EQ(w.told(), whole_output);
+    EVENTUALLY(w.has_state("FULLSCREEN"));
+    EXPECT_EQ(record(w).scene_tree->node.parent, server.fullscreen_tree);
+    w.request_state(false, "FULLSCREEN");
+    EVENTUALLY(!record(w).fullscreen);
+    EVENTUALLY_EQ(w.told(), (x11_place{490, 267, 300, 200}));
+    EVENTUALLY(!w.has_state("FULLSCREEN"));
+}
+
+TEST_F(x11_requests, leave_a_game_fullscreen_that_has_nothing_to_gain)
+{
+    x11_window &w = map_fullscreen();
+    record(w).saved_geo = {0, 0, 1280, 704};
+    w.request_state(true, "FULLSCREEN");
+    w.request_state(false, "FULLSCREEN");
+    settle();
+    EXPECT_TRUE(record(w).fullscreen);
+    record(w).saved_geo = {0, 0, 1279, 704};
+    w.request_state(true, "FULLSCREEN");
+    w.request_state(false, "FULLSCREEN");
+    EVENTUALLY(!record(w).fullscreen);
+}
+
+TEST_F(x11_requests, put_a_fullscreen_window_on_the_output_for_games)
+{
+    config("game_output = B\n");
+    plug("B", 640, 640);
+    x11_window &w = map_x11();
+    w.request_state(true, "FULLSCREEN");
+    EVENTUALLY_EQ(w.told().width, 640);
+    EXPECT_EQ(record(w).workspace, output("A").current_ws);
+}
+
+// Attention
+
+TEST_F(x11_requests, for_focus_are_only_noted_while_a_native_window_has_it)
+{
+    x11_window &w = map_x11();
+    map("native");
+    (void)heard();
+    expect_marked(w);
+}
+
+TEST_F(x11_requests, for_focus_are_only_noted_while_another_x11_window_has_it)
+{
+    x11_window &w = map_x11();
+    map_x11();
+    expect_marked(w);
+}
+
+TEST_F(x11_requests, for_focus_are_granted_when_nobody_has_it)
+{
+    x11_window &w = map_x11();
+    map_x11();
+    clear_focus();
+    w.request_activate();
+    EVENTUALLY(has_keyboard(w));
+    EXPECT_FALSE(record(w).urgent);
+    EXPECT_EQ(focused_toplevel(server), &record(w));
+}
+
+TEST_F(x11_requests, for_focus_raise_the_window_that_has_it)
+{
+    x11_window &w = map_x11();
+    x11_window &other = map_x11();
+    focus_toplevel_ex(&record(w), false);
+    EXPECT_EQ(focused_toplevel(server), &record(other));
+    w.request_activate();
+    EVENTUALLY_EQ(focused_toplevel(server), &record(w));
+}
+
+TEST_F(x11_requests, for_focus_are_only_noted_while_a_game_owns_the_screen)
+{
+    x11_window &launcher = map_x11();
+    x11_window &game = map_fullscreen();
+    clear_focus();
+    EXPECT_TRUE(any_screen_owner(server));
+    expect_marked(launcher);
+    game.request_activate();
+    EVENTUALLY(has_keyboard(game));
+}
+
+TEST_F(x11_requests, for_focus_are_only_noted_while_an_unmanaged_window_fills_an_output)
+{
+    x11_window &launcher = map_x11();
+    map_unmanaged({.width = 1280, .height = 704});
+    clear_focus();
+    EXPECT_TRUE(any_screen_owner(server));
+    expect_marked(launcher);
+}
+
+TEST_F(x11_requests, for_focus_are_only_noted_of_a_window_that_nobody_sees)
+{
+    x11_window &w = map_x11();
+    goto_workspace(server, 2);
+    clear_focus();
+    expect_marked(w);
+}
+
+TEST_F(x11_requests, for_focus_of_a_window_that_is_not_mapped_are_ignored)
+{
+    x11_window &w = connect_x11().create();
+    clear_focus();
+    w.request_activate();
+    settle();
+    EXPECT_EQ(keyboard_focus(), nullptr);
+}
+
+TEST_F(x11_requests, a_game_on_a_hidden_workspace_owns_no_screen)
+{
+    map_fullscreen();
+    EXPECT_TRUE(any_screen_owner(server));
+    goto_workspace(server, 2);
+    EXPECT_FALSE(any_screen_owner(server));
+}
+
+TEST_F(x11_requests, urgency_marks_a_window_until_it_is_focused)
+{
+    x11_window &w = map_x11();
+    w.urgency(true);
+    settle();
+    EXPECT_FALSE(record(w).urgent) << "it has the keyboard";
+    map("native");
+    (void)heard();
+    w.urgency(true);
+    EVENTUALLY(record(w).urgent);
+    EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WINDOWS));
+    w.urgency(false);
+    settle();
+    EXPECT_TRUE(record(w).urgent);
+    focus_toplevel_ex(&record(w), true);
+    EXPECT_FALSE(record(w).urgent);
+}
+
+// Names
+
+TEST_F(x11_requests, titles_are_drawn_anew_and_classes_are_announced)
+{
+    x11_window &w = map_x11();
+    const vantore_toplevel &t = record(w);
+    EVENTUALLY_EQ(pixel("A", 640, 352), 0xff3366ccU);
+    const test::image before = picture("A");
+    w.title("another");
+    EVENTUALLY_EQ(std::string{tl_title(t)}, "another");
+    EVENTUALLY(picture("A").argb != before.argb);
+    (void)heard();
+    w.wm_class("renamed");
+    EVENTUALLY_EQ(std::string{tl_app_id(t)}, "renamed");
+    EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
+}
+
+TEST_F(x11_requests, titles_may_come_before_the_window_is_mapped)
+{
+    x11_window &w = connect_x11().create();
+    w.title("early");
+    w.wm_class("early");
+    settle();
+    EXPECT_THAT(tl_title(record(map_x11(w))), StrEq("early"));
+}
+
+// From the desktop's own side of the socket the names are text of any bytes.
+TEST_F(x11_requests, names_of_any_bytes_do_no_harm)
+{
+    x11_window &w = map_x11();
+    for (const std::string_view bytes :
+         {std::string_view{"\xff\xfe\x80\xc0", 4}, std::string_view{"\0\0\0", 3}, std::string_view{""},
+          std::string_view{"\xed\xa0\x80\xf4\x90\x80\x80", 7}, std::string_view{"\"\\\x01\x1f\n", 5}}) {
+        w.title(bytes);
+        w.property("WM_NAME", "STRING", bytes);
+        w.wm_class(bytes);
+        settle();
+        EXPECT_THAT(ask(dial(), VNT_MSG_GET_WINDOWS), testing::StartsWith("[{"));
+    }
+    w.title(std::string(200'000, '\xe4'));
+    settle();
+    EVENTUALLY(find_record(w) != nullptr);
+}
+
+TEST_F(x11_requests, properties_of_any_bytes_do_no_harm)
+{
+    x11_window &w = map_x11();
+    const std::string junk = "\xff\x00\x7f\x80 of any length";
+    for (const char *name :
+         {"WM_HINTS", "WM_NORMAL_HINTS", "WM_TRANSIENT_FOR", "WM_PROTOCOLS", "WM_CLASS", "_MOTIF_WM_HINTS",
+          "_NET_WM_STATE", "_NET_WM_WINDOW_TYPE", "_NET_WM_PID", "_NET_WM_STRUT_PARTIAL", "_NET_WM_ICON",
+          "WM_WINDOW_ROLE", "_NET_STARTUP_ID", "_NET_WM_WINDOW_OPACITY"})
+        for (const std::string_view bytes :
+             {std::string_view{junk}, std::string_view{"x"}, std::string_view{}}) {
+            w.property(name, "STRING", bytes);
+            w.property(name, name, bytes);
+        }
+    settle();
+    w.unmap();
+    EVENTUALLY_EQ(find_record(w), nullptr);
+    map_x11(w);
+    EXPECT_THAT(test::server_check(server), IsEmpty());
+}
+
+// Storms
+
+TEST_F(x11_requests, sizes_at_the_limits_do_no_harm)
+{
+    x11_window &w = map_x11();
+    for (const x11_place &p :
+         {x11_place{-32768, -32768, 1, 1}, x11_place{32767, 32767, 65535, 1}, x11_place{0, 0, 0, 0},
+          x11_place{0, 0, 1, 65535}, x11_place{0, 0, 300, 0}, x11_place{10, 10, 300, 200}})
+        w.place(p.x, p.y, p.width, p.height);
+    EVENTUALLY_EQ(w.told(), (x11_place{10, 10, 300, 200}));
+    EVENTUALLY_EQ(box(w), (wlr_box{10, 10, 300, 200}));
+    EXPECT_THAT(test::server_check(server), IsEmpty());
+}
+
+TEST_F(x11_requests, window_of_no_or_enormous_size_does_no_harm)
+{
+    test::x11_client &client = connect_x11();
+    client.create({.width = 0, .height = 0}).map();
+    client.create({.width = 65535, .height = 65535}).map();
+    client.create({.width = 1, .height = 1}).map();
+    settle();
+    map_x11(client.create());
+    EXPECT_THAT(test::server_check(server), IsEmpty());
+}
+
+TEST_F(x11_requests, storm_of_configures_ends_where_the_last_one_says)
+{
+    x11_window &w = map_x11();
+    for (int i = 0; i < 2000; i++)
+        w.place(i % 500, i % 300 + 30, 100 + i % 400, 100 + i % 300);
+    w.place(100, 100, 300, 200);
+    EVENTUALLY_EQ(w.told(), (x11_place{100, 100, 300, 200}));
+    EVENTUALLY_EQ(box(w), (wlr_box{100, 100, 300, 200}));
+}
+
+TEST_F(x11_requests, storm_of_maps_and_unmaps_leaves_what_the_last_one_says)
+{
+    x11_window &w = map_x11();
+    for (int i = 0; i < 1000; i++) {
+        w.unmap();
+        w.map();
+        if (i % 50 == 0)
+            settle();
+    }
+    EVENTUALLY(find_record(w) != nullptr);
+    settle(); // the last request to map it is behind us
+    w.unmap();
+    EVENTUALLY_EQ(find_record(w), nullptr);
+    EXPECT_THAT(test::server_check(server), IsEmpty());
+}
+
+TEST_F(x11_requests, of_all_kinds_while_a_window_comes_and_goes_do_no_harm)
+{
+    x11_window &w = connect_x11().create();
+    for (int i = 0; i < 60; i++) {
+        if (i % 3 == 0)
+            w.map();
+        if (i % 3 == 2)
+            w.unmap();
+        w.request_state(i % 2 == 0, "FULLSCREEN");
+        w.request_state(i % 4 < 2, "MAXIMIZED_VERT", "MAXIMIZED_HORZ");
+        w.request_activate();
+        w.request_drag(uint32_t(i % 9));
+        w.request_iconify();
+        w.request_normal();
+        w.raise();
+        w.lower();
+        w.place(i, i, 10 + i, 10 + i);
+        w.urgency(i % 2 == 0);
+        if (i % 7 == 0)
+            settle();
+    }
+    settle();
+    EXPECT_THAT(test::server_check(server), IsEmpty());
+}
+
+TEST_F(x11_requests, window_that_is_its_own_parent_does_no_harm)
+{
+    test::x11_client &client = connect_x11();
+    x11_window &one = client.create(), &two = client.create();
+    one.transient_for(one);
+    two.transient_for(one);
+    one.transient_for(two);
+    map_x11(one);
+    map_x11(two);
+    EXPECT_THAT(test::server_check(server), IsEmpty());
+}

@@ -1,0 +1,118 @@
+// Real X11 programs in the real compositor.
+
+#include "support/real_session.hpp"
+
+#include <csignal>
+#include <fstream>
+
+using test::eventually;
+using testing::HasSubstr;
+using testing::Optional;
+
+struct x11_programs : test::real_session {
+    x11_programs()
+    {
+        world.environment["DISPLAY"] = display();
+        world.environment["LC_ALL"] = "C.UTF-8";
+    }
+    // The X display whose lock the compositor holds.
+    [[nodiscard]] std::string display() const
+    {
+        for (int number = 0; number < 33; number++) {
+            pid_t owner = 0;
+            std::ifstream{"/tmp/.X" + std::to_string(number) + "-lock"} >> owner;
+            if (owner == compositor.pid())
+                return ":" + std::to_string(number);
+        }
+        ADD_FAILURE() << "no X display";
+        return ":999";
+    }
+    [[nodiscard]] std::string windows() const { return output_of({"windows"}); }
+    [[nodiscard]] bool shows(const std::string &app_id) const
+    {
+        return windows().contains("\"app_id\":\"" + app_id + "\"");
+    }
+    [[nodiscard]] std::string contents(const std::string &name) const
+    {
+        std::ifstream file{world.directory() / name};
+        return {std::istreambuf_iterator<char>{file}, {}};
+    }
+    // Into the file "typed". The first key brings a new keymap, which the X server takes its time to compile.
+    [[nodiscard]] bool types(const std::string &text) const
+    {
+        return eventually([&] {
+            test::process wtype = run({"wtype", "-k", "Shift_L", "-s", "2000", text, "-k", "Return"});
+            return wtype.wait() == 0 && eventually([&] { return contents("typed").contains('\n'); }) &&
+                   contents("typed").contains(text + "\n");
+        });
+    }
+    [[nodiscard]] std::string path(const std::string &name) const { return world.directory() / name; }
+};
+
+TEST_F(x11_programs, are_windows_like_others)
+{
+    test::process xterm = run({"xterm", "-T", "a terminal", "-e", "sleep", "100"});
+    EXPECT_TRUE(eventually([&] { return shows("XTerm"); })) << xterm.output() << compositor.output();
+    test::process xeyes = run({"xeyes"});
+    EXPECT_TRUE(eventually([&] { return shows("XEyes"); })) << xeyes.output();
+    EXPECT_THAT(windows(), HasSubstr("\"title\":\"a terminal\""));
+    EXPECT_TRUE(eventually([&] { return windows().contains("\"focused\":true"); }));
+    (void)output_of({"command", "focus", "app:XTerm"});
+    (void)output_of({"command", "close", "app:XEyes"});
+    EXPECT_TRUE(eventually([&] { return !shows("XEyes"); }));
+    (void)output_of({"command", "close", "app:XTerm"});
+    EXPECT_TRUE(eventually([&] { return !shows("XTerm"); }));
+}
+
+TEST_F(x11_programs, hear_the_keyboard)
+{
+    test::process xterm =
+        run({"xterm", "-e", "sh", "-c", "touch " + path("ready") + "; cat > " + path("typed")});
+    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(path("ready")) && shows("XTerm"); }))
+        << xterm.output();
+    EXPECT_TRUE(types("hello there")) << contents("typed");
+}
+
+TEST_F(x11_programs, may_still_be_starting_when_the_session_ends)
+{
+    test::process xterm = run({"xterm", "-e", "sleep", "100"});
+    EXPECT_TRUE(compositor.says("Starting Xwayland")) << compositor.output();
+}
+
+// As a launcher does: a window that no window manager has a say in, and that reads the keyboard below the
+// pointer.
+TEST_F(x11_programs, may_read_the_keyboard_in_a_window_of_their_own_placing)
+{
+    test::process launcher =
+        run({"xterm", "-xrm", "XTerm*overrideRedirect: true", "-geometry", "60x5+500+330", "-e", "sh", "-c",
+             "touch " + path("ready") + "; cat > " + path("typed")});
+    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(path("ready")); })) << launcher.output();
+    EXPECT_TRUE(types("start something")) << contents("typed");
+    EXPECT_EQ(windows(), "[]\n");
+}
+
+TEST_F(x11_programs, are_driven_by_a_script)
+{
+    test::process xterm = run({"xterm", "-e", "sleep", "100"});
+    ASSERT_TRUE(eventually([&] { return shows("XTerm"); })) << xterm.output();
+    test::process xdotool = run({"xdotool", "search", "--sync", "--onlyvisible", "--class", "XTerm",
+                                 "windowsize", "400", "300", "windowmove", "20", "40"});
+    EXPECT_THAT(xdotool.wait(), Optional(0)) << xdotool.output();
+    EXPECT_TRUE(eventually([&] { return windows().contains(R"("rect":{"x":20,"y":40,"width":)"); }))
+        << windows();
+}
+
+TEST_F(x11_programs, end_with_the_x_server_and_the_next_one_starts_it_again)
+{
+    using std::chrono::steady_clock;
+    const auto started = steady_clock::now();
+    test::process xterm = run({"xterm", "-e", "sleep", "100"});
+    ASSERT_TRUE(eventually([&] { return shows("XTerm"); })) << xterm.output();
+    // One that ends within five seconds is not started again: it might crash for ever.
+    EXPECT_TRUE(eventually([&] { return steady_clock::now() - started > std::chrono::seconds{7}; }));
+    test::process killer = run({"pkill", "-KILL", "-f", "Xwayland " + world.environment["DISPLAY"] + " "});
+    EXPECT_THAT(killer.wait(), Optional(0)) << killer.output();
+    EXPECT_TRUE(eventually([&] { return !shows("XTerm"); }));
+    test::process again = run({"xterm", "-e", "sleep", "100"});
+    EXPECT_TRUE(eventually([&] { return shows("XTerm"); })) << again.output() << compositor.output();
+}
