@@ -41,8 +41,8 @@ struct vantore_server {
     wlr_xwayland *xwayland = nullptr; // null when there is no X server
     listener xwayland_ready, new_xwayland_surface;
     list_head toplevels; // vantore_toplevel.link, mapped windows, most recently raised first
-    vantore_toplevel *hovered_toplevel =
-        nullptr; // whose title bar is under the pointer; cleared when it unmaps
+    // Whose title bar is under the pointer; cleared when it unmaps.
+    vantore_toplevel *hovered_toplevel = nullptr;
     list_head xwl_unmanaged; // vantore_unmanaged.link, newest first
     listener new_decoration;
     wlr_layer_shell_v1 *layer_shell = nullptr; // null when it could not be made
