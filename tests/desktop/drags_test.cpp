@@ -8,6 +8,7 @@
 #include "input/cursor_image.hpp"
 #include "input/interactive.hpp"
 #include "text.hpp"
+#include "windows/fullscreen.hpp"
 #include "windows/states.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/focus.hpp"
@@ -291,12 +292,12 @@ TEST_F(drags, of_a_tile_to_an_edge_take_it_out_of_the_tiles)
 TEST_F(drags, of_a_fullscreen_window_to_an_edge_leave_it_as_it_is)
 {
     press_at(300, 185);
-    t().fullscreen = true;
+    toplevel_set_fullscreen(t(), true);
     go(5, 350);
     EXPECT_FALSE(shows(server.snap_preview));
     drop_at(5, 350);
     EXPECT_FALSE(t().snapped);
-    t().fullscreen = false;
+    toplevel_set_fullscreen(t(), false);
 }
 
 TEST_F(drags, dropped_at_an_edge_or_on_another_output_focus_the_window)
@@ -544,10 +545,10 @@ TEST_F(drags, of_a_fullscreen_window_join_no_other_output)
 {
     plug("B", 640, 512);
     press_at(300, 185);
-    t().fullscreen = true;
+    toplevel_set_fullscreen(t(), true);
     drop_at(1280 + 200, 185);
     EXPECT_EQ(t().workspace, &workspace(1));
-    t().fullscreen = false;
+    toplevel_set_fullscreen(t(), false);
 }
 
 TEST_F(drags, asked_for_by_the_client_need_a_press_on_it)

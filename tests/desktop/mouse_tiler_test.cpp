@@ -5,6 +5,7 @@
 #include "input/interactive.hpp"
 #include "input/mouse_tiler.hpp"
 #include "input/tiler_zones.hpp"
+#include "windows/fullscreen.hpp"
 #include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
@@ -57,12 +58,12 @@ TEST_F(tiler, does_not_show_for_tiles_and_fullscreen_windows)
     EXPECT_FALSE(server.mt_visible);
     pointer->release(BTN_LEFT);
     command("ws-layout 1 floating");
-    t().fullscreen = true;
+    toplevel_set_fullscreen(t(), true);
     begin_interactive(t(), VANTORE_CURSOR_MOVE, 0);
     go(900, 600);
     EXPECT_FALSE(server.mt_visible);
     pointer->release(BTN_LEFT);
-    t().fullscreen = false;
+    toplevel_set_fullscreen(t(), false);
 }
 
 TEST_F(tiler, puts_the_window_into_the_zone_that_is_picked)
@@ -125,14 +126,15 @@ TEST_F(tiler, pushes_no_minimized_and_no_fullscreen_neighbour)
     place(whole, 50, 500);
     place(only, 1100, 500);
     toplevel_minimize(record(hidden));
-    record(whole).fullscreen = true;
+    toplevel_set_fullscreen(record(whole), true);
+    focus_toplevel_ex(&t(), true);
     start_drag();
     point_at_zone(13);
     pointer->release(BTN_LEFT);
     EVENTUALLY_EQ(box(only), (wlr_box{0, 0, 426, 704}));
     EXPECT_FALSE(record(hidden).snapped);
     EXPECT_FALSE(record(whole).snapped);
-    record(whole).fullscreen = false;
+    toplevel_set_fullscreen(record(whole), false);
 }
 
 TEST_F(tiler, pushes_a_single_neighbour_to_the_left)
@@ -211,11 +213,11 @@ TEST_F(tiler, applies_nothing_to_a_window_that_has_become_fullscreen)
 {
     start_drag();
     point_at_zone(0);
-    t().fullscreen = true;
+    toplevel_set_fullscreen(t(), true);
     pointer->release(BTN_LEFT);
     EXPECT_FALSE(t().snapped);
     EXPECT_FALSE(server.mt_visible);
-    t().fullscreen = false;
+    toplevel_set_fullscreen(t(), false);
 }
 
 TEST_F(tiler, draws_anew_only_when_the_pick_changes)
