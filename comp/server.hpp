@@ -37,7 +37,8 @@ struct vantore_server {
     wlr_keyboard_shortcuts_inhibitor_v1 *active_shortcuts_inhibitor = nullptr; // the latest one
     listener new_virtual_kbd, new_virtual_ptr;
     list_head toplevels; // vantore_toplevel.link, mapped windows, most recently raised first
-    vantore_toplevel *hovered_toplevel = nullptr; // whose title bar is under the pointer; cleared when it unmaps
+    vantore_toplevel *hovered_toplevel =
+        nullptr; // whose title bar is under the pointer; cleared when it unmaps
     listener new_decoration;
     wlr_layer_shell_v1 *layer_shell = nullptr; // null when it could not be made
     listener new_layer_surface;

@@ -5,6 +5,7 @@
 #include "drag_zones.hpp"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 static bool has_any(const wl_list &list)
@@ -19,27 +20,50 @@ static bool reaches_beyond_its_surface(const wlr_xdg_surface &base)
            has_any(base.surface->current.subsurfaces_below);
 }
 
-// Above the content, relative to which the pixel is. In a narrow window the bar's buttons reach beyond its left
-// edge; how wide tabs are only the scene can tell.
-static bool may_have_bar_at(const vantore_toplevel &t, int64_t x, int64_t y)
+static int as_int(int64_t value)
 {
-    if (y >= 0 || y < -titlebar_height)
-        return false;
-    if (t.tabbar->node.enabled || t.btn_hover->node.enabled)
-        return true;
-    return t.titlebar->node.enabled && x >= -dec_reach_left && x < t.titlebar->width;
+    return int(std::clamp<int64_t>(value, INT_MIN, INT_MAX));
 }
 
-// The pixel is relative to the parent of the window's tree.
-static bool may_hold(const vantore_toplevel &t, int x, int y)
+// A client may claim any geometry.
+static vantore_reach reach_of_surface(const wlr_xdg_surface &base)
+{
+    const int64_t left = -int64_t{base.geometry.x}, top = -int64_t{base.geometry.y};
+    const wlr_surface_state &shown = base.surface->current;
+    return {.left = as_int(left),
+            .top = as_int(top),
+            .right = as_int(left + shown.width),
+            .bottom = as_int(top + shown.height)};
+}
+
+// In a narrow window the bar's buttons reach beyond its left edge.
+static void add_bar(vantore_reach &reach, int width)
+{
+    reach.left = std::min({reach.left, 0, width - dec_reach_left});
+    reach.top = std::min(reach.top, -titlebar_height);
+    reach.right = std::max(reach.right, width);
+    reach.bottom = std::max(reach.bottom, 0);
+}
+
+void note_reach(vantore_toplevel &t)
 {
     const wlr_xdg_surface &base = *t.xdg_toplevel->base;
-    const wlr_scene_node &node = t.scene_tree->node;
-    const wlr_surface_state &shown = base.surface->current;
-    const int64_t cx = int64_t{x} - node.x, cy = int64_t{y} - node.y;
-    const int64_t sx = cx + base.geometry.x, sy = cy + base.geometry.y;
-    return (sx >= 0 && sx < shown.width && sy >= 0 && sy < shown.height) || may_have_bar_at(t, cx, cy) ||
-           reaches_beyond_its_surface(base);
+    t.reach = {};
+    if (reaches_beyond_its_surface(base) || t.tabbar->node.enabled) // how wide tabs are only the scene knows
+        return;
+    t.reach = reach_of_surface(base);
+    if (t.ssd)
+        add_bar(t.reach, std::max(t.titlebar->width, tl_shown_width(t)));
+}
+
+void forget_reach(vantore_toplevel &t)
+{
+    t.reach = {};
+}
+
+static bool may_hold(const vantore_reach &reach, int64_t x, int64_t y)
+{
+    return x >= reach.left && x < reach.right && y >= reach.top && y < reach.bottom;
 }
 
 static bool is_empty_tree(wlr_scene_node &node)
@@ -62,7 +86,8 @@ static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree
         if (!child->enabled)
             continue;
         const auto *t = static_cast<const vantore_toplevel *>(child->data);
-        if (t != nullptr ? !may_hold(*t, x, y) : is_empty_tree(*child))
+        if (t != nullptr ? !may_hold(t->reach, int64_t{x} - child->x, int64_t{y} - child->y)
+                         : is_empty_tree(*child))
             continue;
         const bool holds_windows = t == nullptr && (child == windows || &tree.node == windows);
         wlr_scene_node *found =

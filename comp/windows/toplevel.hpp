@@ -5,6 +5,7 @@
 #include "../presentation/dec_region.hpp"
 #include "../records.hpp"
 
+#include <climits>
 #include <sys/types.h>
 
 // Where a rule of the user puts a window.
@@ -17,6 +18,11 @@ enum vantore_place : int {
     PLACE_CENTER
 };
 
+// A part of the plane, relative to a window's node; right and bottom lie outside of it.
+struct vantore_reach {
+    int left = INT_MIN, top = INT_MIN, right = INT_MAX, bottom = INT_MAX;
+};
+
 struct vantore_toplevel {
     list_link link; // server->toplevels, only while mapped
     vantore_server *server = nullptr;
@@ -25,6 +31,7 @@ struct vantore_toplevel {
     // Its position is the layout position of the content's top left corner, so a
     // title bar lies above it.
     wlr_scene_tree *scene_tree = nullptr;
+    vantore_reach reach; // nothing of it takes input outside; hit_test keeps it
     // The title bar's nodes, children of scene_tree.
     wlr_scene_rect *titlebar = nullptr;
     wlr_scene_buffer *title = nullptr;
