@@ -7,23 +7,33 @@
 #include <algorithm>
 #include <cmath>
 
-// Above the content, relative to which the pixel is. In a narrow window the bar's buttons reach beyond its
-// left edge; how wide tabs are only the scene can tell.
-static bool may_have_bar_at(const vantore_toplevel &t, int64_t x, int64_t y)
+// In a narrow window the bar's buttons reach beyond its left edge.
+static void add_bar(vantore_reach &reach, int width)
 {
-    if (y >= 0 || y < -titlebar_height)
-        return false;
-    if (t.tabbar->node.enabled || t.btn_hover->node.enabled)
-        return true;
-    return t.titlebar->node.enabled && x >= -dec_reach_left && x < t.titlebar->width;
+    reach.left = std::min({reach.left, 0, width - dec_reach_left});
+    reach.top = std::min(reach.top, -titlebar_height);
+    reach.right = std::max(reach.right, width);
+    reach.bottom = std::max(reach.bottom, 0);
 }
 
-// The pixel is relative to the parent of the window's tree.
-static bool may_hold(const vantore_toplevel &t, int x, int y)
+void note_reach(vantore_toplevel &t)
 {
-    const wlr_scene_node &node = t.scene_tree->node;
-    const int64_t cx = int64_t{x} - node.x, cy = int64_t{y} - node.y;
-    return tl_may_be_at(t, cx, cy) || may_have_bar_at(t, cx, cy);
+    t.reach = {};
+    if (t.tabbar->node.enabled) // how wide tabs are only the scene knows
+        return;
+    t.reach = tl_reach(t);
+    if (t.ssd)
+        add_bar(t.reach, std::max(t.titlebar->width, tl_shown_width(t)));
+}
+
+void forget_reach(vantore_toplevel &t)
+{
+    t.reach = {};
+}
+
+static bool may_hold(const vantore_reach &reach, int64_t x, int64_t y)
+{
+    return x >= reach.left && x < reach.right && y >= reach.top && y < reach.bottom;
 }
 
 static bool is_empty_tree(wlr_scene_node &node)
@@ -46,7 +56,8 @@ static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree
         if (!child->enabled)
             continue;
         const auto *t = static_cast<const vantore_toplevel *>(child->data);
-        if (t != nullptr ? !may_hold(*t, x, y) : is_empty_tree(*child))
+        if (t != nullptr ? !may_hold(t->reach, int64_t{x} - child->x, int64_t{y} - child->y)
+                         : is_empty_tree(*child))
             continue;
         const bool holds_windows = t == nullptr && (child == windows || &tree.node == windows);
         wlr_scene_node *found =

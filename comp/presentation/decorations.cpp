@@ -2,6 +2,7 @@
 
 #include "../cairo_buffer.hpp"
 #include "../config/settings.hpp"
+#include "../input/hit_test.hpp"
 #include "../server.hpp"
 #include "../utf8.hpp"
 #include "../windows/toplevel.hpp"
@@ -221,6 +222,7 @@ void dec_layout(vantore_toplevel &t)
         }
     }
     backdrop_blur_follow(t.titlebar_blur, t.titlebar);
+    note_reach(t);
 }
 
 static bool bars_are_see_through()

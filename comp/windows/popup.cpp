@@ -1,5 +1,6 @@
 #include "popup.hpp"
 
+#include "../input/hit_test.hpp"
 #include "../outputs/output.hpp"
 #include "../records.hpp"
 #include "../server.hpp"
@@ -28,12 +29,17 @@ static wlr_xdg_surface *root_surface(const wlr_xdg_popup &popup)
     return nullptr;
 }
 
+static vantore_toplevel *window_of(const wlr_xdg_popup &popup)
+{
+    const wlr_xdg_surface *root = root_surface(popup);
+    return root != nullptr ? toplevel_of(*root) : nullptr;
+}
+
 // The limit is the whole output that holds the window's top left corner, panels included: a nested menu stays
 // with its window, wherever the menu that it comes from lies.
 static void popup_unconstrain(const vantore_popup &p)
 {
-    const wlr_xdg_surface *root = root_surface(*p.xdg_popup);
-    const vantore_toplevel *t = root != nullptr ? toplevel_of(*root) : nullptr;
+    const vantore_toplevel *t = window_of(*p.xdg_popup);
     if (t == nullptr)
         return;
     const wlr_scene_node &node = t->scene_tree->node;
@@ -124,6 +130,8 @@ void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup)
         return;
     }
     popup->base->data = tree; // where its own popups find it
+    if (vantore_toplevel *t = window_of(*popup))
+        forget_reach(*t);
     auto *p = new vantore_popup{};
     p->xdg_popup = popup;
     p->server = &server;

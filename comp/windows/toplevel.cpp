@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <limits>
@@ -180,16 +181,26 @@ static bool may_reach_beyond_its_surface(const vantore_toplevel &t, const wlr_su
            (t.kind == VNT_XDG && has_any(t.xdg_toplevel->base->popups));
 }
 
-bool tl_may_be_at(const vantore_toplevel &t, int64_t x, int64_t y)
+static int as_int(int64_t value)
 {
-    const wlr_surface_state &shown = tl_surface(t)->current;
+    return int(std::clamp<int64_t>(value, INT_MIN, INT_MAX));
+}
+
+// A client may claim any geometry.
+vantore_reach tl_reach(const vantore_toplevel &t)
+{
+    const wlr_surface *surface = tl_surface(t);
+    if (surface == nullptr || may_reach_beyond_its_surface(t, surface->current))
+        return {};
+    int64_t left = 0, top = 0;
     if (t.kind == VNT_XDG) {
-        const wlr_box &geometry = t.xdg_toplevel->base->geometry;
-        x += geometry.x;
-        y += geometry.y;
+        left = -int64_t{t.xdg_toplevel->base->geometry.x};
+        top = -int64_t{t.xdg_toplevel->base->geometry.y};
     }
-    return (x >= 0 && x < shown.width && y >= 0 && y < shown.height) ||
-           may_reach_beyond_its_surface(t, shown);
+    return {.left = as_int(left),
+            .top = as_int(top),
+            .right = as_int(left + surface->current.width),
+            .bottom = as_int(top + surface->current.height)};
 }
 
 void tl_set_fullscreen_state(vantore_toplevel &t, bool fullscreen)

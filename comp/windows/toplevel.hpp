@@ -5,6 +5,7 @@
 #include "../presentation/dec_region.hpp"
 #include "../records.hpp"
 
+#include <climits>
 #include <sys/types.h>
 
 enum vantore_kind : int { VNT_XDG, VNT_XWL };
@@ -19,6 +20,11 @@ enum vantore_place : int {
     PLACE_CENTER
 };
 
+// A part of the plane, relative to a window's node; right and bottom lie outside of it.
+struct vantore_reach {
+    int left = INT_MIN, top = INT_MIN, right = INT_MAX, bottom = INT_MAX;
+};
+
 struct vantore_toplevel {
     list_link link; // server->toplevels, only while mapped
     vantore_server *server = nullptr;
@@ -31,6 +37,7 @@ struct vantore_toplevel {
     // Its position is the layout position of the content's top left corner, so a
     // title bar lies above it. Null while a VNT_XWL is not mapped.
     wlr_scene_tree *scene_tree = nullptr;
+    vantore_reach reach; // nothing of it takes input outside; hit_test keeps it
     // The title bar's nodes, children of scene_tree.
     wlr_scene_rect *titlebar = nullptr;
     wlr_scene_buffer *title = nullptr;
@@ -115,9 +122,9 @@ void tl_set_minimized(vantore_toplevel &t, bool minimized);
 void tl_restack(vantore_toplevel &t);
 // The smallest size that the client takes, 0 for none.
 wlr_box tl_least_size(const vantore_toplevel &t);
-// False only when neither the surface nor what may reach beyond it can be at a pixel that is relative to the
-// scene tree. Cheap: asked for every window at every motion of the pointer.
-bool tl_may_be_at(const vantore_toplevel &t, int64_t x, int64_t y);
+// Where its surface may take input, relative to the scene tree: anywhere when popups or subsurfaces may reach
+// beyond it.
+vantore_reach tl_reach(const vantore_toplevel &t);
 // The client's process, as its socket or the X server tells it; 0 when unknown.
 pid_t tl_pid(const vantore_toplevel &t);
 // Asks the window to close and pings it; a window already found unresponsive is killed.

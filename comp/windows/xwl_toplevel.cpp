@@ -7,6 +7,7 @@
 
 #include "xwl_toplevel.hpp"
 
+#include "../input/hit_test.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../memory_trim.hpp"
 #include "../presentation/decorations.hpp"
@@ -87,6 +88,8 @@ static void xwl_surface_commit(vantore_toplevel &t)
 {
     enforce_fullscreen_pos(t);
     tl_note_sign_of_life(t);
+    if (t.scene_tree != nullptr)
+        note_reach(t);
 }
 
 static void xwl_handle_associate(vantore_toplevel &t)

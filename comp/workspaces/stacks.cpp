@@ -1,6 +1,7 @@
 #include "stacks.hpp"
 
 #include "../cairo_buffer.hpp"
+#include "../input/hit_test.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
@@ -84,6 +85,7 @@ void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width)
     scene_buffer_set_cairo(active.tabbar, buffer);
     wlr_scene_node_set_position(&active.tabbar->node, 0, -tabbar_height);
     wlr_scene_node_set_enabled(&active.tabbar->node, true);
+    forget_reach(active);
 }
 
 // Tabs take the place of the title bar.

@@ -59,7 +59,8 @@ TEST_F(hover_focus, keeps_its_anchor_over_the_empty_desktop)
 TEST_F(hover_focus, brings_its_anchor_along_over_the_focused_window)
 {
     go(560, 350);
-    place(*other, 565, 300);
+    pointer->move(5, 0);
+    place(*other, 568, 300);
     pointer->move(7, 0);
     EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
     pointer->move(1, 0);

@@ -80,6 +80,7 @@ struct quick_lookup : test::desktop, testing::WithParamInterface<unsigned> {
         cairo_destroy(cr);
         wlr_scene_node_set_position(&t.tabbar->node, 0, -tabbar_height);
         wlr_scene_node_set_enabled(&t.tabbar->node, true);
+        forget_reach(t);
     }
     void hang(vantore_toplevel &t)
     {

@@ -64,6 +64,7 @@ void unstarted_desktop::start()
 void unstarted_desktop::finish()
 {
     EXPECT_THAT(server_check(server, active_windows), testing::IsEmpty()) << state();
+    EXPECT_THAT(lookup_check(server), testing::IsEmpty()) << state();
     server_finish(server);
     running = false;
     connections.clear();
