@@ -15,8 +15,6 @@ using test::window;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
@@ -150,7 +148,8 @@ TEST_F(button_order, with_logo_every_button_but_the_right_one_moves_the_window_a
 {
     keyboard->press(KEY_LEFTMETA);
     forget();
-    for (const uint32_t button : {BTN_LEFT, BTN_MIDDLE, BTN_SIDE}) {
+    static constexpr uint32_t buttons[]{BTN_LEFT, BTN_MIDDLE, BTN_SIDE};
+    for (const uint32_t button : buttons) {
         focus_toplevel_ex(&record(*other), true);
         press_at(400, 350, button);
         EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE);

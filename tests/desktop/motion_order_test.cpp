@@ -92,7 +92,8 @@ TEST_F(motion_order, of_a_drag_no_client_hears)
     const test::layer_surface panel{other->owner(), {.size = {1280, 100}, .anchor = test::TOP}};
     settle();
     keyboard->press(KEY_LEFTMETA);
-    for (const uint32_t button : {BTN_LEFT, BTN_RIGHT}) {
+    static constexpr uint32_t buttons[]{BTN_LEFT, BTN_RIGHT};
+    for (const uint32_t button : buttons) {
         press_at(400, 350, button);
         forget();
         go(900, 300);
