@@ -133,7 +133,7 @@ static tile_look look_of(const mt_display &display, int index)
 
 static void draw_number(cairo_t *cr, int number, int x, int y, const color &c)
 {
-    std::array<char, 4> text{};
+    std::array<char, 12> text{};
     snprintf(text.data(), text.size(), "%d", number);
     cairo_set_color(cr, c);
     cairo_move_to(cr, x, y);

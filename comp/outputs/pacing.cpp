@@ -44,6 +44,8 @@ static void commit_measured(vantore_output &o)
     options.timer = &o.rt;
     const bool committed = wlr_scene_output_commit(o.scene_output, &options);
     o.rt_pending = committed && o.rt.render_timer != nullptr;
+    if (!o.rt_pending)
+        wlr_scene_timer_finish(&o.rt);
 }
 
 // A driver that can't tear now shows the frame in step with the blank.

@@ -100,7 +100,8 @@ static bool covers_output(const vantore_unmanaged &u)
 {
     const wlr_xwayland_surface &xwl = *u.xwl;
     wlr_output_layout *layout = u.server->output_layout;
-    wlr_output *under = wlr_output_layout_output_at(layout, xwl.x + xwl.width / 2, xwl.y + xwl.height / 2);
+    wlr_output *under =
+        wlr_output_layout_output_at(layout, xwl.x + xwl.width / 2.0, xwl.y + xwl.height / 2.0);
     if (u.scene_tree == nullptr || under == nullptr)
         return false;
     wlr_box screen{};

@@ -10,10 +10,8 @@
 #include "windows/fullscreen.hpp"
 #include "windows/states.hpp"
 
-using test::size;
 using test::window;
 using testing::HasSubstr;
-using testing::Not;
 
 static constexpr int64_t one_ms = 1'000'000;
 
@@ -40,8 +38,10 @@ struct pacing : test::desktop {
     {
         return [this](const wlr_output_state &state) {
             tearing_asked += state.tearing_page_flip ? 1 : 0;
-            return !(refuses_tearing && state.tearing_page_flip) &&
-                   !(refuses_pictures && (state.committed & WLR_OUTPUT_STATE_BUFFER) != 0);
+            const bool picture = (state.committed & WLR_OUTPUT_STATE_BUFFER) != 0;
+            const bool refused =
+                (refuses_tearing && state.tearing_page_flip) || (refuses_pictures && picture);
+            return !refused;
         };
     }
 
@@ -227,6 +227,17 @@ TEST_F(pacing, answers_frame_callbacks_also_when_the_commit_fails)
     w.request_frame();
     w.fill(0xffff0000);
     EVENTUALLY_EQ(w.frames(), before + 1);
+}
+
+TEST_F(pacing, measures_nothing_when_the_commit_fails)
+{
+    window &w = map("w");
+    output("A").times = {};
+    settle();
+    refuses_pictures = true;
+    w.fill(0xffff0000);
+    settle();
+    EXPECT_FALSE(output("A").rt_pending);
 }
 
 TEST_F(pacing, ends_with_the_output)

@@ -390,7 +390,7 @@ vantore_unmanaged *unstarted_desktop::find_unmanaged(const x11_window &w)
 }
 
 // The compositor itself started a process in between, which has ended.
-pid_t unstarted_desktop::x_server()
+pid_t unstarted_desktop::x_server() const
 {
     const std::string arguments = std::string{"Xwayland"} + '\0' + server.xwayland->display_name + '\0';
     for (const auto &process : std::filesystem::directory_iterator{"/proc"}) {

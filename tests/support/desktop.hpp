@@ -108,7 +108,7 @@ protected:
     vantore_toplevel *find_record(const x11_window &w);
     vantore_unmanaged *find_unmanaged(const x11_window &w);
     // The X server's process; 0 when none runs.
-    pid_t x_server();
+    [[nodiscard]] pid_t x_server() const;
     // Ends it as a crash does, and waits until the compositor knows.
     void kill_x_server();
 
