@@ -363,7 +363,7 @@ TEST_F(x11_requests, names_of_any_bytes_do_no_harm)
 TEST_F(x11_requests, properties_of_any_bytes_do_no_harm)
 {
     x11_window &w = map_x11();
-    const std::string junk = "\xff\x00\x7f\x80 of any length";
+    const std::string junk = std::string{"\xff"} + '\0' + "\x7f\x80 of any length";
     for (const char *name :
          {"WM_HINTS", "WM_NORMAL_HINTS", "WM_TRANSIENT_FOR", "WM_PROTOCOLS", "WM_CLASS", "_MOTIF_WM_HINTS",
           "_NET_WM_STATE", "_NET_WM_WINDOW_TYPE", "_NET_WM_PID", "_NET_WM_STRUT_PARTIAL", "_NET_WM_ICON",
