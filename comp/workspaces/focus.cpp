@@ -76,6 +76,7 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
     t->minimized = false;
     tl_set_minimized(*t, false);
     wlr_scene_node_set_enabled(&t->scene_tree->node, true);
+    show_fullscreen_with_workspace(*t);
     if (was_minimized && t->fullscreen)
         refresh_perf_mode(server);
     for (auto &w : each<&vantore_toplevel::link>(server.toplevels))
