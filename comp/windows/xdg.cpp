@@ -115,6 +115,7 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
     if (previous != t.workspace)
         arrange_workspace(previous);
+    note_fullscreen_moved(t); // the scene's helper shows whatever maps
     const wlr_xdg_toplevel *xdg = t.xdg_toplevel;
     if (xdg->parent != nullptr || has_fixed_size(xdg->current))
         t.floating = true;

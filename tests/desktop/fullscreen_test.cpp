@@ -15,6 +15,7 @@
 
 using test::size;
 using test::window;
+using testing::_;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -478,9 +479,30 @@ TEST_F(fullscreen, is_what_a_window_still_is_when_it_is_mapped_again)
     window &w = map_fullscreen("w");
     w.unmap();
     EVENTUALLY(find_record(w) == nullptr);
+    (void)heard();
     map(w);
     EVENTUALLY_EQ(box(w), screen_a);
     EXPECT_TRUE(is_told(w));
+    EXPECT_THAT(heard(), Contains(VNT_EVT_FULLSCREEN_ON));
+    EXPECT_THAT(file(), ElementsAre("A", _, std::to_string(record(w).id)));
+}
+
+TEST_F(fullscreen, of_a_window_mapped_again_without_an_output_waits_for_one)
+{
+    window &w = map_fullscreen("w");
+    w.unmap();
+    EVENTUALLY(find_record(w) == nullptr);
+    test::unplug(test::made_up(output("A").wlr_output));
+    settle();
+    (void)heard();
+    map(w);
+    EXPECT_FALSE(record(w).scene_tree->node.enabled);
+    EXPECT_THAT(heard(), Not(Contains(VNT_EVT_FULLSCREEN_ON)));
+    plug("B", 800, 576);
+    settle();
+    EXPECT_TRUE(record(w).scene_tree->node.enabled);
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 800, 576}));
+    EXPECT_THAT(heard(), Contains(VNT_EVT_FULLSCREEN_ON));
 }
 
 // What other programs hear
