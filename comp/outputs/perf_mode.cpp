@@ -2,8 +2,10 @@
 
 #include "../input/modifier_tap.hpp"
 #include "../ipc/broadcast.hpp"
+#include "../presentation/effects.hpp"
 #include "../server.hpp"
 #include "../session/state_files.hpp"
+#include "../windows/layer.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/workspace.hpp"
 
@@ -28,15 +30,24 @@ static void publish(vantore_server &server, const vantore_toplevel *window)
         shortcuts_force_hide(server);
 }
 
+// The GPU is wanted elsewhere while a window is fullscreen.
+static void blur_behind_panels(vantore_server &server, bool on)
+{
+    for (auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces))
+        if (is_panel(l))
+            effects_set_blur_tree(&l.scene->tree->node, on);
+}
+
 // The file names the window that came first; another one does not replace it.
 void refresh_perf_mode(vantore_server &server)
 {
     const vantore_toplevel *window = shown_fullscreen_window(server);
     const bool any = window != nullptr;
-    if (any == fs_published)
-        return;
-    fs_published = any;
-    publish(server, window);
+    if (any != fs_published) {
+        fs_published = any;
+        publish(server, window);
+    }
+    blur_behind_panels(server, !any && fx_blurs());
 }
 
 void perf_mode_reset()

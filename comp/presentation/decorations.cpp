@@ -225,15 +225,10 @@ void dec_layout(vantore_toplevel &t)
     note_reach(t);
 }
 
-static bool bars_are_see_through()
-{
-    return g_blur && fx_on() && !g_reduce_transparency;
-}
-
 void dec_set_focused(vantore_toplevel &t, bool focused)
 {
     color c = focused ? g_tb_focus : g_tb_unfocus;
-    const bool blurred = bars_are_see_through();
+    const bool blurred = fx_blurs();
     if (blurred)
         c = {c[0] * see_through, c[1] * see_through, c[2] * see_through, see_through};
     wlr_scene_rect_set_color(t.titlebar, c.data());

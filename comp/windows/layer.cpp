@@ -15,9 +15,6 @@
 #include <algorithm>
 #include <cstring>
 
-// Stays above docks and whatever else comes to the top layer.
-static constexpr const char *panel_namespace = "vantore-panel";
-
 static layer_wish wish_of(const wlr_layer_surface_v1_state &state)
 {
     return {
@@ -133,11 +130,17 @@ static bool has_keyboard(const vantore_layer_surface &l)
     return l.server->seat->keyboard_state.focused_surface == l.layer_surface->surface;
 }
 
+bool is_panel(const vantore_layer_surface &l)
+{
+    return l.layer_surface->current.layer == ZWLR_LAYER_SHELL_V1_LAYER_TOP &&
+           strcmp(l.layer_surface->namespace_, "vantore-panel") == 0;
+}
+
+// Above docks and whatever else comes to the top layer.
 static void raise_panels(vantore_server &server)
 {
     for (auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces))
-        if (l.layer_surface->current.layer == ZWLR_LAYER_SHELL_V1_LAYER_TOP &&
-            strcmp(l.layer_surface->namespace_, panel_namespace) == 0)
+        if (is_panel(l))
             wlr_scene_node_raise_to_top(&l.scene->tree->node);
 }
 

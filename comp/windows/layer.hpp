@@ -15,6 +15,9 @@ struct vantore_layer_surface {
     int told_width = 0, told_height = 0;
 };
 
+// The desktop's own panel: by its namespace, and while it is on the top layer.
+bool is_panel(const vantore_layer_surface &l);
+
 // Handler of the shell's new_surface event.
 void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *layer_surface);
 
