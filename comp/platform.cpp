@@ -22,6 +22,15 @@ static pid_t read_client_pid(wl_client *client)
     return pid;
 }
 
+static bool can_make_render_timer(wlr_renderer *renderer)
+{
+    wlr_render_timer *timer = wlr_render_timer_create(renderer);
+    if (timer == nullptr)
+        return false;
+    wlr_render_timer_destroy(timer);
+    return true;
+}
+
 vnt_platform g_platform{
     .monotonic_ns = read_monotonic_clock,
     .run_shell_line = fork_shell_line,
@@ -29,6 +38,7 @@ vnt_platform g_platform{
     .send_signal = kill,
     .arm_timer = wl_event_source_timer_update,
     .change_vt = wlr_session_change_vt,
+    .has_render_timers = can_make_render_timer,
     .render_time = wlr_scene_timer_get_duration_ns,
     .client_pid = read_client_pid,
     .kernel_command_line = "/proc/cmdline",

@@ -9,6 +9,7 @@
 
 struct wl_client;
 struct wl_event_source;
+struct wlr_renderer;
 struct wlr_scene_timer;
 struct wlr_session;
 
@@ -20,6 +21,7 @@ struct vnt_platform {
     int (*send_signal)(pid_t pid, int signal);
     int (*arm_timer)(wl_event_source *timer, int ms);
     bool (*change_vt)(wlr_session *session, unsigned vt);
+    bool (*has_render_timers)(wlr_renderer *renderer);
     // What a measured frame cost in nanoseconds; negative when it can't be told.
     int64_t (*render_time)(wlr_scene_timer *timer);
     // The process at the other end of a client's socket.

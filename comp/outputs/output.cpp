@@ -67,6 +67,14 @@ wlr_box output_layout_box(const vantore_output &o)
     return box;
 }
 
+void outputs_rearranged(vantore_server &server)
+{
+    arrange_all_layers(server);
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (o.current_ws != nullptr)
+            fit_fullscreen_windows(*o.current_ws);
+}
+
 static void output_destroy(vantore_output &o)
 {
     vantore_server &server = *o.server;
@@ -84,7 +92,7 @@ static void output_destroy(vantore_output &o)
     delete &o;
     if (server.shutting_down)
         return;
-    arrange_all_layers(server);
+    outputs_rearranged(server);
     rehome_outputs(server);
     cursor_ensure_on_output(server);
     apply_touch_mapping(server);
@@ -94,9 +102,7 @@ static void output_destroy(vantore_output &o)
 static void output_request_state(vantore_output &o, const wlr_output_event_request_state *event)
 {
     wlr_output_commit_state(o.wlr_output, event->state);
-    arrange_all_layers(*o.server);
-    if (o.current_ws != nullptr)
-        fit_fullscreen_windows(*o.current_ws);
+    outputs_rearranged(*o.server);
     ipc_broadcast(*o.server, VNT_EVT_OUTPUTS);
 }
 
@@ -161,7 +167,7 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
         output_destroy(*o);
         return;
     }
-    arrange_all_layers(server);
+    outputs_rearranged(server);
     hand_workspace_to(*o);
     apply_touch_mapping(server);
     wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));

@@ -46,6 +46,10 @@ const char *output_name(const struct wlr_output *wlr_output);
 // The whole output in layout coordinates; all zero when it is not in the layout.
 wlr_box output_layout_box(const vantore_output &o);
 
+// Outputs have changed their sizes or places, which moves their neighbours: layer surfaces and fullscreen
+// windows follow on all of them.
+void outputs_rearranged(vantore_server &server);
+
 // Tells how many outputs there are shortly after the start: monitors may still appear just after the
 // backend has started.
 void startup_reprobe_arm(vantore_server &server);

@@ -14,6 +14,14 @@ static bool is_measured()
     return g_max_render_time < 0;
 }
 
+static void tell_of_giving_up(const vantore_output &o)
+{
+    wlr_log(WLR_INFO,
+            "output %s — GPU render timing unavailable, disabling render-time measurement (deadline "
+            "scheduler stays in render-now mode)",
+            output_name(o.wlr_output));
+}
+
 // A frame's time is read when the next one starts: the GPU has finished by then, and nobody waits for it.
 static void read_measurement(vantore_output &o)
 {
@@ -23,10 +31,7 @@ static void read_measurement(vantore_output &o)
     rt_record(o.times, g_platform.render_time(&o.rt));
     pacing_drop_measurement(o);
     if (o.times.rt_giveup && !had_given_up)
-        wlr_log(WLR_INFO,
-                "output %s — GPU render timing unavailable, disabling render-time measurement (deadline "
-                "scheduler stays in render-now mode)",
-                output_name(o.wlr_output));
+        tell_of_giving_up(o);
 }
 
 void pacing_drop_measurement(vantore_output &o)
@@ -90,17 +95,21 @@ void pacing_start(vantore_output &o)
     o.frame_timer = timer_create(o.server->display, output_frame_timer, &o);
     if (o.wlr_output->refresh > 0)
         o.refresh_nsec = ns_times_mhz / o.wlr_output->refresh;
+    // A frame without a timer may also be one that had nothing to render.
+    o.times.rt_giveup = !g_platform.has_render_timers(o.server->renderer);
+    if (o.times.rt_giveup)
+        tell_of_giving_up(o);
 }
 
 static int delay_of_paint(const vantore_output &o)
 {
-    if (o.frame_timer == nullptr || output_wants_tearing(o))
+    const int64_t budget = paint_budget(g_max_render_time, o.times);
+    if (o.frame_timer == nullptr || budget < 0 || output_wants_tearing(o))
         return 0;
-    return paint_delay_ms(o.last_present_ns, o.refresh_nsec, paint_budget(g_max_render_time, o.times),
-                          g_platform.monotonic_ns());
+    return paint_delay_ms(o.last_present_ns, o.refresh_nsec, budget, g_platform.monotonic_ns());
 }
 
-// A frame event before the timer has fired arms it anew.
+// A frame event before the timer has fired arms it anew, or disarms it and paints in its place.
 void output_frame(vantore_output &o)
 {
     const int delay = delay_of_paint(o);

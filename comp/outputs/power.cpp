@@ -2,14 +2,7 @@
 
 #include "../handles.hpp"
 #include "../server.hpp"
-#include "../windows/layer.hpp"
 #include "output.hpp"
-
-static void show_again(vantore_output &o)
-{
-    arrange_layers(*o.server, o.wlr_output);
-    wlr_output_schedule_frame(o.wlr_output);
-}
 
 // A null mode leaves the output's mode alone.
 static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)
@@ -21,6 +14,13 @@ static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)
     wlr_output_commit_state(o.wlr_output, &state);
 }
 
+static void show_again(vantore_server &server)
+{
+    outputs_rearranged(server);
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        wlr_output_schedule_frame(o.wlr_output);
+}
+
 void set_dpms(vantore_server &server, bool on)
 {
     on = on || g_dpms_inhibit;
@@ -29,10 +29,8 @@ void set_dpms(vantore_server &server, bool on)
     g_dpms_off = !on;
     for (auto &o : each<&vantore_output::link>(server.outputs))
         set_power(o, on, on ? o.wlr_output->current_mode : nullptr);
-    if (!on)
-        return;
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        show_again(o);
+    if (on)
+        show_again(server);
 }
 
 void set_dpms_inhibit(vantore_server &server, bool on)
@@ -52,6 +50,6 @@ void handle_session_active(vantore_server &server)
         if (mode == nullptr)
             mode = wlr_output_preferred_mode(o.wlr_output);
         set_power(o, true, mode);
-        show_again(o);
     }
+    show_again(server);
 }

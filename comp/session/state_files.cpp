@@ -6,9 +6,11 @@
 #include "../windows/toplevel.hpp"
 #include "../workspaces/workspace.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <unistd.h>
 #include <xf86drm.h>
 
@@ -43,6 +45,14 @@ void write_outputs_file(vantore_server &server)
             fprintf(file.get(), "%s\n", o.wlr_output->name);
 }
 
+// Clients choose their app ids: one with a line's end would shift the lines. Null is empty.
+static std::string one_line(const char *text)
+{
+    std::string line = text != nullptr ? text : "";
+    std::ranges::replace(line, '\n', ' ');
+    return line;
+}
+
 void write_fullscreen_file(const vantore_toplevel &t)
 {
     const file_handle file = open_state_file(fullscreen_file);
@@ -50,8 +60,7 @@ void write_fullscreen_file(const vantore_toplevel &t)
         return;
     const vantore_output *o = t.workspace != nullptr ? t.workspace->output : nullptr;
     const char *output = o != nullptr ? o->wlr_output->name : nullptr;
-    const char *app_id = tl_app_id(t);
-    fprintf(file.get(), "%s\n%s\n%u\n", output != nullptr ? output : "", app_id != nullptr ? app_id : "",
+    fprintf(file.get(), "%s\n%s\n%u\n", output != nullptr ? output : "", one_line(tl_app_id(t)).c_str(),
             t.id);
 }
 

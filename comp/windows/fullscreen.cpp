@@ -85,7 +85,8 @@ static void enter_fullscreen(vantore_toplevel &t)
         return;
     t.fullscreen = true;
     t.fs_demoted = false;
-    show_fullscreen_with_workspace(t);
+    if (t.workspace != nullptr && t.workspace->output == nullptr)
+        wlr_scene_node_set_enabled(&t.scene_tree->node, false); // the workspace's tree hides it no longer
     cover(t, output_layout_box(*o));
     announce(t);
 }
@@ -118,15 +119,31 @@ void enforce_fullscreen_pos(vantore_toplevel &t)
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
 }
 
+// The workspace must be on an output.
+static void fit(vantore_toplevel &t)
+{
+    const wlr_box screen = output_layout_box(*t.workspace->output);
+    if (!t.fullscreen || !tl_mapped(t) || screen.width < 1 || screen.height < 1)
+        return;
+    enforce_fullscreen_pos(t);
+    if (!tl_has_size(t, screen.width, screen.height))
+        tl_set_size(t, screen.width, screen.height);
+}
+
 void fit_fullscreen_windows(vantore_workspace &ws)
 {
-    const wlr_box screen = output_layout_box(*ws.output);
-    for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels)) {
-        if (!t.fullscreen || !tl_mapped(t) || screen.width < 1 || screen.height < 1)
-            continue;
-        enforce_fullscreen_pos(t);
-        tl_set_size(t, screen.width, screen.height);
-    }
+    for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels))
+        fit(t);
+}
+
+void settle_fullscreen(vantore_toplevel &t)
+{
+    if (!t.fullscreen || t.workspace == nullptr)
+        return;
+    show_fullscreen_with_workspace(t);
+    if (t.workspace->output != nullptr)
+        fit(t);
+    refresh_perf_mode(*t.server);
 }
 
 static void promote(vantore_toplevel &t)

@@ -12,7 +12,11 @@ void toplevel_set_fullscreen(vantore_toplevel &t, bool fs);
 // Other windows are left alone.
 void enforce_fullscreen_pos(vantore_toplevel &t);
 
-// The workspace has come to an output, or its output has changed its size.
+// A window has come to its workspace, by being mapped or moved: a fullscreen one covers the output that shows
+// the workspace, or is hidden where none does, and other programs hear of it. Others are left alone.
+void settle_fullscreen(vantore_toplevel &t);
+
+// The workspace has come to an output, or its output has changed its size or place.
 void fit_fullscreen_windows(vantore_workspace &ws);
 
 // After the focus has gone to a window: of the fullscreen windows on its output only that one stays above the

@@ -24,7 +24,7 @@ vantore_workspace *workspace_for_new_window(vantore_server &server)
 void center_toplevel(vantore_toplevel &t)
 {
     const wlr_box usable = usable_at_cursor(*t.server);
-    if (usable.width == 0)
+    if (usable.width == 0 || t.fullscreen)
         return;
     const wlr_box geometry = tl_get_geometry(t);
     const wlr_box box = center_in(usable, geometry.width, geometry.height, titlebar_of(t));

@@ -7,7 +7,7 @@
 vantore_workspace *workspace_for_new_window(vantore_server &server);
 
 // Into the middle of the usable box of the output under the cursor, which need not be the output of the
-// window's workspace. Without an output the window stays where it is.
+// window's workspace. Without an output, or fullscreen, the window stays where it is.
 void center_toplevel(vantore_toplevel &t);
 
 // Gives a window that can be seen the keyboard; a rule may have the view go to it first. Tells IPC

@@ -1,8 +1,8 @@
 // The life of an xdg-shell window.
 //
-// Created: the record exists, the scene tree hangs under toplevel_tree, hidden by the scene until the
-// surface has a buffer. Mapped: in server.toplevels and on a workspace. Unmapped: off server.toplevels,
-// still on its workspace. Each handler's steps stand in an order on which others rely.
+// Created: the record exists, the scene tree hangs under toplevel_tree and is disabled. Mapped: enabled, in
+// server.toplevels and on a workspace. Unmapped: disabled, off server.toplevels, still on its workspace. Each
+// handler's steps stand in an order on which others rely.
 
 #include "xdg.hpp"
 
@@ -110,16 +110,18 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     wl_list_insert(&server.toplevels, &t.link);
     if (const char *app_id = tl_app_id(t); app_id != nullptr && strcmp(app_id, lifted_app_id) == 0)
         t.overlay_lift = t.floating = t.skip_taskbar = true;
+    t.minimized = false; // in an earlier map
+    wlr_scene_node_set_enabled(&t.scene_tree->node, true);
     vantore_workspace *previous = t.workspace; // of an earlier map
     toplevel_set_workspace(t, workspace_for_new_window(server));
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
     if (previous != t.workspace)
         arrange_workspace(previous);
-    note_fullscreen_moved(t); // the scene's helper shows whatever maps
     const wlr_xdg_toplevel *xdg = t.xdg_toplevel;
     if (xdg->parent != nullptr || has_fixed_size(xdg->current))
         t.floating = true;
     config_apply_rules(t); // has the last word on floating
+    settle_fullscreen(t);
     dec_layout(t);
     center_toplevel(t);
     place_toplevel_rule(t);
@@ -132,6 +134,8 @@ static void xdg_toplevel_map(vantore_toplevel &t)
 static void xdg_toplevel_unmap(vantore_toplevel &t)
 {
     let_go_of_window(t);
+    wlr_scene_node_set_enabled(&t.scene_tree->node,
+                               false); // the scene takes away the surface, but not the title bar
     leave_shown_windows(t);
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     refocus_after_unmap(t);
@@ -237,6 +241,7 @@ void server_new_xdg_toplevel(vantore_server &server, wlr_xdg_toplevel *xdg_tople
     t->id = ++server.next_toplevel_id;
     t->xdg_toplevel = xdg_toplevel;
     t->scene_tree = tree;
+    wlr_scene_node_set_enabled(&tree->node, false);
     if (!dec_create_nodes(*t)) {
         wlr_scene_node_destroy(&tree->node);
         delete t;

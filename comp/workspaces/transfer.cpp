@@ -4,6 +4,7 @@
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
+#include "../windows/fullscreen.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "arrange.hpp"
@@ -45,12 +46,14 @@ vantore_output *adjacent_output(vantore_server &server, const vantore_output *fr
     return found != from ? found : nullptr;
 }
 
-// A tile is placed by the arrangement that follows.
+// A tile is placed by the arrangement that follows, a fullscreen window covers its output already.
 static void carry_window(vantore_toplevel &t, vantore_output &target, const offset &by)
 {
-    if (t.maximized) {
+    if (t.fullscreen) {
+        t.float_geo = toplevel_box(t);
+    } else if (t.maximized) {
         toplevel_fill(t, target.usable);
-    } else if (!toplevel_is_tiled(t) || t.fullscreen) {
+    } else if (!toplevel_is_tiled(t)) {
         move_node(t, by);
         t.float_geo = toplevel_box(t);
     }
@@ -132,12 +135,13 @@ void move_toplevel_to_workspace(vantore_toplevel &t, long num)
     toplevel_set_workspace(t, ws);
     if (source != nullptr && target != nullptr && source != target) {
         const offset by = offset_between(*source, *target);
-        if (t.maximized)
+        if (t.maximized && !t.fullscreen)
             toplevel_fill(t, target->usable);
         else if (!toplevel_is_tiled(t) || t.fullscreen)
             move_node(t, by);
         move_float_geo(t, by);
     }
+    settle_fullscreen(t);
     arrange_workspace(old);
     arrange_workspace(ws);
     if (old != nullptr && old->output != nullptr) // nobody looks at the other ones

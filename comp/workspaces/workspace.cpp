@@ -107,15 +107,7 @@ void toplevel_set_workspace(vantore_toplevel &t, vantore_workspace *ws)
     t.workspace = ws;
     move_to_back(ws->toplevels, t.ws_link);
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
-    note_fullscreen_moved(t);
-}
-
-void note_fullscreen_moved(vantore_toplevel &t)
-{
-    if (!t.fullscreen)
-        return;
     show_fullscreen_with_workspace(t);
-    refresh_perf_mode(*t.server);
 }
 
 wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)

@@ -51,13 +51,10 @@ void refresh_workspace_visibility(vantore_server &server);
 // windows are left alone.
 void show_fullscreen_with_workspace(vantore_toplevel &t);
 
-// A fullscreen window has come to its workspace, from another or by being mapped again: it is shown where that is
-// on show, and other programs hear of it. Other windows are left alone.
-void note_fullscreen_moved(vantore_toplevel &t);
-
 bool toplevel_visible(const vantore_toplevel &t);
 
-// Null and the window's own workspace do nothing. The caller arranges both workspaces.
+// Null and the window's own workspace do nothing. The caller arranges both workspaces, and settles a window
+// that may be fullscreen.
 void toplevel_set_workspace(vantore_toplevel &t, vantore_workspace *ws);
 
 // The one rule for where a window's scene node hangs.

@@ -93,6 +93,19 @@ TEST_F(decorations, of_a_narrow_window_keep_their_buttons_at_the_right_edge)
     settle();
 }
 
+TEST_F(decorations, go_with_a_window_that_is_unmapped_and_come_back_with_it)
+{
+    vantore_toplevel &record = t();
+    EVENTUALLY(near(pixel("A", 200 + 3, 60 - 28), pixel_of(g_tb_focus)));
+    w->unmap();
+    EVENTUALLY(find_record(*w) == nullptr);
+    EVENTUALLY(!near(pixel("A", 200 + 3, 60 - 28), pixel_of(g_tb_focus)));
+    EXPECT_FALSE(record.scene_tree->node.enabled);
+    map(*w);
+    EXPECT_TRUE(record.scene_tree->node.enabled);
+    EXPECT_EQ(parts_shown(), 5);
+}
+
 TEST_F(decorations, of_fullscreen_windows_are_gone_with_their_highlight)
 {
     dec_hover_set(t(), DEC_CLOSE);

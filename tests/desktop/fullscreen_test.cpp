@@ -1,65 +1,19 @@
-// Fullscreen windows: where they go, what they stand above, and what the rest of the desktop hears of them.
+// Fullscreen windows: how they come and go, what they stand above, and what the rest of the desktop hears of
+// them.
 
-#include "support/layers.hpp"
+#include "support/fullscreen.hpp"
 
-#include "handles.hpp"
-#include "windows/fullscreen.hpp"
-#include "windows/states.hpp"
 #include "workspaces/arrange.hpp"
-#include "workspaces/focus.hpp"
-#include "workspaces/switch.hpp"
-#include "workspaces/transfer.hpp"
 
-#include <fstream>
 #include <linux/input-event-codes.h>
 
-using test::size;
+using fullscreen = test::fullscreen_desk;
+using test::screen_a;
 using test::window;
-using testing::_;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
-
-static constexpr wlr_box screen_a{0, 0, 1280, 704}, screen_b{1280, 0, 800, 600};
-
-struct fullscreen : test::layers {
-    void SetUp() override
-    {
-        layers::SetUp();
-        settle();
-        (void)heard();
-    }
-
-    window &map_fullscreen(const std::string &app_id, size preferred = {640, 480})
-    {
-        window &w = map(app_id, preferred);
-        w.request_fullscreen();
-        settle();
-        return w;
-    }
-
-    wlr_box box(const window &w) { return toplevel_box(record(w)); }
-    wlr_scene_tree *parent(const window &w) { return record(w).scene_tree->node.parent; }
-    void focus(const window &w)
-    {
-        focus_toplevel_ex(&record(w), true);
-        settle();
-    }
-    bool is_told(const window &w) { return w.has(test::FULLSCREEN); }
-
-    // The lines of the file for other programs; one line "none" where there is no file.
-    std::vector<std::string> file()
-    {
-        std::ifstream in{world.runtime_directory() / "vantore-fs"};
-        if (!in)
-            return {"none"};
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(in, line);)
-            lines.push_back(line);
-        return lines;
-    }
-};
 
 TEST_F(fullscreen, is_the_whole_output_above_the_panels_and_back)
 {
@@ -310,201 +264,6 @@ TEST_F(fullscreen, of_the_overlay_stays_in_its_layer)
     EXPECT_EQ(parent(overlay), server.layers[3]);
 }
 
-// On which output
-
-TEST_F(fullscreen, is_on_the_output_that_the_client_names)
-{
-    plug("B", 800, 600);
-    window &w = map("w");
-    w.auto_draw = false; // a commit brings it to the output of its workspace
-    w.request_fullscreen(w.owner().output_named("B"));
-    EVENTUALLY(w.has(test::FULLSCREEN));
-    EXPECT_EQ(record(w).scene_tree->node.x, screen_b.x);
-    EXPECT_EQ(w.last().size(), (size{800, 600}));
-    EXPECT_EQ(record(w).workspace, &workspace(1));
-    w.fill(0xff00ff00);
-    EVENTUALLY_EQ(record(w).scene_tree->node.x, screen_a.x);
-}
-
-TEST_F(fullscreen, is_not_on_a_named_output_that_is_off)
-{
-    plug("B", 800, 600);
-    window &w = map("w");
-    output_state wish;
-    wlr_output_state_set_enabled(&wish, false);
-    wlr_output_commit_state(output("B").wlr_output, &wish);
-    w.request_fullscreen(w.owner().output_named("B"));
-    EVENTUALLY_EQ(box(w), screen_a);
-}
-
-TEST_F(fullscreen, of_a_float_is_where_it_was_dragged_and_its_workspace_follows)
-{
-    plug("B", 800, 600);
-    window &w = map("w");
-    place(w, 1280 - 319, 0); // one pixel more of it lies on B
-    w.request_fullscreen();
-    EVENTUALLY_EQ(box(w), screen_b);
-    EXPECT_EQ(record(w).workspace, output("B").current_ws);
-}
-
-TEST_F(fullscreen, of_a_tile_is_on_the_output_of_its_workspace)
-{
-    plug("B", 800, 600);
-    workspace(1).layout = VANTORE_LAYOUT_TILING;
-    window &w = map("w");
-    place(w, 1500, 0);
-    toplevel_set_fullscreen(record(w), true);
-    EVENTUALLY_EQ(box(w), screen_a);
-    EXPECT_EQ(record(w).workspace, &workspace(1));
-}
-
-TEST_F(fullscreen, moves_with_its_workspace_to_an_output_of_another_size)
-{
-    plug("B", 800, 600);
-    window &w = map_fullscreen("w");
-    move_workspace_to_output(&workspace(1), output("B"));
-    EVENTUALLY_EQ(box(w), screen_b);
-    EXPECT_EQ(w.last().size(), (size{800, 600}));
-}
-
-TEST_F(fullscreen, finds_another_output_when_its_own_is_unplugged)
-{
-    window &w = map_fullscreen("w");
-    plug("B", 800, 600);
-    test::unplug(test::made_up(output("A").wlr_output));
-    EVENTUALLY_EQ(record(w).workspace->output, nullptr);
-    EXPECT_FALSE(record(w).scene_tree->node.enabled) << "B shows another workspace";
-    goto_workspace(server, 1);
-    const wlr_box now_b = output_layout_box(output("B"));
-    EVENTUALLY_EQ(box(w), now_b);
-}
-
-TEST_F(fullscreen, follows_the_size_of_its_output)
-{
-    window &w = map_fullscreen("w");
-    output_state wish;
-    wlr_output_state_set_custom_mode(&wish, 1024, 768, 0);
-    wlr_output_send_request_state(output("A").wlr_output, &wish);
-    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 1024, 768}));
-}
-
-// Workspaces
-
-TEST_F(fullscreen, shows_only_with_its_workspace)
-{
-    window &w = map_fullscreen("w");
-    goto_workspace(server, 2);
-    EXPECT_FALSE(record(w).scene_tree->node.enabled);
-    EXPECT_THAT(heard(), Contains(VNT_EVT_FULLSCREEN_OFF));
-    goto_workspace(server, 1);
-    EXPECT_TRUE(record(w).scene_tree->node.enabled);
-    EXPECT_THAT(heard(), Contains(VNT_EVT_FULLSCREEN_ON));
-}
-
-TEST_F(fullscreen, goes_away_with_a_window_that_is_sent_to_a_hidden_workspace)
-{
-    window &w = map_fullscreen("w");
-    move_toplevel_to_workspace(record(w), 5);
-    EXPECT_FALSE(record(w).scene_tree->node.enabled);
-    EXPECT_THAT(heard(), Contains(VNT_EVT_FULLSCREEN_OFF));
-    goto_workspace(server, 5);
-    EXPECT_TRUE(record(w).scene_tree->node.enabled);
-    EVENTUALLY_EQ(box(w), screen_a);
-}
-
-TEST_F(fullscreen, left_on_a_hidden_workspace_shows_when_that_is_shown)
-{
-    window &w = map_fullscreen("w");
-    goto_workspace(server, 2);
-    w.request_unfullscreen();
-    settle();
-    goto_workspace(server, 1);
-    EXPECT_TRUE(record(w).scene_tree->node.enabled);
-    EXPECT_EQ(parent(w), workspace(1).tree);
-}
-
-TEST_F(fullscreen, and_minimized_shows_again_with_its_workspace)
-{
-    window &w = map_fullscreen("w");
-    toplevel_minimize(record(w));
-    EXPECT_TRUE(record(w).fullscreen);
-    EXPECT_FALSE(record(w).scene_tree->node.enabled);
-    goto_workspace(server, 2);
-    goto_workspace(server, 1);
-    EXPECT_TRUE(record(w).scene_tree->node.enabled);
-}
-
-// Rules
-
-TEST_F(fullscreen, by_a_rule_is_on_the_workspace_of_the_rule)
-{
-    write_config("rules.conf", "game -> workspace=5, fullscreen\n");
-    window &w = map("game");
-    EXPECT_TRUE(record(w).fullscreen);
-    EXPECT_EQ(record(w).workspace, &workspace(5));
-    EXPECT_FALSE(record(w).scene_tree->node.enabled) << "a hidden workspace";
-    goto_workspace(server, 5);
-    EVENTUALLY_EQ(box(w), screen_a);
-    w.request_unfullscreen();
-    EVENTUALLY_EQ(box(w), (wlr_box{320, 112, 640, 480}));
-}
-
-TEST_F(fullscreen, by_a_rule_is_on_the_output_that_shows_the_workspace_of_the_rule)
-{
-    plug("B", 800, 600);
-    write_config("rules.conf", "game -> workspace=2, fullscreen\n");
-    window &w = map("game");
-    EXPECT_EQ(record(w).workspace, &workspace(2));
-    EVENTUALLY_EQ(box(w), screen_b);
-}
-
-// Unmapping
-
-TEST_F(fullscreen, of_an_unmapped_window_is_over_for_the_others)
-{
-    window &w = map_fullscreen("w"), &other = map("other");
-    focus(other);
-    EXPECT_TRUE(record(w).fs_demoted);
-    (void)heard();
-    vantore_toplevel &t = record(w);
-    w.unmap();
-    EVENTUALLY(find_record(w) == nullptr);
-    EXPECT_TRUE(t.fullscreen);
-    EXPECT_FALSE(t.fs_demoted);
-    EXPECT_THAT(heard(), ElementsAre(VNT_EVT_FULLSCREEN_OFF, VNT_EVT_WINDOWS));
-}
-
-TEST_F(fullscreen, is_what_a_window_still_is_when_it_is_mapped_again)
-{
-    window &w = map_fullscreen("w");
-    w.unmap();
-    EVENTUALLY(find_record(w) == nullptr);
-    (void)heard();
-    map(w);
-    EVENTUALLY_EQ(box(w), screen_a);
-    EXPECT_TRUE(is_told(w));
-    EXPECT_THAT(heard(), Contains(VNT_EVT_FULLSCREEN_ON));
-    EXPECT_THAT(file(), ElementsAre("A", _, std::to_string(record(w).id)));
-}
-
-TEST_F(fullscreen, of_a_window_mapped_again_without_an_output_waits_for_one)
-{
-    window &w = map_fullscreen("w");
-    w.unmap();
-    EVENTUALLY(find_record(w) == nullptr);
-    test::unplug(test::made_up(output("A").wlr_output));
-    settle();
-    (void)heard();
-    map(w);
-    EXPECT_FALSE(record(w).scene_tree->node.enabled);
-    EXPECT_THAT(heard(), Not(Contains(VNT_EVT_FULLSCREEN_ON)));
-    plug("B", 800, 576);
-    settle();
-    EXPECT_TRUE(record(w).scene_tree->node.enabled);
-    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 800, 576}));
-    EXPECT_THAT(heard(), Contains(VNT_EVT_FULLSCREEN_ON));
-}
-
 // What other programs hear
 
 TEST_F(fullscreen, is_told_in_a_file)
@@ -514,6 +273,17 @@ TEST_F(fullscreen, is_told_in_a_file)
     w.request_unfullscreen();
     settle();
     EXPECT_THAT(file(), ElementsAre("none"));
+}
+
+TEST_F(fullscreen, is_told_in_a_file_of_three_lines_whatever_the_window_calls_itself)
+{
+    window &w = map_fullscreen("two\nlines");
+    const std::string id = std::to_string(record(w).id);
+    EXPECT_THAT(file(), ElementsAre("A", "two lines", id));
+    w.destroy();
+    EVENTUALLY(find_record(w) == nullptr);
+    window &nameless = map_fullscreen("");
+    EXPECT_THAT(file(), ElementsAre("A", "", std::to_string(record(nameless).id)));
 }
 
 TEST_F(fullscreen, is_told_in_a_file_of_the_first_window_until_the_last_one_ends)
@@ -556,6 +326,21 @@ TEST_F(fullscreen, of_a_minimized_window_does_not_count)
     toplevel_minimize(record(w));
     EXPECT_THAT(heard(), Contains(VNT_EVT_FULLSCREEN_OFF));
     focus(w);
+    EXPECT_THAT(heard(), Contains(VNT_EVT_FULLSCREEN_ON));
+}
+
+TEST_F(fullscreen, of_a_minimized_window_begins_when_that_is_shown)
+{
+    window &w = map("w"), &other = map("other");
+    toplevel_minimize(record(w));
+    (void)heard();
+    w.request_fullscreen();
+    EVENTUALLY(record(w).fullscreen);
+    EXPECT_FALSE(record(w).scene_tree->node.enabled);
+    EXPECT_THAT(heard(), Not(Contains(VNT_EVT_FULLSCREEN_ON)));
+    EXPECT_TRUE(has_keyboard(other));
+    focus(w);
+    EVENTUALLY_EQ(box(w), screen_a);
     EXPECT_THAT(heard(), Contains(VNT_EVT_FULLSCREEN_ON));
 }
 

@@ -9,6 +9,7 @@
 #include "platform.hpp"
 #include "windows/fullscreen.hpp"
 #include "windows/states.hpp"
+#include "workspaces/transfer.hpp"
 
 using test::window;
 using testing::HasSubstr;
@@ -202,6 +203,19 @@ TEST_F(pacing, goes_on_when_frames_can_not_be_measured)
     config(""); // a reload of the settings changes nothing of it
     for (int i = 0; i < 6; i++)
         EXPECT_EQ(redraw(w), 1);
+}
+
+TEST_F(pacing, paints_at_once_where_the_gpu_has_no_timers)
+{
+    g_platform.has_render_timers = [](wlr_renderer *) { return false; };
+    made = &plug({.name = "B", .modes = {{.width = 1280, .height = 704}}, .accepts = accepts_all()});
+    window &w = map("w");
+    move_toplevel_to_workspace(record(w), output("B").current_ws->num);
+    redraw(w);
+    for (int i = 0; i < 6; i++)
+        EXPECT_EQ(redraw(w), 1);
+    EXPECT_EQ(output("B").times.rt_n, 0);
+    EXPECT_THAT(world.log(), HasSubstr("output B — GPU render timing unavailable"));
 }
 
 TEST_F(pacing, does_not_take_a_commit_without_a_picture_for_a_measurement)

@@ -1,0 +1,57 @@
+// A session with fullscreen windows, and what other programs hear of them.
+#pragma once
+
+#include "layers.hpp"
+
+#include "handles.hpp"
+#include "windows/fullscreen.hpp"
+#include "windows/states.hpp"
+#include "workspaces/focus.hpp"
+
+#include <fstream>
+
+namespace test
+{
+
+// Output A of the fixture below; B is where a test plugs one of this size.
+constexpr wlr_box screen_a{0, 0, 1280, 704}, screen_b{1280, 0, 800, 600};
+
+struct fullscreen_desk : layers {
+    void SetUp() override
+    {
+        layers::SetUp();
+        settle();
+        (void)heard();
+    }
+
+    window &map_fullscreen(const std::string &app_id, size preferred = {640, 480})
+    {
+        window &w = map(app_id, preferred);
+        w.request_fullscreen();
+        settle();
+        return w;
+    }
+
+    wlr_box box(const window &w) { return toplevel_box(record(w)); }
+    wlr_scene_tree *parent(const window &w) { return record(w).scene_tree->node.parent; }
+    void focus(const window &w)
+    {
+        focus_toplevel_ex(&record(w), true);
+        settle();
+    }
+    bool is_told(const window &w) { return w.has(FULLSCREEN); }
+
+    // The lines of the file for other programs; one line "none" where there is no file.
+    std::vector<std::string> file()
+    {
+        std::ifstream in{world.runtime_directory() / "vantore-fs"};
+        if (!in)
+            return {"none"};
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(in, line);)
+            lines.push_back(line);
+        return lines;
+    }
+};
+
+} // namespace test
