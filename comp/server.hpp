@@ -39,7 +39,8 @@ struct vantore_server {
     wlr_keyboard_shortcuts_inhibitor_v1 *active_shortcuts_inhibitor = nullptr; // the latest one
     listener new_virtual_kbd, new_virtual_ptr;
     wlr_xwayland *xwayland = nullptr; // null when there is no X server
-    listener xwayland_ready, new_xwayland_surface;
+    listener xwayland_start, xwayland_lost, xwayland_ready, new_xwayland_surface;
+    timer_source xwayland_revival;
     list_head toplevels; // vantore_toplevel.link, mapped windows, most recently raised first
     // Whose title bar is under the pointer; cleared when it unmaps.
     vantore_toplevel *hovered_toplevel = nullptr;

@@ -18,7 +18,8 @@ static void set_unresponsive(vantore_toplevel &t, bool unresponsive)
 
 void tl_handle_ping_timeout(vantore_toplevel &t)
 {
-    set_unresponsive(t, true);
+    if (t.scene_tree != nullptr)
+        set_unresponsive(t, true);
 }
 
 void tl_note_sign_of_life(vantore_toplevel &t)

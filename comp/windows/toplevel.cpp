@@ -156,7 +156,7 @@ void tl_set_maximized(vantore_toplevel &t, bool maximized)
 
 void tl_set_minimized(vantore_toplevel &t, bool minimized)
 {
-    if (t.kind == VNT_XWL && t.xwl->minimized != minimized)
+    if (t.kind == VNT_XWL)
         wlr_xwayland_surface_set_minimized(t.xwl, minimized);
 }
 

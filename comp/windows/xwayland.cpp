@@ -4,11 +4,14 @@
 #include "../server.hpp"
 #include "../spawn.hpp"
 #include "unmanaged.hpp"
+#include "xwl_guard.hpp"
 #include "xwl_toplevel.hpp"
 
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+
+static constexpr int revival_delay_ms = 1; // once the library has returned
 
 // Shown until a client sets one of its own.
 static void set_default_cursor(vantore_server &server)
@@ -34,6 +37,7 @@ static void announce_display(const char *display)
 // Each time that the X server has started.
 static void handle_xwayland_ready(vantore_server &server)
 {
+    ignore_forged_events(server.xwayland);
     wlr_xwayland_set_seat(server.xwayland, server.seat);
     set_default_cursor(server);
     if (const char *display = server.xwayland->display_name)
@@ -45,7 +49,7 @@ void apply_x_primary(vantore_server &server)
 {
     const char *display = server.xwayland != nullptr ? server.xwayland->display_name : nullptr;
     const char *output = g_x_primary.data();
-    if (display == nullptr || *output == '\0')
+    if (display == nullptr || *display == '\0' || *output == '\0')
         return;
     std::array<char, 384> line{};
     snprintf(line.data(), line.size(),
@@ -65,7 +69,21 @@ static void server_new_xwayland_surface(vantore_server &server, wlr_xwayland_sur
         server_new_xwl_toplevel(server, xwl);
 }
 
-void xwayland_create(vantore_server &server)
+// Its connection as a Wayland client is there before the X server itself.
+static void handle_xwayland_lost(wl_listener *raw, void *)
+{
+    // The library is not done with the client yet.
+    timer_arm(owner_of<&vantore_server::xwayland_lost>(raw)->xwayland_revival, revival_delay_ms);
+}
+
+static void handle_xwayland_start(vantore_server &server)
+{
+    unlisten(server.xwayland_lost);
+    server.xwayland_lost.notify = handle_xwayland_lost;
+    wl_client_add_destroy_listener(server.xwayland->server->client, &server.xwayland_lost);
+}
+
+static void wait_for_x11_clients(vantore_server &server)
 {
     server.xwayland = wlr_xwayland_create(server.display, server.compositor, true);
     if (server.xwayland == nullptr) {
@@ -73,16 +91,51 @@ void xwayland_create(vantore_server &server)
         return;
     }
     auto &events = server.xwayland->events;
+    listen<&vantore_server::xwayland_start, handle_xwayland_start>(server,
+                                                                   server.xwayland->server->events.start);
     listen<&vantore_server::xwayland_ready, handle_xwayland_ready>(server, events.ready);
     listen<&vantore_server::new_xwayland_surface, server_new_xwayland_surface>(server, events.new_surface);
     setenv("DISPLAY", server.xwayland->display_name, 1);
 }
 
-void xwayland_destroy(vantore_server &server)
+static void drop_xwayland(vantore_server &server)
 {
+    unlisten(server.xwayland_start);
+    unlisten(server.xwayland_lost);
     unlisten(server.xwayland_ready);
     unlisten(server.new_xwayland_surface);
     if (server.xwayland != nullptr)
         wlr_xwayland_destroy(server.xwayland);
     server.xwayland = nullptr;
+}
+
+static bool hears_clients(const wlr_xwayland_server &x)
+{
+    return x.client != nullptr || x.x_fd_read_event[0] != nullptr;
+}
+
+// After an X server that died within five seconds, or never came up, the library keeps its sockets and hears
+// nobody. What waits in them goes with them: a client that brings the X server down does it once for each
+// time that it connects.
+static int revive(void *data)
+{
+    auto &server = *static_cast<vantore_server *>(data);
+    if (server.xwayland == nullptr || hears_clients(*server.xwayland->server))
+        return 0;
+    wlr_log(WLR_INFO, "vantore-comp: the X server has ended early; the next X11 client starts another");
+    drop_xwayland(server);
+    wait_for_x11_clients(server);
+    return 0;
+}
+
+void xwayland_create(vantore_server &server)
+{
+    server.xwayland_revival = timer_create(server.display, revive, &server);
+    wait_for_x11_clients(server);
+}
+
+void xwayland_destroy(vantore_server &server)
+{
+    drop_xwayland(server);
+    server.xwayland_revival.reset();
 }

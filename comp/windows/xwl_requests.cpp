@@ -53,9 +53,10 @@ static void xwl_handle_set_geometry(vantore_toplevel &t)
     dec_layout(t);
 }
 
+// There is no serial that tells whether the user has asked for it; at least he can see it.
 static bool may_drag(const vantore_toplevel &t)
 {
-    return tl_mapped(t) && t.scene_tree != nullptr && !t.fullscreen && !t.minimized;
+    return t.scene_tree != nullptr && !t.fullscreen && !t.minimized && toplevel_visible(t) && tl_on_screen(t);
 }
 
 static void xwl_handle_request_move(vantore_toplevel &t)
@@ -137,14 +138,16 @@ static void xwl_handle_request_activate(vantore_toplevel &t)
     if (t.scene_tree == nullptr)
         return;
     if (may_take_focus(t))
-        focus_toplevel_ex(&t, true);
-    else
-        toplevel_mark_urgent(t);
+        return focus_toplevel_ex(&t, true);
+    if (!t.urgent) { // also a hidden window that still has the keyboard
+        t.urgent = true;
+        ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
+    }
 }
 
 static void xwl_handle_set_hints(vantore_toplevel &t)
 {
-    if (t.xwl->hints != nullptr && (t.xwl->hints->flags & urgency_hint) != 0)
+    if (t.scene_tree != nullptr && t.xwl->hints != nullptr && (t.xwl->hints->flags & urgency_hint) != 0)
         toplevel_mark_urgent(t);
 }
 
@@ -156,7 +159,8 @@ static void xwl_handle_set_title(vantore_toplevel &t)
 
 static void xwl_handle_set_class(vantore_toplevel &t)
 {
-    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
+    if (t.scene_tree != nullptr)
+        ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
 void xwl_listen_to_requests(vantore_toplevel &t)

@@ -7,12 +7,14 @@
 
 #include "xwl_toplevel.hpp"
 
+#include "../input/constraints.hpp"
 #include "../input/hit_test.hpp"
 #include "../ipc/broadcast.hpp"
 #include "../memory_trim.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
+#include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
 #include "app_rules.hpp"
 #include "fullscreen.hpp"
@@ -46,9 +48,18 @@ static bool wants_title_bar(const wlr_xwayland_surface &xwl)
     return (xwl.decorations & WLR_XWAYLAND_SURFACE_DECORATIONS_NO_TITLE) == 0;
 }
 
+// The states of a window end with its withdrawal (EWMH, _NET_WM_STATE): what it is from now on its client
+// says.
+static void forget_earlier_map(vantore_toplevel &t)
+{
+    t.fullscreen = t.maximized = t.minimized = t.snapped = false;
+    t.stack_id = 0;
+}
+
 static void xwl_toplevel_map(vantore_toplevel &t)
 {
     vantore_server &server = *t.server;
+    forget_earlier_map(t);
     if (!create_scene_tree(t)) {
         wlr_log(WLR_ERROR, "vantore-comp: no memory for an X11 window, it is not shown");
         return;
@@ -148,12 +159,27 @@ vantore_toplevel *server_new_xwl_toplevel(vantore_server &server, wlr_xwayland_s
     return t;
 }
 
+// As a menu it got the keyboard without the rest of what goes with it, and out of sight it can't keep it.
+static void settle_keyboard_of_menu(vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    if (server.seat->keyboard_state.focused_surface != t.xwl->surface)
+        return;
+    if (toplevel_visible(t))
+        constrain_to_surface(server, t.xwl->surface);
+    else
+        focus_top_toplevel(server);
+}
+
 void xwl_toplevel_take_over(vantore_toplevel &t)
 {
     if (t.xwl->surface == nullptr)
         return;
     const bool mapped = t.xwl->surface->mapped;
     xwl_handle_associate(t);
-    if (mapped)
-        xwl_toplevel_map(t);
+    if (!mapped)
+        return;
+    xwl_toplevel_map(t);
+    if (t.scene_tree != nullptr)
+        settle_keyboard_of_menu(t);
 }

@@ -210,6 +210,19 @@ TEST_F(unmanaged, menu_turns_into_a_new_window_while_it_is_mapped)
     EXPECT_THAT(test::server_check(server, active_windows), IsEmpty());
 }
 
+TEST_F(unmanaged, menu_that_turns_into_a_hidden_window_hands_the_keyboard_on)
+{
+    write_config("rules.conf", "xapp -> workspace=4\n");
+    test::window &native = map("native");
+    x11_window &w = map_unmanaged({});
+    EXPECT_TRUE(has_keyboard_unmanaged(w));
+    w.override_redirect(false);
+    w.move(5, 5);
+    EVENTUALLY(find_record(w) != nullptr);
+    EXPECT_EQ(record(w).workspace, &workspace(4));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(native)));
+}
+
 TEST_F(unmanaged, window_changes_sides_while_it_is_not_mapped)
 {
     x11_window &w = map_x11();

@@ -146,6 +146,42 @@ TEST_F(x11_requests, start_no_drag_of_a_window_that_is_fullscreen_minimized_or_n
 
 // States
 
+TEST_F(x11_requests, start_no_drag_of_a_window_that_nobody_sees)
+{
+    x11_window &w = map_x11();
+    goto_workspace(server, 2);
+    w.request_drag(8);
+    w.request_drag(4);
+    settle();
+    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(record(w).scene_tree->node.parent, workspace(1).tree);
+}
+
+TEST_F(x11_requests, to_be_hidden_by_its_state_alone_end_when_the_window_is_focused)
+{
+    x11_window &w = map_x11();
+    EVENTUALLY_EQ(w.wm_state(), 1U);
+    w.request_iconify();
+    EVENTUALLY_EQ(w.wm_state(), 3U);
+    EXPECT_TRUE(record(w).minimized);
+    w.request_state(false, "HIDDEN");
+    EVENTUALLY(!record(w).minimized);
+    EVENTUALLY_EQ(w.wm_state(), 1U);
+    EXPECT_FALSE(w.has_state("HIDDEN"));
+}
+
+TEST_F(x11_requests, leave_a_minimized_window_hidden_when_its_workspace_shows_again)
+{
+    x11_window &w = map_x11();
+    map("native");
+    toplevel_minimize(record(w));
+    goto_workspace(server, 2);
+    goto_workspace(server, 1);
+    settle();
+    EXPECT_TRUE(record(w).xwl->minimized);
+    EXPECT_FALSE(record(w).scene_tree->node.enabled);
+}
+
 TEST_F(x11_requests, maximize_and_unmaximize)
 {
     x11_window &w = map_x11();
@@ -281,6 +317,17 @@ TEST_F(x11_requests, for_focus_are_only_noted_of_a_window_that_nobody_sees)
     expect_marked(w);
 }
 
+TEST_F(x11_requests, for_focus_mark_a_hidden_window_that_still_has_the_keyboard)
+{
+    x11_window &w = map_x11();
+    toplevel_minimize(record(w));
+    ASSERT_TRUE(has_keyboard(w));
+    (void)heard();
+    w.request_activate();
+    EVENTUALLY(record(w).urgent);
+    EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
+}
+
 TEST_F(x11_requests, for_focus_of_a_window_that_is_not_mapped_are_ignored)
 {
     x11_window &w = connect_x11().create();
@@ -317,6 +364,19 @@ TEST_F(x11_requests, urgency_marks_a_window_until_it_is_focused)
 }
 
 // Names
+
+TEST_F(x11_requests, urgency_of_a_window_that_is_not_mapped_marks_nothing)
+{
+    x11_window &w = map_x11();
+    vantore_toplevel &t = record(w);
+    w.unmap();
+    EVENTUALLY_EQ(find_record(w), nullptr);
+    (void)heard();
+    w.urgency(true);
+    settle();
+    EXPECT_FALSE(t.urgent);
+    EXPECT_THAT(heard(), IsEmpty());
+}
 
 TEST_F(x11_requests, titles_are_drawn_anew_and_classes_are_announced)
 {
@@ -403,6 +463,37 @@ TEST_F(x11_requests, window_of_no_or_enormous_size_does_no_harm)
     settle();
     map_x11(client.create());
     EXPECT_THAT(test::server_check(server), IsEmpty());
+}
+
+TEST_F(x11_requests, atoms_in_bytes_do_no_harm)
+{
+    const std::string long_one(8192, 'x');
+    for (const char *name : {"_NET_WM_WINDOW_TYPE", "WM_PROTOCOLS", "_NET_WM_STATE"}) {
+        x11_window &before = connect_x11().create();
+        before.property(name, "ATOM", long_one);
+        map_x11(before);
+        before.property(name, "ATOM", long_one);
+        settle();
+        EXPECT_NE(find_record(before), nullptr) << name;
+    }
+}
+
+TEST_F(x11_requests, forged_by_a_client_do_no_harm)
+{
+    x11_window &w = map_x11(), &unmapped = connect_x11().create();
+    for (uint32_t n = 0; n < 200; n++) {
+        unmapped.forge_message("WL_SURFACE_SERIAL", {n, 0});
+        unmapped.forge_message("WL_SURFACE_ID", {n});
+    }
+    w.forge_configure_request(0, 0);
+    for (const int type : {XCB_CREATE_NOTIFY, XCB_DESTROY_NOTIFY, XCB_MAP_NOTIFY, XCB_MAP_REQUEST,
+                               XCB_CONFIGURE_NOTIFY, XCB_REPARENT_NOTIFY, XCB_PROPERTY_NOTIFY})
+        w.forge_event(uint8_t(type));
+    settle();
+    EXPECT_NE(find_record(w), nullptr);
+    EXPECT_EQ(box(w).width, 300);
+    EXPECT_EQ(find_record(unmapped), nullptr);
+    EXPECT_TRUE(has_keyboard(map_x11(unmapped)));
 }
 
 TEST_F(x11_requests, storm_of_configures_ends_where_the_last_one_says)

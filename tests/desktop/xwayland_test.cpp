@@ -122,16 +122,46 @@ TEST_F(xwayland, crash_costs_its_windows_and_no_others)
     EXPECT_THAT(test::server_check(server), IsEmpty());
 }
 
-// The library starts none within five seconds of the last, or it could go on crashing for ever.
 TEST_F(xwayland, starts_again_with_the_next_client_after_a_crash)
 {
     connect_x11();
     const pid_t first = x_server();
-    server.xwayland->server->server_start -= 10;
+    server.xwayland->server->server_start -= 10; // as one that has run for a while
     kill_x_server();
     x11_window &w = map_x11();
     EXPECT_NE(x_server(), first);
     EXPECT_TRUE(has_keyboard(w));
+}
+
+// The library itself starts none within five seconds of the last.
+TEST_F(xwayland, starts_again_each_time_that_it_crashes_early)
+{
+    for (const bool with_windows : {true, false, true}) {
+        if (with_windows)
+            map_x11();
+        else
+            connect_x11();
+        const std::string display = server.xwayland->display_name;
+        kill_x_server();
+        advance_clock_ms(1);
+        EXPECT_EQ(x_server(), 0) << "none before a client wants it";
+        EXPECT_EQ(server.xwayland->display_name, display);
+        EXPECT_STREQ(getenv("DISPLAY"), display.c_str());
+    }
+    EXPECT_TRUE(has_keyboard(map_x11()));
+}
+
+TEST_F(xwayland, starts_with_a_later_client_after_it_could_not_start)
+{
+    setenv("WLR_XWAYLAND", "/no/such/program", 1);
+    {
+        const test::x11_client caller{server.xwayland->display_name};
+        EVENTUALLY(server.xwayland->server->server_start != 0);
+        EVENTUALLY_EQ(server.xwayland->server->client, nullptr);
+    }
+    advance_clock_ms(1);
+    unsetenv("WLR_XWAYLAND");
+    EXPECT_TRUE(has_keyboard(map_x11()));
 }
 
 TEST_F(xwayland, crash_without_windows_harms_nobody)
@@ -242,6 +272,15 @@ TEST_F(xwayland, windows_follow_rules_but_for_their_place)
     EXPECT_EQ(keyboard_focus(), nullptr) << "nobody sees it";
 }
 
+TEST_F(xwayland, window_is_fullscreen_at_once_where_a_rule_says_so)
+{
+    write_config("rules.conf", "game -> fullscreen\n");
+    x11_window &w = map_x11({.wm_class = "game"});
+    EXPECT_EQ(record(w).scene_tree->node.x, 0);
+    EXPECT_EQ(record(w).scene_tree->node.y, 0);
+    EVENTUALLY_EQ(w.told(), (x11_place{0, 0, 1280, 704}));
+}
+
 TEST_F(xwayland, window_is_followed_where_a_rule_says_so)
 {
     write_config("rules.conf", "game -> workspace=3, follow\n");
@@ -294,6 +333,37 @@ TEST_F(xwayland, window_that_maps_again_is_the_same_at_another_place)
     EXPECT_EQ(record(w).id, id);
     EXPECT_TRUE(record(w).floating);
     EXPECT_THAT(tiles(), ElementsAre(record(other).id, id));
+}
+
+TEST_F(xwayland, window_that_maps_again_is_fullscreen_or_maximized_no_more)
+{
+    x11_window &w = map_x11();
+    w.request_state(true, "MAXIMIZED_VERT", "MAXIMIZED_HORZ");
+    EVENTUALLY(record(w).maximized);
+    w.request_state(true, "FULLSCREEN");
+    EVENTUALLY_EQ(w.told(), (x11_place{0, 0, 1280, 704}));
+    w.unmap();
+    EVENTUALLY_EQ(find_record(w), nullptr);
+    w.resize(300, 200);
+    w.map();
+    EVENTUALLY(find_record(w) != nullptr);
+    EXPECT_FALSE(record(w).fullscreen);
+    EXPECT_FALSE(record(w).maximized);
+    EXPECT_EQ(record(w).scene_tree->node.parent, workspace(1).tree);
+    EVENTUALLY_EQ(box(w), (wlr_box{490, 267, 300, 200}));
+}
+
+TEST_F(xwayland, window_that_maps_again_is_minimized_no_more)
+{
+    write_config("rules.conf", "hidden -> workspace=4\n");
+    x11_window &w = map_x11({.wm_class = "hidden"});
+    toplevel_minimize(record(w));
+    w.unmap();
+    EVENTUALLY_EQ(find_record(w), nullptr);
+    w.map();
+    EVENTUALLY(find_record(w) != nullptr);
+    EXPECT_FALSE(record(w).minimized);
+    EXPECT_TRUE(record(w).scene_tree->node.enabled);
 }
 
 TEST_F(xwayland, destroyed_window_is_gone)

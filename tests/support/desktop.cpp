@@ -392,14 +392,7 @@ vantore_unmanaged *unstarted_desktop::find_unmanaged(const x11_window &w)
 // The compositor itself started a process in between, which has ended.
 pid_t unstarted_desktop::x_server() const
 {
-    const std::string arguments = std::string{"Xwayland"} + '\0' + server.xwayland->display_name + '\0';
-    for (const auto &process : std::filesystem::directory_iterator{"/proc"}) {
-        std::ifstream file{process.path() / "cmdline"};
-        const std::string line{std::istreambuf_iterator<char>{file}, {}};
-        if (line.contains(arguments))
-            return atoi(process.path().filename().c_str());
-    }
-    return 0;
+    return x_server_of(server.xwayland->display_name);
 }
 
 void unstarted_desktop::kill_x_server()

@@ -1,8 +1,11 @@
 #include "x11_client.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <filesystem>
 #include <format>
+#include <fstream>
 #include <memory>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -45,6 +48,18 @@ int connect_to(const std::string &display)
 }
 
 } // namespace
+
+pid_t x_server_of(const std::string &display)
+{
+    const std::string arguments = std::string{"Xwayland"} + '\0' + display + '\0';
+    for (const auto &process : std::filesystem::directory_iterator{"/proc"}) {
+        std::ifstream file{process.path() / "cmdline"};
+        const std::string line{std::istreambuf_iterator<char>{file}, {}};
+        if (line.contains(arguments))
+            return atoi(process.path().filename().c_str());
+    }
+    return 0;
+}
 
 x11_client::x11_client(const std::string &display) : fd(connect_to(display))
 {
@@ -309,7 +324,14 @@ void x11_window::fill(uint32_t colour)
     xcb_clear_area(owned_by->connection, 0, window, 0, 0, 0, 0);
 }
 
-void x11_window::send_to_root(std::string_view type, const std::vector<uint32_t> &data)
+void x11_window::send_to_root(const void *event)
+{
+    xcb_send_event(owned_by->connection, 0, owned_by->root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   static_cast<const char *>(event));
+}
+
+void x11_window::forge_message(std::string_view type, const std::vector<uint32_t> &data)
 {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
@@ -317,9 +339,32 @@ void x11_window::send_to_root(std::string_view type, const std::vector<uint32_t>
     message.window = window;
     message.type = owned_by->atom(type);
     std::ranges::copy(data, message.data.data32);
-    xcb_send_event(owned_by->connection, 0, owned_by->root,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char *>(&message));
+    send_to_root(&message);
+}
+
+void x11_window::forge_configure_request(int width, int height)
+{
+    xcb_configure_request_event_t request{};
+    request.response_type = XCB_CONFIGURE_REQUEST;
+    request.parent = owned_by->root;
+    request.window = window;
+    request.width = uint16_t(width);
+    request.height = uint16_t(height);
+    request.value_mask = XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
+    send_to_root(&request);
+}
+
+// These events begin alike: the parent, or the window again, and then the window.
+void x11_window::forge_event(uint8_t type)
+{
+    struct {
+        uint8_t type, detail;
+        uint16_t sequence;
+        uint32_t parent, window;
+        std::array<uint32_t, 5> rest;
+    } event{.type = type, .detail = 0, .sequence = 0, .parent = owned_by->root, .window = window, .rest = {}};
+    static_assert(sizeof event == 32);
+    send_to_root(&event);
 }
 
 void x11_window::request_state(bool on, std::string_view name, std::string_view second)
@@ -327,27 +372,27 @@ void x11_window::request_state(bool on, std::string_view name, std::string_view 
     const auto state = [&](std::string_view of) {
         return of.empty() ? 0 : owned_by->atom(state_prefix + std::string{of});
     };
-    send_to_root("_NET_WM_STATE", {on ? 1U : 0U, state(name), state(second), 1});
+    forge_message("_NET_WM_STATE", {on ? 1U : 0U, state(name), state(second), 1});
 }
 
 void x11_window::request_activate()
 {
-    send_to_root("_NET_ACTIVE_WINDOW", {1});
+    forge_message("_NET_ACTIVE_WINDOW", {1});
 }
 
 void x11_window::request_iconify()
 {
-    send_to_root("WM_CHANGE_STATE", {3});
+    forge_message("WM_CHANGE_STATE", {3});
 }
 
 void x11_window::request_normal()
 {
-    send_to_root("WM_CHANGE_STATE", {1});
+    forge_message("WM_CHANGE_STATE", {1});
 }
 
 void x11_window::request_drag(uint32_t direction)
 {
-    send_to_root("_NET_WM_MOVERESIZE", {0, 0, direction, 1, 1});
+    forge_message("_NET_WM_MOVERESIZE", {0, 0, direction, 1, 1});
 }
 
 bool x11_window::heard(const std::string &event) const
@@ -364,9 +409,7 @@ void x11_window::handle_message(const xcb_client_message_event_t &message)
     } else if (message.data.data32[0] == owned_by->atom("_NET_WM_PING") && answers_pings) {
         xcb_client_message_event_t answer = message;
         answer.window = owned_by->root;
-        xcb_send_event(owned_by->connection, 0, owned_by->root,
-                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                       reinterpret_cast<const char *>(&answer));
+        send_to_root(&answer);
     }
 }
 
@@ -427,6 +470,17 @@ std::vector<std::string> x11_window::states() const
         names.emplace_back(text.substr(std::min(text.size(), state_prefix.size())));
     }
     return names;
+}
+
+uint32_t x11_window::wm_state() const
+{
+    xcb_connection_t *c = owned_by->connection;
+    const xcb_atom_t name = owned_by->atom("WM_STATE");
+    const reply<xcb_get_property_reply_t> property{
+        xcb_get_property_reply(c, xcb_get_property(c, 0, window, name, name, 0, 2), nullptr)};
+    if (property == nullptr || xcb_get_property_value_length(property.get()) < 4)
+        return 0;
+    return *static_cast<const uint32_t *>(xcb_get_property_value(property.get()));
 }
 
 bool x11_window::has_state(std::string_view name) const

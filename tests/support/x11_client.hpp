@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 #include <thread>
 #include <vector>
 #include <xcb/xcb.h>
@@ -16,6 +17,9 @@ namespace test
 {
 
 class x11_client;
+
+// The process that serves a display like ":3"; 0 when there is none.
+pid_t x_server_of(const std::string &display);
 
 struct x11_traits {
     int x = 0, y = 0, width = 300, height = 200;
@@ -69,6 +73,11 @@ public:
     void request_normal();
     void request_drag(uint32_t direction); // of _NET_WM_MOVERESIZE: 0 to 7 resize, 8 moves
 
+    // Events under the X server's name, sent to its window manager
+    void forge_message(std::string_view type, const std::vector<uint32_t> &data);
+    void forge_configure_request(int width, int height);
+    void forge_event(uint8_t type); // about this window, all else 0
+
     // How it behaves from now on
     bool answers_pings = true;
 
@@ -83,6 +92,8 @@ public:
     // Asks the X server and waits: the names in _NET_WM_STATE, without their prefix.
     [[nodiscard]] std::vector<std::string> states() const;
     [[nodiscard]] bool has_state(std::string_view name) const;
+    // The same for WM_STATE: 0 withdrawn or unknown, 1 normal, 3 iconic.
+    [[nodiscard]] uint32_t wm_state() const;
 
     [[nodiscard]] uint32_t id() const { return window; }
 
@@ -91,7 +102,7 @@ private:
     void handle(const xcb_generic_event_t &event);
     void handle_message(const xcb_client_message_event_t &message);
     void change(std::string_view name, uint32_t type, const std::vector<uint32_t> &values);
-    void send_to_root(std::string_view type, const std::vector<uint32_t> &data);
+    void send_to_root(const void *event);
 
     x11_client *owned_by;
     uint32_t window = 0;
