@@ -53,6 +53,11 @@ static void popup_unconstrain(const vantore_popup &p)
     box.x += geometry.x - node.x;
     box.y += geometry.y - node.y;
     wlr_xdg_popup_unconstrain_from_box(p.xdg_popup, &box);
+    // A menu that asks to be cut, and of which nothing would be left, is shown as it asks: no client can draw
+    // nothing.
+    auto &scheduled = p.xdg_popup->scheduled;
+    if (scheduled.geometry.width < 1 || scheduled.geometry.height < 1)
+        wlr_xdg_positioner_rules_get_geometry(&scheduled.rules, &scheduled.geometry);
 }
 
 static void xdg_popup_commit(vantore_popup &p)

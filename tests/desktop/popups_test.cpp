@@ -66,6 +66,15 @@ TEST_F(menus, flip_at_the_edge_of_the_output)
     EXPECT_EQ(menu.x(), 351 - 150); // from the other edge of the anchor, one pixel wide
 }
 
+TEST_F(menus, that_would_be_cut_to_nothing_keep_their_size)
+{
+    move_to(1100, 100);
+    popup menu{*page, {.x = 300, .y = 30, .size = {150, 80}, .adjustment = RESIZE_X}};
+    EVENTUALLY_EQ(menu.configure_count(), 1);
+    EXPECT_EQ(menu.size(), (test::size{150, 80}));
+    EXPECT_EQ(menu.x(), 300);
+}
+
 TEST_F(menus, count_from_the_window_geometry)
 {
     page->geometry(10, 20, 380, 280);

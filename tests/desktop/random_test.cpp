@@ -2,449 +2,13 @@
 // as fit into its time. VANTORE_TEST_SEQUENCES asks for a number of them instead, VANTORE_TEST_SEED for one
 // seed alone. A sequence that breaks a rule is shortened before it is told.
 
-#include "support/desktop.hpp"
+#include "support/random_session.hpp"
 
-#include "config/reload.hpp"
-#include "config/settings.hpp"
-#include "outputs/power.hpp"
-#include "support/server_check.hpp"
-#include "support/wayland_layer.hpp"
-#include "windows/attention.hpp"
-#include "windows/fullscreen.hpp"
-#include "windows/states.hpp"
-#include "workspaces/arrange.hpp"
-#include "workspaces/direction.hpp"
-#include "workspaces/focus.hpp"
-#include "workspaces/layout.hpp"
-#include "workspaces/stacks.hpp"
-#include "workspaces/switch.hpp"
-#include "workspaces/tiles.hpp"
-#include "workspaces/transfer.hpp"
-
-#include <linux/input-event-codes.h>
-#include <random>
-#include <set>
+using test::random_session;
+using x11 = random_session::x11;
 
 static constexpr size_t operations_in_a_sequence = 200;
-static constexpr size_t most_outputs = 3;
-static constexpr size_t most_clients = 8;
-static constexpr size_t most_windows = 24;
-static constexpr size_t most_panels = 6;
 static constexpr size_t most_shortenings = 80;
-
-// The software rasterizer reads whole tiles, also behind the end of a picture that ends within one.
-static int whole_tiles(int length)
-{
-    return length / 64 * 64;
-}
-
-// What an operation chooses comes from its own seed, so that it does the same in a shorter sequence.
-class random_session : public test::desktop
-{
-public:
-    void begin()
-    {
-        SetUp();
-        pointer = &plug_pointer();
-        keyboard = &plug_keyboard();
-    }
-    void end()
-    {
-        panels.clear();
-        TearDown();
-    }
-    void TestBody() override {}
-
-    // What was done.
-    std::string step(unsigned seed);
-    std::vector<std::string> broken();
-    std::string picture_of_it() { return state(); }
-
-private:
-    int below(size_t limit) { return std::uniform_int_distribution<int>{0, int(limit) - 1}(random); }
-    int sign() { return below(2) == 0 ? -1 : 1; }
-    template <class List> auto &any_of(List &list) { return *std::next(list.begin(), below(list.size())); }
-    vantore_workspace &any_workspace() { return workspace(1 + below(9)); }
-    vantore_toplevel *any_mapped();
-
-    std::string plug_output();
-    std::string unplug_output();
-    std::string open_window();
-    std::string close_window();
-    std::string trouble_window();
-    std::string lose_client();
-    std::string change_power();
-    std::string move_pointer();
-    std::string focus_window();
-    std::string arrow_key();
-    std::string change_stack();
-    std::string change_layout();
-    std::string change_workspace();
-    std::string send_elsewhere();
-    std::string mark_window();
-    std::string change_state();
-    std::string point();
-    std::string use_button();
-    std::string reload();
-    std::string open_panel();
-    std::string trouble_panel();
-
-    struct operation {
-        std::string (random_session::*run)();
-        int weight;
-    };
-    static const operation operations[];
-
-    std::mt19937 random;
-    test::made_up_pointer *pointer = nullptr;
-    test::made_up_keyboard *keyboard = nullptr;
-    std::set<uint32_t> held; // buttons
-    int next_output = 0;
-    std::vector<std::string> plugged;
-    std::vector<test::client *> clients;
-    std::vector<test::window *> windows;
-    std::list<test::layer_surface> panels;
-};
-
-std::string random_session::plug_output()
-{
-    if (plugged.size() >= most_outputs)
-        return "nothing";
-    const std::string name = "out" + std::to_string(next_output++ % 6);
-    if (std::ranges::contains(plugged, name))
-        return "nothing";
-    plugged.push_back(name);
-    plug(name, whole_tiles(200 + below(1800)), whole_tiles(200 + below(1000)));
-    return "plug " + name;
-}
-
-std::string random_session::unplug_output()
-{
-    if (plugged.empty())
-        return "nothing";
-    const std::string name = any_of(plugged);
-    std::erase(plugged, name);
-    test::unplug(test::made_up(output(name).wlr_output));
-    return "unplug " + name;
-}
-
-std::string random_session::open_window()
-{
-    if (windows.size() >= most_windows)
-        return "nothing";
-    if (clients.empty() || (clients.size() < most_clients && below(2) == 0))
-        clients.push_back(&connect());
-    test::window &w = any_of(clients)->create_window(below(12) == 0 ? "vantore-clips-overlay" : "window");
-    w.preferred = {1 + below(2500), 1 + below(1500)};
-    if (below(4) == 0)
-        w.request_maximize();
-    if (below(8) == 0) {
-        w.min_size({300, 200});
-        w.max_size({300, 200});
-    }
-    w.open();
-    windows.push_back(&w);
-    return "open";
-}
-
-std::string random_session::close_window()
-{
-    if (windows.empty())
-        return "nothing";
-    test::window *w = any_of(windows);
-    std::erase(windows, w);
-    if (below(3) == 0)
-        return w->destroy_role(), "destroy the role";
-    return w->destroy(), "destroy";
-}
-
-std::string random_session::trouble_window()
-{
-    if (windows.empty())
-        return "nothing";
-    test::window *w = any_of(windows);
-    switch (below(8)) {
-    case 0:
-        return w->unmap(), "unmap";
-    case 1:
-        return w->open(), "open again";
-    case 2:
-        return w->request_maximize(), "maximize";
-    case 3:
-        return w->request_unmaximize(), "unmaximize";
-    case 4:
-        if (find_record(*w) == nullptr)
-            return "nothing"; // it has drawn nothing yet
-        return w->fill(0xff00ff00), "draw";
-    case 5:
-        return w->request_unfullscreen(), "end fullscreen";
-    case 6:
-        return w->request_minimize(), "minimize";
-    default: {
-        const bool named = !plugged.empty() && below(2) == 0;
-        w->request_fullscreen(named ? w->owner().output_named(any_of(plugged)) : nullptr);
-        return "fullscreen";
-    }
-    }
-}
-
-std::string random_session::change_state()
-{
-    vantore_toplevel *t = any_mapped();
-    if (t == nullptr)
-        return "nothing";
-    switch (below(3)) {
-    case 0:
-        return toplevel_set_fullscreen(*t, !t->fullscreen), "toggle fullscreen";
-    case 1:
-        return toplevel_minimize(*t), "hide a window";
-    default:
-        return toplevel_toggle_maximize(*t), "toggle maximized";
-    }
-}
-
-std::string random_session::lose_client()
-{
-    if (clients.empty() || below(3) != 0)
-        return "nothing";
-    test::client *c = any_of(clients);
-    std::erase(clients, c);
-    std::erase_if(windows, [&](const test::window *w) { return &w->owner() == c; });
-    c->vanish();
-    std::erase_if(panels, [&](const test::layer_surface &l) { return &l.owner() == c; });
-    return "vanish";
-}
-
-std::string random_session::change_power()
-{
-    set_dpms(server, below(3) != 0);
-    return "power";
-}
-
-std::string random_session::move_pointer()
-{
-    wlr_cursor_warp_closest(server.cursor, nullptr, below(5000), below(1000));
-    return "move the pointer";
-}
-
-vantore_toplevel *random_session::any_mapped()
-{
-    const int count = wl_list_length(&server.toplevels);
-    int index = count > 0 ? below(size_t(count)) : 0;
-    for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
-        if (index-- == 0)
-            return &t;
-    return nullptr;
-}
-
-std::string random_session::focus_window()
-{
-    if (below(4) == 0)
-        return focus_top_toplevel(server), "focus the top";
-    vantore_toplevel *t = any_mapped();
-    if (t == nullptr || !toplevel_visible(*t))
-        return "nothing";
-    return focus_toplevel_ex(t, below(2) == 0), "focus";
-}
-
-std::string random_session::arrow_key()
-{
-    const bool sideways = below(2) == 0;
-    const int dx = sideways ? sign() : 0, dy = sideways ? 0 : sign();
-    switch (below(3)) {
-    case 0:
-        return focus_direction(server, dx, dy), "focus by arrow";
-    case 1:
-        return move_direction(server, dx, dy), "move by arrow";
-    default:
-        return resize_direction(server, dx, dy), "resize by arrow";
-    }
-}
-
-std::string random_session::change_stack()
-{
-    switch (below(5)) {
-    case 0:
-        return stack_toggle_focused(server), "toggle a stack";
-    case 1:
-        return stack_ungroup_focused(server), "leave a stack";
-    case 2:
-        return stack_cycle_focused(server), "cycle a stack";
-    default: {
-        vantore_toplevel *w = any_mapped(), *target = any_mapped();
-        if (w == nullptr || w->workspace != target->workspace || !tile_participates(*target))
-            return "nothing";
-        return stack_join(*w, *target), "join a stack";
-    }
-    }
-}
-
-std::string random_session::change_layout()
-{
-    switch (below(5)) {
-    case 0:
-        return toggle_ws_layout(server), "toggle the layout";
-    case 1:
-        return cycle_tile_mode(server), "cycle the tile mode";
-    case 2:
-        return set_ws_layout(any_workspace(), VANTORE_LAYOUT_TILING), "tile a workspace";
-    case 3:
-        return set_ws_tile_mode(any_workspace(), vantore_tile_mode(below(4))), "set a tile mode";
-    default:
-        return toggle_float_focused(server), "toggle floating";
-    }
-}
-
-std::string random_session::change_workspace()
-{
-    if (below(2) == 0)
-        return goto_workspace(server, 1 + below(9)), "another workspace";
-    if (vantore_output *o = current_output(server))
-        return output_set_current(*o, &any_workspace()), "pull a workspace";
-    return "nothing";
-}
-
-std::string random_session::send_elsewhere()
-{
-    switch (below(5)) {
-    case 0:
-        return move_ws_to_adjacent_output(server, sign()), "workspace to the next output";
-    case 1:
-        return move_focused_to_adjacent_output(server, sign()), "window to the next output";
-    case 2:
-        return move_focused_to_workspace(server, 1 + below(9)), "window to a workspace";
-    case 3:
-        if (vantore_toplevel *t = any_mapped())
-            return move_toplevel_to_workspace(*t, 1 + below(9)), "any window to a workspace";
-        return "nothing";
-    default:
-        if (plugged.empty())
-            return "nothing";
-        return move_workspace_to_output(&any_workspace(), output(any_of(plugged))), "workspace to an output";
-    }
-}
-
-std::string random_session::mark_window()
-{
-    if (vantore_toplevel *t = any_mapped())
-        return toplevel_mark_urgent(*t), "mark urgent";
-    return "nothing";
-}
-
-std::string random_session::open_panel()
-{
-    if (clients.empty() || panels.size() >= most_panels)
-        return "nothing";
-    test::layer_traits traits{.on = test::layer{unsigned(below(4))}, .size = {below(300), below(200)}};
-    traits.anchor = unsigned(below(16));
-    traits.zone = below(4) == 0 ? -1 : below(500);
-    traits.margins = {.top = below(60) - 30, .bottom = below(60) - 30};
-    if (below(3) == 0) {
-        traits.keyboard = below(2) == 0 ? test::keyboard_wish::exclusive : test::keyboard_wish::on_demand;
-        active_windows = test::activity::may_lag;
-    }
-    panels.emplace_back(*any_of(clients), traits);
-    return "open a panel";
-}
-
-std::string random_session::trouble_panel()
-{
-    if (panels.empty())
-        return "nothing";
-    const auto panel = std::next(panels.begin(), below(panels.size()));
-    switch (below(4)) {
-    case 0:
-        return panels.erase(panel), "destroy a panel";
-    case 1:
-        return panel->unmap(), "unmap a panel";
-    case 2:
-        return panel->commit(), "commit a panel";
-    default:
-        panel->zone(below(500) - 1);
-        return panel->commit(), "change a panel's zone";
-    }
-}
-
-const random_session::operation random_session::operations[]{
-    {&random_session::plug_output, 2},      {&random_session::unplug_output, 2},
-    {&random_session::open_window, 6},      {&random_session::close_window, 3},
-    {&random_session::trouble_window, 5},   {&random_session::lose_client, 1},
-    {&random_session::change_power, 1},     {&random_session::move_pointer, 2},
-    {&random_session::focus_window, 2},     {&random_session::arrow_key, 5},
-    {&random_session::change_stack, 5},     {&random_session::change_layout, 4},
-    {&random_session::change_workspace, 4}, {&random_session::send_elsewhere, 4},
-    {&random_session::mark_window, 1},      {&random_session::point, 4},
-    {&random_session::use_button, 6},       {&random_session::reload, 1},
-    {&random_session::open_panel, 2},       {&random_session::trouble_panel, 3},
-    {&random_session::change_state, 3},
-};
-
-// At the pointer's place in the layout, at rest or in the middle of a drag.
-std::string random_session::point()
-{
-    vantore_toplevel *t = any_mapped();
-    if (t == nullptr || below(3) == 0)
-        return point_at(*pointer, below(3000), below(1000)), "point somewhere";
-    // A title bar or tab, a border, or the content.
-    const wlr_box box = toplevel_box(*t);
-    const int dx = below(2) == 0 ? below(size_t(box.width)) : below(2) * (box.width - 1);
-    const int dy = below(2) == 0 ? -1 - below(30) : below(size_t(box.height));
-    return point_at(*pointer, box.x + dx, box.y + dy), "point at a window";
-}
-
-std::string random_session::use_button()
-{
-    const uint32_t button = below(4) == 0 ? BTN_RIGHT : BTN_LEFT;
-    if (held.contains(button)) {
-        held.erase(button);
-        pointer->release(button);
-        return "release";
-    }
-    held.insert(button);
-    const bool with_logo = below(3) == 0;
-    if (with_logo)
-        keyboard->press(KEY_LEFTMETA);
-    pointer->press(button);
-    if (with_logo)
-        keyboard->release(KEY_LEFTMETA);
-    return "press";
-}
-
-std::string random_session::reload()
-{
-    g_gap = below(30);
-    g_tiler = below(2) == 0;
-    config_reload(server);
-    return "reload";
-}
-
-std::string random_session::step(unsigned seed)
-{
-    random.seed(seed);
-    int total = 0;
-    for (const operation &o : operations)
-        total += o.weight;
-    int chosen = below(size_t(total));
-    const operation *at = operations;
-    while (chosen >= at->weight)
-        chosen -= (at++)->weight;
-    std::string done = (this->*at->run)();
-    if (below(2) == 0) // the others happen while messages are under way
-        settle();
-    return done;
-}
-
-// Tiles are only where they belong after an arrangement, which any operation may be followed by.
-std::vector<std::string> random_session::broken()
-{
-    std::vector<std::string> rules = test::server_check(server, active_windows);
-    std::ranges::move(test::usable_check(server), std::back_inserter(rules));
-    std::ranges::move(test::lookup_check(server), std::back_inserter(rules));
-    for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
-        arrange_workspace(&ws);
-    std::ranges::move(test::tiles_check(server), std::back_inserter(rules));
-    return rules;
-}
 
 struct outcome {
     std::vector<std::string> broken; // rules, after the last operation
@@ -452,11 +16,11 @@ struct outcome {
 };
 
 // Ends at the first operation that breaks a rule.
-static outcome run(const std::vector<unsigned> &seeds)
+static outcome run(const std::vector<unsigned> &seeds, x11 windows_of_x11)
 {
     outcome result;
     random_session session;
-    session.begin();
+    session.begin(windows_of_x11);
     for (const unsigned seed : seeds) {
         result.done += session.step(seed) + "\n";
         result.broken = session.broken();
@@ -470,14 +34,14 @@ static outcome run(const std::vector<unsigned> &seeds)
 }
 
 // Leaves out what is not needed for a rule to break, in ever smaller pieces.
-static std::vector<unsigned> shortened(std::vector<unsigned> seeds)
+static std::vector<unsigned> shortened(std::vector<unsigned> seeds, x11 windows_of_x11)
 {
     size_t runs = 0;
     for (size_t piece = seeds.size() / 2; piece > 0; piece /= 2) {
         for (size_t from = 0; from + piece <= seeds.size() && runs < most_shortenings; runs++) {
             std::vector<unsigned> without{seeds};
             without.erase(without.begin() + ptrdiff_t(from), without.begin() + ptrdiff_t(from + piece));
-            if (run(without).broken.empty())
+            if (run(without, windows_of_x11).broken.empty())
                 from += piece;
             else
                 seeds = without;
@@ -497,9 +61,11 @@ static std::vector<unsigned> operations_of(unsigned sequence)
 static void expect_no_broken_rule(unsigned sequence)
 {
     const std::vector<unsigned> seeds = operations_of(sequence);
-    if (run(seeds).broken.empty())
+    const x11 windows_of_x11 =
+        sequence % 4 == 0 ? x11::with : x11::without; // X servers take their time to start
+    if (run(seeds, windows_of_x11).broken.empty())
         return;
-    const outcome last = run(shortened(seeds));
+    const outcome last = run(shortened(seeds, windows_of_x11), windows_of_x11);
     ADD_FAILURE() << "VANTORE_TEST_SEED=" << sequence << " breaks: " << testing::PrintToString(last.broken)
                   << "\nafter\n"
                   << last.done << last.state;

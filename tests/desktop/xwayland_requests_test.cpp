@@ -487,7 +487,7 @@ TEST_F(x11_requests, forged_by_a_client_do_no_harm)
     }
     w.forge_configure_request(0, 0);
     for (const int type : {XCB_CREATE_NOTIFY, XCB_DESTROY_NOTIFY, XCB_MAP_NOTIFY, XCB_MAP_REQUEST,
-                               XCB_CONFIGURE_NOTIFY, XCB_REPARENT_NOTIFY, XCB_PROPERTY_NOTIFY})
+                           XCB_CONFIGURE_NOTIFY, XCB_REPARENT_NOTIFY, XCB_PROPERTY_NOTIFY})
         w.forge_event(uint8_t(type));
     settle();
     EXPECT_NE(find_record(w), nullptr);

@@ -62,9 +62,15 @@ private:
             expect(ws.output == nullptr || ws.output->current_ws == &ws, name + "'s output points back");
             expect(ws.tree->node.enabled == (ws.output != nullptr), name + " is visible iff on an output");
             for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels))
-                expect(t.workspace == &ws, name + " lists only its own windows");
+                check_listed(t, ws, name);
         }
         expect(num == 9, "there are nine workspaces");
+    }
+
+    void check_listed(const vantore_toplevel &t, const vantore_workspace &ws, const std::string &name)
+    {
+        expect(t.workspace == &ws, name + " lists only its own windows");
+        expect(tl_mapped(t) || !t.scene_tree->node.enabled, name + " shows no window that is not mapped");
     }
 
     void check_outputs()
@@ -87,6 +93,11 @@ private:
         expect(dragged || t.scene_tree->node.parent == toplevel_parent_tree(t),
                name + " hangs where it belongs");
         expect(box.width >= 1 && box.height >= 1, name + " has a size");
+        const bool enabled = t.scene_tree->node.enabled;
+        expect(t.fullscreen || !t.fs_demoted, name + " is demoted only while it is fullscreen");
+        expect(!t.fullscreen || !enabled || t.workspace->output != nullptr,
+               name + " is fullscreen only where its workspace is on show");
+        expect(!t.minimized || !enabled || t.fullscreen, name + " is hidden while it is minimized");
         if (t.kind == VNT_XWL)
             check_x11_window(t, name);
         else
@@ -97,6 +108,7 @@ private:
     {
         expect(t.xwl->data == &t, name + "'s X window points back");
         expect(!t.xwl->override_redirect, name + " is to be managed");
+        expect(!t.minimized || t.xwl->minimized, name + " was told that it is minimized");
         expect(t.scene_tree->node.data == &t, name + " is found by hit tests");
     }
 
@@ -105,9 +117,6 @@ private:
         expect(t.maximized == t.xdg_toplevel->scheduled.maximized, name + " knows whether it is maximized");
         expect(t.fullscreen == t.xdg_toplevel->scheduled.fullscreen,
                name + " knows whether it is fullscreen");
-        expect(t.fullscreen || !t.fs_demoted, name + " is demoted only while it is fullscreen");
-        expect(!t.fullscreen || !t.scene_tree->node.enabled || t.workspace->output != nullptr,
-               name + " is fullscreen only where its workspace is on show");
         const bool focused = server.seat->keyboard_state.focused_surface == tl_surface(t);
         const bool active = t.xdg_toplevel->scheduled.activated;
         expect(active || !focused, name + " is active when it has the keyboard");

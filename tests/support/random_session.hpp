@@ -1,0 +1,97 @@
+// A session in which anything may happen next.
+#pragma once
+
+#include "desktop.hpp"
+#include "wayland_layer.hpp"
+#include "wayland_popup.hpp"
+
+#include <list>
+#include <random>
+#include <set>
+
+namespace test
+{
+
+// What an operation chooses comes from its own seed, so that it does the same in a shorter sequence.
+class random_session : public desktop
+{
+public:
+    enum class x11 : bool { without, with };
+
+    void begin(x11 windows_of_x11);
+    void end();
+    void TestBody() override {}
+
+    // What was done.
+    std::string step(unsigned seed);
+    std::vector<std::string> broken();
+    std::string picture_of_it() { return state(); }
+
+private:
+    int below(size_t limit) { return std::uniform_int_distribution<int>{0, int(limit) - 1}(random); }
+    int sign() { return below(2) == 0 ? -1 : 1; }
+    template <class List> auto &any_of(List &list) { return *std::next(list.begin(), below(list.size())); }
+    vantore_workspace &any_workspace() { return workspace(1 + below(9)); }
+    vantore_toplevel *any_mapped();
+
+    std::string plug_output();
+    std::string unplug_output();
+    std::string open_window();
+    std::string close_window();
+    std::string trouble_window();
+    std::string lose_client();
+    std::string change_power();
+    std::string move_pointer();
+    std::string focus_window();
+    std::string arrow_key();
+    std::string change_stack();
+    std::string change_layout();
+    std::string change_workspace();
+    std::string send_elsewhere();
+    std::string mark_window();
+    std::string change_state();
+    std::string point();
+    std::string use_button();
+    std::string reload();
+    std::string open_panel();
+    std::string trouble_panel();
+    std::string open_popup();
+    std::string trouble_popup();
+    void forget_popups_of(const window &parent);
+    std::string open_x11_window();
+    std::string trouble_x11_window();
+    std::string lose_x11_client();
+    std::string ask_for_state(x11_window &w);
+
+    struct operation {
+        std::string (random_session::*run)();
+        int weight;
+    };
+    static const operation operations[];
+
+    std::mt19937 random;
+    made_up_pointer *pointer = nullptr;
+    made_up_keyboard *keyboard = nullptr;
+    std::set<uint32_t> held; // buttons
+    int next_output = 0;
+    std::vector<std::string> plugged;
+    std::vector<client *> clients;
+    std::vector<window *> windows;
+    std::list<layer_surface> panels;
+    struct menu {
+        menu(window &on, const placement &where) : parent(&on), object(on, where) {}
+        const window *parent;
+        popup object;
+    };
+    std::list<menu> menus;
+    bool with_x11 = false;
+    std::vector<x11_client *> x11_programs;
+    struct x11_entry {
+        x11_client *owner;
+        x11_window *window;
+        bool override_redirect;
+    };
+    std::vector<x11_entry> x11_windows;
+};
+
+} // namespace test
