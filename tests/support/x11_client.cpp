@@ -324,6 +324,11 @@ void x11_window::fill(uint32_t colour)
     xcb_clear_area(owned_by->connection, 0, window, 0, 0, 0, 0);
 }
 
+void x11_window::take_input_focus()
+{
+    xcb_set_input_focus(owned_by->connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+}
+
 void x11_window::send_to_root(const void *event)
 {
     xcb_send_event(owned_by->connection, 0, owned_by->root,

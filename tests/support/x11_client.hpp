@@ -65,6 +65,7 @@ public:
     void raise();
     void lower();
     void fill(uint32_t colour);
+    void take_input_focus(); // past the window manager
 
     // Requests to the window manager
     void request_state(bool on, std::string_view name, std::string_view second = {});
