@@ -37,15 +37,28 @@ struct bare_window {
     listener map, commit, destroy;
 };
 
+void fill_output(bare_window &w)
+{
+    wlr_box screen{};
+    wlr_output_layout_get_box(w.server->layout, nullptr, &screen);
+    wlr_xdg_toplevel_set_size(w.xdg, screen.width, screen.height);
+    wlr_xdg_toplevel_set_fullscreen(w.xdg, true);
+}
+
 void window_commit(bare_window &w)
 {
-    if (w.xdg->base->initial_commit)
+    if (!w.xdg->base->initial_commit)
+        return;
+    if (w.xdg->requested.fullscreen)
+        fill_output(w);
+    else
         wlr_xdg_toplevel_set_size(w.xdg, 0, 0);
 }
 
 void window_map(bare_window &w)
 {
-    wlr_scene_node_set_position(&w.tree->node, 100, 100);
+    const int at = w.xdg->requested.fullscreen ? 0 : 100;
+    wlr_scene_node_set_position(&w.tree->node, at, at);
     wlr_scene_node_raise_to_top(&w.tree->node);
     wlr_surface *previous = w.server->seat->keyboard_state.focused_surface;
     wlr_xdg_toplevel *old = previous != nullptr ? wlr_xdg_toplevel_try_from_wlr_surface(previous) : nullptr;

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sys/socket.h>
@@ -18,10 +19,23 @@ std::string read_proc(pid_t pid, const char *file)
     return {std::istreambuf_iterator<char>{in}, {}};
 }
 
+static double thread_us(pid_t pid, const std::string &thread)
+{
+    const std::string stat = read_proc(pid, ("task/" + thread + "/schedstat").c_str());
+    return double(strtoll(stat.c_str(), nullptr, 10)) / 1000;
+}
+
 double cpu_us(pid_t pid)
 {
-    const std::string stat = read_proc(pid, ("task/" + std::to_string(pid) + "/schedstat").c_str());
-    return double(strtoll(stat.c_str(), nullptr, 10)) / 1000;
+    return thread_us(pid, std::to_string(pid));
+}
+
+double cpu_of_threads_us(pid_t pid)
+{
+    double sum = 0;
+    for (const auto &thread : std::filesystem::directory_iterator{"/proc/" + std::to_string(pid) + "/task"})
+        sum += thread_us(pid, thread.path().filename());
+    return sum;
 }
 
 double median(std::vector<double> values)
@@ -30,15 +44,20 @@ double median(std::vector<double> values)
     return values[values.size() / 2];
 }
 
-static test::variables with_size(test::variables variables)
+static const test::variables &prepared(test::private_world &world, const test::variables &more,
+                                       const std::string &settings)
 {
-    variables["VANTORE_HEADLESS_SIZE"] = "1920x1080";
-    return variables;
+    world.environment["VANTORE_HEADLESS_SIZE"] = "1920x1080";
+    for (const auto &[name, value] : more)
+        world.environment[name] = value;
+    if (!settings.empty())
+        std::ofstream{world.directory() / "config" / "vantore" / "compositor.conf"} << settings;
+    return world.environment;
 }
 
-subject::subject(const char *binary)
+subject::subject(const char *binary, const test::variables &more, const std::string &settings)
     : program({"env", std::string{"LD_PRELOAD="} + getenv("VANTORE_TEST_PRELOAD"), binary},
-              with_size(world.environment))
+              prepared(world, more, settings))
 {
     if (!program.says("running — WAYLAND_DISPLAY=wayland-0")) {
         fprintf(stderr, "%s did not start:\n%s\n", binary, program.output().c_str());

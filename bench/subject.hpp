@@ -13,13 +13,16 @@
 std::string read_proc(pid_t pid, const char *file);
 // CPU time of the main thread in microseconds.
 double cpu_us(pid_t pid);
+// The same of all its threads together.
+double cpu_of_threads_us(pid_t pid);
 double median(std::vector<double> values);
 
 class subject
 {
 public:
-    // Ends the benchmark when the binary does not start.
-    explicit subject(const char *binary);
+    // Ends the benchmark when the binary does not start. Gets these variables besides those of its world, and
+    // this text as its compositor.conf.
+    explicit subject(const char *binary, const test::variables &more = {}, const std::string &settings = {});
 
     [[nodiscard]] std::unique_ptr<test::client> connect() const;
     // False when the text has not been written after 10 seconds.
