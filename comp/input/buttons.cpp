@@ -131,6 +131,15 @@ static bool press_on_border(vantore_server &server, const wlr_pointer_button_eve
     return true;
 }
 
+// A menu lies above the frames of all windows, its own included.
+static bool press_on_frame(vantore_server &server, const wlr_pointer_button_event &event)
+{
+    if (is_menu(surface_at(server, server.cursor->x, server.cursor->y).surface))
+        return false;
+    return press_on_tab(server, event) || press_on_decoration(server, event) ||
+           press_on_border(server, event);
+}
+
 // Focused before the client hears of the press and once more after: whatever the client does on it, a press
 // leaves the window under the pointer focused and on top.
 static void press_on_client(vantore_server &server, const wlr_pointer_button_event &event)
@@ -144,9 +153,7 @@ static void press(vantore_server &server, const wlr_pointer_button_event &event)
 {
     if (grabbing_layer_at(server, server.cursor->x, server.cursor->y))
         return notify_client(server, event);
-    const bool taken = press_with_logo(server, event) || press_on_tab(server, event) ||
-                       press_on_decoration(server, event) || press_on_border(server, event);
-    if (!taken)
+    if (!press_with_logo(server, event) && !press_on_frame(server, event))
         press_on_client(server, event);
 }
 

@@ -100,6 +100,19 @@ surface_hit surface_at(const vantore_server &server, double lx, double ly)
     return hit;
 }
 
+bool is_unmanaged(wlr_surface *surface)
+{
+    const wlr_xwayland_surface *xwl =
+        surface != nullptr ? wlr_xwayland_surface_try_from_wlr_surface(surface) : nullptr;
+    return xwl != nullptr && xwl->override_redirect;
+}
+
+bool is_menu(wlr_surface *surface)
+{
+    wlr_surface *root = surface != nullptr ? wlr_surface_get_root_surface(surface) : nullptr;
+    return root != nullptr && (is_unmanaged(root) || wlr_xdg_popup_try_from_wlr_surface(root) != nullptr);
+}
+
 bool grabbing_layer_at(const vantore_server &server, double lx, double ly)
 {
     wlr_surface *surface = surface_at(server, lx, ly).surface;

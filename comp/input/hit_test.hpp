@@ -24,6 +24,13 @@ void forget_reach(vantore_toplevel &t);
 // The client surface at the point, whoever it belongs to.
 surface_hit surface_at(const vantore_server &server, double lx, double ly);
 
+// An X11 window that places itself.
+bool is_unmanaged(wlr_surface *surface);
+
+// A popup or an X11 menu, or a part of one. What of a window lies below its pixels can't be pointed at. Null
+// is none.
+bool is_menu(wlr_surface *surface);
+
 // Whether the point is on a layer surface: presses there are its own affair. Its subsurfaces and popups do
 // not count.
 bool grabbing_layer_at(const vantore_server &server, double lx, double ly);

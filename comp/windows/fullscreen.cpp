@@ -94,6 +94,8 @@ static void enter_fullscreen(vantore_toplevel &t)
 static void leave_fullscreen(vantore_toplevel &t)
 {
     t.fullscreen = t.fs_demoted = false;
+    if (t.minimized)
+        wlr_scene_node_set_enabled(&t.scene_tree->node, false); // only fullscreen it shows all the same
     cover(t, t.saved_geo);
     announce(t);
 }

@@ -222,6 +222,20 @@ TEST_F(fullscreen_places, and_minimized_shows_again_with_its_workspace)
     EXPECT_TRUE(record(w).scene_tree->node.enabled);
 }
 
+TEST_F(fullscreen_places, left_by_a_window_that_is_still_minimized_hide_it_again)
+{
+    window &w = map_fullscreen("w");
+    toplevel_minimize(record(w));
+    map("other");
+    goto_workspace(server, 2);
+    goto_workspace(server, 1);
+    EXPECT_TRUE(record(w).scene_tree->node.enabled);
+    w.request_unfullscreen();
+    EVENTUALLY(!record(w).fullscreen);
+    EXPECT_TRUE(record(w).minimized);
+    EXPECT_FALSE(record(w).scene_tree->node.enabled);
+}
+
 // Rules
 
 TEST_F(fullscreen_places, by_a_rule_is_on_the_workspace_of_the_rule)

@@ -5,6 +5,9 @@
 #include "support/wayland_popup.hpp"
 #include "support/wayland_seat.hpp"
 
+#include "presentation/decorations.hpp"
+#include "workspaces/focus.hpp"
+
 #include <linux/input-event-codes.h>
 
 using test::placement;
@@ -64,6 +67,30 @@ TEST_F(menus, flip_at_the_edge_of_the_output)
     popup menu{*page, {.x = 350, .y = 30, .size = {150, 80}, .adjustment = FLIP_X}};
     EVENTUALLY_EQ(menu.configure_count(), 1);
     EXPECT_EQ(menu.x(), 351 - 150); // from the other edge of the anchor, one pixel wide
+}
+
+TEST_F(menus, above_a_border_or_a_title_bar_take_the_click)
+{
+    window &behind = map("behind", {400, 300});
+    record(behind).ssd = true;
+    dec_layout(record(behind));
+    place(behind, 100, 500);
+    focus_toplevel_ex(&record(*page), true);
+    auto &pointer = plug_pointer();
+    test::seat ears{page->owner()};
+    settle();
+    popup menu{*page, {.x = 0, .y = 250, .size = {150, 150}}}; // over its window's border, and on
+    EVENTUALLY_EQ(pixel("A", 105, 355), 0xffd0d0d0U);
+    for (const int y : {355, 480}) {
+        point_at(pointer, 104, y);
+        pointer.press(BTN_LEFT);
+        EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+        EVENTUALLY(ears.heard("button down 272"));
+        pointer.release(BTN_LEFT);
+        settle();
+        (void)ears.take();
+    }
+    EXPECT_EQ(record(behind).hover_region, DEC_NONE);
 }
 
 TEST_F(menus, that_would_be_cut_to_nothing_keep_their_size)

@@ -115,6 +115,22 @@ TEST_F(unmanaged, click_goes_to_the_window_alone)
     EXPECT_EQ(focused_toplevel(server), top);
 }
 
+TEST_F(unmanaged, menu_above_a_title_bar_takes_the_click)
+{
+    x11_window &under = map_x11();
+    const wlr_box at = box(under);
+    x11_window &menu = map_unmanaged({.x = at.x + 50, .y = at.y - 40, .width = 100, .height = 80});
+    point_at(*pointer, at.x + 60, at.y - 10);
+    EXPECT_EQ(record(under).hover_region, DEC_NONE);
+    pointer->click(BTN_LEFT);
+    EVENTUALLY(menu.heard("button 1 10,30"));
+    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    menu.destroy();
+    EVENTUALLY_EQ(find_unmanaged(menu), nullptr);
+    point_at(*pointer, at.x + 60, at.y - 9);
+    EXPECT_EQ(record(under).hover_region, DEC_TITLEBAR);
+}
+
 TEST_F(unmanaged, window_is_a_surface_of_no_window_to_the_pointer)
 {
     map_x11();
