@@ -2,7 +2,7 @@
 
 #include "../ipc/broadcast.hpp"
 #include "../server.hpp"
-#include "../windows/states.hpp"
+#include "../windows/fullscreen.hpp"
 
 static constexpr int hold_ms = 1500;
 

@@ -5,19 +5,10 @@
 #include "../presentation/effects.hpp"
 #include "../server.hpp"
 #include "../session/state_files.hpp"
+#include "../windows/fullscreen.hpp"
 #include "../windows/layer.hpp"
-#include "../windows/toplevel.hpp"
-#include "../workspaces/workspace.hpp"
 
 static bool fs_published;
-
-static const vantore_toplevel *shown_fullscreen_window(vantore_server &server)
-{
-    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
-        if (t.fullscreen && toplevel_visible(t))
-            return &t;
-    return nullptr;
-}
 
 static void publish(vantore_server &server, const vantore_toplevel *window)
 {
@@ -30,12 +21,11 @@ static void publish(vantore_server &server, const vantore_toplevel *window)
         shortcuts_force_hide(server);
 }
 
-// The GPU is wanted elsewhere while a window is fullscreen.
+// The GPU is wanted elsewhere while a window is fullscreen. A panel may have been one until now.
 static void blur_behind_panels(vantore_server &server, bool on)
 {
     for (auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces))
-        if (is_panel(l))
-            effects_set_blur_tree(&l.scene->tree->node, on);
+        effects_set_blur_tree(&l.scene->tree->node, on && is_panel(l));
 }
 
 // The file names the window that came first; another one does not replace it.

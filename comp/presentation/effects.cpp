@@ -20,7 +20,10 @@ void effects_set_blur_tree(wlr_scene_node *node, bool on)
         return backdrop_blur_set(*wlr_scene_buffer_from_node(node), on);
     if (node->type != WLR_SCENE_NODE_TREE)
         return;
-    wlr_scene_node *child = nullptr, *next = nullptr; // blur nodes come and go before the child
-    wl_list_for_each_safe(child, next, &wlr_scene_tree_from_node(node)->children, link)
+    // Blur nodes come and go beside the child, so what follows it is asked for afterwards.
+    const wl_list &children = wlr_scene_tree_from_node(node)->children;
+    for (wl_list *link = children.next; link != &children; link = link->next) {
+        wlr_scene_node *child = wl_container_of(link, child, link);
         effects_set_blur_tree(child, on);
+    }
 }

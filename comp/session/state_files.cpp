@@ -58,7 +58,7 @@ void write_fullscreen_file(const vantore_toplevel &t)
     const file_handle file = open_state_file(fullscreen_file);
     if (file == nullptr)
         return;
-    const vantore_output *o = t.workspace != nullptr ? t.workspace->output : nullptr;
+    const vantore_output *o = output_showing(t);
     const char *output = o != nullptr ? o->wlr_output->name : nullptr;
     fprintf(file.get(), "%s\n%s\n%u\n", output != nullptr ? output : "", one_line(tl_app_id(t)).c_str(),
             t.id);

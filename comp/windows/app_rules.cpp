@@ -13,7 +13,7 @@
 // A float fills the output that it lies on, and a new window lies nowhere yet.
 static void fill_output_of_workspace(vantore_toplevel &t)
 {
-    const vantore_output *o = t.workspace->output;
+    const vantore_output *o = output_showing(t);
     const wlr_box area = o != nullptr ? o->usable : usable_at_cursor(*t.server);
     const wlr_box geometry = tl_get_geometry(t);
     const wlr_box box = center_in(area, geometry.width, geometry.height, titlebar_of(t));
@@ -45,9 +45,10 @@ void config_refresh_rules(vantore_toplevel &t)
 
 void place_toplevel_rule(vantore_toplevel &t)
 {
-    if (t.place == PLACE_NONE || !t.floating || t.workspace == nullptr || t.workspace->output == nullptr)
+    const vantore_output *o = output_showing(t);
+    if (t.place == PLACE_NONE || !t.floating || o == nullptr)
         return;
     const wlr_box geometry = tl_get_geometry(t);
-    const wlr_box box = place_in(t.workspace->output->usable, geometry.width, geometry.height, t.place);
+    const wlr_box box = place_in(o->usable, geometry.width, geometry.height, t.place);
     wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
 }

@@ -4,12 +4,18 @@
 #include "../server.hpp"
 #include "toplevel.hpp"
 
-void toplevel_mark_urgent(vantore_toplevel &t)
+void toplevel_set_urgent(vantore_toplevel &t)
 {
-    if (t.urgent || t.server->seat->keyboard_state.focused_surface == tl_surface(t))
+    if (t.urgent)
         return;
     t.urgent = true;
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
+}
+
+void toplevel_mark_urgent(vantore_toplevel &t)
+{
+    if (t.server->seat->keyboard_state.focused_surface != tl_surface(t))
+        toplevel_set_urgent(t);
 }
 
 void server_xdg_activation_activate(vantore_server &, wlr_xdg_activation_v1_request_activate_event *event)

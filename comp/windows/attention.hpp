@@ -4,7 +4,9 @@
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
-// Marks the window urgent until it is focused; one that has the keyboard is not marked.
+// Marks the window urgent until it is focused, and tells IPC subscribers.
+void toplevel_set_urgent(vantore_toplevel &t);
+// The same, but for a window that has the keyboard.
 void toplevel_mark_urgent(vantore_toplevel &t);
 
 // Handler of the activation global's request.

@@ -16,8 +16,10 @@
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
+#include "placement.hpp"
 #include "states.hpp"
 #include "toplevel.hpp"
+#include "unmanaged.hpp"
 
 static constexpr int bg_frame_ms = 16;
 
@@ -38,9 +40,8 @@ static vantore_output *requested_output(const vantore_toplevel &t)
 // on no output, whatever its box says.
 static vantore_output *output_below(const vantore_toplevel &t)
 {
-    const bool on_show = t.workspace != nullptr && t.workspace->output != nullptr;
     const wlr_box box = toplevel_box(t);
-    if (!on_show || toplevel_is_tiled(t) || box.width < 2 || box.height < 2)
+    if (output_showing(t) == nullptr || toplevel_is_tiled(t) || box.width < 2 || box.height < 2)
         return nullptr;
     vantore_server &server = *t.server;
     const wlr_output *at =
@@ -56,19 +57,19 @@ static vantore_output *output_to_fill(vantore_toplevel &t)
         toplevel_set_workspace(t, o->current_ws);
         return o;
     }
-    if (t.workspace != nullptr && t.workspace->output != nullptr)
-        return t.workspace->output;
+    if (vantore_output *o = output_showing(t))
+        return o;
     return current_output(*t.server);
 }
 
-static void cover(vantore_toplevel &t, const wlr_box &box)
+static void hang_and_place(vantore_toplevel &t, const wlr_box &box)
 {
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
     wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
     tl_set_size(t, box.width, box.height);
 }
 
-static void announce(vantore_toplevel &t)
+static void apply_new_state(vantore_toplevel &t)
 {
     tl_set_fullscreen_state(t, t.fullscreen);
     dec_layout(t);
@@ -87,8 +88,8 @@ static void enter_fullscreen(vantore_toplevel &t)
     t.fs_demoted = false;
     if (t.workspace != nullptr && t.workspace->output == nullptr)
         wlr_scene_node_set_enabled(&t.scene_tree->node, false); // the workspace's tree hides it no longer
-    cover(t, output_layout_box(*o));
-    announce(t);
+    hang_and_place(t, output_layout_box(*o));
+    apply_new_state(t);
 }
 
 static void leave_fullscreen(vantore_toplevel &t)
@@ -96,8 +97,8 @@ static void leave_fullscreen(vantore_toplevel &t)
     t.fullscreen = t.fs_demoted = false;
     if (t.minimized)
         wlr_scene_node_set_enabled(&t.scene_tree->node, false); // only fullscreen it shows all the same
-    cover(t, t.saved_geo);
-    announce(t);
+    hang_and_place(t, t.saved_geo);
+    apply_new_state(t);
 }
 
 void toplevel_set_fullscreen(vantore_toplevel &t, bool fs)
@@ -112,19 +113,20 @@ void toplevel_set_fullscreen(vantore_toplevel &t, bool fs)
 
 void enforce_fullscreen_pos(vantore_toplevel &t)
 {
-    if (!t.fullscreen || t.workspace == nullptr || t.workspace->output == nullptr)
+    const vantore_output *o = output_showing(t);
+    if (!t.fullscreen || o == nullptr)
         return;
-    const wlr_box screen = output_layout_box(*t.workspace->output);
+    const wlr_box screen = output_layout_box(*o);
     const wlr_scene_node &node = t.scene_tree->node;
     if (node.x != screen.x || node.y != screen.y)
         tl_move(t, screen.x, screen.y);
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
 }
 
-// The workspace must be on an output.
 static void fit(vantore_toplevel &t)
 {
-    const wlr_box screen = output_layout_box(*t.workspace->output);
+    const vantore_output *o = output_showing(t);
+    const wlr_box screen = o != nullptr ? output_layout_box(*o) : wlr_box{};
     if (!t.fullscreen || !tl_mapped(t) || screen.width < 1 || screen.height < 1)
         return;
     enforce_fullscreen_pos(t);
@@ -143,8 +145,7 @@ void settle_fullscreen(vantore_toplevel &t)
     if (!t.fullscreen || t.workspace == nullptr)
         return;
     show_fullscreen_with_workspace(t);
-    if (t.workspace->output != nullptr)
-        fit(t);
+    fit(t);
     refresh_perf_mode(*t.server);
 }
 
@@ -169,15 +170,46 @@ void refresh_fullscreen_stacking(vantore_server &server, vantore_toplevel &focus
 {
     if (focused.overlay_lift)
         return;
-    const vantore_output *o = focused.workspace != nullptr ? focused.workspace->output : nullptr;
+    const vantore_output *o = output_showing(focused);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
         if (!t.fullscreen)
             continue;
         if (&t == &focused)
             promote(t);
-        else if (o != nullptr && t.workspace->output == o)
+        else if (o != nullptr && output_showing(t) == o)
             demote(t);
     }
+}
+
+bool fills_output(const vantore_toplevel &t, const wlr_box &size)
+{
+    const vantore_output *o = output_showing(t);
+    return o != nullptr && fills(size, output_layout_box(*o));
+}
+
+bool covers_output(const vantore_toplevel &t)
+{
+    return fills_output(t, tl_get_geometry(t));
+}
+
+bool focused_is_fullscreen(vantore_server &server)
+{
+    const wlr_surface *focused =
+        server.seat != nullptr ? server.seat->keyboard_state.focused_surface : nullptr;
+    if (focused == nullptr)
+        return false;
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (tl_surface(t) == focused)
+            return t.fullscreen || covers_output(t);
+    return unmanaged_covers_output(server, focused);
+}
+
+const vantore_toplevel *shown_fullscreen_window(vantore_server &server)
+{
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (t.fullscreen && toplevel_visible(t))
+            return &t;
+    return nullptr;
 }
 
 static int bg_frame_tick(void *data)

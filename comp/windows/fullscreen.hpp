@@ -3,6 +3,7 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../wlr.hpp"
 
 // Gives the window all of an output, panels included, or puts it back where it was. Without an output nothing
 // but saved_geo changes. The surface must be initialized.
@@ -22,6 +23,15 @@ void fit_fullscreen_windows(vantore_workspace &ws);
 // After the focus has gone to a window: of the fullscreen windows on its output only that one stays above the
 // panels. A window of the overlay layer disturbs nothing.
 void refresh_fullscreen_stacking(vantore_server &server, vantore_toplevel &focused);
+
+// At least as large as the output that shows the window's workspace; false without one.
+bool fills_output(const vantore_toplevel &t, const wlr_box &size);
+// The same for the window itself, formally fullscreen or not.
+bool covers_output(const vantore_toplevel &t);
+// The surface that has the keyboard is a window that fills its output: a game, a film.
+bool focused_is_fullscreen(vantore_server &server);
+// The first one that can be seen, or null.
+const vantore_toplevel *shown_fullscreen_window(vantore_server &server);
 
 // Sends frame callbacks to fullscreen windows that others may cover, every 16 ms for as long as there are
 // any: the scene sends none to what nobody sees, and a game would stall.

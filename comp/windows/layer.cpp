@@ -178,6 +178,8 @@ static void layer_surface_commit(vantore_layer_surface &l)
     if (l.layer_surface->initial_commit || l.layer_surface->current.committed != 0)
         l.told_width = l.told_height = 0;
     arrange_layers(*l.server, l.layer_surface->output);
+    if ((l.layer_surface->current.committed & WLR_LAYER_SURFACE_V1_STATE_LAYER) != 0)
+        refresh_perf_mode(*l.server); // a panel comes or goes
     if (l.layer_surface->surface->mapped && !l.server->locked)
         update_keyboard(l);
 }

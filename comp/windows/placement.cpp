@@ -40,6 +40,11 @@ wlr_box place_in(const wlr_box &area, int w, int h, vantore_place place)
     };
 }
 
+bool fills(const wlr_box &size, const wlr_box &screen)
+{
+    return screen.width >= 1 && size.width >= screen.width && size.height >= screen.height;
+}
+
 bool boxes_overlap(const wlr_box &a, const wlr_box &b)
 {
     return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;

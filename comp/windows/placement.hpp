@@ -16,6 +16,10 @@ wlr_box float_box_in(const wlr_box &area, int titlebar);
 // bars do not count. PLACE_NONE counts as the top left corner.
 wlr_box place_in(const wlr_box &area, int w, int h, vantore_place place);
 
+// Whether a window of this size leaves nothing of the screen free, wherever it lies. A screen without a width
+// is none.
+bool fills(const wlr_box &size, const wlr_box &screen);
+
 // Whether the rectangles share at least one pixel.
 bool boxes_overlap(const wlr_box &a, const wlr_box &b);
 

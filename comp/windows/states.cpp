@@ -10,7 +10,6 @@
 #include "layer.hpp"
 #include "placement.hpp"
 #include "toplevel.hpp"
-#include "unmanaged.hpp"
 
 #include <algorithm>
 
@@ -91,25 +90,4 @@ void restore_toplevel_parent(vantore_toplevel &t)
 {
     wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
     wlr_scene_node_raise_to_top(&t.scene_tree->node);
-}
-
-bool covers_output(const vantore_toplevel &t)
-{
-    if (t.workspace == nullptr || t.workspace->output == nullptr)
-        return false;
-    const wlr_box screen = output_layout_box(*t.workspace->output);
-    const wlr_box geometry = tl_get_geometry(t);
-    return screen.width >= 1 && geometry.width >= screen.width && geometry.height >= screen.height;
-}
-
-bool focused_is_fullscreen(vantore_server &server)
-{
-    const wlr_surface *focused =
-        server.seat != nullptr ? server.seat->keyboard_state.focused_surface : nullptr;
-    if (focused == nullptr)
-        return false;
-    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
-        if (tl_surface(t) == focused)
-            return t.fullscreen || covers_output(t);
-    return unmanaged_covers_output(server, focused);
 }

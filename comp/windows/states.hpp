@@ -19,11 +19,6 @@ void toplevel_fill(vantore_toplevel &t, const wlr_box &usable);
 // Hangs the window where it belongs, after a drag, and raises it there.
 void restore_toplevel_parent(vantore_toplevel &t);
 
-// The window is at least as large as the output of its workspace, formally fullscreen or not.
-bool covers_output(const vantore_toplevel &t);
-// The surface that has the keyboard is a window that fills its output: a game, a film.
-bool focused_is_fullscreen(vantore_server &server);
-
 // The default floating box on the output of the window's workspace or, without one, on the output under the
 // cursor. Layout coordinates of the content.
 wlr_box default_float_box(const vantore_toplevel &t);

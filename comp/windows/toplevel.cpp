@@ -1,4 +1,4 @@
-// The adapter over the window's shell objects, and the detection of hung windows.
+// The adapter over the window's shell objects.
 //
 // A ping is sent only when somebody asks the window to close, so a window is only ever found hung when the
 // user has tried to close it. The second close is a forced one; any commit before it clears the mark.

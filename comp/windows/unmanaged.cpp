@@ -2,6 +2,7 @@
 
 #include "../server.hpp"
 #include "../workspaces/focus.hpp"
+#include "placement.hpp"
 #include "xwl_toplevel.hpp"
 
 static void unmanaged_place(vantore_unmanaged &u)
@@ -18,6 +19,10 @@ static void unmanaged_map(vantore_unmanaged &u)
 {
     vantore_server &server = *u.server;
     u.scene_tree = wlr_scene_subsurface_tree_create(server.unmanaged, u.xwl->surface);
+    if (u.scene_tree == nullptr) {
+        wlr_log(WLR_ERROR, "vantore-comp: no memory for an X11 menu, it is not shown");
+        return;
+    }
     unmanaged_place(u);
     if (!server.locked)
         keyboard_offer(server.seat, u.xwl->surface);
@@ -106,7 +111,7 @@ static bool covers_output(const vantore_unmanaged &u)
         return false;
     wlr_box screen{};
     wlr_output_layout_get_box(layout, under, &screen);
-    return screen.width >= 1 && xwl.width >= screen.width && xwl.height >= screen.height;
+    return fills({.x = xwl.x, .y = xwl.y, .width = xwl.width, .height = xwl.height}, screen);
 }
 
 bool unmanaged_covers_output(vantore_server &server, const wlr_surface *surface)

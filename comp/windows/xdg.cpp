@@ -29,19 +29,15 @@
 // The clipboard picker must stay above fullscreen windows, also on a system without any rules file.
 static constexpr const char *lifted_app_id = "vantore-clips-overlay";
 
-static bool is_on_show(const vantore_toplevel &t)
-{
-    return t.workspace != nullptr && t.workspace->output != nullptr;
-}
-
 // A window that maps anew is still what it was in its earlier map.
 static void send_first_size(vantore_toplevel &t)
 {
     wlr_xdg_toplevel *xdg = t.xdg_toplevel;
     const wlr_box usable = usable_at_cursor(*t.server);
     const bool maximized = xdg->requested.maximized || t.maximized;
-    if (t.fullscreen && is_on_show(t)) {
-        const wlr_box screen = output_layout_box(*t.workspace->output);
+    const vantore_output *o = output_showing(t);
+    if (t.fullscreen && o != nullptr) {
+        const wlr_box screen = output_layout_box(*o);
         wlr_xdg_toplevel_set_fullscreen(xdg, true);
         wlr_xdg_toplevel_set_size(xdg, screen.width, screen.height);
     } else if (maximized && usable.width > 0) {
@@ -97,7 +93,10 @@ static void take_requested_state(vantore_toplevel &t)
         toplevel_set_fullscreen(t, true);
     if (t.fullscreen) {
         wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized); // its first size may have been that
-    } else if (requested.maximized && !t.maximized) {
+    } else if (t.maximized) { // since an earlier map
+        if (const wlr_box usable = usable_at_cursor(*t.server); usable.width > 0)
+            toplevel_fill(t, usable);
+    } else if (requested.maximized) {
         toplevel_toggle_maximize(t);
         // The client's first size is the maximized one and says nothing about where to return.
         t.saved_geo = default_float_box(t);

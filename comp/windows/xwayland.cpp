@@ -3,6 +3,7 @@
 #include "../config/settings.hpp"
 #include "../server.hpp"
 #include "../spawn.hpp"
+#include "../timer.hpp"
 #include "unmanaged.hpp"
 #include "xwl_guard.hpp"
 #include "xwl_toplevel.hpp"
@@ -124,6 +125,7 @@ static int revive(void *data)
         return 0;
     wlr_log(WLR_INFO, "vantore-comp: the X server has ended early; the next X11 client starts another");
     drop_xwayland(server);
+    unsetenv("DISPLAY"); // somebody else may get it
     wait_for_x11_clients(server);
     return 0;
 }

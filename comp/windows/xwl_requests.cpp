@@ -73,8 +73,10 @@ static void xwl_handle_request_resize(vantore_toplevel &t, wlr_xwayland_resize_e
 
 static void xwl_handle_request_maximize(vantore_toplevel &t)
 {
-    if (t.scene_tree != nullptr && t.maximized != t.xwl->maximized_vert)
-        toplevel_toggle_maximize(t);
+    if (t.scene_tree == nullptr || t.maximized == t.xwl->maximized_vert)
+        return;
+    toplevel_toggle_maximize(t);
+    tl_set_maximized(t, t.maximized); // where it was refused
 }
 
 static void xwl_handle_request_minimize(vantore_toplevel &t, wlr_xwayland_minimize_event *event)
@@ -89,18 +91,10 @@ static void xwl_handle_request_minimize(vantore_toplevel &t, wlr_xwayland_minimi
     }
 }
 
-static bool saved_geo_covers_output(const vantore_toplevel &t)
-{
-    if (t.workspace == nullptr || t.workspace->output == nullptr)
-        return false;
-    const wlr_box screen = output_layout_box(*t.workspace->output);
-    return screen.width >= 1 && t.saved_geo.width >= screen.width && t.saved_geo.height >= screen.height;
-}
-
 // It would come back at the size that it has: a game that flips the state is to keep its place.
 static bool has_nothing_to_gain_from_leaving(const vantore_toplevel &t)
 {
-    return t.fullscreen && covers_output(t) && saved_geo_covers_output(t);
+    return t.fullscreen && covers_output(t) && fills_output(t, t.saved_geo);
 }
 
 static void xwl_handle_request_fullscreen(vantore_toplevel &t)
@@ -115,10 +109,7 @@ static void xwl_handle_request_fullscreen(vantore_toplevel &t)
 
 bool any_screen_owner(vantore_server &server)
 {
-    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
-        if (t.fullscreen && toplevel_visible(t))
-            return true;
-    return any_unmanaged_covers_output(server);
+    return shown_fullscreen_window(server) != nullptr || any_unmanaged_covers_output(server);
 }
 
 // With the keyboard nowhere a window in the background may take it, but not from a game that has lost it for
@@ -139,10 +130,7 @@ static void xwl_handle_request_activate(vantore_toplevel &t)
         return;
     if (may_take_focus(t))
         return focus_toplevel_ex(&t, true);
-    if (!t.urgent) { // also a hidden window that still has the keyboard
-        t.urgent = true;
-        ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
-    }
+    toplevel_set_urgent(t); // also a hidden window that still has the keyboard
 }
 
 static void xwl_handle_set_hints(vantore_toplevel &t)

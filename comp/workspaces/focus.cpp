@@ -10,6 +10,8 @@
 #include "arrange.hpp"
 #include "workspace.hpp"
 
+#include <utility>
+
 vantore_toplevel *focused_toplevel(vantore_server &server)
 {
     return each<&vantore_toplevel::link>(server.toplevels).first();
@@ -63,38 +65,45 @@ void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
         enter_with(wlr_seat_keyboard_enter, seat, surface);
 }
 
+// Shows what was minimized and ends its call for attention; whether it was minimized.
+static bool bring_back(vantore_toplevel &t)
+{
+    vantore_server &server = *t.server;
+    if (std::exchange(t.urgent, false))
+        ipc_broadcast(server, VNT_EVT_WINDOWS);
+    const bool was_minimized = std::exchange(t.minimized, false);
+    tl_set_minimized(t, false);
+    wlr_scene_node_set_enabled(&t.scene_tree->node, true);
+    show_fullscreen_with_workspace(t);
+    if (was_minimized && t.fullscreen)
+        refresh_perf_mode(server);
+    return was_minimized;
+}
+
+static void hand_keyboard_to(vantore_toplevel &t)
+{
+    wlr_seat *seat = t.server->seat;
+    if (wlr_surface *previous = seat->keyboard_state.focused_surface)
+        deactivate(previous);
+    tl_set_activated(t, true);
+    keyboard_enter(seat, tl_surface(t));
+    constrain_to_surface(*t.server, tl_surface(t));
+}
+
 void focus_toplevel_ex(vantore_toplevel *t, bool raise)
 {
     if (t == nullptr || t->server->locked || !tl_mapped(*t))
         return;
     vantore_server &server = *t->server;
-    if (t->urgent) {
-        t->urgent = false;
-        ipc_broadcast(server, VNT_EVT_WINDOWS);
-    }
-    const bool was_minimized = t->minimized;
-    t->minimized = false;
-    tl_set_minimized(*t, false);
-    wlr_scene_node_set_enabled(&t->scene_tree->node, true);
-    show_fullscreen_with_workspace(*t);
-    if (was_minimized && t->fullscreen)
-        refresh_perf_mode(server);
+    const bool was_minimized = bring_back(*t);
     for (auto &w : each<&vantore_toplevel::link>(server.toplevels))
         dec_set_focused(w, &w == t);
     refresh_fullscreen_stacking(server, *t);
     if (raise)
         raise_to_top(*t);
-    wlr_surface *surface = tl_surface(*t);
-    wlr_surface *previous = server.seat->keyboard_state.focused_surface;
-    if (previous == surface) {
-        tl_ensure_activated(*t);
-        return;
-    }
-    if (previous != nullptr)
-        deactivate(previous);
-    tl_set_activated(*t, true);
-    keyboard_enter(server.seat, surface);
-    constrain_to_surface(server, surface);
+    if (server.seat->keyboard_state.focused_surface == tl_surface(*t))
+        return tl_ensure_activated(*t);
+    hand_keyboard_to(*t);
     if (was_minimized || t->stack_id != 0)
         arrange_workspace(t->workspace); // a tile comes back, or another member of the stack shows
     ipc_broadcast(server, VNT_EVT_WINDOWS);

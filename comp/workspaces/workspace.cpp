@@ -84,28 +84,25 @@ void show_fullscreen_with_workspace(vantore_toplevel &t)
         wlr_scene_node_set_enabled(&t.scene_tree->node, t.workspace->output != nullptr);
 }
 
-// An X11 client, that is; most of them have nothing new to hear.
-static void tell_whether_hidden(vantore_toplevel &t)
-{
-    const bool hidden = t.minimized || t.workspace == nullptr || t.workspace->output == nullptr;
-    if (t.kind == VNT_XWL && t.xwl->minimized != hidden)
-        tl_set_minimized(t, hidden);
-}
-
 void refresh_workspace_visibility(vantore_server &server)
 {
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         wlr_scene_node_set_enabled(&ws.tree->node, ws.output != nullptr);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
         show_fullscreen_with_workspace(t);
-        tell_whether_hidden(t);
+        tl_set_minimized(t, t.minimized || output_showing(t) == nullptr);
     }
     refresh_perf_mode(server);
 }
 
+vantore_output *output_showing(const vantore_toplevel &t)
+{
+    return t.workspace != nullptr ? t.workspace->output : nullptr;
+}
+
 bool toplevel_visible(const vantore_toplevel &t)
 {
-    return t.workspace != nullptr && t.workspace->output != nullptr && t.scene_tree->node.enabled;
+    return output_showing(t) != nullptr && t.scene_tree->node.enabled;
 }
 
 void toplevel_set_workspace(vantore_toplevel &t, vantore_workspace *ws)

@@ -51,6 +51,9 @@ void refresh_workspace_visibility(vantore_server &server);
 // windows are left alone.
 void show_fullscreen_with_workspace(vantore_toplevel &t);
 
+// The output on which the window's workspace is on show; null when there is none.
+vantore_output *output_showing(const vantore_toplevel &t);
+
 bool toplevel_visible(const vantore_toplevel &t);
 
 // Null and the window's own workspace do nothing. The caller arranges both workspaces, and settles a window

@@ -6,7 +6,7 @@
 #include "config/keybinds.hpp"
 #include "input/actions.hpp"
 #include "startup.hpp"
-#include "windows/states.hpp"
+#include "windows/fullscreen.hpp"
 #include "workspaces/focus.hpp"
 
 #include <format>

@@ -165,6 +165,18 @@ TEST_F(panel_blur, goes_and_comes_with_the_panel)
     EVENTUALLY(is_sharp());
 }
 
+TEST_F(panel_blur, goes_and_comes_with_the_layer_that_the_panel_is_on)
+{
+    layer_surface &panel = show_panel();
+    EVENTUALLY(is_blurred());
+    panel.move_to(test::layer::overlay);
+    panel.commit();
+    EVENTUALLY_EQ(blurs(), 0);
+    panel.move_to(test::layer::top);
+    panel.commit();
+    EVENTUALLY_EQ(blurs(), 1);
+}
+
 TEST_F(panel_blur, goes_with_a_client_that_vanishes)
 {
     layer_surface &panel = show_panel();

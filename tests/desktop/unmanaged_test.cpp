@@ -4,7 +4,7 @@
 #include "support/x11_desk.hpp"
 
 #include "input/hit_test.hpp"
-#include "windows/states.hpp"
+#include "windows/fullscreen.hpp"
 #include "workspaces/focus.hpp"
 
 #include <linux/input-event-codes.h>

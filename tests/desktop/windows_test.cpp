@@ -373,6 +373,18 @@ TEST_F(desk, a_maximized_window_that_is_mapped_again_is_maximized_still)
     EXPECT_EQ(toplevel_box(record(w)), (wlr_box{0, 0, 1920, 1080}));
 }
 
+TEST_F(desk, a_maximized_window_with_a_title_bar_that_is_mapped_again_keeps_room_for_it)
+{
+    test::window &w = map("w", {640, 480});
+    record(w).ssd = true;
+    w.request_maximize();
+    EVENTUALLY_EQ(toplevel_box(record(w)), (wlr_box{0, 30, 1920, 1050}));
+    w.unmap();
+    settle();
+    map(w);
+    EVENTUALLY_EQ(toplevel_box(record(w)), (wlr_box{0, 30, 1920, 1050}));
+}
+
 TEST_F(desk, a_window_that_becomes_the_clipboard_overlay_is_lifted_when_it_is_mapped_again)
 {
     test::window &w = map("w");

@@ -193,6 +193,16 @@ TEST_F(x11_requests, maximize_and_unmaximize)
     EVENTUALLY_EQ(w.told(), (x11_place{490, 267, 300, 200}));
 }
 
+TEST_F(x11_requests, to_maximize_a_fullscreen_window_are_refused)
+{
+    x11_window &w = map_fullscreen();
+    w.request_state(true, "MAXIMIZED_VERT", "MAXIMIZED_HORZ");
+    settle();
+    EXPECT_FALSE(record(w).maximized);
+    EXPECT_FALSE(w.has_state("MAXIMIZED_VERT"));
+    EXPECT_EQ(box(w), (wlr_box{0, 0, 1280, 704}));
+}
+
 TEST_F(x11_requests, for_width_alone_do_not_maximize)
 {
     x11_window &w = map_x11();

@@ -103,3 +103,12 @@ INSTANTIATE_TEST_SUITE_P(all, place,
                                          // Larger than the area: halves are rounded towards zero here too.
                                          place_case{PLACE_CENTER, 1003, 605, {99, 38, 1003, 605}},
                                          place_case{PLACE_TOP_RIGHT, 2000, 200, {-916, 56, 2000, 200}}));
+
+TEST(fills, needs_both_sides_of_the_screen)
+{
+    EXPECT_TRUE(fills({500, 500, 1920, 1080}, screen)) << "wherever it lies";
+    EXPECT_TRUE(fills({0, 0, 4000, 4000}, screen));
+    EXPECT_FALSE(fills({0, 0, 1919, 1080}, screen));
+    EXPECT_FALSE(fills({0, 0, 1920, 1079}, screen));
+    EXPECT_FALSE(fills({0, 0, 1920, 1080}, {}));
+}
