@@ -242,6 +242,38 @@ TEST_F(fullscreen, does_not_give_way_to_the_focus_on_another_output)
     EXPECT_EQ(parent(video), server.fullscreen_tree);
 }
 
+TEST_F(fullscreen, gives_way_on_each_of_three_outputs_by_itself)
+{
+    plug("B", 640, 640);
+    plug("C", 640, 640);
+    std::array<window *, 3> films{};
+    const std::array centres{640, 1600, 2240};
+    for (size_t i = 0; i < films.size(); i++) {
+        wlr_cursor_warp(server.cursor, nullptr, centres[i], 100);
+        films[i] = &map_fullscreen("film");
+        EXPECT_EQ(box(*films[i]), output_layout_box(*record(*films[i]).workspace->output));
+    }
+    const auto above_panels = [&] {
+        std::vector<bool> above;
+        for (const window *film : films)
+            above.push_back(parent(*film) == server.fullscreen_tree);
+        return above;
+    };
+    EXPECT_THAT(above_panels(), ElementsAre(true, true, true));
+    wlr_cursor_warp(server.cursor, nullptr, centres[1], 100);
+    window &notes = map("notes");
+    EXPECT_THAT(above_panels(), ElementsAre(true, false, true));
+    focus(*films[2]);
+    EXPECT_THAT(above_panels(), ElementsAre(true, false, true));
+    focus(*films[1]);
+    EXPECT_THAT(above_panels(), ElementsAre(true, true, true));
+    focus(notes);
+    notes.destroy();
+    EVENTUALLY(find_record(notes) == nullptr);
+    focus(*films[1]);
+    EXPECT_THAT(above_panels(), ElementsAre(true, true, true));
+}
+
 TEST_F(fullscreen, does_not_give_way_to_the_overlay)
 {
     window &game = map_fullscreen("game"), &overlay = map("vantore-clips-overlay", {300, 200});

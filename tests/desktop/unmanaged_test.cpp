@@ -162,6 +162,20 @@ TEST_F(unmanaged, window_of_the_output_s_size_counts_as_fullscreen)
     EXPECT_TRUE(focused_is_fullscreen(server));
 }
 
+TEST_F(unmanaged, window_of_the_output_s_size_is_spared_the_overlay_of_shortcuts)
+{
+    test::made_up_keyboard &keyboard = plug_keyboard();
+    for (const int width : {1279, 1280}) {
+        x11_window &game = map_unmanaged({.x = 0, .y = 0, .width = width, .height = 704});
+        keyboard.press(KEY_LEFTMETA);
+        advance_clock_ms(1500);
+        EXPECT_EQ(server.shortcuts_shown, width < 1280);
+        keyboard.release(KEY_LEFTMETA);
+        game.destroy();
+        EVENTUALLY_EQ(find_unmanaged(game), nullptr);
+    }
+}
+
 TEST_F(unmanaged, smaller_window_does_not_count_as_fullscreen)
 {
     x11_window &menu = map_unmanaged({.width = 1280, .height = 703});

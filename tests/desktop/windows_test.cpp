@@ -5,6 +5,7 @@
 #include "startup.hpp"
 #include "windows/states.hpp"
 #include "workspaces/focus.hpp"
+#include "workspaces/transfer.hpp"
 
 #include <csignal>
 
@@ -383,6 +384,20 @@ TEST_F(desk, a_maximized_window_with_a_title_bar_that_is_mapped_again_keeps_room
     settle();
     map(w);
     EVENTUALLY_EQ(toplevel_box(record(w)), (wlr_box{0, 30, 1920, 1050}));
+}
+
+TEST_F(desk, a_window_that_is_minimized_hands_the_focus_to_the_next_one_that_shows)
+{
+    test::window &low = map("low"), &elsewhere = map("elsewhere"), &top = map("top");
+    move_toplevel_to_workspace(record(elsewhere), 5);
+    focus_toplevel_ex(&record(elsewhere), true);
+    focus_toplevel_ex(&record(top), true);
+    toplevel_minimize(record(top));
+    EXPECT_FALSE(record(top).scene_tree->node.enabled);
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(low)));
+    EXPECT_EQ(focused_toplevel(server), &record(low));
+    toplevel_minimize(record(low));
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(low))) << "nobody else shows";
 }
 
 TEST_F(desk, a_window_that_becomes_the_clipboard_overlay_is_lifted_when_it_is_mapped_again)

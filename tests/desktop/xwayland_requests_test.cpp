@@ -4,6 +4,7 @@
 #include "support/wayland_devices.hpp"
 #include "support/x11_desk.hpp"
 
+#include "handles.hpp"
 #include "windows/fullscreen.hpp"
 #include "windows/states.hpp"
 #include "windows/xwl_requests.hpp"
@@ -259,6 +260,34 @@ TEST_F(x11_requests, put_a_fullscreen_window_on_the_output_for_games)
     w.request_state(true, "FULLSCREEN");
     EVENTUALLY_EQ(w.told().width, 640);
     EXPECT_EQ(record(w).workspace, output("A").current_ws);
+}
+
+TEST_F(x11_requests, for_fullscreen_pass_over_an_output_for_games_that_is_not_there_or_off)
+{
+    config("game_output = B\n");
+    x11_window &w = map_x11();
+    w.request_state(true, "FULLSCREEN");
+    EVENTUALLY_EQ(w.told(), whole_output);
+    w.request_state(false, "FULLSCREEN");
+    EVENTUALLY(!record(w).fullscreen);
+    plug("B", 640, 640);
+    output_state off;
+    wlr_output_state_set_enabled(&off, false);
+    ASSERT_TRUE(wlr_output_commit_state(output("B").wlr_output, &off));
+    w.request_state(true, "FULLSCREEN");
+    EVENTUALLY_EQ(w.told(), whole_output);
+}
+
+TEST_F(x11_requests, for_fullscreen_place_the_window_on_its_own_output_at_its_next_frame)
+{
+    config("game_output = B\n");
+    plug("B", 640, 640);
+    x11_window &w = map_x11();
+    w.request_state(true, "FULLSCREEN");
+    EVENTUALLY_EQ(w.told().width, 640);
+    w.fill(0xff0000);
+    EVENTUALLY_EQ(record(w).scene_tree->node.x, 0);
+    EXPECT_EQ(box(w).width, 640) << "the size stays";
 }
 
 // Attention
