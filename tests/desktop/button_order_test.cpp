@@ -245,7 +245,7 @@ TEST_F(button_order, a_press_leaves_its_window_on_top_though_it_moved_the_focus_
     pointer->press(BTN_LEFT);
     wlr_seat_pointer_end_grab(server.seat);
     EXPECT_EQ(top(), &t());
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
+    EXPECT_EQ(keyboard_focus(), tl_surface(t()));
     pointer->release(BTN_LEFT);
 }
 

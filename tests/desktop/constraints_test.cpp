@@ -211,7 +211,7 @@ TEST_F(gaming, a_window_that_wants_the_pointer_is_not_focused_by_hovering)
     go(800, 400);
     go(300, 250);
     settle();
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(other)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(other)));
     EXPECT_FALSE(lock.active());
 }
 

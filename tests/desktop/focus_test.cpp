@@ -117,7 +117,7 @@ TEST_F(focus, goes_to_the_topmost_visible_window_without_raising_it)
     EXPECT_EQ(focused_toplevel(server), &record(*high));
     wlr_scene_node_set_enabled(&record(*low).scene_tree->node, false);
     focus_top_toplevel(server); // none: it stays where it is
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(*low)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(*low)));
     for (window *w : {low, high})
         wlr_scene_node_set_enabled(&record(*w).scene_tree->node, true);
 }

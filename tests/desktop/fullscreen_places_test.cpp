@@ -2,6 +2,9 @@
 
 #include "support/fullscreen.hpp"
 
+#include "handles.hpp"
+#include "windows/fullscreen.hpp"
+#include "windows/states.hpp"
 #include "workspaces/switch.hpp"
 #include "workspaces/transfer.hpp"
 
@@ -87,9 +90,7 @@ TEST_F(fullscreen_places, finds_another_output_when_its_own_is_unplugged)
 TEST_F(fullscreen_places, follows_the_size_of_its_output)
 {
     window &w = map_fullscreen("w");
-    output_state wish;
-    wlr_output_state_set_custom_mode(&wish, 1024, 768, 0);
-    wlr_output_send_request_state(output("A").wlr_output, &wish);
+    test::request_size(test::made_up(output("A").wlr_output), 1024, 768);
     EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 1024, 768}));
 }
 
@@ -154,9 +155,7 @@ TEST_F(fullscreen_places, follow_an_output_whose_neighbour_changes_its_size)
     move_workspace_to_output(&workspace(1), output("B"));
     settle();
     w.auto_draw = false;
-    output_state wish;
-    wlr_output_state_set_custom_mode(&wish, 1024, 768, 0);
-    wlr_output_send_request_state(output("A").wlr_output, &wish);
+    test::request_size(test::made_up(output("A").wlr_output), 1024, 768);
     EXPECT_EQ(record(w).scene_tree->node.x, 1024);
 }
 

@@ -3,7 +3,8 @@
 
 #include "support/fullscreen.hpp"
 
-#include "workspaces/arrange.hpp"
+#include "windows/fullscreen.hpp"
+#include "windows/states.hpp"
 
 #include <linux/input-event-codes.h>
 

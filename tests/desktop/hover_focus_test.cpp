@@ -26,7 +26,7 @@ struct hover_focus : drags {
 TEST_F(hover_focus, does_not_raise_and_commands_act_on_the_window_raised_last)
 {
     EXPECT_EQ(focused_toplevel(server), &record(*other));
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
+    EXPECT_EQ(keyboard_focus(), tl_surface(t()));
     keyboard->press(KEY_LEFTMETA);
     keyboard->tap(KEY_Q);
     keyboard->release(KEY_LEFTMETA);
@@ -41,11 +41,11 @@ TEST_F(hover_focus, leaves_a_window_that_opens_under_a_resting_pointer_until_it_
     focus_toplevel_ex(&record(*other), true);
     process_cursor_motion(server, 0);
     const wlr_surface *others = tl_surface(record(*other));
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, others);
+    EXPECT_EQ(keyboard_focus(), others);
     pointer->move(7, 0);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, others);
+    EXPECT_EQ(keyboard_focus(), others);
     pointer->move(1, 0);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(late)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(late)));
 }
 
 TEST_F(hover_focus, keeps_its_anchor_over_the_empty_desktop)
@@ -53,7 +53,7 @@ TEST_F(hover_focus, keeps_its_anchor_over_the_empty_desktop)
     const double anchor = server.ffm_anchor_x;
     go(100, 600);
     EXPECT_EQ(server.ffm_anchor_x, anchor);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
+    EXPECT_EQ(keyboard_focus(), tl_surface(t()));
 }
 
 TEST_F(hover_focus, brings_its_anchor_along_over_the_focused_window)
@@ -62,9 +62,9 @@ TEST_F(hover_focus, brings_its_anchor_along_over_the_focused_window)
     pointer->move(5, 0);
     place(*other, 568, 300);
     pointer->move(7, 0);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
+    EXPECT_EQ(keyboard_focus(), tl_surface(t()));
     pointer->move(1, 0);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(*other)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(*other)));
 }
 
 TEST_F(hover_focus, leaves_a_window_alone_that_has_asked_for_the_pointer)
@@ -78,20 +78,20 @@ TEST_F(hover_focus, leaves_a_window_alone_that_has_asked_for_the_pointer)
         settle();
         EXPECT_FALSE(wish.active());
         pointer->move(100, 0);
-        EXPECT_EQ(server.seat->keyboard_state.focused_surface, others);
+        EXPECT_EQ(keyboard_focus(), others);
     }
     settle();
     pointer->move(7, 0); // the anchor has come along
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, others);
+    EXPECT_EQ(keyboard_focus(), others);
     pointer->move(1, 0);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
+    EXPECT_EQ(keyboard_focus(), tl_surface(t()));
 }
 
 TEST_F(hover_focus, takes_a_window_where_nothing_has_the_keyboard)
 {
     focus_clear(server);
     pointer->move(8, 0);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
+    EXPECT_EQ(keyboard_focus(), tl_surface(t()));
 }
 
 TEST_F(hover_focus, waits_with_its_anchor_until_an_open_menu_is_closed)
@@ -108,28 +108,28 @@ TEST_F(hover_focus, waits_with_its_anchor_until_an_open_menu_is_closed)
         ASSERT_TRUE(wlr_seat_pointer_has_grab(server.seat));
         go(500, 350);
         go(900, 350);
-        EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
+        EXPECT_EQ(keyboard_focus(), tl_surface(t()));
         EXPECT_EQ(server.ffm_anchor_x, anchor);
     }
     settle();
     ASSERT_FALSE(wlr_seat_pointer_has_grab(server.seat));
     pointer->move(1, 0);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(*other)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(*other)));
 }
 
 TEST_F(hover_focus, rests_while_a_button_is_held)
 {
     pointer->press(BTN_LEFT);
     go(900, 350);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(t()));
+    EXPECT_EQ(keyboard_focus(), tl_surface(t()));
     pointer->release(BTN_LEFT);
     pointer->move(1, 0);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(*other)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(*other)));
 }
 
 TEST_F(hover_focus, reaches_a_window_over_its_border)
 {
     go(802, 350); // the compositor's, and the window's all the same
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(*other)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(*other)));
     EXPECT_EQ(server.seat->pointer_state.focused_surface, nullptr);
 }

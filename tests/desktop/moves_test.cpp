@@ -23,7 +23,6 @@ struct moves : test::desktop {
         wlr_cursor_warp(server.cursor, nullptr, 600, 300);
         (void)heard();
     }
-    wlr_box box(const window &w) { return toplevel_box(record(w)); }
     vantore_workspace *shown(const std::string &name) { return output(name).current_ws; }
     bool pointer_is_on(const std::string &name)
     {
@@ -205,7 +204,7 @@ TEST_F(moves, of_the_only_window_leave_nobody_with_the_keyboard)
 {
     window &w = map("w");
     move_focused_to_workspace(server, 2);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, nullptr);
+    EXPECT_EQ(keyboard_focus(), nullptr);
     EVENTUALLY(!w.has(test::ACTIVATED));
 }
 

@@ -27,16 +27,6 @@ static int wanted_width(const wlr_output_state &state)
 struct outputs : desktop {
     void unplug(const std::string &name) { test::unplug(test::made_up(output(name).wlr_output)); }
 
-    // As the window of a nested session is resized.
-    static void resize(test::made_up_output &made, int width, int height)
-    {
-        wlr_output_state state{};
-        wlr_output_state_init(&state);
-        wlr_output_state_set_custom_mode(&state, width, height, 0);
-        wlr_output_send_request_state(&made.base, &state);
-        wlr_output_state_finish(&state);
-    }
-
     std::vector<std::string> outputs_file()
     {
         std::ifstream file{world.runtime_directory() / "vantore-outputs"};
@@ -311,7 +301,7 @@ TEST_F(outputs, move_when_the_backend_resizes_their_neighbour)
 {
     auto &made = plug("A", 800, 600);
     plug("B", 1000, 700);
-    resize(made, 1200, 600);
+    request_size(made, 1200, 600);
     EXPECT_EQ(output("A").usable, (wlr_box{0, 0, 1200, 600}));
     EXPECT_EQ(output("B").usable, (wlr_box{1200, 0, 1000, 700}));
 }
@@ -442,7 +432,7 @@ TEST_F(outputs, take_the_size_that_their_backend_asks_for)
 {
     auto &made = plug("A", 800, 600);
     (void)heard();
-    resize(made, 1111, 777);
+    request_size(made, 1111, 777);
     EXPECT_EQ(output("A").usable, (wlr_box{0, 0, 1111, 777}));
     EXPECT_THAT(heard(), ElementsAre(VNT_EVT_OUTPUTS));
 }
@@ -543,7 +533,7 @@ TEST_F(login_session, returns_with_its_outputs_lit)
 TEST_F(login_session, lights_an_output_without_a_mode_in_its_preferred_one)
 {
     auto &made = plug({.name = "A", .modes = {{.width = 1024, .height = 768, .preferred = true}}});
-    resize(made, 640, 480);
+    request_size(made, 640, 480);
     ASSERT_EQ(made.base.current_mode, nullptr);
     switch_to(true);
     EXPECT_EQ(made.base.width, 1024);

@@ -111,7 +111,7 @@ TEST_F(pointing, a_press_focuses_and_raises_the_window_and_reaches_it)
     (void)events();
     pointer->click(BTN_LEFT);
     EXPECT_THAT(events(), testing::IsSupersetOf({"keys enter page", "button down 272", "button up 272"}));
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, surface_of(*page));
+    EXPECT_EQ(keyboard_focus(), surface_of(*page));
     EXPECT_EQ(each<&vantore_toplevel::link>(server.toplevels).first(), &record(*page));
 }
 
@@ -119,7 +119,7 @@ TEST_F(pointing, a_press_on_the_desktop_keeps_the_focus)
 {
     go(50, 50);
     pointer->click(BTN_LEFT);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, surface_of(*page));
+    EXPECT_EQ(keyboard_focus(), surface_of(*page));
 }
 
 TEST_F(pointing, a_release_focuses_nothing)
@@ -128,7 +128,7 @@ TEST_F(pointing, a_release_focuses_nothing)
     place(other, 700, 300);
     go(110, 120);
     pointer->release(BTN_LEFT);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, surface_of(other));
+    EXPECT_EQ(keyboard_focus(), surface_of(other));
 }
 
 TEST_F(pointing, a_press_while_locked_moves_no_focus)
@@ -139,7 +139,7 @@ TEST_F(pointing, a_press_while_locked_moves_no_focus)
     server.locked = true;
     server.mod_tapped = true;
     pointer->click(BTN_LEFT);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, surface_of(other));
+    EXPECT_EQ(keyboard_focus(), surface_of(other));
     EXPECT_EQ(each<&vantore_toplevel::link>(server.toplevels).first(), &record(other));
     EXPECT_FALSE(server.mod_tapped);
     server.locked = false;

@@ -1,6 +1,7 @@
 // Menus of windows, and who draws their title bars.
 
 #include "support/desktop.hpp"
+#include "support/scene_nodes.hpp"
 #include "support/server_check.hpp"
 #include "support/wayland_popup.hpp"
 #include "support/wayland_seat.hpp"
@@ -10,8 +11,11 @@
 
 #include <linux/input-event-codes.h>
 
+using test::CLIENT_SIDE;
 using test::placement;
 using test::popup;
+using test::scene_nodes;
+using test::SERVER_SIDE;
 using test::window;
 using testing::IsEmpty;
 
@@ -29,15 +33,6 @@ struct menus : test::desktop {
     }
 
     void move_to(int x, int y) { place(*page, x, y); }
-
-    size_t scene_nodes_of(const wlr_scene_tree &tree)
-    {
-        size_t count = 1;
-        wlr_scene_node *child = nullptr;
-        wl_list_for_each(child, &tree.children, link) count +=
-            child->type == WLR_SCENE_NODE_TREE ? scene_nodes_of(*wlr_scene_tree_from_node(child)) : 1;
-        return count;
-    }
 
     window *page = nullptr;
 };
@@ -178,25 +173,25 @@ TEST_F(menus, move_and_hide_with_their_window)
 TEST_F(menus, leave_nothing_in_the_scene)
 {
     settle();
-    const size_t before = scene_nodes_of(server.scene->tree);
+    const int before = scene_nodes(server.scene->tree);
     {
         popup menu{*page, {.x = 20, .y = 30}};
         popup submenu{menu, {.x = 90, .y = 10}};
         EVENTUALLY_EQ(submenu.configure_count(), 1);
-        EXPECT_GT(scene_nodes_of(server.scene->tree), before);
+        EXPECT_GT(scene_nodes(server.scene->tree), before);
     }
     settle();
-    EXPECT_EQ(scene_nodes_of(server.scene->tree), before);
+    EXPECT_EQ(scene_nodes(server.scene->tree), before);
 }
 
 TEST_F(menus, without_an_xdg_surface_above_get_no_scene_node)
 {
     auto &other = connect();
     settle();
-    const size_t before = scene_nodes_of(server.scene->tree);
+    const int before = scene_nodes(server.scene->tree);
     popup menu{other, nullptr, {.x = 20, .y = 30}};
     settle();
-    EXPECT_EQ(scene_nodes_of(server.scene->tree), before);
+    EXPECT_EQ(scene_nodes(server.scene->tree), before);
     EXPECT_EQ(menu.configure_count(), 0);
 }
 
@@ -256,19 +251,19 @@ TEST_F(menus, of_parents_that_have_gone_are_harmless)
 TEST_F(menus, may_be_opened_again_from_the_same_surface)
 {
     settle();
-    const size_t before = scene_nodes_of(server.scene->tree);
+    const int before = scene_nodes(server.scene->tree);
     popup menu{*page, {.x = 20, .y = 30}};
     EVENTUALLY_EQ(menu.configure_count(), 1);
     settle();
-    const size_t with_menu = scene_nodes_of(server.scene->tree);
+    const int with_menu = scene_nodes(server.scene->tree);
     for (int i = 0; i < 3; i++) {
         menu.drop_role();
         settle();
-        EXPECT_EQ(scene_nodes_of(server.scene->tree), before);
+        EXPECT_EQ(scene_nodes(server.scene->tree), before);
         menu.take_role_again(page->shell_surface(), {.x = 40, .y = 50});
         menu.attach_nothing(); // a first commit has no buffer
         settle();
-        EXPECT_EQ(scene_nodes_of(server.scene->tree), with_menu);
+        EXPECT_EQ(scene_nodes(server.scene->tree), with_menu);
     }
     EXPECT_EQ(page->owner().error(), 0);
 }
@@ -362,7 +357,7 @@ TEST_F(grabbing_menus, do_not_keep_the_keyboard_from_a_window_that_opens)
     popup menu{*page, {.x = 20, .y = 30}, popup::draws::always, ears.get(), ears->press_serial()};
     EVENTUALLY_EQ(menu.configure_count(), 1);
     auto &other = map("other");
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(other)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(other)));
     pointer->release(BTN_LEFT);
 }
 
@@ -384,8 +379,6 @@ TEST_F(grabbing_menus, with_a_made_up_serial_end_like_others)
 // Title bars
 
 struct title_bars : test::desktop {
-    enum mode : uint32_t { CLIENT_SIDE = 1, SERVER_SIDE = 2 };
-
     void SetUp() override
     {
         desktop::SetUp();

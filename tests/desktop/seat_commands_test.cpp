@@ -179,9 +179,9 @@ TEST_F(scripted, a_press_focuses_and_raises_the_window_under_the_pointer)
 {
     window &other = map("other", {200, 200});
     place(other, 700, 300);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(other)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(other)));
     command("seat press 150 160");
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(*page)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(*page)));
     EXPECT_EQ(each<&vantore_toplevel::link>(server.toplevels).first(), &record(*page));
     command("seat release");
 }
@@ -191,7 +191,7 @@ TEST_F(scripted, a_release_focuses_nothing)
     window &other = map("other", {200, 200});
     place(other, 700, 300);
     command("seat release 150 160");
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(other)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(other)));
 }
 
 TEST_F(scripted, a_click_while_locked_reaches_the_client_and_moves_no_focus)
@@ -203,7 +203,7 @@ TEST_F(scripted, a_click_while_locked_reaches_the_client_and_moves_no_focus)
     server.locked = true;
     EXPECT_THAT(heard_of("click 150 160"),
                 ElementsAre("pointer enter page 50,60", "button down 272", "button up 272"));
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(other)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(other)));
     server.locked = false;
 }
 

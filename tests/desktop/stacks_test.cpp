@@ -40,7 +40,6 @@ struct stacks : test::desktop {
     }
     bool shows(const window &w) { return record(w).scene_tree->node.enabled; }
     bool has_bar(const window &w) { return record(w).tabbar->node.enabled; }
-    wlr_box box(const window &w) { return toplevel_box(record(w)); }
 };
 
 TEST_F(stacks, take_one_tile_for_all_their_members)

@@ -24,8 +24,6 @@ struct tiling : test::desktop {
         workspace(1).master_ratio = 0.55;
         command("ws-layout 1 tiling");
     }
-    // What the window covers, its title bar not included, once the client has drawn it.
-    wlr_box box(const window &w) { return toplevel_box(record(w)); }
     wlr_box wanted(const window &w)
     {
         const vantore_toplevel &t = record(w);

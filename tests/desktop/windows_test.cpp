@@ -25,8 +25,6 @@ struct desk : desktop {
         (void)heard();
     }
 
-    const wlr_surface *keyboard_focus() { return server.seat->keyboard_state.focused_surface; }
-    bool has_keyboard(const test::window &w) { return keyboard_focus() == tl_surface(record(w)); }
     // Windows in the order of raising, newest first.
     std::vector<std::string> raised()
     {
@@ -138,7 +136,7 @@ TEST_F(desktop, without_outputs_a_window_waits_on_the_first_workspace_without_th
     map(w);
     EXPECT_EQ(w.last().width, 0);
     EXPECT_EQ(record(w).workspace, &workspace(1));
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, nullptr);
+    EXPECT_EQ(keyboard_focus(), nullptr);
     EXPECT_FALSE(w.has(test::ACTIVATED));
     EXPECT_EQ(toplevel_box(record(w)), (wlr_box{0, 0, 640, 480}));
     plug("A", 1920, 1080);
@@ -659,11 +657,11 @@ TEST_F(desktop, no_window_takes_the_keyboard_while_the_session_is_locked)
 {
     plug("A", 1280, 704);
     auto &first = map("first");
-    wlr_surface *before = server.seat->keyboard_state.focused_surface;
+    const wlr_surface *before = keyboard_focus();
     ASSERT_EQ(before, tl_surface(record(first)));
     server.locked = true;
     map("second");
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, before);
+    EXPECT_EQ(keyboard_focus(), before);
     server.locked = false;
 }
 
@@ -675,6 +673,6 @@ TEST_F(desktop, a_window_that_maps_again_with_the_keyboard_is_announced)
     settle();
     (void)heard();
     map(w);
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(w)));
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(w)));
     EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
 }

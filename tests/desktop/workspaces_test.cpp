@@ -92,7 +92,7 @@ TEST_F(workspace_switch, moves_the_focus_to_the_window_raised_last_there_and_to_
     test::window &low = map("low"), &high = map("high");
     command("workspace 5");
     EVENTUALLY(!high.has(test::ACTIVATED));
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, nullptr);
+    EXPECT_EQ(keyboard_focus(), nullptr);
     test::window &there = map("there");
     command("workspace 1");
     EVENTUALLY(high.has(test::ACTIVATED));

@@ -93,10 +93,12 @@ protected:
     vantore_toplevel *find_record(const window &w);
     // Puts the window's content there, in layout coordinates.
     void place(const window &w, int lx, int ly);
+    // What the window's content covers, once the client has drawn it.
+    wlr_box box(const window &w) { return toplevel_box(record(w)); }
     wl_client *server_side(const client &c);
     vantore_workspace &workspace(int num);
 
-    // A new X11 client; the first one starts the X server.
+    // A new X11 client; the first one starts the X server. Ends the tests when it does not start.
     x11_client &connect_x11();
     // A new X11 client's window, mapped and managed.
     x11_window &map_x11(const x11_traits &traits = {});
@@ -106,11 +108,22 @@ protected:
     x11_window &map_unmanaged(x11_traits traits);
     vantore_toplevel &record(const x11_window &w);
     vantore_toplevel *find_record(const x11_window &w);
+    wlr_box box(const x11_window &w) { return toplevel_box(record(w)); }
     vantore_unmanaged *find_unmanaged(const x11_window &w);
     // The X server's process; 0 when none runs.
     [[nodiscard]] pid_t x_server() const;
     // Ends it as a crash does, and waits until the compositor knows.
     void kill_x_server();
+
+    // Null when nobody has it.
+    [[nodiscard]] const wlr_surface *keyboard_focus() const
+    {
+        return server.seat->keyboard_state.focused_surface;
+    }
+    template <class Window> bool has_keyboard(const Window &w)
+    {
+        return keyboard_focus() == tl_surface(record(w));
+    }
 
     // A new client of the IPC socket, that the server has accepted.
     ipc_client &dial();
@@ -120,9 +133,10 @@ protected:
     void command(std::string_view text);
 
     // Waiting
-    template <class Condition> bool until(Condition holds)
+    template <class Condition>
+    bool until(Condition holds, std::chrono::seconds limit = std::chrono::seconds{5})
     {
-        const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{5};
+        const auto give_up = std::chrono::steady_clock::now() + limit;
         while (!holds()) {
             if (std::chrono::steady_clock::now() > give_up)
                 return holds();

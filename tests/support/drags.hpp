@@ -52,7 +52,6 @@ struct drags : desktop {
         press_at(from_x, from_y);
         drop_at(to_x, to_y);
     }
-    wlr_box box(const window &of) { return toplevel_box(record(of)); }
     vantore_toplevel &t() { return record(*w); }
     bool shows(wlr_scene_rect *rect) { return rect->node.enabled; }
 

@@ -3,9 +3,6 @@
 
 #include "layers.hpp"
 
-#include "handles.hpp"
-#include "windows/fullscreen.hpp"
-#include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
 #include <fstream>
@@ -32,7 +29,6 @@ struct fullscreen_desk : layers {
         return w;
     }
 
-    wlr_box box(const window &w) { return toplevel_box(record(w)); }
     wlr_scene_tree *parent(const window &w) { return record(w).scene_tree->node.parent; }
     void focus(const window &w)
     {

@@ -53,6 +53,9 @@ struct layers : desktop {
         return nullptr;
     }
 
+    using desktop::box;
+    using desktop::has_keyboard;
+
     // Its place and its size on the screen.
     wlr_box box(const layer_surface &l)
     {
@@ -67,13 +70,7 @@ struct layers : desktop {
     bool has_keyboard(const layer_surface &l)
     {
         const vantore_layer_surface *record = find(l);
-        return record != nullptr &&
-               server.seat->keyboard_state.focused_surface == record->layer_surface->surface;
-    }
-
-    bool has_keyboard(const window &w)
-    {
-        return server.seat->keyboard_state.focused_surface == tl_surface(record(w));
+        return record != nullptr && keyboard_focus() == record->layer_surface->surface;
     }
 
     wlr_box usable(const char *name = "A") { return output(name).usable; }

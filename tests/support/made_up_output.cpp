@@ -146,6 +146,15 @@ void unplug(made_up_output &output)
     wlr_output_destroy(&output.base); // frees the record
 }
 
+void request_size(made_up_output &output, int width, int height)
+{
+    wlr_output_state state{};
+    wlr_output_state_init(&state);
+    wlr_output_state_set_custom_mode(&state, width, height, 0);
+    wlr_output_send_request_state(&output.base, &state);
+    wlr_output_state_finish(&state);
+}
+
 void announce_device(made_up_backend &backend, wlr_input_device &device)
 {
     wl_signal_emit_mutable(&backend.base.events.new_input, &device);

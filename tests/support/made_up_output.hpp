@@ -61,6 +61,8 @@ made_up_backend *made_up_backend_create(wl_event_loop *loop);
 // Announces a new output. Owned by the backend until unplugged.
 made_up_output &plug_in(made_up_backend &backend, output_traits traits);
 void unplug(made_up_output &output);
+// Asks for that size, as when the window of a nested session is resized.
+void request_size(made_up_output &output, int width, int height);
 
 // Announces a device as the backend's own.
 void announce_device(made_up_backend &backend, wlr_input_device &device);

@@ -65,6 +65,9 @@ private:
     bool done = false;
 };
 
+// Of zxdg_toplevel_decoration_v1_mode.
+enum title_bar_mode : uint32_t { CLIENT_SIDE = 1, SERVER_SIDE = 2 };
+
 // What xdg-decoration says of a window.
 class decoration
 {
@@ -74,7 +77,7 @@ public:
     decoration(const decoration &) = delete;
     decoration &operator=(const decoration &) = delete;
 
-    void ask(uint32_t mode); // of zxdg_toplevel_decoration_v1_mode
+    void ask(uint32_t mode); // any number
     void ask_nothing();
     [[nodiscard]] uint32_t mode() const { return last_mode; } // 0 before the first answer
     [[nodiscard]] int answers() const { return mode_events; }

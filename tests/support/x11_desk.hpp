@@ -19,9 +19,6 @@ struct x11_desk : desktop {
         settle();
         (void)heard();
     }
-    const wlr_surface *keyboard_focus() { return server.seat->keyboard_state.focused_surface; }
-    bool has_keyboard(const x11_window &w) { return keyboard_focus() == tl_surface(record(w)); }
-    wlr_box box(const x11_window &w) { return toplevel_box(record(w)); }
     x11_place place_of(const x11_window &w)
     {
         const wlr_box at = box(w);
