@@ -335,8 +335,13 @@ void unstarted_desktop::settle()
 
 x11_client &unstarted_desktop::connect_x11()
 {
+    static constexpr std::chrono::seconds longest_start{30}; // on a machine with more to do
     x11_client &added = x11_clients.emplace_back(server.xwayland->display_name);
-    EVENTUALLY(added.ready());
+    (void)until([&] { return added.ready() || added.lost(); }, longest_start);
+    if (!added.ready()) {
+        ADD_FAILURE() << "the X server did not answer its client\n" << state();
+        abort();
+    }
     return added;
 }
 

@@ -81,8 +81,10 @@ x11_client::~x11_client()
 void x11_client::connect_and_prepare()
 {
     connection = xcb_connect_to_fd(fd, nullptr);
-    if (xcb_connection_has_error(connection) != 0)
+    if (xcb_connection_has_error(connection) != 0) {
+        failed = true;
         return;
+    }
     const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
     root = screen->root;
     visual = screen->root_visual;
@@ -91,7 +93,7 @@ void x11_client::connect_and_prepare()
 
 bool x11_client::lost() const
 {
-    return fd < 0 || (connected && xcb_connection_has_error(connection) != 0);
+    return fd < 0 || failed || (connected && xcb_connection_has_error(connection) != 0);
 }
 
 void x11_client::vanish()

@@ -153,7 +153,7 @@ private:
     std::list<x11_window> windows;
     unsigned asked = 0; // sequence of the round trip under way; 0 for none
     int error_count = 0;
-    std::atomic<bool> connected = false;
+    std::atomic<bool> connected = false, failed = false; // one of them, once the thread is done
     std::thread connecting;
 };
 
