@@ -12,6 +12,8 @@
 #include "workspaces/workspace.hpp"
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 
 namespace test
 {
@@ -43,14 +45,16 @@ public:
             check_layer_surface(l);
         for (auto &u : each<&vantore_unmanaged::link>(server.xwl_unmanaged))
             check_unmanaged(u);
+        check_fullscreen_file();
         return std::move(broken);
     }
 
 private:
-    void expect(bool holds, const std::string &rule)
+    bool expect(bool holds, const std::string &rule)
     {
         if (!holds)
             broken.push_back(rule);
+        return holds;
     }
 
     void check_workspaces()
@@ -70,6 +74,8 @@ private:
     void check_listed(const vantore_toplevel &t, const vantore_workspace &ws, const std::string &name)
     {
         expect(t.workspace == &ws, name + " lists only its own windows");
+        if (!expect(t.scene_tree != nullptr, name + " lists only windows in the scene"))
+            return;
         expect(tl_mapped(t) || !t.scene_tree->node.enabled, name + " shows no window that is not mapped");
     }
 
@@ -85,23 +91,36 @@ private:
     void check_window(vantore_toplevel &t)
     {
         const std::string name = "window " + std::to_string(t.id);
-        const wlr_box box = toplevel_box(t);
         expect(tl_mapped(t), name + " in the list is mapped");
-        expect(t.workspace != nullptr, name + " has a workspace");
         expect(times_listed(t) == 1, name + " is on exactly one workspace list");
+        const bool has_workspace = expect(t.workspace != nullptr, name + " has a workspace");
+        const bool is_in_scene = expect(t.scene_tree != nullptr, name + " is in the scene");
+        if (!has_workspace || !is_in_scene)
+            return;
+        check_place(t, name);
+        check_states(t, name);
+        if (t.kind == VNT_XWL)
+            check_x11_window(t, name);
+        else
+            check_xdg_window(t, name);
+    }
+
+    void check_place(vantore_toplevel &t, const std::string &name)
+    {
+        const wlr_box box = toplevel_box(t);
         const bool dragged = &t == server.grabbed_toplevel;
         expect(dragged || t.scene_tree->node.parent == toplevel_parent_tree(t),
                name + " hangs where it belongs");
         expect(box.width >= 1 && box.height >= 1, name + " has a size");
+    }
+
+    void check_states(const vantore_toplevel &t, const std::string &name)
+    {
         const bool enabled = t.scene_tree->node.enabled;
         expect(t.fullscreen || !t.fs_demoted, name + " is demoted only while it is fullscreen");
         expect(!t.fullscreen || !enabled || t.workspace->output != nullptr,
                name + " is fullscreen only where its workspace is on show");
         expect(!t.minimized || !enabled || t.fullscreen, name + " is hidden while it is minimized");
-        if (t.kind == VNT_XWL)
-            check_x11_window(t, name);
-        else
-            check_xdg_window(t, name);
     }
 
     void check_x11_window(const vantore_toplevel &t, const std::string &name)
@@ -145,6 +164,18 @@ private:
         const bool off = surface.output != nullptr && !surface.output->enabled; // it is told later then
         expect(!surface.surface->mapped || off || l.told_width > 0,
                name + " was told a size before it was shown");
+    }
+
+    void check_fullscreen_file()
+    {
+        const char *directory = getenv("XDG_RUNTIME_DIR");
+        if (directory == nullptr)
+            return;
+        bool shown = false;
+        for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
+            shown |= t.fullscreen && t.scene_tree != nullptr && toplevel_visible(t);
+        expect(std::filesystem::exists(std::filesystem::path{directory} / "vantore-fs") == shown,
+               "the file vantore-fs exists iff a fullscreen window is visible");
     }
 
     long times_listed(const vantore_toplevel &t)
