@@ -1,21 +1,22 @@
 // X11 clients that do everything wrong, and X servers that die.
 
+#include "support/scene_nodes.hpp"
 #include "support/server_check.hpp"
-#include "support/wayland_devices.hpp"
 #include "support/wayland_seat.hpp"
 #include "support/x11_desk.hpp"
 
-#include "presentation/decorations.hpp"
 #include "windows/fullscreen.hpp"
 #include "windows/states.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/focus.hpp"
 #include "workspaces/stacks.hpp"
 #include "workspaces/switch.hpp"
+#include "workspaces/tiles.hpp"
 
 #include <filesystem>
 #include <linux/input-event-codes.h>
 
+using test::made_up_pointer;
 using test::x11_place;
 using test::x11_window;
 using testing::IsEmpty;
@@ -29,15 +30,7 @@ struct x11_hostile : test::x11_desk {
                              std::filesystem::directory_iterator{});
     }
     // Also of those that no list of windows holds.
-    int scene_nodes(const wlr_scene_tree &tree)
-    {
-        int count = 0;
-        wlr_scene_node *node = nullptr;
-        wl_list_for_each(node, &tree.children, link) count +=
-            1 + (node->type == WLR_SCENE_NODE_TREE ? scene_nodes(*wlr_scene_tree_from_node(node)) : 0);
-        return count;
-    }
-    int scene_nodes() { return scene_nodes(server.scene->tree); }
+    [[nodiscard]] int all_nodes() const { return test::scene_nodes(server.scene->tree); }
 };
 
 // From the desktop's own side of the socket the names are text of any bytes.
@@ -114,7 +107,7 @@ TEST_F(x11_hostile, atoms_in_bytes_do_no_harm)
     }
 }
 
-TEST_F(x11_hostile, forged_by_a_client_do_no_harm)
+TEST_F(x11_hostile, events_forged_by_a_client_do_no_harm)
 {
     x11_window &w = map_x11(), &unmapped = connect_x11().create();
     for (uint32_t n = 0; n < 200; n++) {
@@ -158,7 +151,7 @@ TEST_F(x11_hostile, storm_of_maps_and_unmaps_leaves_what_the_last_one_says)
     EXPECT_THAT(test::server_check(server), IsEmpty());
 }
 
-TEST_F(x11_hostile, of_all_kinds_while_a_window_comes_and_goes_do_no_harm)
+TEST_F(x11_hostile, requests_of_all_kinds_while_a_window_comes_and_goes_do_no_harm)
 {
     x11_window &w = connect_x11().create();
     for (int i = 0; i < 60; i++) {
@@ -201,7 +194,7 @@ TEST_F(x11_hostile, thousand_maps_and_unmaps_leave_nothing_behind)
     w.unmap();
     EVENTUALLY_EQ(find_record(w), nullptr);
     const long files = open_files();
-    const int nodes = scene_nodes();
+    const int nodes = all_nodes();
     for (int i = 0; i < 1000; i++) {
         w.map();
         EVENTUALLY(find_record(w) != nullptr);
@@ -209,8 +202,8 @@ TEST_F(x11_hostile, thousand_maps_and_unmaps_leave_nothing_behind)
         EVENTUALLY_EQ(find_record(w), nullptr);
     }
     settle();
-    EXPECT_LE(open_files(), files + 2);
-    EXPECT_EQ(scene_nodes(), nodes);
+    EXPECT_EQ(open_files(), files);
+    EXPECT_EQ(all_nodes(), nodes);
     EXPECT_TRUE(wl_list_empty(&workspace(1).toplevels));
     EXPECT_THAT(broken_rules(), IsEmpty());
 }
@@ -220,7 +213,7 @@ TEST_F(x11_hostile, menus_that_come_and_go_leave_nothing_behind)
     active_windows = test::activity::may_lag;
     test::x11_client &client = connect_x11();
     map_x11(); // by now the library's own windows are there too
-    const int nodes = scene_nodes(), records = wl_list_length(&server.xwl_unmanaged);
+    const int nodes = all_nodes(), records = wl_list_length(&server.xwl_unmanaged);
     for (int i = 0; i < 100; i++) {
         x11_window &menu =
             client.create({.x = i, .y = i, .width = 50, .height = 50, .override_redirect = true});
@@ -230,7 +223,7 @@ TEST_F(x11_hostile, menus_that_come_and_go_leave_nothing_behind)
         EVENTUALLY_EQ(find_unmanaged(menu), nullptr);
     }
     EXPECT_EQ(wl_list_length(&server.xwl_unmanaged), records);
-    EXPECT_EQ(scene_nodes(), nodes);
+    EXPECT_EQ(all_nodes(), nodes);
 }
 
 TEST_F(x11_hostile, fullscreen_flips_end_where_the_last_one_says)
@@ -323,7 +316,8 @@ TEST_F(x11_hostile, parent_that_goes_before_its_dialog_does_no_harm)
 
 struct window_state {
     const char *name;
-    void (*enter)(vantore_toplevel &t);
+    void (*enter)(vantore_toplevel &t, made_up_pointer &pointer);
+    bool (*reached)(const vantore_toplevel &t);
 };
 
 void PrintTo(const window_state &s, std::ostream *out)
@@ -338,44 +332,72 @@ struct x11_state : x11_hostile, testing::WithParamInterface<window_state> {
         x11_hostile::TearDown();
     }
     // There are always two windows of one client, the second of which is in the state.
-    x11_window &map_in_state()
+    void map_in_state()
     {
         test::x11_client &client = connect_x11();
         map_x11(client.create());
-        x11_window &w = map_x11(client.create());
-        GetParam().enter(record(w));
+        in_state = &map_x11(client.create());
+        GetParam().enter(record(*in_state), *pointer);
         settle();
-        return w;
+        ASSERT_TRUE(GetParam().reached(record(*in_state)));
     }
+
+    x11_window *in_state = nullptr;
 };
 
+static void make_tile(vantore_toplevel &t)
+{
+    t.workspace->layout = VANTORE_LAYOUT_TILING;
+    arrange_workspace(t.workspace);
+}
+
+static void point_at_close_button(const vantore_toplevel &t, made_up_pointer &pointer)
+{
+    int lx = 0, ly = 0;
+    wlr_scene_node_coords(&t.btn_close->node, &lx, &ly);
+    pointer.move(lx + 2 - t.server->cursor->x, ly + 2 - t.server->cursor->y);
+}
+
 static const window_state states[]{
-    {"plain", [](vantore_toplevel &) {}},
-    {"fullscreen", [](vantore_toplevel &t) { toplevel_set_fullscreen(t, true); }},
-    {"maximized", [](vantore_toplevel &t) { toplevel_toggle_maximize(t); }},
-    {"minimized", [](vantore_toplevel &t) { toplevel_minimize(t); }},
+    {"plain", [](vantore_toplevel &, made_up_pointer &) {},
+     [](const vantore_toplevel &t) { return toplevel_visible(t) && !t.fullscreen && !t.maximized; }},
+    {"fullscreen", [](vantore_toplevel &t, made_up_pointer &) { toplevel_set_fullscreen(t, true); },
+     [](const vantore_toplevel &t) { return t.fullscreen && !t.fs_demoted; }},
+    {"maximized", [](vantore_toplevel &t, made_up_pointer &) { toplevel_toggle_maximize(t); },
+     [](const vantore_toplevel &t) { return t.maximized; }},
+    {"minimized", [](vantore_toplevel &t, made_up_pointer &) { toplevel_minimize(t); },
+     [](const vantore_toplevel &t) { return t.minimized; }},
     {"demoted",
-     [](vantore_toplevel &t) {
+     [](vantore_toplevel &t, made_up_pointer &) {
          toplevel_set_fullscreen(t, true);
          focus_toplevel_ex(owner_of<&vantore_toplevel::link>(t.link.next), true); // the one before it
-     }},
-    {"tiled",
-     [](vantore_toplevel &t) {
-         t.workspace->layout = VANTORE_LAYOUT_TILING;
-         arrange_workspace(t.workspace);
-     }},
+     },
+     [](const vantore_toplevel &t) { return t.fullscreen && t.fs_demoted; }},
+    {"tiled", [](vantore_toplevel &t, made_up_pointer &) { make_tile(t); }, tile_participates},
     {"stacked",
-     [](vantore_toplevel &t) {
-         t.workspace->layout = VANTORE_LAYOUT_TILING;
-         arrange_workspace(t.workspace);
+     [](vantore_toplevel &t, made_up_pointer &) {
+         make_tile(t);
          stack_toggle_focused(*t.server);
-     }},
-    {"hidden", [](vantore_toplevel &t) { goto_workspace(*t.server, 2); }},
+     },
+     [](const vantore_toplevel &t) { return t.stack_id != 0; }},
+    {"hidden", [](vantore_toplevel &t, made_up_pointer &) { goto_workspace(*t.server, 2); },
+     [](const vantore_toplevel &t) { return t.workspace->output == nullptr; }},
     {"unresponsive",
-     [](vantore_toplevel &t) { wl_signal_emit_mutable(&t.xwl->events.ping_timeout, nullptr); }},
-    {"dragged", [](vantore_toplevel &t) { wl_signal_emit_mutable(&t.xwl->events.request_move, nullptr); }},
-    {"hovered", [](vantore_toplevel &t) { dec_hover_set(t, DEC_CLOSE); }},
-    {"locked", [](vantore_toplevel &t) { t.server->locked = true; }},
+     [](vantore_toplevel &t, made_up_pointer &) {
+         wl_signal_emit_mutable(&t.xwl->events.ping_timeout, nullptr);
+     },
+     [](const vantore_toplevel &t) { return t.unresponsive; }},
+    {"dragged",
+     [](vantore_toplevel &t, made_up_pointer &) {
+         wl_signal_emit_mutable(&t.xwl->events.request_move, nullptr);
+     },
+     [](const vantore_toplevel &t) { return t.server->grabbed_toplevel == &t; }},
+    {"hovered", [](vantore_toplevel &t, made_up_pointer &p) { point_at_close_button(t, p); },
+     [](const vantore_toplevel &t) {
+         return t.server->hovered_toplevel == &t && t.hover_region == DEC_CLOSE;
+     }},
+    {"locked", [](vantore_toplevel &t, made_up_pointer &) { t.server->locked = true; },
+     [](const vantore_toplevel &t) { return t.server->locked; }},
 };
 INSTANTIATE_TEST_SUITE_P(of_a_window, x11_state, testing::ValuesIn(states),
                          [](const auto &chosen) { return std::string{chosen.param.name}; });
@@ -383,7 +405,8 @@ INSTANTIATE_TEST_SUITE_P(of_a_window, x11_state, testing::ValuesIn(states),
 TEST_P(x11_state, window_changes_sides_and_back)
 {
     active_windows = test::activity::may_lag;
-    x11_window &w = map_in_state();
+    ASSERT_NO_FATAL_FAILURE(map_in_state());
+    x11_window &w = *in_state;
     w.override_redirect(true);
     w.move(20, 30);
     EVENTUALLY(find_unmanaged(w) != nullptr && find_unmanaged(w)->scene_tree != nullptr);
@@ -406,7 +429,7 @@ TEST_P(x11_state, window_changes_sides_and_back)
 TEST_P(x11_state, x_server_that_dies_takes_the_windows_and_nothing_else)
 {
     test::window &native = map("native");
-    map_in_state();
+    ASSERT_NO_FATAL_FAILURE(map_in_state());
     kill_x_server();
     advance_clock_ms(1);
     settle();

@@ -1,7 +1,5 @@
 // What X11 clients ask of their windows, politely or not.
 
-#include "support/server_check.hpp"
-#include "support/wayland_devices.hpp"
 #include "support/x11_desk.hpp"
 
 #include "windows/fullscreen.hpp"
@@ -9,7 +7,6 @@
 #include "windows/xwl_requests.hpp"
 #include "workspaces/focus.hpp"
 #include "workspaces/switch.hpp"
-#include "workspaces/tiles.hpp"
 
 using test::x11_place;
 using test::x11_window;
@@ -144,8 +141,6 @@ TEST_F(x11_requests, start_no_drag_of_a_window_that_is_fullscreen_minimized_or_n
     EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
 }
 
-// States
-
 TEST_F(x11_requests, start_no_drag_of_a_window_that_nobody_sees)
 {
     x11_window &w = map_x11();
@@ -156,6 +151,8 @@ TEST_F(x11_requests, start_no_drag_of_a_window_that_nobody_sees)
     EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     EXPECT_EQ(record(w).scene_tree->node.parent, workspace(1).tree);
 }
+
+// States
 
 TEST_F(x11_requests, to_be_hidden_by_its_state_alone_end_when_the_window_is_focused)
 {
@@ -363,8 +360,6 @@ TEST_F(x11_requests, urgency_marks_a_window_until_it_is_focused)
     EXPECT_FALSE(record(w).urgent);
 }
 
-// Names
-
 TEST_F(x11_requests, urgency_of_a_window_that_is_not_mapped_marks_nothing)
 {
     x11_window &w = map_x11();
@@ -377,6 +372,8 @@ TEST_F(x11_requests, urgency_of_a_window_that_is_not_mapped_marks_nothing)
     EXPECT_FALSE(t.urgent);
     EXPECT_THAT(heard(), IsEmpty());
 }
+
+// Names
 
 TEST_F(x11_requests, titles_are_drawn_anew_and_classes_are_announced)
 {
