@@ -1,7 +1,6 @@
 #include "random_session.hpp"
 
 #include "config/reload.hpp"
-#include "config/settings.hpp"
 #include "outputs/power.hpp"
 #include "server_check.hpp"
 #include "windows/attention.hpp"
@@ -16,6 +15,7 @@
 #include "workspaces/tiles.hpp"
 #include "workspaces/transfer.hpp"
 
+#include <format>
 #include <linux/input-event-codes.h>
 
 namespace test
@@ -43,6 +43,7 @@ void random_session::begin(x11 windows_of_x11)
 void random_session::end()
 {
     menus.clear();
+    title_bars.clear();
     panels.clear();
     TearDown();
 }
@@ -83,9 +84,12 @@ std::string random_session::open_window()
         w.min_size({300, 200});
         w.max_size({300, 200});
     }
-    w.open();
     windows.push_back(&w);
-    return "open";
+    const bool draws_its_own = below(3) != 0;
+    if (!draws_its_own)
+        title_bars.emplace_back(w);
+    w.open();
+    return draws_its_own ? "open" : "open with a title bar";
 }
 
 std::string random_session::close_window()
@@ -94,7 +98,7 @@ std::string random_session::close_window()
         return "nothing";
     window *w = any_of(windows);
     std::erase(windows, w);
-    forget_popups_of(*w);
+    forget_parts_of(*w);
     if (below(3) == 0)
         return w->destroy_role(), "destroy the role";
     return w->destroy(), "destroy";
@@ -145,6 +149,21 @@ std::string random_session::change_state()
     }
 }
 
+std::string random_session::change_title_bar()
+{
+    if (title_bars.empty())
+        return "nothing";
+    decoration &chosen = any_of(title_bars).object;
+    switch (below(3)) {
+    case 0:
+        return chosen.ask_nothing(), "leave the title bar to the compositor";
+    case 1:
+        return chosen.ask(CLIENT_SIDE), "want no title bar";
+    default:
+        return chosen.ask(SERVER_SIDE), "want a title bar";
+    }
+}
+
 std::string random_session::lose_client()
 {
     if (clients.empty() || below(3) != 0)
@@ -154,6 +173,7 @@ std::string random_session::lose_client()
     std::erase_if(windows, [&](const window *w) { return &w->owner() == c; });
     c->vanish();
     std::erase_if(menus, [&](const menu &m) { return &m.parent->owner() == c; });
+    std::erase_if(title_bars, [&](const title_bar &b) { return &b.owner->owner() == c; });
     std::erase_if(panels, [&](const layer_surface &l) { return &l.owner() == c; });
     return "vanish";
 }
@@ -279,6 +299,8 @@ std::string random_session::open_panel()
     if (clients.empty() || panels.size() >= most_panels)
         return "nothing";
     layer_traits traits{.on = layer{unsigned(below(4))}, .size = {below(300), below(200)}};
+    if (below(3) == 0)
+        traits.name = "vantore-panel";
     traits.anchor = unsigned(below(16));
     traits.zone = below(4) == 0 ? -1 : below(500);
     traits.margins = {.top = below(60) - 30, .bottom = below(60) - 30};
@@ -295,13 +317,16 @@ std::string random_session::trouble_panel()
     if (panels.empty())
         return "nothing";
     const auto panel = std::next(panels.begin(), below(panels.size()));
-    switch (below(4)) {
+    switch (below(5)) {
     case 0:
         return panels.erase(panel), "destroy a panel";
     case 1:
         return panel->unmap(), "unmap a panel";
     case 2:
         return panel->commit(), "commit a panel";
+    case 3:
+        panel->move_to(layer{unsigned(below(4))});
+        return panel->commit(), "move a panel to a layer";
     default:
         panel->zone(below(500) - 1);
         return panel->commit(), "change a panel's zone";
@@ -322,6 +347,7 @@ const random_session::operation random_session::operations[]{
     {&random_session::change_state, 3},       {&random_session::open_popup, 2},
     {&random_session::trouble_popup, 2},      {&random_session::open_x11_window, 4},
     {&random_session::trouble_x11_window, 7}, {&random_session::lose_x11_client, 1},
+    {&random_session::change_title_bar, 2},
 };
 
 // At the pointer's place in the layout, at rest or in the middle of a drag.
@@ -357,10 +383,13 @@ std::string random_session::use_button()
 
 std::string random_session::reload()
 {
-    g_gap = below(30);
-    g_tiler = below(2) == 0;
+    const int gaps = below(30);
+    const bool tiler = below(2) == 0, effects = below(3) == 0, blur = below(2) == 0;
+    world.write_config(
+        "compositor.conf",
+        std::format("gaps = {}\ntiler = {}\nforce_effects = {}\nblur = {}\n", gaps, tiler, effects, blur));
     config_reload(server);
-    return "reload";
+    return effects && blur ? "reload with blur" : "reload";
 }
 
 std::string random_session::step(unsigned seed)

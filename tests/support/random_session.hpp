@@ -57,11 +57,12 @@ private:
     std::string trouble_panel();
     std::string open_popup();
     std::string trouble_popup();
-    void forget_popups_of(const window &parent);
+    void forget_parts_of(const window &owner);
     std::string open_x11_window();
     std::string trouble_x11_window();
     std::string lose_x11_client();
     std::string ask_for_state(x11_window &w);
+    std::string change_title_bar();
 
     struct operation {
         std::string (random_session::*run)();
@@ -84,6 +85,12 @@ private:
         popup object;
     };
     std::list<menu> menus;
+    struct title_bar {
+        explicit title_bar(window &of) : owner(&of), object(of) {}
+        const window *owner;
+        decoration object;
+    };
+    std::list<title_bar> title_bars;
     bool with_x11 = false;
     std::vector<x11_client *> x11_programs;
     struct x11_entry {

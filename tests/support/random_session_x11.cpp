@@ -41,9 +41,10 @@ std::string random_session::trouble_popup()
 }
 
 // A client that destroys the window first makes a mistake.
-void random_session::forget_popups_of(const window &parent)
+void random_session::forget_parts_of(const window &owner)
 {
-    std::erase_if(menus, [&](const menu &m) { return m.parent == &parent; });
+    std::erase_if(menus, [&](const menu &m) { return m.parent == &owner; });
+    std::erase_if(title_bars, [&](const title_bar &b) { return b.owner == &owner; });
 }
 
 std::string random_session::open_x11_window()
