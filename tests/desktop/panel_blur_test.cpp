@@ -1,10 +1,10 @@
 // What lies behind the desktop's panel is blurred, unless a window is fullscreen.
 
 #include "support/layers.hpp"
+#include "support/scene_nodes.hpp"
 
 #include "config/reload.hpp"
 #include "config/settings.hpp"
-#include "presentation/effects.hpp"
 #include "windows/fullscreen.hpp"
 
 #include <wayland-client.h>
@@ -43,23 +43,12 @@ struct panel_blur : test::layers {
     bool is_blurred() { return red_at(edge + reach) > 40 && red_at(edge - reach) < 200; }
     bool is_sharp() { return red_at(edge + reach) < 20 && red_at(edge - reach) > 200; }
 
-    static int blur_nodes(const wlr_scene_tree &tree)
-    {
-        int count = 0;
-        wlr_scene_node *node = nullptr;
-        wl_list_for_each(node, &tree.children, link)
-        {
-            if (node->type == WLR_SCENE_NODE_TREE)
-                count += blur_nodes(*wlr_scene_tree_from_node(node));
-            count += node->type == WLR_SCENE_NODE_BLUR ? 1 : 0;
-        }
-        return count;
-    }
+    // Title bars, which have one of their own, hang elsewhere.
     int blurs()
     {
         int count = 0;
         for (const wlr_scene_tree *layer : server.layers)
-            count += blur_nodes(*layer);
+            count += test::scene_nodes(*layer, WLR_SCENE_NODE_BLUR);
         return count;
     }
 
@@ -75,7 +64,8 @@ TEST_F(panel_blur, shows_what_is_behind_the_panel_out_of_focus)
 TEST_F(panel_blur, is_not_behind_other_bars)
 {
     show(see_through_bar("vantore-dock"));
-    EVENTUALLY(is_sharp());
+    settle();
+    EXPECT_TRUE(is_sharp());
     EXPECT_EQ(blurs(), 0);
 }
 
@@ -84,7 +74,8 @@ TEST_F(panel_blur, is_not_behind_a_panel_on_another_layer)
     layer_traits traits = see_through_bar("vantore-panel");
     traits.on = test::layer::overlay;
     show(traits);
-    EVENTUALLY(is_sharp());
+    settle();
+    EXPECT_TRUE(is_sharp());
     EXPECT_EQ(blurs(), 0);
 }
 
@@ -94,7 +85,8 @@ TEST_F(panel_blur, leaves_clear_parts_of_the_panel_alone)
     traits.argb = 0;
     show(traits);
     ASSERT_EQ(blurs(), 1);
-    EVENTUALLY(is_sharp());
+    settle();
+    EXPECT_TRUE(is_sharp());
 }
 
 TEST_F(panel_blur, makes_way_for_a_fullscreen_window_and_comes_back)
@@ -123,6 +115,7 @@ TEST_F(panel_blur, follows_the_settings)
 {
     show_panel();
     ASSERT_EQ(blurs(), 1);
+    EVENTUALLY(is_blurred());
     for (const char *without :
          {"force_effects = true\nblur = false\n", "force_effects = false\nblur = true\n"}) {
         write_config("compositor.conf", without);
@@ -132,8 +125,8 @@ TEST_F(panel_blur, follows_the_settings)
         write_config("compositor.conf", "force_effects = true\nblur = true\n");
         config_reload(server);
         EXPECT_EQ(blurs(), 1);
+        EVENTUALLY(is_blurred());
     }
-    EVENTUALLY(is_blurred());
     write_config("appearance.conf", "reduce_transparency = true\n");
     config_reload(server);
     EXPECT_EQ(blurs(), 0);
@@ -143,6 +136,7 @@ TEST_F(panel_blur, follows_the_size_of_the_panel)
 {
     layer_surface &panel = show_panel();
     ASSERT_EQ(blurs(), 1);
+    EVENTUALLY(is_blurred());
     panel.size(0, 10);
     panel.zone(10);
     panel.commit();
@@ -156,6 +150,7 @@ TEST_F(panel_blur, follows_the_size_of_the_panel)
 TEST_F(panel_blur, goes_and_comes_with_the_panel)
 {
     layer_surface &panel = show_panel();
+    EVENTUALLY(is_blurred());
     panel.unmap();
     EVENTUALLY(is_sharp());
     panel.commit();
