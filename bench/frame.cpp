@@ -23,13 +23,13 @@ constexpr test::size screen{1920, 1080};
 class painter
 {
 public:
-    explicit painter(test::client &client) : w(client.create_window("painter"))
+    painter(subject &session, test::client &client) : w(client.create_window("painter"))
     {
         prepare_pictures(client);
         w.preferred = screen;
         w.request_fullscreen();
         w.open();
-        subject::pump_until(client, [&] { return w.has(test::FULLSCREEN) && w.last().size() == screen; });
+        session.pump_until(client, [&] { return w.has(test::FULLSCREEN) && w.last().size() == screen; });
         w.auto_draw = false;
         show_next();
     }
@@ -106,12 +106,12 @@ struct cost {
 // CPU time of the program for a frame.
 cost frame_of(const char *binary, const test::variables &more, const std::string &settings)
 {
-    const subject session{binary, more, settings};
+    subject session{binary, more, settings};
     auto client = session.connect();
-    const painter p{*client};
+    const painter p{session, *client};
     const auto run = [&](int frames) {
         const int last = p.shown() + frames;
-        subject::pump_until(*client, [&] { return p.shown() >= last; });
+        session.pump_until(*client, [&] { return p.shown() >= last; });
     };
     run(frames_before);
     const int first = p.shown();

@@ -54,8 +54,8 @@ void queries()
     printf("a command that does nothing: %.1f microseconds of CPU\n",
            request_us(session, c, VNT_MSG_COMMAND));
     for (int i = 0; i < 100; i++)
-        subject::map_one(*client).title("A window with a title of ordinary length");
-    subject::rest(*client);
+        session.map_one(*client).title("A window with a title of ordinary length");
+    session.rest(*client);
     printf("the list of 100 windows: %.1f microseconds of CPU\n",
            request_us(session, c, VNT_MSG_GET_WINDOWS));
 }

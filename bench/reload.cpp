@@ -36,11 +36,11 @@ double reload_ms(const subject &session, test::ipc_client &subscriber, int times
     return (cpu_us(session.pid()) - before) / 1000 / times;
 }
 
-void reloads(const char *with, const subject &session, test::client &client, test::ipc_client &subscriber)
+void reloads(const char *with, subject &session, test::client &client, test::ipc_client &subscriber)
 {
     constexpr int batch = 20;
     const double first = reload_ms(session, subscriber, 1); // loads the cursor's theme, once a session
-    subject::rest(client);
+    session.rest(client);
     const double at_start = reload_ms(session, subscriber, batch);
     (void)reload_ms(session, subscriber, 100 - batch - 1);
     const double after_100 = reload_ms(session, subscriber, batch);
@@ -57,10 +57,10 @@ int main()
     subscriber.send(VNT_MSG_SUBSCRIBE, {});
     wait_for(subscriber, VNT_MSG_SUBSCRIBE);
     auto client = session.connect();
-    subject::rest(*client);
+    session.rest(*client);
     reloads("of the default files", session, *client, subscriber);
     test::seat seat{*client};
     const test::virtual_keyboard keyboard{seat};
-    subject::rest(*client);
+    session.rest(*client);
     reloads("with a keyboard", session, *client, subscriber);
 }

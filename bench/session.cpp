@@ -42,9 +42,9 @@ void start_up()
         auto client = session.connect();
         test::window &w = client->create_window("first");
         w.open();
-        subject::pump_until(*client, [&] { return w.configure_count() > 0; });
+        session.pump_until(*client, [&] { return w.configure_count() > 0; });
         w.request_frame();
-        subject::pump_until(*client, [&] { return w.frames() > 0; });
+        session.pump_until(*client, [&] { return w.frames() > 0; });
         ms.push_back(std::chrono::duration<double, std::milli>(steady_clock::now() - begin).count());
     }
     printf("start-up to the first window's first frame: %.0f ms (median of %zu)\n", median(ms), ms.size());
@@ -60,16 +60,16 @@ cost map_and_close(const char *binary, int others)
     subject session{binary};
     auto client = session.connect();
     for (int i = 1; i < others; i++)
-        subject::map_one(*client);
-    subject::rest(*client);
+        session.map_one(*client);
+    session.rest(*client);
     std::vector<double> map_us, close_us;
     for (int i = 0; i < 9; i++) {
         const double before = cpu_us(session.pid());
-        test::window &w = subject::map_one(*client);
-        subject::rest(*client);
+        test::window &w = session.map_one(*client);
+        session.rest(*client);
         const double mapped = cpu_us(session.pid());
         w.destroy();
-        subject::rest(*client);
+        session.rest(*client);
         map_us.push_back(mapped - before);
         close_us.push_back(cpu_us(session.pid()) - mapped);
     }
@@ -96,15 +96,15 @@ void memory(const char *name, const char *binary)
     std::vector<test::window *> windows;
     for (const size_t count : {0UL, 100UL, 300UL}) {
         while (windows.size() < count)
-            windows.push_back(&subject::map_one(*client));
-        subject::rest(*client);
+            windows.push_back(&session.map_one(*client));
+        session.rest(*client);
         printf(" %9.1f", private_dirty_mib(session.pid()));
     }
     for (test::window *w : windows)
         w->destroy();
-    subject::rest(*client);
+    session.rest(*client);
     const auto trimmed = steady_clock::now() + 4s;
-    subject::pump_until(*client, [&] { return steady_clock::now() > trimmed; });
+    session.pump_until(*client, [&] { return steady_clock::now() > trimmed; });
     printf(" %13.1f\n", private_dirty_mib(session.pid()));
 }
 
@@ -114,12 +114,12 @@ void idle(int windows)
     const auto tenth_second = steady_clock::now() + 10s;
     auto client = session.connect();
     for (int i = 0; i < windows; i++)
-        subject::map_one(*client);
-    subject::pump_until(*client, [&] { return steady_clock::now() > tenth_second; });
+        session.map_one(*client);
+    session.pump_until(*client, [&] { return steady_clock::now() > tenth_second; });
     const double cpu = cpu_us(session.pid());
     const long switches = context_switches(session.pid());
     const auto end = steady_clock::now() + 10s;
-    subject::pump_until(*client, [&] { return steady_clock::now() > end; });
+    session.pump_until(*client, [&] { return steady_clock::now() > end; });
     printf("  with %3d windows: %.0f microseconds of CPU, %ld context switches\n", windows,
            cpu_us(session.pid()) - cpu, context_switches(session.pid()) - switches);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -56,16 +57,21 @@ static const test::variables &prepared(test::private_world &world, const test::v
 }
 
 subject::subject(const char *binary, const test::variables &more, const std::string &settings)
-    : program({"env", std::string{"LD_PRELOAD="} + getenv("VANTORE_TEST_PRELOAD"), binary},
-              prepared(world, more, settings))
+    : name(binary), program({"env", std::string{"LD_PRELOAD="} + getenv("VANTORE_TEST_PRELOAD"), binary},
+                            prepared(world, more, settings))
 {
-    if (!program.says("running — WAYLAND_DISPLAY=wayland-0")) {
-        fprintf(stderr, "%s did not start:\n%s\n", binary, program.output().c_str());
-        exit(1);
-    }
+    if (!program.says("running — WAYLAND_DISPLAY=wayland-0"))
+        fail("did not start");
 }
 
-std::unique_ptr<test::client> subject::connect() const
+void subject::fail(const char *how)
+{
+    program.send(SIGKILL); // exit() runs no destructor that would
+    fprintf(stderr, "%s %s:\n%s\n", name, how, program.output().c_str());
+    exit(1);
+}
+
+std::unique_ptr<test::client> subject::connect()
 {
     const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_un address{};
@@ -73,7 +79,7 @@ std::unique_ptr<test::client> subject::connect() const
     const std::string path = runtime_directory() + "/wayland-0";
     path.copy(address.sun_path, sizeof address.sun_path - 1);
     if (fd < 0 || ::connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
-        abort();
+        fail("accepts no client");
     auto client = std::make_unique<test::client>(fd);
     pump_until(*client, [&] { return client->ready(); });
     return client;
@@ -82,7 +88,7 @@ std::unique_ptr<test::client> subject::connect() const
 std::string subject::ipc_socket()
 {
     if (!says("IPC listening"))
-        abort();
+        fail("does not listen for IPC");
     return runtime_directory() + "/vantore-ipc-" + std::to_string(pid()) + ".sock";
 }
 

@@ -4,6 +4,7 @@
 #include "support/process.hpp"
 #include "support/wayland_client.hpp"
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <unistd.h>
@@ -24,7 +25,7 @@ public:
     // this text as its compositor.conf.
     explicit subject(const char *binary, const test::variables &more = {}, const std::string &settings = {});
 
-    [[nodiscard]] std::unique_ptr<test::client> connect() const;
+    [[nodiscard]] std::unique_ptr<test::client> connect();
     // False when the text has not been written after 10 seconds.
     bool says(const std::string &text) { return program.says(text); }
     [[nodiscard]] pid_t pid() const { return program.pid(); }
@@ -34,22 +35,30 @@ public:
     std::string ipc_socket();
 
     // Until the program has answered everything and then had time for the frames that follow.
-    static void rest(test::client &client);
+    void rest(test::client &client);
     // A window of the client, mapped and active.
-    static test::window &map_one(test::client &client);
+    test::window &map_one(test::client &client);
 
-    template <class Condition> static void pump_until(test::client &client, Condition holds)
+    // Ends the benchmark when it does not hold after 30 seconds, or when the client is thrown out.
+    template <class Condition> void pump_until(test::client &client, Condition holds)
     {
+        const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{30};
         while (!holds()) {
-            client.pump();
             if (client.error() != 0)
-                abort();
+                fail("threw its client out");
+            if (std::chrono::steady_clock::now() > give_up)
+                fail("did not answer");
+            client.pump();
             if (!holds())
                 usleep(50);
         }
     }
 
 private:
+    // Prints what the program wrote and ends the benchmark.
+    [[noreturn]] void fail(const char *how);
+
+    const char *name;
     test::private_world world;
     test::process program;
 };
