@@ -84,6 +84,7 @@ std::string random_session::open_window()
         w.min_size({300, 200});
         w.max_size({300, 200});
     }
+    w.title("window"); // makes the toplevel
     windows.push_back(&w);
     const bool draws_its_own = below(3) != 0;
     if (!draws_its_own)
@@ -299,8 +300,10 @@ std::string random_session::open_panel()
     if (clients.empty() || panels.size() >= most_panels)
         return "nothing";
     layer_traits traits{.on = layer{unsigned(below(4))}, .size = {below(300), below(200)}};
-    if (below(3) == 0)
+    if (below(2) == 0) {
         traits.name = "vantore-panel";
+        traits.on = layer::top;
+    }
     traits.anchor = unsigned(below(16));
     traits.zone = below(4) == 0 ? -1 : below(500);
     traits.margins = {.top = below(60) - 30, .bottom = below(60) - 30};
@@ -342,7 +345,7 @@ const random_session::operation random_session::operations[]{
     {&random_session::change_stack, 5},       {&random_session::change_layout, 4},
     {&random_session::change_workspace, 4},   {&random_session::send_elsewhere, 4},
     {&random_session::mark_window, 1},        {&random_session::point, 4},
-    {&random_session::use_button, 6},         {&random_session::reload, 1},
+    {&random_session::use_button, 6},         {&random_session::reload, 3},
     {&random_session::open_panel, 2},         {&random_session::trouble_panel, 3},
     {&random_session::change_state, 3},       {&random_session::open_popup, 2},
     {&random_session::trouble_popup, 2},      {&random_session::open_x11_window, 4},
@@ -384,7 +387,7 @@ std::string random_session::use_button()
 std::string random_session::reload()
 {
     const int gaps = below(30);
-    const bool tiler = below(2) == 0, effects = below(3) == 0, blur = below(2) == 0;
+    const bool tiler = below(2) == 0, effects = below(3) != 0, blur = below(3) != 0;
     world.write_config(
         "compositor.conf",
         std::format("gaps = {}\ntiler = {}\nforce_effects = {}\nblur = {}\n", gaps, tiler, effects, blur));
