@@ -107,8 +107,8 @@ TEST_F(x11_programs, enter_and_leave_fullscreen_and_call_for_attention)
 {
     const std::string waits = "; while [ ! -e " + path("go") + " ]; do sleep 0.1; done; ";
     test::process xterm =
-        run({"xterm", "-xrm", "XTerm*allowWindowOps: true", "-xrm", "XTerm*bellIsUrgent: true", "-e", "sh", "-c",
-             "printf '\\033[10;1t'" + waits + "printf '\\033[10;0t\\a'; sleep 100"});
+        run({"xterm", "-xrm", "XTerm*allowWindowOps: true", "-xrm", "XTerm*bellIsUrgent: true", "-e", "sh",
+             "-c", "printf '\\033[10;1t'" + waits + "printf '\\033[10;0t\\a'; sleep 100"});
     EXPECT_TRUE(eventually([&] { return windows().contains(R"("fullscreen":true)"); })) << windows();
     test::process xeyes = run({"xeyes"}); // takes the focus
     EXPECT_TRUE(eventually([&] { return shows("XEyes"); })) << xeyes.output();
