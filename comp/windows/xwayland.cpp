@@ -5,7 +5,7 @@
 #include "../spawn.hpp"
 #include "../timer.hpp"
 #include "unmanaged.hpp"
-#include "xwl_guard.hpp"
+#include "xwl_events.hpp"
 #include "xwl_toplevel.hpp"
 
 #include <array>
@@ -38,7 +38,7 @@ static void announce_display(const char *display)
 // Each time that the X server has started.
 static void handle_xwayland_ready(vantore_server &server)
 {
-    ignore_forged_events(server.xwayland);
+    xwl_watch_events(server.xwayland);
     wlr_xwayland_set_seat(server.xwayland, server.seat);
     set_default_cursor(server);
     if (const char *display = server.xwayland->display_name)

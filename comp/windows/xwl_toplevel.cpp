@@ -22,6 +22,7 @@
 #include "responsiveness.hpp"
 #include "toplevel.hpp"
 #include "unmanaged.hpp"
+#include "xwl_events.hpp"
 #include "xwl_requests.hpp"
 
 void xwl_map_if_drawn(const wlr_xwayland_surface &xwl)
@@ -68,14 +69,15 @@ static void xwl_toplevel_map(vantore_toplevel &t)
     t.xwl->data = &t;
     wl_list_insert(&server.toplevels, &t.link);
     toplevel_set_workspace(t, workspace_for_new_window(server));
-    if (t.xwl->parent != nullptr || t.xwl->modal)
+    const xwl_wish wish = xwl_take_wish(t.xwl->window_id);
+    if (t.xwl->parent != nullptr || t.xwl->modal || wish.modal)
         t.floating = true;
     config_apply_rules(t); // has the last word on floating
     dec_layout(t);
     center_toplevel(t); // whatever place the client asked for
     arrange_workspace(t.workspace);
     focus_new_window(t);
-    if (t.xwl->fullscreen)
+    if (t.xwl->fullscreen || wish.fullscreen)
         toplevel_set_fullscreen(t, true);
 }
 

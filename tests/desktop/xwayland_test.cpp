@@ -264,6 +264,27 @@ TEST_F(xwayland, window_may_open_fullscreen)
     EXPECT_TRUE(w.has_state("FULLSCREEN"));
 }
 
+// As most do: all at once, before anybody could have heard of the window.
+TEST_F(xwayland, window_may_say_what_it_is_before_it_maps)
+{
+    test::x11_client &client = connect_x11();
+    x11_window &game = client.create();
+    game.initial_state("FULLSCREEN");
+    map_x11(game);
+    EXPECT_TRUE(record(game).fullscreen);
+    EVENTUALLY_EQ(game.told(), (x11_place{0, 0, 1280, 704}));
+    EVENTUALLY(game.has_state("FULLSCREEN"));
+    x11_window &dialog = client.create();
+    dialog.initial_state("MODAL");
+    map_x11(dialog);
+    EXPECT_TRUE(record(dialog).floating);
+    EXPECT_FALSE(record(dialog).fullscreen);
+    game.unmap();
+    EVENTUALLY_EQ(find_record(game), nullptr);
+    map_x11(game);
+    EXPECT_FALSE(record(game).fullscreen) << "said once, for one map";
+}
+
 TEST_F(xwayland, windows_follow_rules_but_for_their_place)
 {
     write_config("rules.conf", "game* -> float, workspace=3, skiptaskbar, place=top-right\n");

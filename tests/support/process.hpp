@@ -56,10 +56,11 @@ private:
     std::filesystem::path root;
 };
 
-// Asks again and again, 30 seconds at most.
-template <class Condition> bool eventually(Condition holds)
+// Asks again and again.
+template <class Condition>
+bool eventually(Condition holds, std::chrono::seconds most = std::chrono::seconds{30})
 {
-    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{30};
+    const auto give_up = std::chrono::steady_clock::now() + most;
     while (!holds())
         if (std::chrono::steady_clock::now() > give_up)
             return false;
