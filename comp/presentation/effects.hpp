@@ -1,7 +1,7 @@
 // Effects that the GPU pays for.
 #pragma once
 
-#include "../fwd.hpp"
+#include "../wlr.hpp"
 
 // Whether there may be any: not with safe graphics, nor under software rendering unless the settings force
 // them.

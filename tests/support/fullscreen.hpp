@@ -11,7 +11,7 @@ namespace test
 {
 
 // Output A of the fixture below; B is where a test plugs one of this size.
-constexpr wlr_box screen_a{0, 0, 1280, 704}, screen_b{1280, 0, 800, 600};
+inline constexpr wlr_box screen_a{0, 0, 1280, 704}, screen_b{1280, 0, 800, 600};
 
 struct fullscreen_desk : layers {
     void SetUp() override
