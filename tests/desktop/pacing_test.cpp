@@ -86,7 +86,7 @@ struct pacing : test::desktop {
         const auto find = [](wlr_scene_buffer *buffer, int, int, void *data) {
             *static_cast<wlr_scene_buffer **>(data) = buffer;
         };
-        wlr_scene_node_for_each_buffer(&record(w).scene_tree->node, find, &found);
+        wlr_scene_node_for_each_buffer(&record(w).scene_tree->node, find, static_cast<void *>(&found));
         return *found;
     }
 
