@@ -131,10 +131,9 @@ static bool press_on_border(vantore_server &server, const wlr_pointer_button_eve
     return true;
 }
 
-// A menu lies above the frames of all windows, its own included.
 static bool press_on_frame(vantore_server &server, const wlr_pointer_button_event &event)
 {
-    if (is_menu(surface_at(server, server.cursor->x, server.cursor->y).surface))
+    if (hides_frames(surface_at(server, server.cursor->x, server.cursor->y).surface))
         return false;
     return press_on_tab(server, event) || press_on_decoration(server, event) ||
            press_on_border(server, event);

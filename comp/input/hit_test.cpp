@@ -107,16 +107,25 @@ bool is_unmanaged(wlr_surface *surface)
     return xwl != nullptr && xwl->override_redirect;
 }
 
-bool is_menu(wlr_surface *surface)
+bool is_layer(wlr_surface *surface)
+{
+    return surface != nullptr && wlr_layer_surface_v1_try_from_wlr_surface(surface) != nullptr;
+}
+
+static bool is_menu(wlr_surface *surface)
 {
     wlr_surface *root = surface != nullptr ? wlr_surface_get_root_surface(surface) : nullptr;
     return root != nullptr && (is_unmanaged(root) || wlr_xdg_popup_try_from_wlr_surface(root) != nullptr);
 }
 
+bool hides_frames(wlr_surface *surface)
+{
+    return is_layer(surface) || is_menu(surface);
+}
+
 bool grabbing_layer_at(const vantore_server &server, double lx, double ly)
 {
-    wlr_surface *surface = surface_at(server, lx, ly).surface;
-    return surface != nullptr && wlr_layer_surface_v1_try_from_wlr_surface(surface) != nullptr;
+    return is_layer(surface_at(server, lx, ly).surface);
 }
 
 static vantore_toplevel *owner_above(const wlr_scene_node &node)
@@ -178,7 +187,8 @@ vantore_toplevel *decoration_at(const vantore_server &server, double lx, double 
                                 vantore_dec_region &region)
 {
     region = DEC_NONE;
-    return grabbing_layer_at(server, lx, ly) ? nullptr : window_decoration_at(server, lx, ly, region);
+    const bool hidden = hides_frames(surface_at(server, lx, ly).surface);
+    return hidden ? nullptr : window_decoration_at(server, lx, ly, region);
 }
 
 uint32_t resize_edges_at(const vantore_toplevel &t, double lx, double ly)

@@ -27,9 +27,11 @@ surface_hit surface_at(const vantore_server &server, double lx, double ly);
 // An X11 window that places itself.
 bool is_unmanaged(wlr_surface *surface);
 
-// A popup or an X11 menu, or a part of one. What of a window lies below its pixels can't be pointed at. Null
-// is none.
-bool is_menu(wlr_surface *surface);
+// A layer surface itself, not its subsurfaces and popups. Null is none.
+bool is_layer(wlr_surface *surface);
+// A panel, a popup or an X11 menu: the title bars, tabs and borders below its pixels can't be pointed at.
+// Null is none.
+bool hides_frames(wlr_surface *surface);
 
 // Whether the point is on a layer surface: presses there are its own affair. Its subsurfaces and popups do
 // not count.
@@ -43,7 +45,8 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
 // answers DEC_GRIP.
 vantore_toplevel *decoration_at(const vantore_server &server, double lx, double ly,
                                 vantore_dec_region &region);
-// The same without a look at layer surfaces, for a caller who knows that there is none at the point.
+// The same without a look at what lies above all windows, for a caller who knows that there is none at the
+// point.
 vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, double ly,
                                        vantore_dec_region &region);
 

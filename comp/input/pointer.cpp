@@ -93,11 +93,6 @@ static void process_grabbed_motion(vantore_server &server, uint32_t time_msec, c
                                    server.cursor->y - server.ptr_grab_oy);
 }
 
-static bool is_layer(wlr_surface *surface)
-{
-    return surface != nullptr && wlr_layer_surface_v1_try_from_wlr_surface(surface) != nullptr;
-}
-
 // A launcher or a menu keeps the keyboard.
 static bool keeps_keyboard(wlr_surface *surface)
 {
@@ -166,9 +161,8 @@ static void hover_decorations(vantore_server &server, const surface_hit &hit)
 {
     vantore_dec_region region = DEC_NONE;
     vantore_toplevel *hovered =
-        is_layer(hit.surface) || is_menu(hit.surface)
-            ? nullptr
-            : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
+        hides_frames(hit.surface) ? nullptr
+                                  : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
     if (hovered != server.hovered_toplevel)
         pointer_leaves_decorations(server);
     server.hovered_toplevel = hovered;
@@ -202,7 +196,7 @@ static void process_free_motion(vantore_server &server, uint32_t time_msec)
         return process_grabbed_motion(server, time_msec, hit);
     if (t != nullptr) {
         follow_mouse(server, *t);
-        if (!is_menu(hit.surface) && enter_resize_border(server, *t))
+        if (!hides_frames(hit.surface) && enter_resize_border(server, *t))
             return;
     } else {
         show_named_cursor(server, "default");

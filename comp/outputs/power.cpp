@@ -12,8 +12,8 @@ static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)
     if (mode != nullptr)
         wlr_output_state_set_mode(&state, mode);
     if (!wlr_output_commit_state(o.wlr_output, &state))
-        wlr_log(WLR_ERROR, "vantore-comp: output %s can't be powered %s, the others are",
-                output_name(o.wlr_output), on ? "up" : "down");
+        wlr_log(WLR_ERROR, "vantore-comp: output %s can't be powered %s", output_name(o.wlr_output),
+                on ? "up" : "down");
 }
 
 static void show_again(vantore_server &server)

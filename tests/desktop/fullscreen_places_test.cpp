@@ -136,6 +136,15 @@ TEST_F(fullscreen_places, are_right_when_a_window_leaves_a_hidden_workspace)
     EXPECT_EQ(w.last().size(), (size{800, 600}));
 }
 
+TEST_F(fullscreen_places, ask_a_client_for_no_size_that_it_has)
+{
+    window &w = map_fullscreen("w");
+    const int before = w.configure_count();
+    fit_fullscreen_windows(workspace(1));
+    settle();
+    EXPECT_EQ(w.configure_count(), before);
+}
+
 TEST_F(fullscreen_places, follow_an_output_that_moves_up_for_another)
 {
     plug("B", 800, 600);

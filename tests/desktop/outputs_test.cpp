@@ -454,6 +454,21 @@ TEST_F(outputs, all_go_dark_together_and_come_back_in_their_modes)
     EVENTUALLY_EQ(pixel("A", 5, 5), 0xff0f121aU);
 }
 
+TEST_F(outputs, that_refuse_to_go_dark_are_named_and_do_not_keep_the_others)
+{
+    plug({.name = "A",
+          .modes = {{.width = 1024, .height = 768}},
+          .accepts = [](const wlr_output_state &state) {
+              return (state.committed & WLR_OUTPUT_STATE_ENABLED) == 0 || state.enabled;
+          }});
+    plug("B", 800, 600);
+    settle();
+    set_dpms(server, false);
+    EXPECT_TRUE(output("A").wlr_output->enabled);
+    EXPECT_FALSE(output("B").wlr_output->enabled);
+    EXPECT_THAT(world.log(), HasSubstr("vantore-comp: output A can't be powered down"));
+}
+
 TEST_F(outputs, are_not_switched_to_the_state_that_they_have)
 {
     auto &made = plug("A", 800, 600);

@@ -399,7 +399,7 @@ TEST_F(x11_requests, urgency_marks_a_window_until_it_is_focused)
     EXPECT_FALSE(record(w).urgent);
 }
 
-TEST_F(x11_requests, urgency_of_a_window_that_is_not_mapped_marks_nothing)
+TEST_F(x11_requests, of_a_window_that_is_not_mapped_mark_and_announce_nothing)
 {
     x11_window &w = map_x11();
     vantore_toplevel &t = record(w);
@@ -407,8 +407,11 @@ TEST_F(x11_requests, urgency_of_a_window_that_is_not_mapped_marks_nothing)
     EVENTUALLY_EQ(find_record(w), nullptr);
     (void)heard();
     w.urgency(true);
+    w.wm_class("other");
     settle();
+    wl_signal_emit_mutable(&t.xwl->events.ping_timeout, nullptr);
     EXPECT_FALSE(t.urgent);
+    EXPECT_FALSE(t.unresponsive);
     EXPECT_THAT(heard(), IsEmpty());
 }
 
