@@ -100,7 +100,7 @@ struct input_marks : test::desktop {
         point_at(*pointer, 50, 20);
         pointer->press(BTN_LEFT);
         point_at(*pointer, 70, 20);
-        ASSERT_FALSE(server.mt_visible); // not far enough
+        ASSERT_FALSE(server.tiler.mt_visible); // not far enough
         sway();
         pointer->release(BTN_LEFT);
     }
@@ -110,7 +110,7 @@ struct input_marks : test::desktop {
         point_at(*pointer, 50, 20);
         pointer->press(BTN_LEFT);
         point_at(*pointer, 50, 120);
-        ASSERT_TRUE(server.mt_visible);
+        ASSERT_TRUE(server.tiler.mt_visible);
         sway();
         pointer->release(BTN_LEFT);
     }
@@ -118,7 +118,7 @@ struct input_marks : test::desktop {
     {
         point_at(*pointer, 317, 150);
         pointer->press(BTN_LEFT);
-        ASSERT_EQ(server.cursor_mode, VANTORE_CURSOR_RESIZE);
+        ASSERT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_RESIZE);
         sway();
         pointer->release(BTN_LEFT);
     }

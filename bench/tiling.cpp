@@ -4,12 +4,12 @@
 #include "support/desktop.hpp"
 
 #include "input/mouse_tiler.hpp"
+#include "layout.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/direction.hpp"
 #include "workspaces/focus.hpp"
 #include "workspaces/switch.hpp"
 #include "workspaces/tile_boxes.hpp"
-#include "workspaces/tile_mode.hpp"
 
 #include <chrono>
 #include <cstdio>

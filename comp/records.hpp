@@ -99,11 +99,12 @@ inline void move_to_back(wl_list &head, list_link &link)
 }
 
 // for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
-// The body may remove the current element from the list, and no other.
+// The body may remove the current element from the list, and no other. A const list gives its records as
+// well: who may change a record does not follow from who may change the list.
 template <auto Link> class each
 {
 public:
-    explicit each(wl_list &list) : head(&list) {}
+    explicit each(const wl_list &list) : head(const_cast<wl_list *>(&list)) {}
 
     struct iterator {
         wl_list *at, *next;

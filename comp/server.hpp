@@ -2,8 +2,13 @@
 #pragma once
 
 #include "fwd.hpp"
-#include "input/cursor_mode.hpp"
-#include "input/shake.hpp"
+#include "input/cursor_shown.hpp"
+#include "input/drag.hpp"
+#include "input/locating.hpp"
+#include "input/pointing.hpp"
+#include "input/tap.hpp"
+#include "input/tiler.hpp"
+#include "ipc/socket.hpp"
 #include "records.hpp"
 #include "timer.hpp"
 
@@ -42,8 +47,6 @@ struct vantore_server {
     listener xwayland_start, xwayland_lost, xwayland_ready, new_xwayland_surface;
     timer_source xwayland_revival;
     list_head toplevels; // vantore_toplevel.link, mapped windows, most recently raised first
-    // Whose title bar is under the pointer; cleared when it unmaps.
-    vantore_toplevel *hovered_toplevel = nullptr;
     list_head xwl_unmanaged; // vantore_unmanaged.link, newest first
     listener new_decoration;
     wlr_layer_shell_v1 *layer_shell = nullptr; // null when it could not be made
@@ -52,29 +55,10 @@ struct vantore_server {
 
     wlr_cursor *cursor = nullptr;
     wlr_xcursor_manager *xcursor_mgr = nullptr;
-    // What cursor_apply last applied; at first what no configuration can ask for.
-    std::array<char, 128> applied_theme{"\1"};
-    int applied_size = -1;
     listener cursor_motion, cursor_motion_absolute, cursor_button, cursor_axis, cursor_frame;
-    // Cursor position minus surface position at the last motion that a client heard of.
-    double ptr_grab_ox = 0, ptr_grab_oy = 0;
-    // Where focus by hovering was settled last.
-    double ffm_anchor_x = 0, ffm_anchor_y = 0;
-    // The last press on a title bar, for double clicks.
-    uint32_t last_tb_msec = 0;
-    uint32_t last_tb_id = 0; // of its window; 0 for none
-    // A window that is dragged: while cursor_mode is not VANTORE_CURSOR_PASSTHROUGH.
-    vantore_cursor_mode cursor_mode = VANTORE_CURSOR_PASSTHROUGH;
-    vantore_toplevel *grabbed_toplevel = nullptr; // cleared when it unmaps
-    double grab_x = 0, grab_y = 0; // cursor minus what is dragged: the window's position, or its border
-    double grab_start_x = 0, grab_start_y = 0; // cursor at the start of a move
-    wlr_box grab_geobox{}; // window geometry at the start of a resize, layout coordinates
-    uint32_t resize_edges = 0; // of wlr_edges
-    // The Mouse Tiler's display.
-    bool mt_visible = false;
-    int mt_zone = -1, mt_ws = -1; // the zone or the workspace tile under the pointer; -1 for none
-    wlr_output *mt_output = nullptr; // that it was drawn for; only compared
-    wlr_scene_buffer *mt_hud = nullptr; // null until it was shown once
+    vantore_pointing pointing;
+    vantore_drag drag;
+    vantore_tiler tiler;
     vantore_ime_relay *ime = nullptr; // null without text input
 
     wlr_seat *seat = nullptr;
@@ -97,35 +81,17 @@ struct vantore_server {
     bool shutting_down = false; // the event loop has ended: teardown must not rearrange
     uint32_t next_toplevel_id = 0; // the last id handed out
     int next_stack_id = 1;
-    bool mod_tapped = false; // the modifier went down alone; a tap is still possible
-    timer_source mod_hold_timer;
+    vantore_tap tap;
     event_source hangup; // reloads the configuration on SIGHUP
-    bool shortcuts_shown = false; // the modifier was held: the shell shows the shortcuts
 
-    // What the cursor shows: a name of the theme, or a client's surface, or nothing.
-    bool cur_cursor_named = false;
-    std::array<char, 48> cur_cursor_name{};
-    wlr_surface *cur_cursor_surface = nullptr;
-    int32_t cur_cursor_hx = 0, cur_cursor_hy = 0; // its hotspot
-    listener cur_cursor_surface_destroy;
-
-    // The pointer is shaken to be found: times of mono_ms.
-    std::array<wlr_xcursor_manager *, 10>
-        xcursor_steps{}; // by cursor_locate_step; null until they are needed
-    bool cursor_locate_on = false;
-    bool cursor_locate_shrinking = false;
-    int cursor_locate_step = 0; // 0 is the usual size
-    int64_t cursor_locate_t0 = 0, cursor_locate_shrink_t0 = 0, cursor_locate_hold_until = 0;
-    shake_history shake;
+    vantore_cursor_shown cursor_shown;
+    vantore_locating locating;
     timer_source anim_timer;
 
     wlr_idle_notifier_v1 *idle_notifier = nullptr;
     bool locked = false; // nothing but the lock screen may be seen or reached
     wlr_output *virtual_output = nullptr; // on the headless backend; null for none
-    int ipc_listen_fd = -1;
-    wl_event_source *ipc_listen_src = nullptr;
-    std::array<char, 108> ipc_path{}; // empty without a socket
-    list_head ipc_clients; // vnt_ipc_client.link
+    vantore_ipc ipc;
 
     wlr_scene_tree *lock_tree = nullptr;
     wlr_scene_tree *drag_icon_tree = nullptr;

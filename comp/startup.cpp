@@ -3,10 +3,9 @@
 
 #include "startup.hpp"
 
+#include "broadcast.hpp"
 #include "config/load.hpp"
-#include "config/reload.hpp"
 #include "config/settings_apply.hpp"
-#include "config/workspaces_file.hpp"
 #include "globals.hpp"
 #include "graphics.hpp"
 #include "input/buttons.hpp"
@@ -22,6 +21,7 @@
 #include "outputs/perf_mode.hpp"
 #include "outputs/power.hpp"
 #include "presentation/animation.hpp"
+#include "reload.hpp"
 #include "scene_graph.hpp"
 #include "server.hpp"
 #include "session/autostart.hpp"
@@ -198,6 +198,7 @@ static void destroy_cursor(vantore_server &server)
 // Outputs and input devices of the backend appear while it starts.
 static bool open_socket_and_start_backend(vantore_server &server)
 {
+    broadcast_listen(outputs_file_follow);
     const char *socket = wl_display_add_socket_auto(server.display);
     if (socket == nullptr) {
         wlr_log(WLR_ERROR, "vantore-comp: no socket");
@@ -208,7 +209,7 @@ static bool open_socket_and_start_backend(vantore_server &server)
         return false;
     }
     startup_reprobe_arm(server);
-    write_outputs_file(server);
+    outputs_file_follow(server, VNT_EVT_OUTPUTS);
     setenv("WAYLAND_DISPLAY", socket, 1);
     return true;
 }
@@ -240,7 +241,10 @@ static constexpr startup_step steps[]{
     {"headless backend", add_headless_backend},
     {"login session", watch_session},
     {"renderer", renderer_create},
-    {"render node", [](vantore_server &server) { return publish_render_node(server), true; }},
+    {"render node",
+     [](vantore_server &server) {
+         return publish_render_node(wlr_renderer_get_drm_fd(server.renderer)), true;
+     }},
     {"allocator", create_allocator},
     {"first globals",
      [](vantore_server &server) { return made(globals_create_first(server), "compositor global"); }},
@@ -316,6 +320,7 @@ void server_finish(vantore_server &server)
         pacing_drop_measurement(o);
     wlr_allocator_destroy(server.allocator);
     wlr_renderer_destroy(server.renderer);
+    broadcast_unlisten(outputs_file_follow);
     unlisten(server.new_output);
     unlisten(server.new_input);
     forget_session(server);
@@ -325,7 +330,7 @@ void server_finish(vantore_server &server)
     startup_reprobe_cancel();
     bg_frame_timer_drop();
     server.anim_timer.reset();
-    server.mod_hold_timer.reset();
+    server.tap.mod_hold_timer.reset();
     server.hangup.reset();
     memory_trim_reset();
     wl_display_destroy(server.display);

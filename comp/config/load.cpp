@@ -1,6 +1,5 @@
 #include "load.hpp"
 
-#include "../presentation/theme.hpp"
 #include "../server.hpp"
 #include "default_texts.hpp"
 #include "files.hpp"
@@ -8,6 +7,7 @@
 #include "rules.hpp"
 #include "settings_apply.hpp"
 #include "settings_files.hpp"
+#include "theme.hpp"
 #include "words.hpp"
 #include "workspaces_file.hpp"
 

@@ -2,7 +2,7 @@
 // carries it into a window.
 #pragma once
 
-#include "../windows/toplevel.hpp"
+#include "../place.hpp"
 
 #include <array>
 #include <string_view>

@@ -2,7 +2,7 @@
 // settings_table.cpp says which key fills which of them, their defaults and their limits.
 #pragma once
 
-#include "../workspaces/workspace.hpp"
+#include "../layout.hpp"
 
 #include <array>
 

@@ -1,8 +1,6 @@
 #include "workspaces_file.hpp"
 
-#include "../server.hpp"
 #include "../text.hpp"
-#include "../workspaces/tile_mode.hpp"
 #include "files.hpp"
 #include "settings.hpp"
 #include "words.hpp"
@@ -45,28 +43,5 @@ void config_parse_workspaces(const char *path)
         const long num = strtol(pair->key, nullptr, 10);
         if (num >= 1 && num < long(g_ws_cfg.size()))
             take_line(g_ws_cfg[size_t(num)], pair->value);
-    }
-}
-
-static void apply(const ws_cfg &cfg, vantore_workspace &ws)
-{
-    if (cfg.name[0] != '\0')
-        copy_text(ws.name, text_of(cfg.name));
-    ws.pref_output = cfg.output;
-    ws.layout = cfg.layout_set ? cfg.layout : g_default_layout;
-    ws.tile_mode = cfg.tile_mode;
-}
-
-void config_apply_workspaces(vantore_server &server)
-{
-    for (auto &ws : each<&vantore_workspace::link>(server.workspaces)) {
-        ws.master_ratio = g_default_master;
-        if (const ws_cfg &cfg = g_ws_cfg[size_t(ws.num)]; cfg.set) {
-            apply(cfg, ws);
-        } else {
-            // Name and output stay: a line that is gone renames nothing before the next session.
-            ws.layout = g_default_layout;
-            ws.tile_mode = TM_MASTER;
-        }
     }
 }

@@ -6,10 +6,10 @@
 
 #include "actions.hpp"
 
+#include "../broadcast.hpp"
 #include "../config/commands.hpp"
 #include "../config/keybinds.hpp"
-#include "../config/reload.hpp"
-#include "../ipc/broadcast.hpp"
+#include "../reload.hpp"
 #include "../server.hpp"
 #include "../spawn.hpp"
 #include "../windows/fullscreen.hpp"

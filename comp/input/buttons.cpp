@@ -73,13 +73,13 @@ static bool press_on_tab(vantore_server &server, const wlr_pointer_button_event 
 static void press_on_title(vantore_toplevel &t, uint32_t time_msec)
 {
     vantore_server &server = *t.server;
-    if (server.last_tb_id == t.id && time_msec - server.last_tb_msec < double_click_ms) {
+    if (server.pointing.last_tb_id == t.id && time_msec - server.pointing.last_tb_msec < double_click_ms) {
         toplevel_toggle_maximize(t);
-        server.last_tb_id = 0;
+        server.pointing.last_tb_id = 0;
         return;
     }
-    server.last_tb_msec = time_msec;
-    server.last_tb_id = t.id;
+    server.pointing.last_tb_msec = time_msec;
+    server.pointing.last_tb_id = t.id;
     begin_interactive(t, VANTORE_CURSOR_MOVE, 0);
 }
 

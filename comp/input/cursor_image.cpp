@@ -31,21 +31,22 @@ wlr_xcursor_manager *load_cursor_theme(vantore_server &server, uint32_t size)
 
 static void forget_surface(vantore_server &server)
 {
-    unlisten(server.cur_cursor_surface_destroy);
-    server.cur_cursor_surface = nullptr;
+    unlisten(server.cursor_shown.cur_cursor_surface_destroy);
+    server.cursor_shown.cur_cursor_surface = nullptr;
 }
 
 void set_named_cursor(vantore_server &server, const char *name)
 {
     forget_surface(server);
-    server.cur_cursor_named = true;
-    copy_text(server.cur_cursor_name, name);
-    wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server), server.cur_cursor_name.data());
+    server.cursor_shown.cur_cursor_named = true;
+    copy_text(server.cursor_shown.cur_cursor_name, name);
+    wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server),
+                           server.cursor_shown.cur_cursor_name.data());
 }
 
 void show_named_cursor(vantore_server &server, const char *name)
 {
-    if (!server.cur_cursor_named || !text_equals(server.cur_cursor_name, name))
+    if (!server.cursor_shown.cur_cursor_named || !text_equals(server.cursor_shown.cur_cursor_name, name))
         set_named_cursor(server, name);
 }
 
@@ -62,24 +63,25 @@ const char *resize_cursor_name(uint32_t edges)
 // The library can't scale a client's surface.
 static void show_surface(vantore_server &server)
 {
-    if (server.cursor_locate_step > 0)
+    if (server.locating.cursor_locate_step > 0)
         wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server), "default");
     else
-        wlr_cursor_set_surface(server.cursor, server.cur_cursor_surface, server.cur_cursor_hx,
-                               server.cur_cursor_hy);
+        wlr_cursor_set_surface(server.cursor, server.cursor_shown.cur_cursor_surface,
+                               server.cursor_shown.cur_cursor_hx, server.cursor_shown.cur_cursor_hy);
 }
 
 void cursor_reassert(vantore_server &server)
 {
-    if (server.cur_cursor_named)
-        wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server), server.cur_cursor_name.data());
+    if (server.cursor_shown.cur_cursor_named)
+        wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server),
+                               server.cursor_shown.cur_cursor_name.data());
     else
         show_surface(server);
 }
 
-static void cursor_cache_surface_destroy(vantore_server &server)
+static void cursor_cache_surface_destroy(vantore_cursor_shown &shown)
 {
-    set_named_cursor(server, "default");
+    set_named_cursor(*owner_of<&vantore_server::cursor_shown>(&shown), "default");
 }
 
 // A null surface hides the cursor. The hotspot is in surface coordinates.
@@ -87,13 +89,13 @@ static void set_surface_cursor(vantore_server &server, wlr_surface *surface, int
                                int32_t hotspot_y)
 {
     forget_surface(server);
-    server.cur_cursor_named = false;
-    server.cur_cursor_surface = surface;
-    server.cur_cursor_hx = hotspot_x;
-    server.cur_cursor_hy = hotspot_y;
+    server.cursor_shown.cur_cursor_named = false;
+    server.cursor_shown.cur_cursor_surface = surface;
+    server.cursor_shown.cur_cursor_hx = hotspot_x;
+    server.cursor_shown.cur_cursor_hy = hotspot_y;
     if (surface != nullptr)
-        listen<&vantore_server::cur_cursor_surface_destroy, cursor_cache_surface_destroy>(
-            server, surface->events.destroy);
+        listen<&vantore_cursor_shown::cur_cursor_surface_destroy, cursor_cache_surface_destroy>(
+            server.cursor_shown, surface->events.destroy);
     show_surface(server);
 }
 
@@ -134,9 +136,10 @@ void cursor_apply(vantore_server &server)
 {
     const uint32_t size = cursor_size_for(g_cursor_size);
     const std::string_view theme = text_of(g_cursor_theme);
-    if (int(size) == server.applied_size && text_equals(server.applied_theme, theme))
+    if (int(size) == server.cursor_shown.applied_size &&
+        text_equals(server.cursor_shown.applied_theme, theme))
         return;
-    server.applied_size = int(size);
-    copy_text(server.applied_theme, theme);
+    server.cursor_shown.applied_size = int(size);
+    copy_text(server.cursor_shown.applied_theme, theme);
     replace_theme(server, size);
 }

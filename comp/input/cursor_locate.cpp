@@ -17,7 +17,7 @@ static constexpr int last_step = 9;
 
 wlr_xcursor_manager *cursor_locate_mgr(const vantore_server &server)
 {
-    wlr_xcursor_manager *step = server.xcursor_steps[size_t(server.cursor_locate_step)];
+    wlr_xcursor_manager *step = server.locating.xcursor_steps[size_t(server.locating.cursor_locate_step)];
     return step != nullptr ? step : server.xcursor_mgr;
 }
 
@@ -30,19 +30,19 @@ static uint32_t size_of_step(int step)
 // A size that can't be loaded is shown as the usual one.
 static void cursor_locate_ensure_steps(vantore_server &server)
 {
-    if (server.xcursor_steps[last_step] != nullptr)
+    if (server.locating.xcursor_steps[last_step] != nullptr)
         return;
     for (int i = 1; i <= last_step; i++)
-        if (wlr_xcursor_manager *&manager = server.xcursor_steps[size_t(i)]; manager == nullptr)
+        if (wlr_xcursor_manager *&manager = server.locating.xcursor_steps[size_t(i)]; manager == nullptr)
             manager = load_cursor_theme(server, size_of_step(i));
-    if (server.cursor_locate_step > 0)
+    if (server.locating.cursor_locate_step > 0)
         cursor_reassert(server); // they were dropped while the cursor was large
 }
 
 void cursor_locate_drop_steps(vantore_server &server)
 {
-    const auto dropped = std::exchange(server.xcursor_steps, {});
-    if (server.cursor_locate_step > 0)
+    const auto dropped = std::exchange(server.locating.xcursor_steps, {});
+    if (server.locating.cursor_locate_step > 0)
         cursor_reassert(server); // the cursor holds one of them
     for (wlr_xcursor_manager *manager : dropped)
         if (manager != nullptr)
@@ -53,11 +53,11 @@ void cursor_locate_drop_steps(vantore_server &server)
 static void cursor_locate_trigger(vantore_server &server)
 {
     const int64_t now = mono_ms();
-    server.cursor_locate_shrinking = false;
-    server.cursor_locate_hold_until = now + hold_ms;
-    if (!server.cursor_locate_on) {
-        server.cursor_locate_on = true;
-        server.cursor_locate_t0 = now;
+    server.locating.cursor_locate_shrinking = false;
+    server.locating.cursor_locate_hold_until = now + hold_ms;
+    if (!server.locating.cursor_locate_on) {
+        server.locating.cursor_locate_on = true;
+        server.locating.cursor_locate_t0 = now;
     }
     anim_kick(server);
 }
@@ -67,10 +67,10 @@ void cursor_shake_feed(vantore_server &server)
     if (!g_cursor_shake_magnify || pointer_is_constrained(server))
         return;
     if (server.seat->pointer_state.button_count > 0) {
-        server.shake.shake_n = 0; // a drag is no shake
+        server.locating.shake.shake_n = 0; // a drag is no shake
         return;
     }
-    if (!shake_feed(server.shake, server.cursor->x, server.cursor->y, mono_ms()))
+    if (!shake_feed(server.locating.shake, server.cursor->x, server.cursor->y, mono_ms()))
         return;
     cursor_locate_ensure_steps(server);
     cursor_locate_trigger(server);
@@ -91,29 +91,29 @@ static double growth_left(double elapsed_ms)
 
 static double grow(vantore_server &server, int64_t now)
 {
-    const auto elapsed = double(now - server.cursor_locate_t0);
-    if (elapsed >= grow_ms && now >= server.cursor_locate_hold_until) {
-        server.cursor_locate_shrinking = true;
-        server.cursor_locate_shrink_t0 = now;
+    const auto elapsed = double(now - server.locating.cursor_locate_t0);
+    if (elapsed >= grow_ms && now >= server.locating.cursor_locate_hold_until) {
+        server.locating.cursor_locate_shrinking = true;
+        server.locating.cursor_locate_shrink_t0 = now;
     }
     return growth(elapsed);
 }
 
 static double shrink(vantore_server &server, int64_t now)
 {
-    const auto elapsed = double(now - server.cursor_locate_shrink_t0);
+    const auto elapsed = double(now - server.locating.cursor_locate_shrink_t0);
     if (elapsed >= shrink_ms)
-        server.cursor_locate_on = server.cursor_locate_shrinking = false;
+        server.locating.cursor_locate_on = server.locating.cursor_locate_shrinking = false;
     return growth_left(elapsed);
 }
 
 bool cursor_locate_anim(vantore_server &server, int64_t now)
 {
-    const double e = server.cursor_locate_shrinking ? shrink(server, now) : grow(server, now);
+    const double e = server.locating.cursor_locate_shrinking ? shrink(server, now) : grow(server, now);
     const int step = std::clamp(int(std::lround(e * last_step)), 0, last_step);
-    if (step != server.cursor_locate_step) {
-        server.cursor_locate_step = step;
+    if (step != server.locating.cursor_locate_step) {
+        server.locating.cursor_locate_step = step;
         cursor_reassert(server);
     }
-    return server.cursor_locate_on;
+    return server.locating.cursor_locate_on;
 }

@@ -1,6 +1,7 @@
 #include "devices.hpp"
 
 #include "../config/settings.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../text.hpp"

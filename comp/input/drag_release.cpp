@@ -1,10 +1,10 @@
 #include "drag_release.hpp"
 
+#include "../broadcast.hpp"
 #include "../config/settings.hpp"
-#include "../ipc/broadcast.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
-#include "../windows/layer.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/arrange.hpp"
@@ -29,8 +29,8 @@ struct ended_drag {
 
 static bool has_moved(const vantore_server &server)
 {
-    const double dx = server.cursor->x - server.grab_start_x;
-    const double dy = server.cursor->y - server.grab_start_y;
+    const double dx = server.cursor->x - server.drag.grab_start_x;
+    const double dy = server.cursor->y - server.drag.grab_start_y;
     return dx * dx + dy * dy > moved_distance_squared;
 }
 
@@ -139,11 +139,11 @@ static void drop(const ended_drag &drag)
 void finish_drag(vantore_server &server)
 {
     const ended_drag drag{
-        .t = server.grabbed_toplevel,
-        .was_move = server.cursor_mode == VANTORE_CURSOR_MOVE,
-        .tiler_was_up = server.mt_visible,
-        .zone = server.mt_zone,
-        .workspace_tile = server.mt_ws,
+        .t = server.drag.grabbed_toplevel,
+        .was_move = server.drag.cursor_mode == VANTORE_CURSOR_MOVE,
+        .tiler_was_up = server.tiler.mt_visible,
+        .zone = server.tiler.mt_zone,
+        .workspace_tile = server.tiler.mt_ws,
         .moved = has_moved(server),
     };
     reset_cursor_mode(server);

@@ -7,30 +7,6 @@
 #include <algorithm>
 #include <cmath>
 
-// In a narrow window the bar's buttons reach beyond its left edge.
-static void add_bar(vantore_reach &reach, int width)
-{
-    reach.left = std::min({reach.left, 0, width - dec_reach_left});
-    reach.top = std::min(reach.top, -titlebar_height);
-    reach.right = std::max(reach.right, width);
-    reach.bottom = std::max(reach.bottom, 0);
-}
-
-void note_reach(vantore_toplevel &t)
-{
-    t.reach = {};
-    if (t.tabbar->node.enabled) // how wide tabs are only the scene knows
-        return;
-    t.reach = tl_reach(t);
-    if (t.ssd)
-        add_bar(t.reach, std::max(t.titlebar->width, tl_shown_width(t)));
-}
-
-void forget_reach(vantore_toplevel &t)
-{
-    t.reach = {};
-}
-
 static bool may_hold(const vantore_reach &reach, int64_t x, int64_t y)
 {
     return x >= reach.left && x < reach.right && y >= reach.top && y < reach.bottom;
@@ -55,7 +31,7 @@ static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree
         wlr_scene_node *child = wl_container_of(link, child, link);
         if (!child->enabled)
             continue;
-        const auto *t = static_cast<const vantore_toplevel *>(child->data);
+        const vantore_toplevel *t = toplevel_of(*child);
         if (t != nullptr ? !may_hold(t->reach, int64_t{x} - child->x, int64_t{y} - child->y)
                          : is_empty_tree(*child))
             continue;
@@ -77,7 +53,6 @@ static int pixel_at(double coordinate)
     return int(std::clamp(std::floor(coordinate), -farthest, farthest));
 }
 
-// Only windows have data here: what else hangs under the root and under a workspace has none.
 wlr_scene_node *scene_node_at(const vantore_server &server, double lx, double ly, double *nx, double *ny)
 {
     const lookup at{.server = server, .lx = lx, .ly = ly, .nx = nx, .ny = ny};
@@ -133,7 +108,7 @@ static vantore_toplevel *owner_above(const wlr_scene_node &node)
     const wlr_scene_tree *tree = node.parent;
     while (tree != nullptr && tree->node.data == nullptr)
         tree = tree->node.parent;
-    return tree != nullptr ? static_cast<vantore_toplevel *>(tree->node.data) : nullptr;
+    return tree != nullptr ? toplevel_of(tree->node) : nullptr;
 }
 
 static wlr_scene_node *node_below_drag_icon(const vantore_server &server, double lx, double ly,
@@ -168,17 +143,15 @@ vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, 
                                        vantore_dec_region &region)
 {
     region = DEC_NONE;
-    const wl_list &windows = server.toplevels;
-    for (const wl_list *link = windows.next; link != &windows; link = link->next) {
-        auto *t = owner_of<&vantore_toplevel::link>(const_cast<wl_list *>(link));
-        const wlr_scene_node &node = t->scene_tree->node;
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+        const wlr_scene_node &node = t.scene_tree->node;
         const double rx = lx - node.x, ry = ly - node.y;
-        if (!covers_in_front(*t, rx, ry) || !tl_on_screen(*t))
+        if (!covers_in_front(t, rx, ry) || !tl_on_screen(t))
             continue;
         if (ry >= 0)
             return nullptr;
-        region = dec_region_at(tl_get_geometry(*t).width, rx, ry);
-        return t;
+        region = dec_region_at(tl_get_geometry(t).width, rx, ry);
+        return &t;
     }
     return nullptr;
 }

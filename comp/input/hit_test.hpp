@@ -15,12 +15,6 @@ struct surface_hit {
 // without walking the inside of windows that the point can't touch. nx and ny are relative to the node.
 wlr_scene_node *scene_node_at(const vantore_server &server, double lx, double ly, double *nx, double *ny);
 
-// What of the window takes input has changed: its surface, its bar, its tabs. A popup or subsurface that it
-// has by then may reach anywhere.
-void note_reach(vantore_toplevel &t);
-// Until the next note_reach all of it may.
-void forget_reach(vantore_toplevel &t);
-
 // The client surface at the point, whoever it belongs to.
 surface_hit surface_at(const vantore_server &server, double lx, double ly);
 

@@ -1,9 +1,9 @@
 #include "interactive.hpp"
 
 #include "../config/settings.hpp"
+#include "../outputs/lookup.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
-#include "../windows/layer.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/stacks.hpp"
@@ -72,10 +72,10 @@ static void begin_move(vantore_toplevel &t)
     if ((t.snapped || t.maximized) && !t.fullscreen)
         unsnap(t);
     const wlr_scene_node &node = t.scene_tree->node;
-    server.grab_start_x = server.cursor->x;
-    server.grab_start_y = server.cursor->y;
-    server.grab_x = server.cursor->x - node.x;
-    server.grab_y = server.cursor->y - node.y;
+    server.drag.grab_start_x = server.cursor->x;
+    server.drag.grab_start_y = server.cursor->y;
+    server.drag.grab_x = server.cursor->x - node.x;
+    server.drag.grab_y = server.cursor->y - node.y;
     if (t.fullscreen || t.overlay_lift)
         return;
     wlr_scene_node_reparent(&t.scene_tree->node, server.toplevel_tree);
@@ -97,27 +97,27 @@ static void begin_resize(vantore_toplevel &t, uint32_t edges)
     const wlr_box box = offset_box(t);
     const int border_x = (edges & WLR_EDGE_RIGHT) != 0 ? box.x + box.width : box.x;
     const int border_y = (edges & WLR_EDGE_BOTTOM) != 0 ? box.y + box.height : box.y;
-    server.grab_x = server.cursor->x - border_x;
-    server.grab_y = server.cursor->y - border_y;
-    server.grab_geobox = box;
-    server.resize_edges = edges;
+    server.drag.grab_x = server.cursor->x - border_x;
+    server.drag.grab_y = server.cursor->y - border_y;
+    server.drag.grab_geobox = box;
+    server.drag.resize_edges = edges;
 }
 
 // A client may ask for a drag while another window is dragged. The new one stays on top.
 static void let_go_of_other(vantore_toplevel &t)
 {
     vantore_server &server = *t.server;
-    if (server.cursor_mode != VANTORE_CURSOR_MOVE || server.grabbed_toplevel == nullptr)
+    if (server.drag.cursor_mode != VANTORE_CURSOR_MOVE || server.drag.grabbed_toplevel == nullptr)
         return;
-    restore_toplevel_parent(*server.grabbed_toplevel);
+    restore_toplevel_parent(*server.drag.grabbed_toplevel);
     wlr_scene_node_raise_to_top(&t.scene_tree->node);
 }
 
 void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t edges)
 {
     let_go_of_other(t);
-    t.server->grabbed_toplevel = &t;
-    t.server->cursor_mode = mode;
+    t.server->drag.grabbed_toplevel = &t;
+    t.server->drag.cursor_mode = mode;
     if (mode == VANTORE_CURSOR_MOVE)
         begin_move(t);
     else
@@ -126,8 +126,8 @@ void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t e
 
 void reset_cursor_mode(vantore_server &server)
 {
-    server.cursor_mode = VANTORE_CURSOR_PASSTHROUGH;
-    server.grabbed_toplevel = nullptr;
+    server.drag.cursor_mode = VANTORE_CURSOR_PASSTHROUGH;
+    server.drag.grabbed_toplevel = nullptr;
     mt_hide(server);
     wlr_scene_node_set_enabled(&server.drag_hint->node, false);
     wlr_scene_node_set_enabled(&server.snap_preview->node, false);
@@ -153,11 +153,11 @@ static void preview_edge_snap(vantore_server &server, const vantore_toplevel &t)
 
 static void raise_tiler(vantore_server &server)
 {
-    const double dx = server.cursor->x - server.grab_start_x;
-    const double dy = server.cursor->y - server.grab_start_y;
-    if (!server.mt_visible && dx * dx + dy * dy <= tiler_distance_squared)
+    const double dx = server.cursor->x - server.drag.grab_start_x;
+    const double dy = server.cursor->y - server.drag.grab_start_y;
+    if (!server.tiler.mt_visible && dx * dx + dy * dy <= tiler_distance_squared)
         return;
-    if (!server.mt_visible)
+    if (!server.tiler.mt_visible)
         mt_show(server);
     mt_update(server);
 }
@@ -175,10 +175,10 @@ static void hint_at_drop(vantore_server &server, const vantore_toplevel &t)
 
 void process_cursor_move(vantore_server &server)
 {
-    vantore_toplevel *t = server.grabbed_toplevel;
+    vantore_toplevel *t = server.drag.grabbed_toplevel;
     if (t == nullptr)
         return;
-    tl_move(*t, int(server.cursor->x - server.grab_x), int(server.cursor->y - server.grab_y));
+    tl_move(*t, int(server.cursor->x - server.drag.grab_x), int(server.cursor->y - server.drag.grab_y));
     if (!g_tiler)
         preview_edge_snap(server, *t);
     else if (!t->fullscreen && !toplevel_is_tiled(*t))
@@ -188,13 +188,13 @@ void process_cursor_move(vantore_server &server)
 
 void process_cursor_resize(vantore_server &server)
 {
-    vantore_toplevel *t = server.grabbed_toplevel;
+    vantore_toplevel *t = server.drag.grabbed_toplevel;
     if (t == nullptr)
         return;
     const wlr_box least = tl_least_size(*t);
-    const wlr_box box = resized(server.grab_geobox, server.resize_edges, server.cursor->x - server.grab_x,
-                                server.cursor->y - server.grab_y, std::max(least_width, least.width),
-                                std::max(least_height, least.height));
+    const wlr_box box = resized(server.drag.grab_geobox, server.drag.resize_edges,
+                                server.cursor->x - server.drag.grab_x, server.cursor->y - server.drag.grab_y,
+                                std::max(least_width, least.width), std::max(least_height, least.height));
     const wlr_box geometry = tl_get_geometry(*t);
     wlr_scene_node_set_position(&t->scene_tree->node, box.x - geometry.x, box.y - geometry.y);
     tl_set_size(*t, box.width, box.height);
@@ -229,14 +229,14 @@ void snap_window(vantore_toplevel &t, const wlr_box &box)
 void hold_resize_anchor(vantore_toplevel &t)
 {
     const vantore_server &server = *t.server;
-    if (&t != server.grabbed_toplevel || server.cursor_mode != VANTORE_CURSOR_RESIZE)
+    if (&t != server.drag.grabbed_toplevel || server.drag.cursor_mode != VANTORE_CURSOR_RESIZE)
         return;
-    const wlr_box &start = server.grab_geobox;
+    const wlr_box &start = server.drag.grab_geobox;
     const wlr_box geometry = tl_get_geometry(t);
     int x = t.scene_tree->node.x, y = t.scene_tree->node.y;
-    if ((server.resize_edges & WLR_EDGE_LEFT) != 0)
+    if ((server.drag.resize_edges & WLR_EDGE_LEFT) != 0)
         x = start.x + start.width - geometry.x - geometry.width;
-    if ((server.resize_edges & WLR_EDGE_TOP) != 0)
+    if ((server.drag.resize_edges & WLR_EDGE_TOP) != 0)
         y = start.y + start.height - geometry.y - geometry.height;
     wlr_scene_node_set_position(&t.scene_tree->node, x, y);
 }

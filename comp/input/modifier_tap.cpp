@@ -1,6 +1,6 @@
 #include "modifier_tap.hpp"
 
-#include "../ipc/broadcast.hpp"
+#include "../broadcast.hpp"
 #include "../server.hpp"
 #include "../windows/fullscreen.hpp"
 
@@ -21,37 +21,37 @@ static bool is_wm_mod_key(const vantore_server &server, xkb_keysym_t sym)
 static int mod_hold_fired(void *data)
 {
     auto &server = *static_cast<vantore_server *>(data);
-    if (!server.mod_tapped || server.locked)
+    if (!server.tap.mod_tapped || server.locked)
         return 0;
-    server.shortcuts_shown = true;
+    server.tap.shortcuts_shown = true;
     ipc_broadcast(server, VNT_EVT_SHORTCUTS);
     return 0;
 }
 
 void modifier_tap_start(vantore_server &server)
 {
-    server.mod_hold_timer = timer_create(server.display, mod_hold_fired, &server);
+    server.tap.mod_hold_timer = timer_create(server.display, mod_hold_fired, &server);
 }
 
 static void disarm(vantore_server &server)
 {
-    server.mod_tapped = false;
-    timer_arm(server.mod_hold_timer, 0);
+    server.tap.mod_tapped = false;
+    timer_arm(server.tap.mod_hold_timer, 0);
 }
 
 static void hide_shortcuts(vantore_server &server)
 {
-    if (!server.shortcuts_shown)
+    if (!server.tap.shortcuts_shown)
         return;
-    server.shortcuts_shown = false;
+    server.tap.shortcuts_shown = false;
     ipc_broadcast(server, VNT_EVT_SHORTCUTS);
 }
 
 void modifier_tap_press(vantore_server &server, xkb_keysym_t sym)
 {
     if (is_wm_mod_key(server, sym) && !focused_is_fullscreen(server)) {
-        server.mod_tapped = true;
-        timer_arm(server.mod_hold_timer, hold_ms);
+        server.tap.mod_tapped = true;
+        timer_arm(server.tap.mod_hold_timer, hold_ms);
         return;
     }
     disarm(server);
@@ -60,10 +60,10 @@ void modifier_tap_press(vantore_server &server, xkb_keysym_t sym)
 
 void modifier_tap_release(vantore_server &server, xkb_keysym_t sym)
 {
-    if (!is_wm_mod_key(server, sym) || !server.mod_tapped)
+    if (!is_wm_mod_key(server, sym) || !server.tap.mod_tapped)
         return;
     disarm(server);
-    if (server.shortcuts_shown)
+    if (server.tap.shortcuts_shown)
         hide_shortcuts(server);
     else if (!focused_is_fullscreen(server))
         ipc_broadcast(server, VNT_EVT_LAUNCHER);

@@ -1,9 +1,9 @@
 #include "mouse_tiler.hpp"
 
 #include "../config/settings.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
-#include "../windows/layer.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/arrange.hpp"
@@ -42,37 +42,38 @@ static std::vector<mt_window_sketch> sketches(vantore_server &server, const wlr_
 
 static void mt_draw(vantore_server &server)
 {
-    if (server.mt_hud == nullptr)
-        server.mt_hud = wlr_scene_buffer_create(server.layers[overlay_layer], nullptr);
-    if (server.mt_hud == nullptr)
+    if (server.tiler.mt_hud == nullptr)
+        server.tiler.mt_hud = wlr_scene_buffer_create(server.layers[overlay_layer], nullptr);
+    if (server.tiler.mt_hud == nullptr)
         return;
     const wlr_box usable = usable_at_cursor(server);
     const wlr_box hud = mt_hud_box(usable, g_tiler_top);
-    scene_buffer_set_cairo(server.mt_hud, mt_render({
-                                              .pick{.zone = server.mt_zone, .workspace = server.mt_ws},
-                                              .current_tile = current_tile(server),
-                                              .windows = sketches(server, usable),
-                                          }));
-    wlr_scene_node_set_position(&server.mt_hud->node, hud.x, hud.y);
-    wlr_scene_node_raise_to_top(&server.mt_hud->node);
-    wlr_scene_node_set_enabled(&server.mt_hud->node, true);
-    server.mt_output = output_under_cursor(server);
+    scene_buffer_set_cairo(server.tiler.mt_hud,
+                           mt_render({
+                               .pick{.zone = server.tiler.mt_zone, .workspace = server.tiler.mt_ws},
+                               .current_tile = current_tile(server),
+                               .windows = sketches(server, usable),
+                           }));
+    wlr_scene_node_set_position(&server.tiler.mt_hud->node, hud.x, hud.y);
+    wlr_scene_node_raise_to_top(&server.tiler.mt_hud->node);
+    wlr_scene_node_set_enabled(&server.tiler.mt_hud->node, true);
+    server.tiler.mt_output = output_under_cursor(server);
 }
 
 void mt_show(vantore_server &server)
 {
-    server.mt_visible = true;
-    server.mt_zone = server.mt_ws = -1;
+    server.tiler.mt_visible = true;
+    server.tiler.mt_zone = server.tiler.mt_ws = -1;
     mt_draw(server);
 }
 
 void mt_hide(vantore_server &server)
 {
-    server.mt_visible = false;
-    server.mt_zone = server.mt_ws = -1;
-    server.mt_output = nullptr;
-    if (server.mt_hud != nullptr)
-        wlr_scene_node_set_enabled(&server.mt_hud->node, false);
+    server.tiler.mt_visible = false;
+    server.tiler.mt_zone = server.tiler.mt_ws = -1;
+    server.tiler.mt_output = nullptr;
+    if (server.tiler.mt_hud != nullptr)
+        wlr_scene_node_set_enabled(&server.tiler.mt_hud->node, false);
 }
 
 static wlr_box landing_box(const mt_zone_def &zone, const wlr_box &usable)
@@ -82,9 +83,9 @@ static wlr_box landing_box(const mt_zone_def &zone, const wlr_box &usable)
 
 static void preview_zone(vantore_server &server)
 {
-    if (server.mt_zone < 0)
+    if (server.tiler.mt_zone < 0)
         return wlr_scene_node_set_enabled(&server.snap_preview->node, false);
-    const wlr_box box = landing_box(MT_ZONES[size_t(server.mt_zone)], usable_at_cursor(server));
+    const wlr_box box = landing_box(MT_ZONES[size_t(server.tiler.mt_zone)], usable_at_cursor(server));
     wlr_scene_node_set_position(&server.snap_preview->node, box.x, box.y);
     wlr_scene_rect_set_size(server.snap_preview, box.width, box.height);
     wlr_scene_node_set_enabled(&server.snap_preview->node, true);
@@ -92,16 +93,16 @@ static void preview_zone(vantore_server &server)
 
 void mt_update(vantore_server &server)
 {
-    if (server.mt_hud == nullptr)
+    if (server.tiler.mt_hud == nullptr)
         return;
     const wlr_output *o = output_under_cursor(server);
-    if (o != nullptr && o != server.mt_output)
+    if (o != nullptr && o != server.tiler.mt_output)
         mt_show(server);
-    const wlr_scene_node &node = server.mt_hud->node;
+    const wlr_scene_node &node = server.tiler.mt_hud->node;
     const mt_pick pick = mt_pick_at({.x = node.x, .y = node.y}, server.cursor->x, server.cursor->y);
-    if (pick != mt_pick{.zone = server.mt_zone, .workspace = server.mt_ws}) {
-        server.mt_zone = pick.zone;
-        server.mt_ws = pick.workspace;
+    if (pick != mt_pick{.zone = server.tiler.mt_zone, .workspace = server.tiler.mt_ws}) {
+        server.tiler.mt_zone = pick.zone;
+        server.tiler.mt_ws = pick.workspace;
         mt_draw(server);
     }
     preview_zone(server);

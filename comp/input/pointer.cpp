@@ -57,8 +57,8 @@ void server_cursor_motion_absolute(vantore_server &server, wlr_pointer_motion_ab
 // The offset lets a press be followed beyond the surface's edges.
 static void deliver(vantore_server &server, uint32_t time_msec, const surface_hit &hit)
 {
-    server.ptr_grab_ox = server.cursor->x - hit.sx;
-    server.ptr_grab_oy = server.cursor->y - hit.sy;
+    server.pointing.ptr_grab_ox = server.cursor->x - hit.sx;
+    server.pointing.ptr_grab_oy = server.cursor->y - hit.sy;
     wlr_seat_pointer_notify_motion(server.seat, time_msec, hit.sx, hit.sy);
 }
 
@@ -89,8 +89,8 @@ static void process_grabbed_motion(vantore_server &server, uint32_t time_msec, c
 {
     if (hit.surface == server.seat->pointer_state.focused_surface)
         return deliver(server, time_msec, hit);
-    wlr_seat_pointer_notify_motion(server.seat, time_msec, server.cursor->x - server.ptr_grab_ox,
-                                   server.cursor->y - server.ptr_grab_oy);
+    wlr_seat_pointer_notify_motion(server.seat, time_msec, server.cursor->x - server.pointing.ptr_grab_ox,
+                                   server.cursor->y - server.pointing.ptr_grab_oy);
 }
 
 // A launcher or a menu keeps the keyboard.
@@ -101,14 +101,15 @@ static bool keeps_keyboard(wlr_surface *surface)
 
 static bool has_left_anchor(const vantore_server &server)
 {
-    const double dx = server.cursor->x - server.ffm_anchor_x, dy = server.cursor->y - server.ffm_anchor_y;
+    const double dx = server.cursor->x - server.pointing.ffm_anchor_x,
+                 dy = server.cursor->y - server.pointing.ffm_anchor_y;
     return dx * dx + dy * dy >= ffm_distance_squared;
 }
 
 static void move_anchor(vantore_server &server)
 {
-    server.ffm_anchor_x = server.cursor->x;
-    server.ffm_anchor_y = server.cursor->y;
+    server.pointing.ffm_anchor_x = server.cursor->x;
+    server.pointing.ffm_anchor_y = server.cursor->y;
 }
 
 // The anchor keeps a pointer at rest from taking the focus when windows move under it.
@@ -153,7 +154,7 @@ static bool enter_resize_border(vantore_server &server, const vantore_toplevel &
 
 void pointer_leaves_decorations(vantore_server &server)
 {
-    if (vantore_toplevel *t = std::exchange(server.hovered_toplevel, nullptr))
+    if (vantore_toplevel *t = std::exchange(server.pointing.hovered_toplevel, nullptr))
         dec_hover_set(*t, DEC_NONE);
 }
 
@@ -163,9 +164,9 @@ static void hover_decorations(vantore_server &server, const surface_hit &hit)
     vantore_toplevel *hovered =
         hides_frames(hit.surface) ? nullptr
                                   : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
-    if (hovered != server.hovered_toplevel)
+    if (hovered != server.pointing.hovered_toplevel)
         pointer_leaves_decorations(server);
-    server.hovered_toplevel = hovered;
+    server.pointing.hovered_toplevel = hovered;
     if (hovered != nullptr)
         dec_hover_set(*hovered, region);
 }
@@ -174,12 +175,9 @@ static void hover_decorations(vantore_server &server, const surface_hit &hit)
 bool overlay_lift_active(const vantore_server &server)
 {
     const wl_list &overlays = server.layers[ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY]->children;
-    for (const wl_list *link = overlays.next; link != &overlays; link = link->next) {
-        const wlr_scene_node *node = wl_container_of(link, node, link);
-        const auto *t = static_cast<const vantore_toplevel *>(node->data);
-        if (t != nullptr && tl_mapped(*t))
+    for (const wlr_scene_node &node : each<&wlr_scene_node::link>(overlays))
+        if (const vantore_toplevel *t = toplevel_of(node); t != nullptr && tl_mapped(*t))
             return true;
-    }
     return false;
 }
 
@@ -213,7 +211,7 @@ void process_cursor_motion(vantore_server &server, uint32_t time_msec)
     drag_icon_follow_cursor(server);
     if (server.locked)
         return process_locked_motion(server, time_msec);
-    switch (server.cursor_mode) {
+    switch (server.drag.cursor_mode) {
     case VANTORE_CURSOR_MOVE:
         return process_cursor_move(server);
     case VANTORE_CURSOR_RESIZE:

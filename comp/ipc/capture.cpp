@@ -1,10 +1,10 @@
 #include "capture.hpp"
 
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
 #include "../windows/toplevel.hpp"
-#include "../workspaces/workspace.hpp"
 #include "memory_file.hpp"
 #include "render_output.hpp"
 #include "request_text.hpp"

@@ -8,7 +8,7 @@
 #include <cstdlib>
 
 struct vnt_ipc_client {
-    list_link link; // server->ipc_clients
+    list_link link; // server->ipc.ipc_clients
     vantore_server *server = nullptr;
     int fd = -1;
     event_source src; // fd is readable

@@ -1,14 +1,15 @@
 #include "command.hpp"
 
+#include "../broadcast.hpp"
+#include "../layout.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../outputs/power.hpp"
 #include "../outputs/virtual.hpp"
 #include "../server.hpp"
 #include "../workspaces/layout.hpp"
 #include "../workspaces/switch.hpp"
-#include "../workspaces/tile_mode.hpp"
 #include "../workspaces/transfer.hpp"
-#include "broadcast.hpp"
 #include "diagnostics.hpp"
 #include "request_text.hpp"
 #include "seat_commands.hpp"
@@ -95,7 +96,7 @@ static void open_launcher(vantore_server &server, ipc_words &)
 
 static void toggle_shortcuts(vantore_server &server, ipc_words &)
 {
-    server.shortcuts_shown = !server.shortcuts_shown;
+    server.tap.shortcuts_shown = !server.tap.shortcuts_shown;
     ipc_broadcast(server, VNT_EVT_SHORTCUTS);
 }
 

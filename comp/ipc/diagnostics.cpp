@@ -1,6 +1,5 @@
 #include "diagnostics.hpp"
 
-#include "../outputs/output.hpp"
 #include "../platform.hpp"
 #include "../server.hpp"
 #include "../strbuf.hpp"

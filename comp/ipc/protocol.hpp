@@ -1,6 +1,8 @@
 // The codes of the IPC socket, for the compositor and for programs that talk to it.
 #pragma once
 
+#include "../events.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -25,17 +27,3 @@ enum vnt_ipc_msg : uint32_t {
 
 // An event's frame has no payload; its type is the event's code with this bit set.
 inline constexpr uint32_t ipc_event_bit = 0x80000000;
-
-enum vnt_event : uint32_t {
-    VNT_EVT_WORKSPACES = 1,
-    VNT_EVT_WINDOWS = 2,
-    VNT_EVT_OUTPUTS = 3,
-    VNT_EVT_LAUNCHER = 4, // the launcher is to open
-    VNT_EVT_RELOADED = 5,
-    VNT_EVT_VOLUME = 6,
-    VNT_EVT_BRIGHTNESS = 7,
-    VNT_EVT_SHORTCUTS = 8, // the shortcut overlay is to show or hide
-    VNT_EVT_FULLSCREEN_ON = 9,
-    VNT_EVT_FULLSCREEN_OFF = 10,
-    VNT_EVT_CLIPBOARD = 11, // the clipboard picker is to open
-};

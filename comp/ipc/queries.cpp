@@ -1,11 +1,13 @@
 #include "queries.hpp"
 
+#include "../layout.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../strbuf.hpp"
 #include "../text.hpp"
 #include "../windows/toplevel.hpp"
-#include "../workspaces/tile_mode.hpp"
+#include "../workspaces/workspace.hpp"
 
 #include <string>
 
@@ -116,18 +118,6 @@ static const char *transform_name(wl_output_transform transform)
     return "normal";
 }
 
-static void sb_mirror(strbuf &sb, const vantore_output &o)
-{
-    if (!o.mir_on) {
-        sb_appendf(sb, "false");
-    } else if (o.mir_is_output) {
-        sb_key(sb, R"({"kind":"screen","output":)", o.mir_src_out.data());
-        sb_appendf(sb, "}");
-    } else {
-        sb_appendf(sb, R"({"kind":"window","window":%u})", o.mir_src_wid);
-    }
-}
-
 static void sb_mode(strbuf &sb, int width, int height, int refresh_mhz)
 {
     sb_appendf(sb, R"({"width":%d,"height":%d,"refresh":%d})", width, height, refresh_mhz);
@@ -153,9 +143,7 @@ static void sb_output(strbuf &sb, const vantore_output &o, const vantore_output 
     sb_appendf(sb, R"(,"rect":{"x":%d,"y":%d,"width":%d,"height":%d},"current_mode":)", box.x, box.y,
                box.width, box.height);
     sb_mode(sb, out.width, out.height, out.refresh);
-    sb_appendf(sb, R"(,"mirror":)");
-    sb_mirror(sb, o);
-    sb_appendf(sb, R"(,"modes":)");
+    sb_appendf(sb, R"(,"mirror":false,"modes":)"); // nothing is mirrored
     sb_modes(sb, out.modes);
     sb_appendf(sb, "}");
 }

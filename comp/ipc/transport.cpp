@@ -6,11 +6,13 @@
 
 #include "transport.hpp"
 
+#include "../broadcast.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
 #include "client.hpp"
 #include "dispatch.hpp"
 #include "frame.hpp"
+#include "subscribers.hpp"
 
 #include <cerrno>
 #include <cstdio>
@@ -116,7 +118,7 @@ static int ipc_accept(int listen_fd, uint32_t, void *data)
     auto *client = new vnt_ipc_client{};
     client->server = &server;
     client->fd = fd;
-    wl_list_insert(&server.ipc_clients, &client->link);
+    wl_list_insert(&server.ipc.ipc_clients, &client->link);
     wl_event_loop *loop = wl_display_get_event_loop(server.display);
     client->src.reset(wl_event_loop_add_fd(loop, fd, WL_EVENT_READABLE, ipc_client_readable, client));
     if (client->src == nullptr)
@@ -146,18 +148,18 @@ static bool bind_to(int fd, std::span<const char> path)
 // False, with a log line, when there is no socket to listen on.
 static bool open_socket(vantore_server &server)
 {
-    server.ipc_listen_fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (server.ipc_listen_fd < 0) {
+    server.ipc.ipc_listen_fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (server.ipc.ipc_listen_fd < 0) {
         wlr_log(WLR_ERROR, "vantore-comp: IPC socket() failed: %s", strerror(errno));
         return false;
     }
     const auto path = ipc_socket_path(getpid());
-    if (!bind_to(server.ipc_listen_fd, path)) {
+    if (!bind_to(server.ipc.ipc_listen_fd, path)) {
         wlr_log(WLR_ERROR, "vantore-comp: IPC bind('%s') failed: %s", path.data(), strerror(errno));
         return false;
     }
-    server.ipc_path = path; // from here on ours to unlink
-    if (listen(server.ipc_listen_fd, backlog) < 0) {
+    server.ipc.ipc_path = path; // from here on ours to unlink
+    if (listen(server.ipc.ipc_listen_fd, backlog) < 0) {
         wlr_log(WLR_ERROR, "vantore-comp: IPC listen failed: %s", strerror(errno));
         return false;
     }
@@ -171,24 +173,26 @@ void ipc_init(vantore_server &server)
         ipc_finish(server);
         return;
     }
-    server.ipc_listen_src =
-        wl_event_loop_add_fd(wl_display_get_event_loop(server.display), server.ipc_listen_fd,
+    server.ipc.ipc_listen_src =
+        wl_event_loop_add_fd(wl_display_get_event_loop(server.display), server.ipc.ipc_listen_fd,
                              WL_EVENT_READABLE, ipc_accept, &server);
-    setenv("VANTORESOCK", server.ipc_path.data(), 1);
-    wlr_log(WLR_INFO, "vantore-comp: IPC listening on %s", server.ipc_path.data());
+    broadcast_listen(ipc_tell_subscribers);
+    setenv("VANTORESOCK", server.ipc.ipc_path.data(), 1);
+    wlr_log(WLR_INFO, "vantore-comp: IPC listening on %s", server.ipc.ipc_path.data());
 }
 
 void ipc_finish(vantore_server &server)
 {
-    for (auto &client : each<&vnt_ipc_client::link>(server.ipc_clients))
+    broadcast_unlisten(ipc_tell_subscribers);
+    for (auto &client : each<&vnt_ipc_client::link>(server.ipc.ipc_clients))
         ipc_client_destroy(client);
-    if (server.ipc_listen_src != nullptr)
-        wl_event_source_remove(server.ipc_listen_src);
-    server.ipc_listen_src = nullptr;
-    if (server.ipc_listen_fd >= 0)
-        close(server.ipc_listen_fd);
-    server.ipc_listen_fd = -1;
-    if (server.ipc_path[0] != '\0')
-        unlink(server.ipc_path.data());
-    server.ipc_path[0] = '\0';
+    if (server.ipc.ipc_listen_src != nullptr)
+        wl_event_source_remove(server.ipc.ipc_listen_src);
+    server.ipc.ipc_listen_src = nullptr;
+    if (server.ipc.ipc_listen_fd >= 0)
+        close(server.ipc.ipc_listen_fd);
+    server.ipc.ipc_listen_fd = -1;
+    if (server.ipc.ipc_path[0] != '\0')
+        unlink(server.ipc.ipc_path.data());
+    server.ipc.ipc_path[0] = '\0';
 }

@@ -1,5 +1,7 @@
 #include "window_ops.hpp"
 
+#include "../broadcast.hpp"
+#include "../outputs/lookup.hpp"
 #include "../server.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
@@ -8,7 +10,6 @@
 #include "../workspaces/switch.hpp"
 #include "../workspaces/transfer.hpp"
 #include "../workspaces/workspace.hpp"
-#include "broadcast.hpp"
 
 #include <string_view>
 #include <vector>

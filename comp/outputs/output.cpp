@@ -5,10 +5,12 @@
 // anything touches a scene node, since the scene would let surfaces enter the dying output again.
 
 #include "output.hpp"
+#include "lookup.hpp"
 
+#include "../broadcast.hpp"
 #include "../input/devices.hpp"
-#include "../ipc/broadcast.hpp"
 #include "../server.hpp"
+#include "../session/state_files.hpp"
 #include "../timer.hpp"
 #include "../windows/fullscreen.hpp"
 #include "../windows/layer.hpp"
@@ -19,53 +21,11 @@
 #include "pacing.hpp"
 #include "rehome.hpp"
 
+#include <vector>
+
 static constexpr int reprobe_delay_ms = 500;
 
 static timer_source g_reprobe_timer;
-
-vantore_output *output_by_name(vantore_server &server, std::string_view name)
-{
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        if (o.wlr_output->name != nullptr && name == o.wlr_output->name)
-            return &o;
-    return nullptr;
-}
-
-vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_output)
-{
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        if (o.wlr_output == wlr_output)
-            return &o;
-    return nullptr;
-}
-
-vantore_output *resolve_primary_output(vantore_server &server)
-{
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        if (o.wlr_output->enabled)
-            return &o;
-    return nullptr;
-}
-
-int outputs_enabled_count(vantore_server &server)
-{
-    int count = 0;
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        count += o.wlr_output->enabled ? 1 : 0;
-    return count;
-}
-
-const char *output_name(const struct wlr_output *wlr_output)
-{
-    return wlr_output->name != nullptr ? wlr_output->name : "?";
-}
-
-wlr_box output_layout_box(const vantore_output &o)
-{
-    wlr_box box{};
-    wlr_output_layout_get_box(o.server->output_layout, o.wlr_output, &box);
-    return box;
-}
 
 void outputs_rearranged(vantore_server &server)
 {
@@ -173,6 +133,16 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
     wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));
     apply_x_primary(server);
     ipc_broadcast(server, VNT_EVT_OUTPUTS);
+}
+
+void outputs_file_follow(vantore_server &server, vnt_event event)
+{
+    if (event != VNT_EVT_OUTPUTS)
+        return;
+    std::vector<const char *> names;
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        names.push_back(o.wlr_output->name);
+    write_outputs_file(names);
 }
 
 static int startup_reprobe(void *data)

@@ -3,7 +3,7 @@
 #include "../config/settings.hpp"
 #include "../handles.hpp"
 #include "../records.hpp"
-#include "output.hpp"
+#include "lookup.hpp"
 
 static constexpr int fallback_width = 1280;
 static constexpr int fallback_height = 720;

@@ -7,6 +7,7 @@
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/workspace.hpp"
+#include "lookup.hpp"
 #include "output.hpp"
 
 static bool is_measured()

@@ -1,19 +1,28 @@
 #include "perf_mode.hpp"
 
+#include "../broadcast.hpp"
 #include "../input/modifier_tap.hpp"
-#include "../ipc/broadcast.hpp"
 #include "../presentation/effects.hpp"
 #include "../server.hpp"
 #include "../session/state_files.hpp"
 #include "../windows/fullscreen.hpp"
 #include "../windows/layer.hpp"
+#include "../windows/toplevel.hpp"
+#include "../workspaces/workspace.hpp"
+#include "output.hpp"
 
 static bool fs_published;
+
+static void write_file(const vantore_toplevel &t)
+{
+    const vantore_output *o = output_showing(t);
+    write_fullscreen_file(o != nullptr ? o->wlr_output->name : nullptr, tl_app_id(t), t.id);
+}
 
 static void publish(vantore_server &server, const vantore_toplevel *window)
 {
     if (window != nullptr)
-        write_fullscreen_file(*window);
+        write_file(*window);
     else
         remove_fullscreen_file();
     ipc_broadcast(server, window != nullptr ? VNT_EVT_FULLSCREEN_ON : VNT_EVT_FULLSCREEN_OFF);

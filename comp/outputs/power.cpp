@@ -2,6 +2,7 @@
 
 #include "../handles.hpp"
 #include "../server.hpp"
+#include "lookup.hpp"
 #include "output.hpp"
 
 // A null mode leaves the output's mode alone.

@@ -5,6 +5,7 @@
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/workspace.hpp"
+#include "lookup.hpp"
 #include "output.hpp"
 
 #include <cmath>

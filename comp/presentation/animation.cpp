@@ -11,7 +11,7 @@ static int anim_tick(void *data)
     auto &server = *static_cast<vantore_server *>(data);
     if (server.shutting_down)
         return 0;
-    const bool more = server.cursor_locate_on && cursor_locate_anim(server, mono_ms());
+    const bool more = server.locating.cursor_locate_on && cursor_locate_anim(server, mono_ms());
     if (more)
         timer_arm(server.anim_timer, tick_ms);
     return 0;

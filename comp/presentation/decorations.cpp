@@ -2,13 +2,13 @@
 
 #include "../cairo_buffer.hpp"
 #include "../config/settings.hpp"
-#include "../input/hit_test.hpp"
+#include "../config/theme.hpp"
 #include "../server.hpp"
 #include "../utf8.hpp"
+#include "../windows/reach.hpp"
 #include "../windows/toplevel.hpp"
 #include "backdrop_blur.hpp"
 #include "effects.hpp"
-#include "theme.hpp"
 
 #include <algorithm>
 

@@ -1,10 +1,6 @@
 #include "state_files.hpp"
 
 #include "../handles.hpp"
-#include "../outputs/output.hpp"
-#include "../server.hpp"
-#include "../windows/toplevel.hpp"
-#include "../workspaces/workspace.hpp"
 
 #include <algorithm>
 #include <array>
@@ -35,14 +31,14 @@ static file_handle open_state_file(const char *name)
     return file_handle{fopen(path_of(name).data(), "we")};
 }
 
-void write_outputs_file(vantore_server &server)
+void write_outputs_file(std::span<const char *const> names)
 {
     const file_handle file = open_state_file("vantore-outputs");
     if (file == nullptr)
         return;
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        if (o.wlr_output->name != nullptr)
-            fprintf(file.get(), "%s\n", o.wlr_output->name);
+    for (const char *name : names)
+        if (name != nullptr)
+            fprintf(file.get(), "%s\n", name);
 }
 
 // Clients choose their app ids: one with a line's end would shift the lines. Null is empty.
@@ -53,15 +49,12 @@ static std::string one_line(const char *text)
     return line;
 }
 
-void write_fullscreen_file(const vantore_toplevel &t)
+void write_fullscreen_file(const char *output, const char *app_id, uint32_t id)
 {
     const file_handle file = open_state_file(fullscreen_file);
     if (file == nullptr)
         return;
-    const vantore_output *o = output_showing(t);
-    const char *output = o != nullptr ? o->wlr_output->name : nullptr;
-    fprintf(file.get(), "%s\n%s\n%u\n", output != nullptr ? output : "", one_line(tl_app_id(t)).c_str(),
-            t.id);
+    fprintf(file.get(), "%s\n%s\n%u\n", output != nullptr ? output : "", one_line(app_id).c_str(), id);
 }
 
 void remove_fullscreen_file()
@@ -69,9 +62,8 @@ void remove_fullscreen_file()
     unlink(path_of(fullscreen_file).data());
 }
 
-void publish_render_node(vantore_server &server)
+void publish_render_node(int drm_fd)
 {
-    const int drm_fd = wlr_renderer_get_drm_fd(server.renderer);
     if (drm_fd < 0)
         return;
     const handle<char, free> node{drmGetRenderDeviceNameFromFd(drm_fd)};

@@ -1,11 +1,11 @@
 #include "app_rules.hpp"
 
 #include "../config/rules.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../workspaces/workspace.hpp"
 #include "fullscreen.hpp"
-#include "layer.hpp"
 #include "placement.hpp"
 
 #include <tuple>

@@ -1,6 +1,6 @@
 #include "attention.hpp"
 
-#include "../ipc/broadcast.hpp"
+#include "../broadcast.hpp"
 #include "../server.hpp"
 #include "toplevel.hpp"
 

@@ -4,15 +4,16 @@
 
 #include "fullscreen.hpp"
 
+#include "../broadcast.hpp"
 #include "../clock.hpp"
 #include "../config/settings.hpp"
-#include "../ipc/broadcast.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
-#include "../outputs/perf_mode.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
 #include "../timer.hpp"
+#include "../visibility.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
@@ -75,7 +76,7 @@ static void apply_new_state(vantore_toplevel &t)
     dec_layout(t);
     arrange_workspace(t.workspace);
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
-    refresh_perf_mode(*t.server);
+    visible_changed(*t.server);
 }
 
 static void enter_fullscreen(vantore_toplevel &t)
@@ -146,7 +147,7 @@ void settle_fullscreen(vantore_toplevel &t)
         return;
     show_fullscreen_with_workspace(t);
     fit(t);
-    refresh_perf_mode(*t.server);
+    visible_changed(*t.server);
 }
 
 static void promote(vantore_toplevel &t)

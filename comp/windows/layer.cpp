@@ -4,9 +4,10 @@
 #include "layer.hpp"
 
 #include "../input/constraints.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
-#include "../outputs/perf_mode.hpp"
 #include "../server.hpp"
+#include "../visibility.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
 #include "layer_guard.hpp"
@@ -149,7 +150,7 @@ static void layer_surface_map(vantore_layer_surface &l)
     if (l.layer_surface->current.layer == ZWLR_LAYER_SHELL_V1_LAYER_TOP)
         raise_panels(*l.server);
     arrange_layers(*l.server, l.layer_surface->output);
-    refresh_perf_mode(*l.server);
+    visible_changed(*l.server);
 }
 
 static void layer_surface_unmap(vantore_layer_surface &l)
@@ -179,7 +180,7 @@ static void layer_surface_commit(vantore_layer_surface &l)
         l.told_width = l.told_height = 0;
     arrange_layers(*l.server, l.layer_surface->output);
     if ((l.layer_surface->current.committed & WLR_LAYER_SURFACE_V1_STATE_LAYER) != 0)
-        refresh_perf_mode(*l.server); // a panel comes or goes
+        visible_changed(*l.server); // a panel comes or goes
     if (l.layer_surface->surface->mapped && !l.server->locked)
         update_keyboard(l);
 }
@@ -228,25 +229,8 @@ void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *laye
     l->layer_surface = layer_surface;
     l->scene = scene;
     layer_surface->data = l;
+    scene->tree->node.data = &l->tag;
     attach_listeners(*l);
     wl_list_insert(&server.layer_surfaces, &l->link);
     wlr_log(WLR_INFO, "vantore-comp: layer surface '%s' on layer %d", layer_surface->namespace_, int(layer));
-}
-
-wlr_box output_usable_at(vantore_server &server, double lx, double ly)
-{
-    wlr_output *at = wlr_output_layout_output_at(server.output_layout, lx, ly);
-    if (at == nullptr)
-        return {};
-    const vantore_output *o = output_of(server, at);
-    if (o != nullptr && o->usable.width > 0 && o->usable.height > 0)
-        return o->usable;
-    wlr_box box{};
-    wlr_output_layout_get_box(server.output_layout, at, &box);
-    return box;
-}
-
-wlr_box usable_at_cursor(vantore_server &server)
-{
-    return output_usable_at(server, server.cursor->x, server.cursor->y);
 }

@@ -3,8 +3,10 @@
 
 #include "../fwd.hpp"
 #include "../records.hpp"
+#include "../scene_tag.hpp"
 
 struct vantore_layer_surface {
+    scene_tag tag{scene_owner::layer_surface}; // the data of its tree's node
     list_link link; // server->layer_surfaces
     vantore_server *server = nullptr;
     wlr_layer_surface_v1 *layer_surface = nullptr; // its data points back
@@ -30,7 +32,3 @@ void arrange_all_layers(vantore_server &server);
 
 // The output dies: its layer surfaces are closed, and none of them reaches for it any more.
 void layer_surfaces_of_output_gone(vantore_server &server, const wlr_output *output);
-
-// The usable box of the output at a layout point; all zero where there is no output.
-wlr_box output_usable_at(vantore_server &server, double lx, double ly);
-wlr_box usable_at_cursor(vantore_server &server);

@@ -1,15 +1,15 @@
 #include "mapping.hpp"
 
+#include "../broadcast.hpp"
 #include "../input/interactive.hpp"
 #include "../input/pointer.hpp"
-#include "../ipc/broadcast.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
-#include "../outputs/perf_mode.hpp"
 #include "../server.hpp"
+#include "../visibility.hpp"
 #include "../workspaces/focus.hpp"
 #include "../workspaces/switch.hpp"
 #include "../workspaces/workspace.hpp"
-#include "layer.hpp"
 #include "placement.hpp"
 #include "toplevel.hpp"
 
@@ -45,9 +45,9 @@ void focus_new_window(vantore_toplevel &t)
 
 void let_go_of_window(vantore_toplevel &t)
 {
-    if (&t == t.server->grabbed_toplevel)
+    if (&t == t.server->drag.grabbed_toplevel)
         reset_cursor_mode(*t.server);
-    if (&t == t.server->hovered_toplevel)
+    if (&t == t.server->pointing.hovered_toplevel)
         pointer_leaves_decorations(*t.server);
 }
 
@@ -55,8 +55,7 @@ void leave_shown_windows(vantore_toplevel &t)
 {
     unlink_from_list(t.link);
     t.fs_demoted = false;
-    if (t.fullscreen)
-        refresh_perf_mode(*t.server);
+    visible_changed(*t.server);
 }
 
 void refocus_after_unmap(vantore_toplevel &t)

@@ -1,10 +1,9 @@
 #include "popup.hpp"
 
-#include "../input/hit_test.hpp"
-#include "../outputs/output.hpp"
 #include "../records.hpp"
 #include "../server.hpp"
 #include "popup_guard.hpp"
+#include "reach.hpp"
 #include "toplevel.hpp"
 
 struct vantore_popup {

@@ -1,6 +1,6 @@
 #include "responsiveness.hpp"
 
-#include "../ipc/broadcast.hpp"
+#include "../broadcast.hpp"
 #include "../presentation/decorations.hpp"
 #include "toplevel.hpp"
 

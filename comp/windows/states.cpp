@@ -1,13 +1,13 @@
 #include "states.hpp"
 
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
-#include "../outputs/perf_mode.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
+#include "../visibility.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
-#include "layer.hpp"
 #include "placement.hpp"
 #include "toplevel.hpp"
 
@@ -75,8 +75,7 @@ void toplevel_minimize(vantore_toplevel &t)
     tl_set_minimized(t, true);
     wlr_scene_node_set_enabled(&t.scene_tree->node, false);
     wlr_scene_node_set_enabled(&t.tabbar->node, false);
-    if (t.fullscreen)
-        refresh_perf_mode(*t.server);
+    visible_changed(*t.server);
     for (auto &other : each<&vantore_toplevel::link>(t.server->toplevels)) {
         if (&other != &t && toplevel_visible(other)) {
             focus_toplevel_ex(&other, true);

@@ -34,7 +34,7 @@ vantore_toplevel *toplevel_by_id(vantore_server &server, uint32_t id)
 vantore_toplevel *toplevel_of(const wlr_xdg_surface &surface)
 {
     const auto *tree = static_cast<const wlr_scene_tree *>(surface.data);
-    return tree != nullptr ? static_cast<vantore_toplevel *>(tree->node.data) : nullptr;
+    return tree != nullptr ? toplevel_of(tree->node) : nullptr;
 }
 
 wlr_surface *tl_surface(const vantore_toplevel &t)

@@ -2,23 +2,15 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../place.hpp"
 #include "../presentation/dec_region.hpp"
 #include "../records.hpp"
+#include "../scene_tag.hpp"
 
 #include <climits>
 #include <sys/types.h>
 
 enum vantore_kind : int { VNT_XDG, VNT_XWL };
-
-// Where a rule of the user puts a window.
-enum vantore_place : int {
-    PLACE_NONE,
-    PLACE_TOP_RIGHT,
-    PLACE_TOP_LEFT,
-    PLACE_BOTTOM_RIGHT,
-    PLACE_BOTTOM_LEFT,
-    PLACE_CENTER
-};
 
 // A part of the plane, relative to a window's node; right and bottom lie outside of it.
 struct vantore_reach {
@@ -26,6 +18,7 @@ struct vantore_reach {
 };
 
 struct vantore_toplevel {
+    scene_tag tag{scene_owner::window}; // the data of scene_tree's node
     list_link link; // server->toplevels, only while mapped
     vantore_server *server = nullptr;
     uint32_t id = 0; // from 1, never reused
@@ -91,6 +84,14 @@ vantore_toplevel *toplevel_by_id(vantore_server &server, uint32_t id);
 
 // The window of an xdg surface; null for other roles and for a window that is gone.
 vantore_toplevel *toplevel_of(const wlr_xdg_surface &surface);
+
+// The window whose scene tree this node is, or null.
+inline vantore_toplevel *toplevel_of(const wlr_scene_node &node)
+{
+    scene_tag *tag = tag_of(node);
+    return tag != nullptr && tag->owner == scene_owner::window ? owner_of<&vantore_toplevel::tag>(tag)
+                                                               : nullptr;
+}
 
 // Null when the surface is gone, and before an X11 window has one.
 wlr_surface *tl_surface(const vantore_toplevel &t);

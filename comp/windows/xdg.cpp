@@ -6,10 +6,10 @@
 
 #include "xdg.hpp"
 
+#include "../broadcast.hpp"
 #include "../input/interactive.hpp"
-#include "../ipc/broadcast.hpp"
 #include "../memory_trim.hpp"
-#include "../outputs/output.hpp"
+#include "../outputs/lookup.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
@@ -18,7 +18,6 @@
 #include "app_rules.hpp"
 #include "decoration_mode.hpp"
 #include "fullscreen.hpp"
-#include "layer.hpp"
 #include "mapping.hpp"
 #include "responsiveness.hpp"
 #include "states.hpp"
@@ -63,7 +62,7 @@ static void hold_tile_size(vantore_toplevel &t)
     const bool off_target = geometry.width != t.want_w || geometry.height != t.want_h;
     t.last_w = geometry.width;
     t.last_h = geometry.height;
-    const bool dragged = &t == t.server->grabbed_toplevel;
+    const bool dragged = &t == t.server->drag.grabbed_toplevel;
     if (t.want_w > 0 && off_target && !as_before && !dragged && tile_participates(t))
         tl_set_size(t, t.want_w, t.want_h);
 }
@@ -247,7 +246,7 @@ void server_new_xdg_toplevel(vantore_server &server, wlr_xdg_toplevel *xdg_tople
         wl_resource_post_no_memory(xdg_toplevel->resource);
         return;
     }
-    tree->node.data = t;
+    tree->node.data = &t->tag;
     xdg_toplevel->base->data = tree;
     attach_listeners(*t);
 }

@@ -3,9 +3,8 @@
 
 #include "xwl_requests.hpp"
 
+#include "../broadcast.hpp"
 #include "../input/interactive.hpp"
-#include "../ipc/broadcast.hpp"
-#include "../outputs/output.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../workspaces/focus.hpp"
@@ -48,7 +47,7 @@ static void xwl_handle_set_geometry(vantore_toplevel &t)
 {
     if (t.scene_tree == nullptr)
         return;
-    if (!toplevel_is_tiled(t) && !t.fullscreen && &t != t.server->grabbed_toplevel)
+    if (!toplevel_is_tiled(t) && !t.fullscreen && &t != t.server->drag.grabbed_toplevel)
         wlr_scene_node_set_position(&t.scene_tree->node, t.xwl->x, t.xwl->y);
     dec_layout(t);
 }

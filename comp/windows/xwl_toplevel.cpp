@@ -7,9 +7,8 @@
 
 #include "xwl_toplevel.hpp"
 
+#include "../broadcast.hpp"
 #include "../input/constraints.hpp"
-#include "../input/hit_test.hpp"
-#include "../ipc/broadcast.hpp"
 #include "../memory_trim.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
@@ -19,6 +18,7 @@
 #include "app_rules.hpp"
 #include "fullscreen.hpp"
 #include "mapping.hpp"
+#include "reach.hpp"
 #include "responsiveness.hpp"
 #include "toplevel.hpp"
 #include "unmanaged.hpp"
@@ -36,7 +36,7 @@ static bool create_scene_tree(vantore_toplevel &t)
     t.scene_tree = wlr_scene_tree_create(t.server->toplevel_tree);
     if (t.scene_tree == nullptr)
         return false;
-    t.scene_tree->node.data = &t;
+    t.scene_tree->node.data = &t.tag;
     if (wlr_scene_subsurface_tree_create(t.scene_tree, t.xwl->surface) != nullptr && dec_create_nodes(t))
         return true;
     wlr_scene_node_destroy(&t.scene_tree->node);

@@ -1,6 +1,7 @@
 #include "arrange.hpp"
 
 #include "../config/settings.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../windows/placement.hpp"
@@ -20,7 +21,7 @@ static void ws_rescue_offscreen_floats(vantore_workspace &ws)
     if (screen.width < 1 || screen.height < 1)
         return;
     for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels)) {
-        if (toplevel_is_tiled(t) || t.fullscreen || &t == ws.server->grabbed_toplevel)
+        if (toplevel_is_tiled(t) || t.fullscreen || &t == ws.server->drag.grabbed_toplevel)
             continue;
         const wlr_box box = toplevel_box(t);
         if (box.width < 1 || box.height < 1 || boxes_overlap(box, screen))

@@ -1,6 +1,7 @@
 #include "direction.hpp"
 
-#include "../ipc/broadcast.hpp"
+#include "../broadcast.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"

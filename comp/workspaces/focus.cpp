@@ -1,10 +1,10 @@
 #include "focus.hpp"
 
+#include "../broadcast.hpp"
 #include "../input/constraints.hpp"
-#include "../ipc/broadcast.hpp"
-#include "../outputs/perf_mode.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
+#include "../visibility.hpp"
 #include "../windows/fullscreen.hpp"
 #include "../windows/toplevel.hpp"
 #include "arrange.hpp"
@@ -75,8 +75,8 @@ static bool bring_back(vantore_toplevel &t)
     tl_set_minimized(t, false);
     wlr_scene_node_set_enabled(&t.scene_tree->node, true);
     show_fullscreen_with_workspace(t);
-    if (was_minimized && t.fullscreen)
-        refresh_perf_mode(server);
+    if (was_minimized)
+        visible_changed(server);
     return was_minimized;
 }
 

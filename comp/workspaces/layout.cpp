@@ -1,6 +1,7 @@
 #include "layout.hpp"
 
-#include "../ipc/broadcast.hpp"
+#include "../broadcast.hpp"
+#include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"

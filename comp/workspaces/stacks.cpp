@@ -1,11 +1,11 @@
 #include "stacks.hpp"
 
+#include "../broadcast.hpp"
 #include "../cairo_buffer.hpp"
-#include "../input/hit_test.hpp"
-#include "../ipc/broadcast.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../utf8.hpp"
+#include "../windows/reach.hpp"
 #include "../windows/toplevel.hpp"
 #include "arrange.hpp"
 #include "focus.hpp"

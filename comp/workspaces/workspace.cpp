@@ -2,9 +2,9 @@
 
 #include "../config/settings.hpp"
 #include "../outputs/output.hpp"
-#include "../outputs/perf_mode.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
+#include "../visibility.hpp"
 #include "../windows/fullscreen.hpp"
 #include "../windows/toplevel.hpp"
 
@@ -46,12 +46,27 @@ vantore_workspace *workspace_by_num(vantore_server &server, long num)
     return nullptr;
 }
 
-vantore_output *current_output(vantore_server &server)
+static void apply_line(const ws_cfg &cfg, vantore_workspace &ws)
 {
-    wlr_output *at = wlr_output_layout_output_at(server.output_layout, server.cursor->x, server.cursor->y);
-    if (vantore_output *o = at != nullptr ? output_of(server, at) : nullptr)
-        return o;
-    return each<&vantore_output::link>(server.outputs).first();
+    if (cfg.name[0] != '\0')
+        copy_text(ws.name, text_of(cfg.name));
+    ws.pref_output = cfg.output;
+    ws.layout = cfg.layout_set ? cfg.layout : g_default_layout;
+    ws.tile_mode = cfg.tile_mode;
+}
+
+void config_apply_workspaces(vantore_server &server)
+{
+    for (auto &ws : each<&vantore_workspace::link>(server.workspaces)) {
+        ws.master_ratio = g_default_master;
+        if (const ws_cfg &cfg = g_ws_cfg[size_t(ws.num)]; cfg.set) {
+            apply_line(cfg, ws);
+        } else {
+            // Name and output stay: a line that is gone renames nothing before the next session.
+            ws.layout = g_default_layout;
+            ws.tile_mode = TM_MASTER;
+        }
+    }
 }
 
 vantore_workspace *pick_workspace_for_output(vantore_server &server, const wlr_output *output,
@@ -92,7 +107,7 @@ void refresh_workspace_visibility(vantore_server &server)
         show_fullscreen_with_workspace(t);
         tl_set_minimized(t, t.minimized || output_showing(t) == nullptr);
     }
-    refresh_perf_mode(server);
+    visible_changed(server);
 }
 
 vantore_output *output_showing(const vantore_toplevel &t)

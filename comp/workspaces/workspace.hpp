@@ -3,13 +3,10 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../layout.hpp"
 #include "../records.hpp"
 
 #include <array>
-
-enum vantore_layout : unsigned char { VANTORE_LAYOUT_FLOATING, VANTORE_LAYOUT_TILING };
-
-enum vantore_tile_mode : unsigned char { TM_MASTER, TM_GRID, TM_COLUMNS, TM_MONOCLE };
 
 struct vantore_workspace {
     list_link link; // server->workspaces
@@ -29,11 +26,12 @@ struct vantore_workspace {
 bool workspaces_create(vantore_server &server);
 void workspaces_destroy(vantore_server &server);
 
+// Gives the workspaces what the configuration says of them: names, homes, layouts and the master's share. The
+// caller arranges them.
+void config_apply_workspaces(vantore_server &server);
+
 // Null when the number is not 1 to 9.
 vantore_workspace *workspace_by_num(vantore_server &server, long num);
-
-// The output under the cursor, else the newest one, else null.
-vantore_output *current_output(vantore_server &server);
 
 // A free workspace for an output: the one that was last shown there, else the lowest number. Null when all
 // are on show.

@@ -481,7 +481,7 @@ TEST_F(bindings, of_the_modifier_alone_are_the_games)
     keyboard->press(KEY_LEFTMETA);
     world.advance_clock_ms(1500);
     settle();
-    EXPECT_FALSE(server.shortcuts_shown);
+    EXPECT_FALSE(server.tap.shortcuts_shown);
     keyboard->release(KEY_LEFTMETA);
     EXPECT_THAT(heard(), IsEmpty());
 }
@@ -492,7 +492,7 @@ TEST_F(bindings, of_the_modifier_alone_are_forgotten_when_a_game_starts_meanwhil
     start_game();
     keyboard->release(KEY_LEFTMETA);
     settle();
-    EXPECT_FALSE(server.mod_tapped);
+    EXPECT_FALSE(server.tap.mod_tapped);
     EXPECT_THAT(heard(), IsEmpty());
 }
 
@@ -500,10 +500,10 @@ TEST_F(bindings, hide_the_shortcuts_when_the_modifier_is_pressed_again_in_a_game
 {
     keyboard->press(KEY_LEFTMETA);
     world.advance_clock_ms(1500);
-    EVENTUALLY(server.shortcuts_shown);
+    EVENTUALLY(server.tap.shortcuts_shown);
     start_game();
     keyboard->press(KEY_RIGHTMETA);
-    EXPECT_FALSE(server.shortcuts_shown);
+    EXPECT_FALSE(server.tap.shortcuts_shown);
     EXPECT_THAT(heard(), ElementsAre(VNT_EVT_SHORTCUTS));
     keyboard->release(KEY_RIGHTMETA);
     keyboard->release(KEY_LEFTMETA);

@@ -103,7 +103,7 @@ TEST_F(button_order, a_lock_knows_no_drags_bars_and_borders)
     for (const auto &[x, y] : {std::pair{400, 350}, {300, 185}, {584, 185}, {202, 350}}) {
         go(x, y);
         pointer->click(BTN_LEFT);
-        EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH) << x << ',' << y;
+        EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH) << x << ',' << y;
         EXPECT_EQ(top(), &record(*other)) << x << ',' << y;
     }
     settle();
@@ -140,7 +140,7 @@ TEST_F(button_order, a_release_over_a_panel_ends_a_drag)
     press_at(300, 185);
     go(300, 50);
     pointer->release(BTN_LEFT);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     EXPECT_EQ(t().scene_tree->node.parent, workspace(1).tree);
 }
 
@@ -152,7 +152,7 @@ TEST_F(button_order, with_logo_every_button_but_the_right_one_moves_the_window_a
     for (const uint32_t button : buttons) {
         focus_toplevel_ex(&record(*other), true);
         press_at(400, 350, button);
-        EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE);
+        EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_MOVE);
         EXPECT_EQ(top(), &t());
         drop_at(400, 350, button);
     }
@@ -165,10 +165,10 @@ TEST_F(button_order, with_logo_a_title_bar_is_a_title_bar)
     keyboard->press(KEY_LEFTMETA);
     press_at(584, 185);
     EVENTUALLY_EQ(w->closes(), 1);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     drop_at(584, 185);
     press_at(300, 185, BTN_RIGHT);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE) << "over its content the right button resizes";
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_MOVE) << "over its content the right button resizes";
     drop_at(300, 185, BTN_RIGHT);
     keyboard->release(KEY_LEFTMETA);
 }
@@ -180,7 +180,7 @@ TEST_F(button_order, a_press_on_a_tab_starts_no_drag_of_the_bar_that_it_replaces
     settle();
     const wlr_box stack = box(*w);
     press_at(stack.x + 20, stack.y - 10);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     drop_at(stack.x + 20, stack.y - 10);
 }
 
@@ -198,8 +198,8 @@ TEST_F(button_order, any_button_on_a_title_bars_button_presses_it_and_the_client
 TEST_F(button_order, a_border_starts_its_resize_and_raises_the_window)
 {
     press_at(202, 350);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_RESIZE);
-    EXPECT_EQ(server.resize_edges, uint32_t{WLR_EDGE_LEFT});
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_RESIZE);
+    EXPECT_EQ(server.drag.resize_edges, uint32_t{WLR_EDGE_LEFT});
     EXPECT_EQ(top(), &t());
     drop_at(202, 350);
     EXPECT_THAT(events(), Not(Contains(StartsWith("button"))));
@@ -208,7 +208,7 @@ TEST_F(button_order, a_border_starts_its_resize_and_raises_the_window)
 TEST_F(button_order, another_button_on_a_border_only_focuses)
 {
     press_at(202, 350, BTN_RIGHT);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     EXPECT_EQ(top(), &t());
     drop_at(202, 350, BTN_RIGHT);
 }
@@ -255,7 +255,7 @@ TEST_F(button_order, the_client_hears_the_release_of_a_drag_that_it_asked_for)
     pointer->press(BTN_LEFT);
     settle();
     w->request_move(ears->get(), ears->press_serial());
-    EVENTUALLY_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE);
+    EVENTUALLY_EQ(server.drag.cursor_mode, VANTORE_CURSOR_MOVE);
     forget();
     drop_at(450, 350);
     EXPECT_THAT(events(), ElementsAre("button up 272"));

@@ -2,11 +2,11 @@
 
 #include "support/desktop.hpp"
 
-#include "config/reload.hpp"
 #include "config/settings.hpp"
+#include "config/theme.hpp"
 #include "input/hit_test.hpp"
 #include "presentation/decorations.hpp"
-#include "presentation/theme.hpp"
+#include "reload.hpp"
 #include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 #include "workspaces/stacks.hpp"

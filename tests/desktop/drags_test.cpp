@@ -24,15 +24,15 @@ using testing::Not;
 TEST_F(drags, of_the_title_bar_move_the_window)
 {
     press_at(300, 185);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE);
-    EXPECT_EQ(server.grabbed_toplevel, &t());
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_MOVE);
+    EXPECT_EQ(server.drag.grabbed_toplevel, &t());
     go(310.7, 190);
     EXPECT_EQ(box(*w), (wlr_box{210, 205, 400, 300}));
     EXPECT_EQ(t().scene_tree->node.parent, server.toplevel_tree);
     drop_at(330, 205);
     EXPECT_EQ(box(*w), (wlr_box{230, 220, 400, 300}));
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
-    EXPECT_EQ(server.grabbed_toplevel, nullptr);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.grabbed_toplevel, nullptr);
     EXPECT_EQ(t().scene_tree->node.parent, workspace(1).tree);
 }
 
@@ -82,7 +82,7 @@ TEST_F(drags, that_are_slow_double_clicks_do_not_maximize)
 {
     go(300, 185);
     pointer->click(BTN_LEFT);
-    server.last_tb_msec -= 400;
+    server.pointing.last_tb_msec -= 400;
     pointer->click(BTN_LEFT);
     EXPECT_FALSE(t().maximized);
 }
@@ -93,7 +93,7 @@ TEST_F(drags, from_the_buttons_do_what_the_buttons_say)
     settle();
     press_at(600 - 16, 185);
     EVENTUALLY_EQ(w->closes(), 1);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     pointer->release(BTN_LEFT);
     press_at(600 - 38, 185);
     EXPECT_TRUE(t().maximized);
@@ -133,7 +133,7 @@ TEST_F(drags, with_logo_on_a_panel_are_the_panels)
     go(640, 352);
     keyboard->press(KEY_LEFTMETA);
     pointer->press(BTN_LEFT);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     pointer->release(BTN_LEFT);
     keyboard->release(KEY_LEFTMETA);
 }
@@ -231,7 +231,7 @@ TEST_F(drags, of_a_fullscreen_window_do_not_unsnap)
 {
     t().fullscreen = t().maximized = true;
     begin_interactive(t(), VANTORE_CURSOR_MOVE, 0);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_MOVE);
     EXPECT_TRUE(t().maximized);
     EXPECT_EQ(t().scene_tree->node.parent, workspace(1).tree);
     reset_cursor_mode(server);
@@ -397,7 +397,7 @@ TEST_F(drags, of_a_tiles_border_are_the_clients)
     command("ws-layout 1 tiling");
     EVENTUALLY_EQ(box(*w).width, 1280);
     press_at(2, 350);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     drop_at(2, 350);
 }
 
@@ -406,10 +406,10 @@ TEST_F(drags, over_a_border_change_the_image_and_take_the_pointer_from_the_clien
     go(400, 350);
     EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(t()));
     go(202, 350);
-    EXPECT_EQ(text_of(server.cur_cursor_name), "left_side");
+    EXPECT_EQ(text_of(server.cursor_shown.cur_cursor_name), "left_side");
     EXPECT_EQ(server.seat->pointer_state.focused_surface, nullptr);
     go(598, 498);
-    EXPECT_EQ(text_of(server.cur_cursor_name), "bottom_right_corner");
+    EXPECT_EQ(text_of(server.cursor_shown.cur_cursor_name), "bottom_right_corner");
     go(400, 203); // the top is the client's
     EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(t()));
 }
@@ -433,7 +433,7 @@ TEST_F(drags, with_logo_move_from_anywhere_and_the_client_hears_nothing)
     keyboard->press(KEY_LEFTMETA);
     (void)ears.take();
     press_at(400, 350);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_MOVE);
     settle();
     EXPECT_THAT(ears.take(), Not(Contains(testing::StartsWith("button"))));
     drop_at(450, 400);
@@ -455,14 +455,14 @@ TEST_F(drags, with_logo_and_the_right_button_resize_from_the_nearest_corner)
                                  {300, 400, WLR_EDGE_LEFT | WLR_EDGE_BOTTOM},
                                  {500, 400, WLR_EDGE_RIGHT | WLR_EDGE_BOTTOM}}) {
         press_at(c.x, c.y, BTN_RIGHT);
-        EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_RESIZE);
-        EXPECT_EQ(server.resize_edges, c.edges);
+        EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_RESIZE);
+        EXPECT_EQ(server.drag.resize_edges, c.edges);
         drop_at(c.x, c.y, BTN_RIGHT);
     }
     keyboard->release(KEY_LEFTMETA);
     keyboard->press(KEY_LEFTALT);
     press_at(400, 350);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     drop_at(400, 350);
 }
 
@@ -474,14 +474,14 @@ TEST_F(drags, end_with_their_window)
     go(10, 350);
     EXPECT_TRUE(shows(server.snap_preview));
     w->unmap();
-    EVENTUALLY(server.grabbed_toplevel == nullptr);
+    EVENTUALLY(server.drag.grabbed_toplevel == nullptr);
     EXPECT_FALSE(shows(server.snap_preview));
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     w->open();
     EVENTUALLY(find_record(*w) != nullptr);
     press_at(t().scene_tree->node.x + 50, t().scene_tree->node.y - 10);
     w->owner().vanish();
-    EVENTUALLY(server.grabbed_toplevel == nullptr);
+    EVENTUALLY(server.drag.grabbed_toplevel == nullptr);
     drop_at(900, 600);
 }
 
@@ -558,18 +558,18 @@ TEST_F(drags, asked_for_by_the_client_need_a_press_on_it)
     go(400, 350);
     w->request_move(ears.get(), 1234);
     settle();
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     pointer->press(BTN_LEFT);
     settle();
     w->request_move(ears.get(), ears.press_serial());
-    EVENTUALLY_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE);
+    EVENTUALLY_EQ(server.drag.cursor_mode, VANTORE_CURSOR_MOVE);
     drop_at(420, 350);
     EXPECT_EQ(box(*w), (wlr_box{220, 200, 400, 300}));
     go(400, 350);
     pointer->press(BTN_LEFT);
     settle();
     w->request_resize(ears.get(), ears.press_serial(), WLR_EDGE_RIGHT);
-    EVENTUALLY_EQ(server.cursor_mode, VANTORE_CURSOR_RESIZE);
+    EVENTUALLY_EQ(server.drag.cursor_mode, VANTORE_CURSOR_RESIZE);
     drop_at(450, 350);
     EVENTUALLY_EQ(box(*w).width, 450);
     w->request_minimize();

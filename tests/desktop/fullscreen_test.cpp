@@ -383,9 +383,9 @@ TEST_F(fullscreen, hides_the_overlay_of_shortcuts)
     window &w = map("w");
     keyboard.press(KEY_LEFTMETA);
     advance_clock_ms(1500);
-    EXPECT_TRUE(server.shortcuts_shown);
+    EXPECT_TRUE(server.tap.shortcuts_shown);
     w.request_fullscreen();
-    EVENTUALLY(!server.shortcuts_shown);
+    EVENTUALLY(!server.tap.shortcuts_shown);
     EXPECT_THAT(heard(), Contains(VNT_EVT_SHORTCUTS));
     keyboard.release(KEY_LEFTMETA);
 }

@@ -50,9 +50,9 @@ TEST_F(hover_focus, leaves_a_window_that_opens_under_a_resting_pointer_until_it_
 
 TEST_F(hover_focus, keeps_its_anchor_over_the_empty_desktop)
 {
-    const double anchor = server.ffm_anchor_x;
+    const double anchor = server.pointing.ffm_anchor_x;
     go(100, 600);
-    EXPECT_EQ(server.ffm_anchor_x, anchor);
+    EXPECT_EQ(server.pointing.ffm_anchor_x, anchor);
     EXPECT_EQ(keyboard_focus(), tl_surface(t()));
 }
 
@@ -100,7 +100,7 @@ TEST_F(hover_focus, waits_with_its_anchor_until_an_open_menu_is_closed)
     settle();
     pointer->press(BTN_LEFT);
     settle();
-    const double anchor = server.ffm_anchor_x;
+    const double anchor = server.pointing.ffm_anchor_x;
     {
         test::popup menu{*w, {.x = 20, .y = 30}, test::popup::draws::always, &ears, ears.press_serial()};
         EVENTUALLY_EQ(menu.configure_count(), 1);
@@ -109,7 +109,7 @@ TEST_F(hover_focus, waits_with_its_anchor_until_an_open_menu_is_closed)
         go(500, 350);
         go(900, 350);
         EXPECT_EQ(keyboard_focus(), tl_surface(t()));
-        EXPECT_EQ(server.ffm_anchor_x, anchor);
+        EXPECT_EQ(server.pointing.ffm_anchor_x, anchor);
     }
     settle();
     ASSERT_FALSE(wlr_seat_pointer_has_grab(server.seat));

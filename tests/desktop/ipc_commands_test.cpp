@@ -148,9 +148,9 @@ TEST_F(ipc_commands, ask_the_launcher_and_the_shortcuts_to_show)
     command("launcher");
     EXPECT_THAT(heard(), ElementsAre(VNT_EVT_LAUNCHER));
     command("shortcuts");
-    EXPECT_TRUE(server.shortcuts_shown);
+    EXPECT_TRUE(server.tap.shortcuts_shown);
     EXPECT_THAT(heard(), ElementsAre(VNT_EVT_SHORTCUTS));
     command("shortcuts");
-    EXPECT_FALSE(server.shortcuts_shown);
+    EXPECT_FALSE(server.tap.shortcuts_shown);
     EXPECT_THAT(heard(), ElementsAre(VNT_EVT_SHORTCUTS));
 }

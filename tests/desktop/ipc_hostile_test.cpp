@@ -27,7 +27,7 @@ struct hostile : test::desktop {
         (void)until([&] { return std::exchange(pumped, true); });
     }
 
-    int accepted() { return wl_list_length(&server.ipc_clients); }
+    int accepted() { return wl_list_length(&server.ipc.ipc_clients); }
 
     // Requests that make sense, almost, and not at all.
     std::string text()
@@ -104,7 +104,7 @@ struct hostile : test::desktop {
     {
         clients.remove_if([](const test::ipc_client &c) { return c.hung_up(); });
         while (clients.size() < connections_at_once)
-            clients.emplace_back(server.ipc_path.data());
+            clients.emplace_back(server.ipc.ipc_path.data());
     }
 
     std::mt19937 random{20240229}; // NOLINT: the same each time
@@ -144,7 +144,7 @@ TEST_F(hostile, two_hundred_connections_come_and_vanish)
 {
     std::list<test::ipc_client> clients;
     for (int i = 0; i < 200; i++) {
-        auto &c = clients.emplace_back(server.ipc_path.data());
+        auto &c = clients.emplace_back(server.ipc.ipc_path.data());
         c.send(VNT_MSG_SUBSCRIBE);
         c.send_bytes(piece());
         pump_once();
@@ -175,7 +175,7 @@ TEST_F(hostile, clients_that_vanish_within_a_request_are_forgotten)
 TEST_F(hostile, client_that_never_reads_its_replies_holds_nobody_up_and_nothing_is_kept_for_it)
 {
     test::ipc_client &c = dial();
-    const vnt_ipc_client &record = *each<&vnt_ipc_client::link>(server.ipc_clients).first();
+    const vnt_ipc_client &record = *each<&vnt_ipc_client::link>(server.ipc.ipc_clients).first();
     c.reads = false;
     for (int i = 0; i < 5000; i++)
         c.send(VNT_MSG_GET_OUTPUTS);

@@ -28,9 +28,9 @@ static constexpr const char *unknown_type = R"({"success":false,"error":"unknown
 
 struct ipc : test::desktop {
     // The server's record of the connection that was accepted last.
-    vnt_ipc_client &newest() { return *each<&vnt_ipc_client::link>(server.ipc_clients).first(); }
-    int connections() { return wl_list_length(&server.ipc_clients); }
-    std::string path() { return server.ipc_path.data(); }
+    vnt_ipc_client &newest() { return *each<&vnt_ipc_client::link>(server.ipc.ipc_clients).first(); }
+    int connections() { return wl_list_length(&server.ipc.ipc_clients); }
+    std::string path() { return server.ipc.ipc_path.data(); }
 };
 
 TEST_F(ipc, socket_is_published_in_the_runtime_directory)
@@ -47,12 +47,12 @@ TEST_F(ipc, socket_is_gone_after_the_session)
     dial();
     finish();
     EXPECT_FALSE(std::filesystem::exists(was));
-    EXPECT_EQ(server.ipc_listen_fd, -1);
+    EXPECT_EQ(server.ipc.ipc_listen_fd, -1);
 }
 
 TEST_F(ipc, listener_is_not_handed_to_programs_that_are_started)
 {
-    EXPECT_EQ(fcntl(server.ipc_listen_fd, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
+    EXPECT_EQ(fcntl(server.ipc.ipc_listen_fd, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
 }
 
 TEST_F(ipc, socket_lies_in_tmp_without_a_runtime_directory)
@@ -90,7 +90,7 @@ TEST_F(ipc_before_the_start, a_path_that_is_taken_leaves_the_session_without_ipc
     EXPECT_THAT(world.log(), HasSubstr("vantore-comp: IPC bind('" + place().string() +
                                        "') failed: Address already in use\n"));
     EXPECT_EQ(getenv("VANTORESOCK"), nullptr);
-    EXPECT_EQ(server.ipc_listen_fd, -1);
+    EXPECT_EQ(server.ipc.ipc_listen_fd, -1);
     EXPECT_TRUE(std::filesystem::is_directory(place()));
 }
 

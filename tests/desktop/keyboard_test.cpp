@@ -349,11 +349,11 @@ TEST_F(keys, holding_the_modifier_shows_the_shortcuts_until_it_is_released)
     auto &keyboard = plug_keyboard();
     keyboard.press(KEY_LEFTMETA);
     advance_clock_ms(1500);
-    EVENTUALLY(server.shortcuts_shown);
+    EVENTUALLY(server.tap.shortcuts_shown);
     EXPECT_THAT(told(), ElementsAre(VNT_EVT_SHORTCUTS));
     keyboard.release(KEY_LEFTMETA);
-    EXPECT_FALSE(server.shortcuts_shown);
-    EXPECT_FALSE(server.mod_tapped);
+    EXPECT_FALSE(server.tap.shortcuts_shown);
+    EXPECT_FALSE(server.tap.mod_tapped);
     EXPECT_THAT(told(), ElementsAre(VNT_EVT_SHORTCUTS)) << "and no launcher";
 }
 
@@ -362,7 +362,7 @@ TEST_F(keys, another_key_ends_the_tap)
     auto &keyboard = plug_keyboard();
     keyboard.press(KEY_LEFTMETA);
     keyboard.press(KEY_L);
-    EXPECT_FALSE(server.mod_tapped);
+    EXPECT_FALSE(server.tap.mod_tapped);
     keyboard.release(KEY_L);
     keyboard.release(KEY_LEFTMETA);
     advance_clock_ms(5000);
@@ -374,7 +374,7 @@ TEST_F(keys, another_key_hides_the_shortcuts)
     auto &keyboard = plug_keyboard();
     keyboard.press(KEY_LEFTMETA);
     advance_clock_ms(1500);
-    EVENTUALLY(server.shortcuts_shown);
+    EVENTUALLY(server.tap.shortcuts_shown);
     (void)told();
     keyboard.press(KEY_L);
     EXPECT_THAT(told(), ElementsAre(VNT_EVT_SHORTCUTS));
@@ -389,7 +389,7 @@ TEST_F(keys, a_pointer_button_ends_the_tap)
     auto &pointer = plug_pointer();
     keyboard.press(KEY_LEFTMETA);
     pointer.release(BTN_LEFT);
-    EXPECT_FALSE(server.mod_tapped);
+    EXPECT_FALSE(server.tap.mod_tapped);
     keyboard.release(KEY_LEFTMETA);
     EXPECT_THAT(told(), IsEmpty());
 }
@@ -400,11 +400,11 @@ TEST_F(keys, a_pointer_button_hides_the_shortcuts)
     auto &pointer = plug_pointer();
     keyboard.press(KEY_LEFTMETA);
     advance_clock_ms(1500);
-    EVENTUALLY(server.shortcuts_shown);
+    EVENTUALLY(server.tap.shortcuts_shown);
     (void)told();
     pointer.press(BTN_LEFT);
     EXPECT_THAT(told(), ElementsAre(VNT_EVT_SHORTCUTS));
-    EXPECT_FALSE(server.shortcuts_shown);
+    EXPECT_FALSE(server.tap.shortcuts_shown);
 }
 
 TEST_F(keys, no_shortcuts_are_shown_over_a_lock)
@@ -419,11 +419,11 @@ TEST_F(keys, no_shortcuts_are_shown_over_a_lock)
 
 TEST_F(keys, force_hiding_tells_only_when_something_was_shown)
 {
-    server.mod_tapped = true;
+    server.tap.mod_tapped = true;
     shortcuts_force_hide(server);
-    EXPECT_FALSE(server.mod_tapped);
+    EXPECT_FALSE(server.tap.mod_tapped);
     EXPECT_THAT(told(), IsEmpty());
-    server.shortcuts_shown = true;
+    server.tap.shortcuts_shown = true;
     shortcuts_force_hide(server);
     EXPECT_THAT(told(), ElementsAre(VNT_EVT_SHORTCUTS));
 }

@@ -8,6 +8,7 @@
 #include "config/settings.hpp"
 #include "input/hit_test.hpp"
 #include "presentation/decorations.hpp"
+#include "windows/reach.hpp"
 #include "workspaces/stacks.hpp"
 
 #include <random>

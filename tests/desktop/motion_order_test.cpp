@@ -64,15 +64,15 @@ struct motion_order : drags {
 TEST_F(motion_order, a_lock_knows_no_borders_highlights_or_hovering)
 {
     g_focus_follows_mouse = true;
-    const double anchor = server.ffm_anchor_x;
+    const double anchor = server.pointing.ffm_anchor_x;
     server.locked = true;
     go(202, 350);
     EXPECT_EQ(pointed(), surface_of(*w));
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
     go(close_x, bar_y);
     EXPECT_EQ(t().hover_region, DEC_NONE);
     go(900, 300);
-    EXPECT_EQ(server.ffm_anchor_x, anchor);
+    EXPECT_EQ(server.pointing.ffm_anchor_x, anchor);
     server.locked = false;
 }
 
@@ -116,9 +116,9 @@ TEST_F(motion_order, while_a_button_is_held_neither_highlight_nor_image_nor_clie
     go(others_close_x, bar_y);
     EXPECT_EQ(record(*other).hover_region, DEC_NONE);
     go(802, 300); // the other's border
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "text"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "text"));
     go(1200, 650); // the desktop
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "text"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "text"));
     EXPECT_EQ(pointed(), surface_of(*w));
     pointer->release(BTN_LEFT);
 }
@@ -167,11 +167,11 @@ TEST_F(motion_order, among_tiles_floating_and_fullscreen_windows_alone_have_bord
 TEST_F(motion_order, over_a_window_the_image_is_the_clients_to_set)
 {
     go(202, 350);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "left_side"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "left_side"));
     go(400, 350);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "left_side"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "left_side"));
     go(close_x, bar_y);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
 }
 
 TEST_F(motion_order, one_title_bar_is_highlighted_at_a_time)
@@ -189,7 +189,7 @@ TEST_F(motion_order, a_window_that_goes_takes_its_highlight_along)
     ears.reset();
     w->unmap();
     EVENTUALLY(find_record(*w) == nullptr);
-    EXPECT_EQ(server.hovered_toplevel, nullptr);
+    EXPECT_EQ(server.pointing.hovered_toplevel, nullptr);
     w->open();
     EVENTUALLY(find_record(*w) != nullptr);
     EXPECT_EQ(t().hover_region, DEC_NONE);

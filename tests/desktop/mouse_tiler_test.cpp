@@ -38,15 +38,15 @@ TEST_F(tiler, shows_after_forty_pixels)
 {
     press_at(300, 185);
     go(340, 185);
-    EXPECT_FALSE(server.mt_visible);
+    EXPECT_FALSE(server.tiler.mt_visible);
     go(341, 185);
-    EXPECT_TRUE(server.mt_visible);
-    EXPECT_TRUE(server.mt_hud->node.enabled);
-    EXPECT_EQ(server.mt_hud->node.x, int(hud_x));
-    EXPECT_EQ(server.mt_hud->node.y, int(hud_y));
+    EXPECT_TRUE(server.tiler.mt_visible);
+    EXPECT_TRUE(server.tiler.mt_hud->node.enabled);
+    EXPECT_EQ(server.tiler.mt_hud->node.x, int(hud_x));
+    EXPECT_EQ(server.tiler.mt_hud->node.y, int(hud_y));
     pointer->release(BTN_LEFT);
-    EXPECT_FALSE(server.mt_visible);
-    EXPECT_FALSE(server.mt_hud->node.enabled);
+    EXPECT_FALSE(server.tiler.mt_visible);
+    EXPECT_FALSE(server.tiler.mt_hud->node.enabled);
 }
 
 TEST_F(tiler, does_not_show_for_tiles_and_fullscreen_windows)
@@ -55,13 +55,13 @@ TEST_F(tiler, does_not_show_for_tiles_and_fullscreen_windows)
     settle();
     press_at(300, 15);
     go(300, 300);
-    EXPECT_FALSE(server.mt_visible);
+    EXPECT_FALSE(server.tiler.mt_visible);
     pointer->release(BTN_LEFT);
     command("ws-layout 1 floating");
     toplevel_set_fullscreen(t(), true);
     begin_interactive(t(), VANTORE_CURSOR_MOVE, 0);
     go(900, 600);
-    EXPECT_FALSE(server.mt_visible);
+    EXPECT_FALSE(server.tiler.mt_visible);
     pointer->release(BTN_LEFT);
     toplevel_set_fullscreen(t(), false);
 }
@@ -70,7 +70,7 @@ TEST_F(tiler, puts_the_window_into_the_zone_that_is_picked)
 {
     start_drag();
     point_at_zone(0);
-    EXPECT_EQ(server.mt_zone, 0);
+    EXPECT_EQ(server.tiler.mt_zone, 0);
     EXPECT_TRUE(shows(server.snap_preview));
     EXPECT_EQ(server.snap_preview->width, 640);
     (void)heard();
@@ -151,7 +151,7 @@ TEST_F(tiler, sends_the_window_to_a_workspace_and_follows)
 {
     start_drag();
     go(hud_x + 103 + 45 * 4 + 5, hud_y + 115);
-    EXPECT_EQ(server.mt_ws, 4);
+    EXPECT_EQ(server.tiler.mt_ws, 4);
     EXPECT_FALSE(shows(server.snap_preview));
     pointer->release(BTN_LEFT);
     EXPECT_EQ(t().workspace, &workspace(5));
@@ -164,7 +164,7 @@ TEST_F(tiler, leaves_a_window_alone_that_is_dropped_beside_the_zones)
     start_drag();
     t().snapped = true; // by a key, meanwhile
     go(hud_x + 3, hud_y + 3);
-    EXPECT_EQ(server.mt_zone, -1);
+    EXPECT_EQ(server.tiler.mt_zone, -1);
     pointer->release(BTN_LEFT);
     EXPECT_FALSE(t().snapped);
     EXPECT_EQ(box(*w), (wlr_box{240, 40, 400, 300}));
@@ -190,7 +190,7 @@ TEST_F(tiler, leaves_a_window_where_it_is_that_is_sent_to_its_own_workspace)
 {
     start_drag();
     go(hud_x + 103 + 5, hud_y + 115);
-    EXPECT_EQ(server.mt_ws, 0);
+    EXPECT_EQ(server.tiler.mt_ws, 0);
     const wlr_box there = box(*w);
     (void)heard();
     pointer->release(BTN_LEFT);
@@ -198,7 +198,7 @@ TEST_F(tiler, leaves_a_window_where_it_is_that_is_sent_to_its_own_workspace)
     EXPECT_EQ(output("A").current_ws, &workspace(1));
     EXPECT_EQ(box(*w), there);
     EXPECT_EQ(t().float_geo, there);
-    EXPECT_FALSE(server.mt_visible);
+    EXPECT_FALSE(server.tiler.mt_visible);
     EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
 }
 
@@ -216,22 +216,22 @@ TEST_F(tiler, applies_nothing_to_a_window_that_has_become_fullscreen)
     toplevel_set_fullscreen(t(), true);
     pointer->release(BTN_LEFT);
     EXPECT_FALSE(t().snapped);
-    EXPECT_FALSE(server.mt_visible);
+    EXPECT_FALSE(server.tiler.mt_visible);
     toplevel_set_fullscreen(t(), false);
 }
 
 TEST_F(tiler, draws_anew_only_when_the_pick_changes)
 {
     start_drag();
-    const wlr_buffer *plain = server.mt_hud->buffer;
+    const wlr_buffer *plain = server.tiler.mt_hud->buffer;
     go(300, 300);
     go(320, 320);
-    EXPECT_EQ(server.mt_hud->buffer, plain);
+    EXPECT_EQ(server.tiler.mt_hud->buffer, plain);
     point_at_zone(0);
-    const wlr_buffer *picked = server.mt_hud->buffer;
+    const wlr_buffer *picked = server.tiler.mt_hud->buffer;
     EXPECT_NE(picked, plain);
     pointer->move(1, 1);
-    EXPECT_EQ(server.mt_hud->buffer, picked);
+    EXPECT_EQ(server.tiler.mt_hud->buffer, picked);
     pointer->release(BTN_LEFT);
 }
 
@@ -241,9 +241,9 @@ TEST_F(tiler, forgets_a_pick_on_the_way_to_another_output)
     start_drag();
     point_at_zone(0);
     go(1280 + 640, 400);
-    EXPECT_EQ(server.mt_zone, -1);
-    EXPECT_EQ(server.mt_hud->node.x, 1280 + int(hud_x));
-    EXPECT_EQ(server.mt_output, output("B").wlr_output);
+    EXPECT_EQ(server.tiler.mt_zone, -1);
+    EXPECT_EQ(server.tiler.mt_hud->node.x, 1280 + int(hud_x));
+    EXPECT_EQ(server.tiler.mt_output, output("B").wlr_output);
     pointer->release(BTN_LEFT);
     EXPECT_EQ(t().workspace, &workspace(2));
 }

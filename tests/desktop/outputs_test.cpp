@@ -3,9 +3,9 @@
 #include "support/desktop.hpp"
 
 #include "config/settings.hpp"
+#include "outputs/output.hpp"
 #include "outputs/power.hpp"
 #include "outputs/rehome.hpp"
-#include "session/state_files.hpp"
 #include "startup.hpp"
 
 #include <fstream>
@@ -230,12 +230,13 @@ TEST_F(outputs, are_off_the_outputs_file_by_the_time_their_going_is_announced)
     static outputs *self;
     seen.clear();
     self = this;
-    const auto observer = std::exchange(g_broadcast_observer, [](vnt_event event) {
+    const broadcast_receiver look = [](vantore_server &, vnt_event event) {
         if (event == VNT_EVT_OUTPUTS)
             seen = self->outputs_file();
-    });
+    };
+    broadcast_listen(look);
     unplug("A");
-    g_broadcast_observer = observer;
+    broadcast_unlisten(look);
     EXPECT_THAT(seen, ElementsAre("B"));
 }
 
@@ -244,7 +245,7 @@ TEST_F(outputs, without_a_runtime_directory_no_outputs_file_is_written)
     plug("A", 800, 600);
     std::filesystem::remove(world.runtime_directory() / "vantore-outputs");
     unsetenv("XDG_RUNTIME_DIR");
-    write_outputs_file(server);
+    outputs_file_follow(server, VNT_EVT_OUTPUTS);
     EXPECT_FALSE(std::filesystem::exists(world.runtime_directory() / "vantore-outputs"));
     plug("B", 800, 600);
     EXPECT_THAT(heard(), Contains(VNT_EVT_OUTPUTS));
@@ -261,7 +262,7 @@ TEST_F(outputs, disabled_ones_stay_on_the_outputs_file)
 {
     plug("A", 800, 600);
     set_dpms(server, false);
-    write_outputs_file(server);
+    outputs_file_follow(server, VNT_EVT_OUTPUTS);
     EXPECT_THAT(outputs_file(), ElementsAre("A"));
 }
 

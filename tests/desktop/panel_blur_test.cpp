@@ -3,8 +3,8 @@
 #include "support/layers.hpp"
 #include "support/scene_nodes.hpp"
 
-#include "config/reload.hpp"
 #include "config/settings.hpp"
+#include "reload.hpp"
 #include "windows/fullscreen.hpp"
 
 #include <wayland-client.h>

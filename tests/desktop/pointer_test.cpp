@@ -137,11 +137,11 @@ TEST_F(pointing, a_press_while_locked_moves_no_focus)
     place(other, 700, 300);
     go(110, 120);
     server.locked = true;
-    server.mod_tapped = true;
+    server.tap.mod_tapped = true;
     pointer->click(BTN_LEFT);
     EXPECT_EQ(keyboard_focus(), surface_of(other));
     EXPECT_EQ(each<&vantore_toplevel::link>(server.toplevels).first(), &record(other));
-    EXPECT_FALSE(server.mod_tapped);
+    EXPECT_FALSE(server.tap.mod_tapped);
     server.locked = false;
 }
 
@@ -150,7 +150,7 @@ TEST_F(pointing, motion_while_locked_reaches_what_the_scene_shows_with_the_defau
     server.locked = true;
     go(110, 120);
     EXPECT_THAT(events(), ElementsAre("pointer enter page 10,20"));
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
     go(50, 50);
     EXPECT_THAT(events(), ElementsAre("pointer leave page"));
     server.locked = false;
@@ -217,8 +217,8 @@ TEST_F(pointing, a_client_that_dies_while_pressed_leaves_the_pointer_free)
 TEST_F(pointing, the_cursor_over_the_desktop_is_the_default_one)
 {
     go(50, 50);
-    EXPECT_TRUE(server.cur_cursor_named);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    EXPECT_TRUE(server.cursor_shown.cur_cursor_named);
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
 }
 
 TEST_F(pointing, a_client_sets_a_surface_with_its_hotspot_until_the_pointer_leaves)
@@ -229,17 +229,17 @@ TEST_F(pointing, a_client_sets_a_surface_with_its_hotspot_until_the_pointer_leav
     ears->set_cursor(arrow, 3, 4);
     page->owner().paint(arrow, {16, 16}, 0xffff0000);
     settle();
-    ASSERT_NE(server.cur_cursor_surface, nullptr);
-    EXPECT_FALSE(server.cur_cursor_named);
-    EXPECT_EQ(server.cur_cursor_hx, 3);
-    EXPECT_EQ(server.cur_cursor_hy, 4);
+    ASSERT_NE(server.cursor_shown.cur_cursor_surface, nullptr);
+    EXPECT_FALSE(server.cursor_shown.cur_cursor_named);
+    EXPECT_EQ(server.cursor_shown.cur_cursor_hx, 3);
+    EXPECT_EQ(server.cursor_shown.cur_cursor_hy, 4);
     EVENTUALLY_EQ(pixel("A", 115, 125), 0xffff0000U); // 110-3+8, 120-4+9
     go(50, 50);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
-    EXPECT_EQ(server.cur_cursor_surface, nullptr);
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
+    EXPECT_EQ(server.cursor_shown.cur_cursor_surface, nullptr);
     page->owner().destroy_surface(arrow);
     settle();
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
 }
 
 TEST_F(pointing, a_cursor_surface_that_dies_gives_way_to_the_default)
@@ -249,12 +249,12 @@ TEST_F(pointing, a_cursor_surface_that_dies_gives_way_to_the_default)
     wl_surface *arrow = page->owner().create_surface("arrow");
     ears->set_cursor(arrow, 0, 0);
     settle();
-    ASSERT_NE(server.cur_cursor_surface, nullptr);
+    ASSERT_NE(server.cursor_shown.cur_cursor_surface, nullptr);
     page->owner().destroy_surface(arrow);
     settle();
-    EXPECT_EQ(server.cur_cursor_surface, nullptr);
-    EXPECT_TRUE(server.cur_cursor_named);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    EXPECT_EQ(server.cursor_shown.cur_cursor_surface, nullptr);
+    EXPECT_TRUE(server.cursor_shown.cur_cursor_named);
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
 }
 
 TEST_F(pointing, a_client_may_hide_the_cursor)
@@ -263,10 +263,10 @@ TEST_F(pointing, a_client_may_hide_the_cursor)
     settle();
     ears->set_cursor(nullptr, 0, 0);
     settle();
-    EXPECT_FALSE(server.cur_cursor_named);
-    EXPECT_EQ(server.cur_cursor_surface, nullptr);
+    EXPECT_FALSE(server.cursor_shown.cur_cursor_named);
+    EXPECT_EQ(server.cursor_shown.cur_cursor_surface, nullptr);
     go(50, 50);
-    EXPECT_TRUE(server.cur_cursor_named);
+    EXPECT_TRUE(server.cursor_shown.cur_cursor_named);
 }
 
 TEST_F(pointing, a_client_sets_a_shape_by_name)
@@ -275,8 +275,8 @@ TEST_F(pointing, a_client_sets_a_shape_by_name)
     settle();
     ears->set_shape(9); // text
     settle();
-    EXPECT_TRUE(server.cur_cursor_named);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "text"));
+    EXPECT_TRUE(server.cursor_shown.cur_cursor_named);
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "text"));
 }
 
 TEST_F(pointing, a_shape_for_a_tablets_pen_leaves_the_pointer_its_image)
@@ -289,10 +289,10 @@ TEST_F(pointing, a_shape_for_a_tablets_pen_leaves_the_pointer_its_image)
     event.device_type = WLR_CURSOR_SHAPE_MANAGER_V1_DEVICE_TYPE_TABLET_TOOL;
     event.shape = WP_CURSOR_SHAPE_DEVICE_V1_SHAPE_TEXT;
     seat_request_set_cursor_shape(server, &event);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
     event.device_type = WLR_CURSOR_SHAPE_MANAGER_V1_DEVICE_TYPE_POINTER;
     seat_request_set_cursor_shape(server, &event);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "text"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "text"));
 }
 
 TEST_F(pointing, a_client_without_the_pointer_sets_no_cursor)
@@ -305,15 +305,15 @@ TEST_F(pointing, a_client_without_the_pointer_sets_no_cursor)
     ears->set_cursor(arrow, 0, 0);
     ears->set_shape(9);
     settle();
-    EXPECT_EQ(server.cur_cursor_surface, nullptr);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    EXPECT_EQ(server.cursor_shown.cur_cursor_surface, nullptr);
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
     page->owner().destroy_surface(arrow);
 }
 
 TEST_F(pointing, a_long_cursor_name_is_cut)
 {
     set_named_cursor(server, std::string(60, 'x').c_str());
-    EXPECT_EQ(text_of(server.cur_cursor_name), std::string(47, 'x'));
+    EXPECT_EQ(text_of(server.cursor_shown.cur_cursor_name), std::string(47, 'x'));
 }
 
 // Hit tests

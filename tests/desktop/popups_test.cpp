@@ -79,7 +79,7 @@ TEST_F(menus, above_a_border_or_a_title_bar_take_the_click)
     for (const int y : {355, 480}) {
         point_at(pointer, 104, y);
         pointer.press(BTN_LEFT);
-        EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+        EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
         EVENTUALLY(ears.heard("button down 272"));
         pointer.release(BTN_LEFT);
         settle();

@@ -1,6 +1,6 @@
 // A reload of the configuration in a running session.
 
-#include "config/reload.hpp"
+#include "reload.hpp"
 #include "support/desktop.hpp"
 #include "support/wayland_devices.hpp"
 
@@ -215,7 +215,7 @@ TEST_F(unstarted_desktop, the_cursors_theme_and_size_take_effect_at_the_first_re
     config_reload(server);
     EXPECT_STREQ(server.xcursor_mgr->name, "Adwaita");
     EXPECT_EQ(server.xcursor_mgr->size, 48U);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
 }
 
 TEST_F(reload, loads_the_cursor_at_first_and_then_only_when_it_changed)
@@ -282,10 +282,10 @@ TEST_F(reload, of_another_cursor_takes_it_from_the_client_that_set_its_own)
     settle();
     wl_surface *arrow = editor.owner().create_surface("arrow");
     ears.set_cursor(arrow, 3, 4);
-    EVENTUALLY(server.cur_cursor_surface != nullptr);
+    EVENTUALLY(server.cursor_shown.cur_cursor_surface != nullptr);
     config_reload(server);
-    EXPECT_TRUE(server.cur_cursor_named);
-    EXPECT_TRUE(text_equals(server.cur_cursor_name, "default"));
+    EXPECT_TRUE(server.cursor_shown.cur_cursor_named);
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
     editor.owner().destroy_surface(arrow);
 }
 

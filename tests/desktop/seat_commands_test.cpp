@@ -214,7 +214,7 @@ TEST_F(scripted, a_click_on_a_title_bar_goes_past_it)
     EXPECT_THAT(heard_of("click 480 85"), IsEmpty());
     settle();
     EXPECT_EQ(page->closes(), 0);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     t.ssd = false;
 }
 

@@ -2,8 +2,8 @@
 
 #include "support/desktop.hpp"
 
-#include "config/reload.hpp"
 #include "config/settings.hpp"
+#include "reload.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/direction.hpp"
 #include "workspaces/focus.hpp"

@@ -124,7 +124,7 @@ TEST_F(unmanaged, menu_above_a_title_bar_takes_the_click)
     EXPECT_EQ(record(under).hover_region, DEC_NONE);
     pointer->click(BTN_LEFT);
     EVENTUALLY(menu.heard("button 1 10,30"));
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     menu.destroy();
     EVENTUALLY_EQ(find_unmanaged(menu), nullptr);
     point_at(*pointer, at.x + 60, at.y - 9);
@@ -169,7 +169,7 @@ TEST_F(unmanaged, window_of_the_output_s_size_is_spared_the_overlay_of_shortcuts
         x11_window &game = map_unmanaged({.x = 0, .y = 0, .width = width, .height = 704});
         keyboard.press(KEY_LEFTMETA);
         advance_clock_ms(1500);
-        EXPECT_EQ(server.shortcuts_shown, width < 1280);
+        EXPECT_EQ(server.tap.shortcuts_shown, width < 1280);
         keyboard.release(KEY_LEFTMETA);
         game.destroy();
         EVENTUALLY_EQ(find_unmanaged(game), nullptr);
@@ -293,12 +293,12 @@ TEST_F(unmanaged, dragged_window_that_turns_into_a_menu_ends_its_drag)
 {
     x11_window &w = map_x11();
     w.request_drag(8);
-    EVENTUALLY_EQ(server.grabbed_toplevel, &record(w));
+    EVENTUALLY_EQ(server.drag.grabbed_toplevel, &record(w));
     w.override_redirect(true);
     w.move(20, 30);
     EVENTUALLY(find_unmanaged(w) != nullptr);
-    EXPECT_EQ(server.grabbed_toplevel, nullptr);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.grabbed_toplevel, nullptr);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
 }
 
 TEST_F(unmanaged, windows_go_with_the_x_server)

@@ -391,10 +391,10 @@ static const window_state states[]{
      [](vantore_toplevel &t, made_up_pointer &) {
          wl_signal_emit_mutable(&t.xwl->events.request_move, nullptr);
      },
-     [](const vantore_toplevel &t) { return t.server->grabbed_toplevel == &t; }},
+     [](const vantore_toplevel &t) { return t.server->drag.grabbed_toplevel == &t; }},
     {"hovered", [](vantore_toplevel &t, made_up_pointer &p) { point_at_close_button(t, p); },
      [](const vantore_toplevel &t) {
-         return t.server->hovered_toplevel == &t && t.hover_region == DEC_CLOSE;
+         return t.server->pointing.hovered_toplevel == &t && t.hover_region == DEC_CLOSE;
      }},
     {"locked", [](vantore_toplevel &t, made_up_pointer &) { t.server->locked = true; },
      [](const vantore_toplevel &t) { return t.server->locked; }},
@@ -411,8 +411,8 @@ TEST_P(x11_state, window_changes_sides_and_back)
     w.move(20, 30);
     EVENTUALLY(find_unmanaged(w) != nullptr && find_unmanaged(w)->scene_tree != nullptr);
     EXPECT_EQ(find_record(w), nullptr);
-    EXPECT_EQ(server.grabbed_toplevel, nullptr);
-    EXPECT_EQ(server.hovered_toplevel, nullptr);
+    EXPECT_EQ(server.drag.grabbed_toplevel, nullptr);
+    EXPECT_EQ(server.pointing.hovered_toplevel, nullptr);
     EXPECT_THAT(broken_rules(), IsEmpty());
     w.override_redirect(false);
     w.move(40, 50);
@@ -434,9 +434,9 @@ TEST_P(x11_state, x_server_that_dies_takes_the_windows_and_nothing_else)
     advance_clock_ms(1);
     settle();
     EXPECT_EQ(wl_list_length(&server.toplevels), 1);
-    EXPECT_EQ(server.grabbed_toplevel, nullptr);
-    EXPECT_EQ(server.hovered_toplevel, nullptr);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.grabbed_toplevel, nullptr);
+    EXPECT_EQ(server.pointing.hovered_toplevel, nullptr);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     EXPECT_THAT(broken_rules(), IsEmpty());
     server.locked = false;
     goto_workspace(server, 1);
@@ -476,10 +476,10 @@ TEST_F(x11_hostile, x_server_that_dies_during_a_resize_ends_it)
 {
     x11_window &w = map_x11();
     w.request_drag(4);
-    EVENTUALLY_EQ(server.cursor_mode, VANTORE_CURSOR_RESIZE);
+    EVENTUALLY_EQ(server.drag.cursor_mode, VANTORE_CURSOR_RESIZE);
     kill_x_server();
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
-    EXPECT_EQ(server.grabbed_toplevel, nullptr);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.grabbed_toplevel, nullptr);
     point_at(*pointer, 10, 110);
     pointer->release(BTN_LEFT);
     EXPECT_THAT(broken_rules(), IsEmpty());

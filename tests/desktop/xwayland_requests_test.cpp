@@ -99,7 +99,7 @@ TEST_F(x11_requests, do_not_tear_a_window_from_the_drag_that_moves_it)
 {
     x11_window &w = map_x11();
     w.request_drag(8);
-    EVENTUALLY_EQ(server.grabbed_toplevel, &record(w));
+    EVENTUALLY_EQ(server.drag.grabbed_toplevel, &record(w));
     pointer->move(10, 10);
     const wlr_box dragged = box(w);
     EVENTUALLY_EQ(w.told(), place_of(w));
@@ -113,7 +113,7 @@ TEST_F(x11_requests, start_a_move)
 {
     x11_window &w = map_x11();
     w.request_drag(8);
-    EVENTUALLY_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE);
+    EVENTUALLY_EQ(server.drag.cursor_mode, VANTORE_CURSOR_MOVE);
     pointer->move(30, 40);
     EVENTUALLY_EQ(w.told(), (x11_place{520, 307, 300, 200}));
 }
@@ -122,8 +122,8 @@ TEST_F(x11_requests, start_a_resize_at_the_edges_that_they_name)
 {
     x11_window &w = map_x11();
     w.request_drag(4); // bottom right
-    EVENTUALLY_EQ(server.cursor_mode, VANTORE_CURSOR_RESIZE);
-    EXPECT_EQ(server.resize_edges, uint32_t{WLR_EDGE_BOTTOM | WLR_EDGE_RIGHT});
+    EVENTUALLY_EQ(server.drag.cursor_mode, VANTORE_CURSOR_RESIZE);
+    EXPECT_EQ(server.drag.resize_edges, uint32_t{WLR_EDGE_BOTTOM | WLR_EDGE_RIGHT});
     pointer->move(30, 40);
     EVENTUALLY_EQ(w.told(), (x11_place{490, 267, 330, 240}));
 }
@@ -139,7 +139,7 @@ TEST_F(x11_requests, start_no_drag_of_a_window_that_is_fullscreen_minimized_or_n
     x11_window &unmapped = connect_x11().create();
     unmapped.request_drag(8);
     settle();
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
 }
 
 TEST_F(x11_requests, start_no_drag_of_a_window_that_nobody_sees)
@@ -149,7 +149,7 @@ TEST_F(x11_requests, start_no_drag_of_a_window_that_nobody_sees)
     w.request_drag(8);
     w.request_drag(4);
     settle();
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     EXPECT_EQ(record(w).scene_tree->node.parent, workspace(1).tree);
 }
 

@@ -4,7 +4,7 @@
 #include "support/server_check.hpp"
 #include "support/x11_desk.hpp"
 
-#include "config/reload.hpp"
+#include "reload.hpp"
 #include "windows/states.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/focus.hpp"
@@ -116,12 +116,12 @@ TEST_F(xwayland, crash_costs_its_windows_and_no_others)
     map_unmanaged({});
     test::x11_window &dragged = map_x11();
     dragged.request_drag(8);
-    EVENTUALLY_EQ(server.grabbed_toplevel, &record(dragged));
+    EVENTUALLY_EQ(server.drag.grabbed_toplevel, &record(dragged));
     kill_x_server();
     EXPECT_THAT(raised(), ElementsAre(record(native).id));
     EXPECT_TRUE(wl_list_empty(&server.xwl_unmanaged));
-    EXPECT_EQ(server.grabbed_toplevel, nullptr);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.grabbed_toplevel, nullptr);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     EXPECT_EQ(keyboard_focus(), tl_surface(record(native)));
     EXPECT_THAT(test::server_check(server), IsEmpty());
 }
@@ -413,11 +413,11 @@ TEST_F(xwayland, window_that_unmaps_ends_its_drag)
 {
     x11_window &w = map_x11();
     w.request_drag(8);
-    EVENTUALLY_EQ(server.cursor_mode, VANTORE_CURSOR_MOVE);
+    EVENTUALLY_EQ(server.drag.cursor_mode, VANTORE_CURSOR_MOVE);
     w.unmap();
     EVENTUALLY_EQ(find_record(w), nullptr);
-    EXPECT_EQ(server.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
-    EXPECT_EQ(server.grabbed_toplevel, nullptr);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_EQ(server.drag.grabbed_toplevel, nullptr);
 }
 
 // Focus and input

@@ -43,13 +43,18 @@ static void warm_up()
     server_finish(*server);
 }
 
+static void note_event(vantore_server &, vnt_event event)
+{
+    g_heard.push_back(event);
+}
+
 void unstarted_desktop::SetUp()
 {
     write_config("autostart.conf", ""); // the default text starts programs
     warm_up();
     descriptors_before = open_descriptors();
     g_heard.clear();
-    g_broadcast_observer = [](vnt_event event) { g_heard.push_back(event); };
+    broadcast_listen(note_event);
 }
 
 void unstarted_desktop::start()
@@ -71,7 +76,7 @@ void unstarted_desktop::finish()
     ipc_clients.clear();
     x11_clients.clear();
     EXPECT_TRUE(wl_list_empty(&server.xwl_unmanaged));
-    EXPECT_TRUE(wl_list_empty(&server.ipc_clients));
+    EXPECT_TRUE(wl_list_empty(&server.ipc.ipc_clients));
     EXPECT_TRUE(wl_list_empty(&server.toplevels));
     EXPECT_TRUE(wl_list_empty(&server.layer_surfaces));
     EXPECT_TRUE(wl_list_empty(&server.outputs));
@@ -96,7 +101,7 @@ void unstarted_desktop::TearDown()
 {
     if (running)
         finish();
-    g_broadcast_observer = nullptr;
+    broadcast_unlisten(note_event);
     EXPECT_EQ(open_descriptors(), descriptors_before) << "descriptors were left open";
 }
 
@@ -410,9 +415,9 @@ void unstarted_desktop::kill_x_server()
 
 ipc_client &unstarted_desktop::dial()
 {
-    const int before = wl_list_length(&server.ipc_clients);
-    ipc_client &added = ipc_clients.emplace_back(server.ipc_path.data());
-    EVENTUALLY(wl_list_length(&server.ipc_clients) > before);
+    const int before = wl_list_length(&server.ipc.ipc_clients);
+    ipc_client &added = ipc_clients.emplace_back(server.ipc.ipc_path.data());
+    EVENTUALLY(wl_list_length(&server.ipc.ipc_clients) > before);
     return added;
 }
 

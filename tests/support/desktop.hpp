@@ -3,11 +3,12 @@
 #pragma once
 
 #include "boxes.hpp"
+#include "broadcast.hpp"
 #include "cut_line.hpp"
-#include "ipc/broadcast.hpp"
 #include "ipc_client.hpp"
 #include "isolation.hpp"
 #include "made_up_output.hpp"
+#include "outputs/lookup.hpp"
 #include "outputs/output.hpp"
 #include "picture.hpp"
 #include "server.hpp"

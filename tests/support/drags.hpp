@@ -37,7 +37,7 @@ struct drags : desktop {
     // Never the second press of a double click.
     void press_at(double lx, double ly, uint32_t button = BTN_LEFT)
     {
-        server.last_tb_id = 0;
+        server.pointing.last_tb_id = 0;
         go(lx, ly);
         pointer->press(button);
     }

@@ -1,7 +1,7 @@
 #include "random_session.hpp"
 
-#include "config/reload.hpp"
 #include "outputs/power.hpp"
+#include "reload.hpp"
 #include "server_check.hpp"
 #include "windows/attention.hpp"
 #include "windows/fullscreen.hpp"

@@ -1,6 +1,7 @@
 #include "server_check.hpp"
 
 #include "input/hit_test.hpp"
+#include "outputs/lookup.hpp"
 #include "outputs/output.hpp"
 #include "server.hpp"
 #include "windows/layer.hpp"
@@ -108,7 +109,7 @@ private:
     void check_place(vantore_toplevel &t, const std::string &name)
     {
         const wlr_box box = toplevel_box(t);
-        const bool dragged = &t == server.grabbed_toplevel;
+        const bool dragged = &t == server.drag.grabbed_toplevel;
         expect(dragged || t.scene_tree->node.parent == toplevel_parent_tree(t),
                name + " hangs where it belongs");
         expect(box.width >= 1 && box.height >= 1, name + " has a size");
@@ -128,7 +129,7 @@ private:
         expect(t.xwl->data == &t, name + "'s X window points back");
         expect(!t.xwl->override_redirect, name + " is to be managed");
         expect(!t.minimized || t.xwl->minimized, name + " was told that it is minimized");
-        expect(t.scene_tree->node.data == &t, name + " is found by hit tests");
+        expect(toplevel_of(t.scene_tree->node) == &t, name + " is found by hit tests");
     }
 
     void check_xdg_window(const vantore_toplevel &t, const std::string &name)
@@ -160,7 +161,7 @@ private:
         expect(surface.data == &l, name + " points back");
         expect(output_of(server, surface.output) != nullptr, name + " is on an output that is there");
         expect(std::ranges::contains(server.layers, l.scene->tree->node.parent), name + " hangs in a layer");
-        expect(l.scene->tree->node.data == nullptr, name + " is not taken for a window");
+        expect(tag_of(l.scene->tree->node) == &l.tag, name + " is known by its tag");
         const bool off = surface.output != nullptr && !surface.output->enabled; // it is told later then
         expect(!surface.surface->mapped || off || l.told_width > 0,
                name + " was told a size before it was shown");

@@ -1,7 +1,7 @@
 // Bringing a running session in line with the configuration files.
 #pragma once
 
-#include "../fwd.hpp"
+#include "fwd.hpp"
 
 // Can't fail: what can't be used is counted, and the count shown to the user. What only a new session takes
 // up (globals that are offered, what windows got when they mapped) stays as it is.
@@ -9,6 +9,3 @@ void config_reload(vantore_server &server);
 
 // Reloads on SIGHUP from now on, until the server's source is reset.
 void config_reload_on_hangup(vantore_server &server);
-
-// Shows a desktop notification, where the program for that is installed.
-void config_notify(const char *body);

@@ -1,4 +1,4 @@
-#include "tile_mode.hpp"
+#include "layout.hpp"
 
 const char *tile_mode_name(vantore_tile_mode mode)
 {

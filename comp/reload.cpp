@@ -3,33 +3,27 @@
 
 #include "reload.hpp"
 
-#include "../input/cursor_image.hpp"
-#include "../input/devices.hpp"
-#include "../input/keyboard.hpp"
-#include "../input/keymap.hpp"
-#include "../input/libinput_settings.hpp"
-#include "../ipc/broadcast.hpp"
-#include "../outputs/perf_mode.hpp"
-#include "../presentation/decorations.hpp"
-#include "../server.hpp"
-#include "../spawn.hpp"
-#include "../windows/app_rules.hpp"
-#include "../windows/toplevel.hpp"
-#include "../windows/xwayland.hpp"
-#include "../workspaces/arrange.hpp"
-#include "../workspaces/stacks.hpp"
-#include "files.hpp"
-#include "load.hpp"
-#include "settings.hpp"
-#include "workspaces_file.hpp"
+#include "broadcast.hpp"
+#include "config/files.hpp"
+#include "config/load.hpp"
+#include "config/settings.hpp"
+#include "input/cursor_image.hpp"
+#include "input/devices.hpp"
+#include "input/keyboard.hpp"
+#include "input/keymap.hpp"
+#include "input/libinput_settings.hpp"
+#include "notify.hpp"
+#include "presentation/decorations.hpp"
+#include "server.hpp"
+#include "visibility.hpp"
+#include "windows/app_rules.hpp"
+#include "windows/toplevel.hpp"
+#include "windows/xwayland.hpp"
+#include "workspaces/arrange.hpp"
+#include "workspaces/stacks.hpp"
+#include "workspaces/workspace.hpp"
 
 #include <csignal>
-
-void config_notify(const char *body)
-{
-    const char *const command[]{"notify-send", "-a", "Vantore", "Config", body, nullptr};
-    spawn_program(command);
-}
 
 static void reload_keyboards(vantore_server &server)
 {
@@ -92,7 +86,7 @@ static constexpr void (*steps[])(vantore_server &) = {
     config_load,       cursor_apply,   apply_x_primary,
     reload_keyboards,  reload_devices, apply_touch_mapping,
     reload_workspaces, reload_rules,   recolor_all_decorations,
-    refresh_perf_mode, announce,       report_bad_lines,
+    visible_changed,   announce,       report_bad_lines,
 };
 
 void config_reload(vantore_server &server)

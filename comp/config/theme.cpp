@@ -1,6 +1,6 @@
 #include "theme.hpp"
 
-#include "../config/settings.hpp"
+#include "settings.hpp"
 
 #include <algorithm>
 

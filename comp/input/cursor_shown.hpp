@@ -1,0 +1,17 @@
+// What the cursor shows, as data: a name of the theme, a client's surface, or nothing.
+#pragma once
+
+#include "../records.hpp"
+
+#include <array>
+
+struct vantore_cursor_shown {
+    // What cursor_apply last applied; at first what no configuration can ask for.
+    std::array<char, 128> applied_theme{"\1"};
+    int applied_size = -1;
+    bool cur_cursor_named = false;
+    std::array<char, 48> cur_cursor_name{};
+    wlr_surface *cur_cursor_surface = nullptr; // cleared when it is destroyed
+    int32_t cur_cursor_hx = 0, cur_cursor_hy = 0; // its hotspot
+    listener cur_cursor_surface_destroy;
+};

@@ -1,0 +1,15 @@
+// A pointer that is shaken to be found, as data. Times are those of mono_ms.
+#pragma once
+
+#include "../wlr.hpp"
+#include "shake.hpp"
+
+struct vantore_locating {
+    // By cursor_locate_step; null until they are needed.
+    std::array<wlr_xcursor_manager *, 10> xcursor_steps{};
+    bool cursor_locate_on = false;
+    bool cursor_locate_shrinking = false;
+    int cursor_locate_step = 0; // 0 is the usual size
+    int64_t cursor_locate_t0 = 0, cursor_locate_shrink_t0 = 0, cursor_locate_hold_until = 0;
+    shake_history shake;
+};

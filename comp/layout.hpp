@@ -1,0 +1,13 @@
+// How a workspace lays its windows out, and the names of tile modes in files and on the IPC socket.
+#pragma once
+
+#include <string_view>
+
+enum vantore_layout : unsigned char { VANTORE_LAYOUT_FLOATING, VANTORE_LAYOUT_TILING };
+
+enum vantore_tile_mode : unsigned char { TM_MASTER, TM_GRID, TM_COLUMNS, TM_MONOCLE };
+
+const char *tile_mode_name(vantore_tile_mode mode);
+
+// TM_MASTER for every text that is not the name of a mode.
+vantore_tile_mode tile_mode_from_name(std::string_view name);

@@ -1,0 +1,78 @@
+#include "lookup.hpp"
+
+#include "../server.hpp"
+#include "output.hpp"
+
+vantore_output *output_by_name(vantore_server &server, std::string_view name)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (o.wlr_output->name != nullptr && name == o.wlr_output->name)
+            return &o;
+    return nullptr;
+}
+
+vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_output)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (o.wlr_output == wlr_output)
+            return &o;
+    return nullptr;
+}
+
+vantore_output *output_at(vantore_server &server, double lx, double ly)
+{
+    return output_of(server, wlr_output_layout_output_at(server.output_layout, lx, ly));
+}
+
+vantore_output *current_output(vantore_server &server)
+{
+    if (vantore_output *o = output_at(server, server.cursor->x, server.cursor->y))
+        return o;
+    return each<&vantore_output::link>(server.outputs).first();
+}
+
+vantore_output *resolve_primary_output(vantore_server &server)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (o.wlr_output->enabled)
+            return &o;
+    return nullptr;
+}
+
+int outputs_enabled_count(vantore_server &server)
+{
+    int count = 0;
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        count += o.wlr_output->enabled ? 1 : 0;
+    return count;
+}
+
+const char *output_name(const struct wlr_output *wlr_output)
+{
+    return wlr_output->name != nullptr ? wlr_output->name : "?";
+}
+
+wlr_box output_layout_box(const vantore_output &o)
+{
+    wlr_box box{};
+    wlr_output_layout_get_box(o.server->output_layout, o.wlr_output, &box);
+    return box;
+}
+
+wlr_box output_usable_at(vantore_server &server, double lx, double ly)
+{
+    struct wlr_output *at = wlr_output_layout_output_at(server.output_layout, lx, ly);
+    if (at == nullptr)
+        return {};
+    const vantore_output *o = output_of(server, at);
+    if (o != nullptr && o->usable.width > 0 && o->usable.height > 0)
+        return o->usable;
+    wlr_box box{};
+    wlr_output_layout_get_box(server.output_layout, at, &box);
+    return box;
+}
+
+wlr_box usable_at_cursor(vantore_server &server)
+{
+    return output_usable_at(server, server.cursor->x, server.cursor->y);
+}

@@ -1,0 +1,8 @@
+#include "visibility.hpp"
+
+#include "outputs/perf_mode.hpp"
+
+void visible_changed(vantore_server &server)
+{
+    refresh_perf_mode(server);
+}
