@@ -4,6 +4,7 @@
 #include "../outputs/lookup.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
+#include "../windows/showing.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/stacks.hpp"
@@ -13,6 +14,7 @@
 #include "mouse_tiler.hpp"
 
 #include <algorithm>
+#include <utility>
 
 static constexpr int least_width = 120, least_height = 40;
 static constexpr double tiler_distance_squared = 1600; // 40 pixels
@@ -20,12 +22,6 @@ static constexpr double tiler_distance_squared = 1600; // 40 pixels
 static bool is_on_tiling_workspace(const vantore_toplevel &t)
 {
     return t.workspace != nullptr && t.workspace->layout == VANTORE_LAYOUT_TILING;
-}
-
-static void remember_as_floating(vantore_toplevel &t, int w, int h)
-{
-    const wlr_scene_node &node = t.scene_tree->node;
-    t.float_geo = {.x = node.x, .y = node.y, .width = w, .height = h};
 }
 
 // The size to come back to; a side that is not known stays as it is.
@@ -56,12 +52,9 @@ static void unsnap(vantore_toplevel &t)
         t.floating = true;
     const wlr_box size = size_before_snap(t);
     clear_maximized(t);
-    wlr_scene_node_set_position(&t.scene_tree->node, int(cursor.x - size.width * fraction),
-                                int(cursor.y) + titlebar_of(t));
-    t.want_w = size.width;
-    t.want_h = size.height;
     tl_set_tiled(t, false);
-    tl_set_size(t, size.width, size.height);
+    tl_place(
+        t, {int(cursor.x - size.width * fraction), int(cursor.y) + titlebar_of(t), size.width, size.height});
     t.snapped = false;
     remember_as_floating(t, size.width, size.height);
 }
@@ -76,10 +69,9 @@ static void begin_move(vantore_toplevel &t)
     server.drag.grab_start_y = server.cursor->y;
     server.drag.grab_x = server.cursor->x - node.x;
     server.drag.grab_y = server.cursor->y - node.y;
-    if (t.fullscreen || t.overlay_lift)
-        return;
-    wlr_scene_node_reparent(&t.scene_tree->node, server.toplevel_tree);
-    wlr_scene_node_raise_to_top(&t.scene_tree->node);
+    refresh_showing(t);
+    if (!t.fullscreen && !t.overlay_lift)
+        wlr_scene_node_raise_to_top(&t.scene_tree->node);
 }
 
 // The window geometry in layout coordinates, its offset in the surface counted.
@@ -103,13 +95,15 @@ static void begin_resize(vantore_toplevel &t, uint32_t edges)
     server.drag.resize_edges = edges;
 }
 
-// A client may ask for a drag while another window is dragged. The new one stays on top.
+// A client may ask for a drag while another window is dragged: that one is put back below the new one.
 static void let_go_of_other(vantore_toplevel &t)
 {
-    vantore_server &server = *t.server;
-    if (server.drag.cursor_mode != VANTORE_CURSOR_MOVE || server.drag.grabbed_toplevel == nullptr)
+    vantore_drag &drag = t.server->drag;
+    const bool moved = drag.cursor_mode == VANTORE_CURSOR_MOVE;
+    vantore_toplevel *other = std::exchange(drag.grabbed_toplevel, nullptr);
+    if (other == nullptr || !moved)
         return;
-    restore_toplevel_parent(*server.drag.grabbed_toplevel);
+    restore_toplevel_parent(*other);
     wlr_scene_node_raise_to_top(&t.scene_tree->node);
 }
 
@@ -196,10 +190,7 @@ void process_cursor_resize(vantore_server &server)
                                 server.cursor->x - server.drag.grab_x, server.cursor->y - server.drag.grab_y,
                                 std::max(least_width, least.width), std::max(least_height, least.height));
     const wlr_box geometry = tl_get_geometry(*t);
-    wlr_scene_node_set_position(&t->scene_tree->node, box.x - geometry.x, box.y - geometry.y);
-    tl_set_size(*t, box.width, box.height);
-    t->want_w = box.width;
-    t->want_h = box.height;
+    tl_place(*t, {box.x - geometry.x, box.y - geometry.y, box.width, box.height});
     if (!toplevel_is_tiled(*t) || t->fullscreen)
         remember_as_floating(*t, geometry.width, geometry.height);
 }
@@ -207,11 +198,8 @@ void process_cursor_resize(vantore_server &server)
 void snap_apply_box(vantore_toplevel &t, const wlr_box &box)
 {
     const int bar = titlebar_of(t);
-    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y + bar);
-    t.want_w = box.width;
-    t.want_h = std::max(box.height - bar, 1);
     tl_set_tiled(t, true);
-    tl_set_size(t, t.want_w, t.want_h);
+    tl_place(t, {box.x, box.y + bar, box.width, std::max(box.height - bar, 1)});
 }
 
 void snap_window(vantore_toplevel &t, const wlr_box &box)
@@ -238,5 +226,5 @@ void hold_resize_anchor(vantore_toplevel &t)
         x = start.x + start.width - geometry.x - geometry.width;
     if ((server.drag.resize_edges & WLR_EDGE_TOP) != 0)
         y = start.y + start.height - geometry.y - geometry.height;
-    wlr_scene_node_set_position(&t.scene_tree->node, x, y);
+    tl_move(t, x, y);
 }

@@ -17,7 +17,7 @@ static void fill_output_of_workspace(vantore_toplevel &t)
     const wlr_box area = o != nullptr ? o->usable : usable_at_cursor(*t.server);
     const wlr_box geometry = tl_get_geometry(t);
     const wlr_box box = center_in(area, geometry.width, geometry.height, titlebar_of(t));
-    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
+    tl_move(t, box.x, box.y);
     toplevel_set_fullscreen(t, true);
 }
 
@@ -50,5 +50,5 @@ void place_toplevel_rule(vantore_toplevel &t)
         return;
     const wlr_box geometry = tl_get_geometry(t);
     const wlr_box box = place_in(o->usable, geometry.width, geometry.height, t.place);
-    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
+    tl_move(t, box.x, box.y);
 }

@@ -18,6 +18,7 @@
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
 #include "placement.hpp"
+#include "showing.hpp"
 #include "states.hpp"
 #include "toplevel.hpp"
 #include "unmanaged.hpp"
@@ -63,15 +64,10 @@ static vantore_output *output_to_fill(vantore_toplevel &t)
     return current_output(*t.server);
 }
 
-static void hang_and_place(vantore_toplevel &t, const wlr_box &box)
+static void apply_new_state(vantore_toplevel &t, const wlr_box &box)
 {
-    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
-    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
-    tl_set_size(t, box.width, box.height);
-}
-
-static void apply_new_state(vantore_toplevel &t)
-{
+    refresh_showing(t);
+    tl_place(t, box);
     tl_set_fullscreen_state(t, t.fullscreen);
     dec_layout(t);
     arrange_workspace(t.workspace);
@@ -87,19 +83,14 @@ static void enter_fullscreen(vantore_toplevel &t)
         return;
     t.fullscreen = true;
     t.fs_demoted = false;
-    if (t.workspace != nullptr && t.workspace->output == nullptr)
-        wlr_scene_node_set_enabled(&t.scene_tree->node, false); // the workspace's tree hides it no longer
-    hang_and_place(t, output_layout_box(*o));
-    apply_new_state(t);
+    t.put_away = t.minimized;
+    apply_new_state(t, output_layout_box(*o));
 }
 
 static void leave_fullscreen(vantore_toplevel &t)
 {
     t.fullscreen = t.fs_demoted = false;
-    if (t.minimized)
-        wlr_scene_node_set_enabled(&t.scene_tree->node, false); // only fullscreen it shows all the same
-    hang_and_place(t, t.saved_geo);
-    apply_new_state(t);
+    apply_new_state(t, t.saved_geo);
 }
 
 void toplevel_set_fullscreen(vantore_toplevel &t, bool fs)
@@ -121,7 +112,7 @@ void enforce_fullscreen_pos(vantore_toplevel &t)
     const wlr_scene_node &node = t.scene_tree->node;
     if (node.x != screen.x || node.y != screen.y)
         tl_move(t, screen.x, screen.y);
-    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+    refresh_showing(t);
 }
 
 static void fit(vantore_toplevel &t)
@@ -130,9 +121,8 @@ static void fit(vantore_toplevel &t)
     const wlr_box screen = o != nullptr ? output_layout_box(*o) : wlr_box{};
     if (!t.fullscreen || !tl_mapped(t) || screen.width < 1 || screen.height < 1)
         return;
-    enforce_fullscreen_pos(t);
-    if (!tl_has_size(t, screen.width, screen.height))
-        tl_set_size(t, screen.width, screen.height);
+    refresh_showing(t);
+    tl_place(t, screen);
 }
 
 void fit_fullscreen_windows(vantore_workspace &ws)
@@ -145,7 +135,8 @@ void settle_fullscreen(vantore_toplevel &t)
 {
     if (!t.fullscreen || t.workspace == nullptr)
         return;
-    show_fullscreen_with_workspace(t);
+    t.put_away = false;
+    refresh_showing(t);
     fit(t);
     visible_changed(*t.server);
 }
@@ -155,7 +146,7 @@ static void promote(vantore_toplevel &t)
     if (!t.fs_demoted)
         return;
     t.fs_demoted = false;
-    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+    refresh_showing(t);
 }
 
 static void demote(vantore_toplevel &t)
@@ -163,7 +154,7 @@ static void demote(vantore_toplevel &t)
     if (t.fs_demoted)
         return;
     t.fs_demoted = true;
-    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+    refresh_showing(t);
     bg_frame_timer_kick(*t.server);
 }
 

@@ -9,6 +9,7 @@
 #include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
 #include "placement.hpp"
+#include "showing.hpp"
 #include "toplevel.hpp"
 
 #include <algorithm>
@@ -21,24 +22,22 @@ wlr_box default_float_box(const vantore_toplevel &t)
     return float_box_in(area, titlebar_of(t));
 }
 
+void remember_as_floating(vantore_toplevel &t, int w, int h)
+{
+    const wlr_scene_node &node = t.scene_tree->node;
+    t.float_geo = {.x = node.x, .y = node.y, .width = w, .height = h};
+}
+
 wlr_box box_to_return_to(const vantore_toplevel &t)
 {
     const wlr_box box = toplevel_box(t);
     return box.width < 2 || box.height < 2 ? default_float_box(t) : box;
 }
 
-static void move_and_resize(vantore_toplevel &t, const wlr_box &content)
-{
-    wlr_scene_node_set_position(&t.scene_tree->node, content.x, content.y);
-    t.want_w = content.width;
-    t.want_h = content.height;
-    tl_set_size(t, content.width, content.height);
-}
-
 void toplevel_fill(vantore_toplevel &t, const wlr_box &usable)
 {
     const int bar = titlebar_of(t);
-    move_and_resize(t, {usable.x, usable.y + bar, usable.width, std::max(usable.height - bar, 1)});
+    tl_place(t, {usable.x, usable.y + bar, usable.width, std::max(usable.height - bar, 1)});
 }
 
 static void maximize(vantore_toplevel &t)
@@ -53,7 +52,7 @@ static void maximize(vantore_toplevel &t)
 
 static void unmaximize(vantore_toplevel &t)
 {
-    move_and_resize(t, t.saved_geo);
+    tl_place(t, t.saved_geo);
     t.maximized = false;
 }
 
@@ -73,8 +72,8 @@ void toplevel_minimize(vantore_toplevel &t)
 {
     t.minimized = true;
     tl_set_minimized(t, true);
-    wlr_scene_node_set_enabled(&t.scene_tree->node, false);
-    wlr_scene_node_set_enabled(&t.tabbar->node, false);
+    t.put_away = t.fullscreen;
+    refresh_showing(t);
     visible_changed(*t.server);
     for (auto &other : each<&vantore_toplevel::link>(t.server->toplevels)) {
         if (&other != &t && toplevel_visible(other)) {
@@ -87,6 +86,6 @@ void toplevel_minimize(vantore_toplevel &t)
 
 void restore_toplevel_parent(vantore_toplevel &t)
 {
-    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+    refresh_showing(t);
     wlr_scene_node_raise_to_top(&t.scene_tree->node);
 }

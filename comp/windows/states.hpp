@@ -22,6 +22,8 @@ void restore_toplevel_parent(vantore_toplevel &t);
 // The default floating box on the output of the window's workspace or, without one, on the output under the
 // cursor. Layout coordinates of the content.
 wlr_box default_float_box(const vantore_toplevel &t);
+// The window floats where it is now, and with this size, when it comes to float again.
+void remember_as_floating(vantore_toplevel &t, int w, int h);
 // Where the window lies; the default box for one that has not shown a real size yet, which has nothing worth
 // coming back to.
 wlr_box box_to_return_to(const vantore_toplevel &t);

@@ -115,9 +115,30 @@ bool tl_has_size(const vantore_toplevel &t, int w, int h)
     return asked.width == w && asked.height == h;
 }
 
-void tl_move(vantore_toplevel &t, int lx, int ly)
+static void set_position(vantore_toplevel &t, int lx, int ly)
 {
     wlr_scene_node_set_position(&t.scene_tree->node, lx, ly);
+}
+
+// An arrangement is made far more often than a size changes, and each request wakes the client.
+void tl_place(vantore_toplevel &t, const wlr_box &content)
+{
+    set_position(t, content.x, content.y);
+    t.want_w = content.width;
+    t.want_h = content.height;
+    if (!tl_has_size(t, content.width, content.height))
+        tl_set_size(t, content.width, content.height);
+}
+
+void tl_follow_x11(vantore_toplevel &t)
+{
+    set_position(t, t.xwl->x, t.xwl->y);
+    dec_layout(t);
+}
+
+void tl_move(vantore_toplevel &t, int lx, int ly)
+{
+    set_position(t, lx, ly);
     if (t.kind == VNT_XWL)
         configure_x11(t, t.xwl->width, t.xwl->height);
 }

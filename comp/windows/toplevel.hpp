@@ -54,6 +54,7 @@ struct vantore_toplevel {
     list_link ws_link; // workspace->toplevels, while there is one
     bool floating = false; // stays out of tiling on a tiling workspace
     bool minimized = false; // hidden until focused
+    bool put_away = false; // minimized while fullscreen, and its workspace has not come into view since
     bool dimmed = false; // its decorations show it without the focus
     // Shares of the room in tiling; not above 0 counts as 1.
     double tile_weight = 0; // along its row or column
@@ -110,6 +111,11 @@ void tl_set_size(vantore_toplevel &t, int w, int h);
 bool tl_has_size(const vantore_toplevel &t, int w, int h);
 // Puts the content there, in layout coordinates. An X11 window is told, or its menus would open elsewhere.
 void tl_move(vantore_toplevel &t, int lx, int ly);
+// Gives the content this box of the layout: puts it there, and asks the client for the size unless it was
+// asked before and has it. A client that is a tile is held to that size.
+void tl_place(vantore_toplevel &t, const wlr_box &content);
+// An X11 window has moved by itself: follows it.
+void tl_follow_x11(vantore_toplevel &t);
 // Tells the client whether other windows adjoin it on all four sides, where it does not know already.
 void tl_set_tiled(vantore_toplevel &t, bool on);
 void tl_set_activated(vantore_toplevel &t, bool activated);

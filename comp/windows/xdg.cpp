@@ -20,6 +20,7 @@
 #include "fullscreen.hpp"
 #include "mapping.hpp"
 #include "responsiveness.hpp"
+#include "showing.hpp"
 #include "states.hpp"
 #include "toplevel.hpp"
 
@@ -108,11 +109,10 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     wl_list_insert(&server.toplevels, &t.link);
     if (const char *app_id = tl_app_id(t); app_id != nullptr && strcmp(app_id, lifted_app_id) == 0)
         t.overlay_lift = t.floating = t.skip_taskbar = true;
-    t.minimized = false; // in an earlier map
-    wlr_scene_node_set_enabled(&t.scene_tree->node, true);
+    t.minimized = t.put_away = false; // in an earlier map
     vantore_workspace *previous = t.workspace; // of an earlier map
     toplevel_set_workspace(t, workspace_for_new_window(server));
-    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
+    refresh_showing(t);
     if (previous != t.workspace)
         arrange_workspace(previous);
     const wlr_xdg_toplevel *xdg = t.xdg_toplevel;
@@ -132,9 +132,8 @@ static void xdg_toplevel_map(vantore_toplevel &t)
 static void xdg_toplevel_unmap(vantore_toplevel &t)
 {
     let_go_of_window(t);
-    wlr_scene_node_set_enabled(&t.scene_tree->node,
-                               false); // the scene takes away the surface, but not the title bar
     leave_shown_windows(t);
+    refresh_showing(t); // the scene takes away the surface, but not the title bar
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     refocus_after_unmap(t);
 }

@@ -38,8 +38,7 @@ static void xwl_handle_request_configure(vantore_toplevel &t, wlr_xwayland_surfa
     wlr_xwayland_surface_configure(t.xwl, event->x, event->y, event->width, event->height);
     if (!shown)
         return;
-    wlr_scene_node_set_position(&t.scene_tree->node, event->x, event->y);
-    dec_layout(t);
+    tl_follow_x11(t);
 }
 
 // The window has moved, or was moved by us.
@@ -47,9 +46,10 @@ static void xwl_handle_set_geometry(vantore_toplevel &t)
 {
     if (t.scene_tree == nullptr)
         return;
-    if (!toplevel_is_tiled(t) && !t.fullscreen && &t != t.server->drag.grabbed_toplevel)
-        wlr_scene_node_set_position(&t.scene_tree->node, t.xwl->x, t.xwl->y);
-    dec_layout(t);
+    if (toplevel_is_tiled(t) || t.fullscreen || &t == t.server->drag.grabbed_toplevel)
+        dec_layout(t);
+    else
+        tl_follow_x11(t);
 }
 
 // There is no serial that tells whether the user has asked for it; at least he can see it.

@@ -53,7 +53,7 @@ static bool wants_title_bar(const wlr_xwayland_surface &xwl)
 // says.
 static void forget_earlier_map(vantore_toplevel &t)
 {
-    t.fullscreen = t.maximized = t.minimized = t.snapped = false;
+    t.fullscreen = t.maximized = t.minimized = t.put_away = t.snapped = false;
     t.stack_id = 0;
 }
 

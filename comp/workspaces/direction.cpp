@@ -4,6 +4,7 @@
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
+#include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "arrange.hpp"
 #include "focus.hpp"
@@ -98,13 +99,6 @@ void move_focused_in_tiles(vantore_server &server, int dir)
     ipc_broadcast(server, VNT_EVT_WORKSPACES);
 }
 
-// Where it stands now is where it floats from here on.
-static void remember_floating_box(vantore_toplevel &t, int w, int h)
-{
-    const wlr_scene_node &node = t.scene_tree->node;
-    t.float_geo = {.x = node.x, .y = node.y, .width = w, .height = h};
-}
-
 void move_direction(vantore_server &server, int dx, int dy)
 {
     vantore_toplevel *t = focused_toplevel(server);
@@ -116,7 +110,7 @@ void move_direction(vantore_server &server, int dx, int dy)
     }
     const wlr_box box = toplevel_box(*t);
     tl_move(*t, box.x + step * dx, box.y + step * dy);
-    remember_floating_box(*t, box.width, box.height);
+    remember_as_floating(*t, box.width, box.height);
 }
 
 static void resize_floating(vantore_toplevel &t, int dx, int dy)
@@ -124,8 +118,8 @@ static void resize_floating(vantore_toplevel &t, int dx, int dy)
     const wlr_box box = toplevel_box(t);
     const int w = std::max(box.width + step * dx, least_width);
     const int h = std::max(box.height + step * dy, least_height);
-    tl_set_size(t, w, h);
-    remember_floating_box(t, w, h);
+    tl_place(t, {box.x, box.y, w, h});
+    remember_as_floating(t, w, h);
 }
 
 static void step_weight(double &weight, int dir)

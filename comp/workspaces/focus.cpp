@@ -6,6 +6,7 @@
 #include "../server.hpp"
 #include "../visibility.hpp"
 #include "../windows/fullscreen.hpp"
+#include "../windows/showing.hpp"
 #include "../windows/toplevel.hpp"
 #include "arrange.hpp"
 #include "workspace.hpp"
@@ -22,6 +23,7 @@ static void raise_to_top(vantore_toplevel &t)
     wlr_scene_node_raise_to_top(&t.scene_tree->node);
     tl_restack(t);
     move_to_front(t.server->toplevels, t.link);
+    refresh_showing(t); // of its stack it is the one that shows
 }
 
 // Works on the surface, so it reaches a window that is in no list any more. A surface that was unmapped
@@ -73,8 +75,8 @@ static bool bring_back(vantore_toplevel &t)
         ipc_broadcast(server, VNT_EVT_WINDOWS);
     const bool was_minimized = std::exchange(t.minimized, false);
     tl_set_minimized(t, false);
-    wlr_scene_node_set_enabled(&t.scene_tree->node, true);
-    show_fullscreen_with_workspace(t);
+    t.put_away = false;
+    refresh_showing(t);
     if (was_minimized)
         visible_changed(server);
     return was_minimized;

@@ -17,9 +17,8 @@ static void start_floating(vantore_toplevel &t)
     wlr_scene_node_raise_to_top(&t.scene_tree->node);
     if (t.float_geo.width < 1)
         t.float_geo = default_float_box(t);
-    wlr_scene_node_set_position(&t.scene_tree->node, t.float_geo.x, t.float_geo.y);
     tl_set_tiled(t, false);
-    tl_set_size(t, t.float_geo.width, t.float_geo.height);
+    tl_place(t, t.float_geo);
 }
 
 static void stop_floating(vantore_toplevel &t)
@@ -60,9 +59,7 @@ static void start_tiling(vantore_workspace &ws)
 static void return_to_float_geo(vantore_toplevel &t)
 {
     dec_layout(t);
-    const wlr_box box = t.float_geo.width > 0 ? t.float_geo : default_float_box(t);
-    wlr_scene_node_set_position(&t.scene_tree->node, box.x, box.y);
-    tl_set_size(t, box.width, box.height);
+    tl_place(t, t.float_geo.width > 0 ? t.float_geo : default_float_box(t));
 }
 
 static void stop_tiling(vantore_workspace &ws)

@@ -6,6 +6,7 @@
 #include "../server.hpp"
 #include "../utf8.hpp"
 #include "../windows/reach.hpp"
+#include "../windows/showing.hpp"
 #include "../windows/toplevel.hpp"
 #include "arrange.hpp"
 #include "focus.hpp"
@@ -13,6 +14,7 @@
 #include "workspace.hpp"
 
 #include <algorithm>
+#include <utility>
 
 static constexpr color COL_TAB_ACTIVE{0.20F, 0.42F, 0.78F, 1.0F};
 static constexpr color COL_TAB_INACTIVE{0.11F, 0.12F, 0.15F, 1.0F};
@@ -91,13 +93,15 @@ void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width)
 // Tabs take the place of the title bar.
 static void set_stack(vantore_toplevel &t, int stack_id)
 {
-    t.stack_id = stack_id;
+    const int left = std::exchange(t.stack_id, stack_id);
     dec_layout(t);
+    refresh_showing(t);
+    if (vantore_toplevel *next = stack_active_member(*t.server, left); next != nullptr && left != 0)
+        refresh_showing(*next);
 }
 
 void stack_leave(vantore_toplevel &t)
 {
-    wlr_scene_node_set_enabled(&t.tabbar->node, false);
     set_stack(t, 0);
 }
 

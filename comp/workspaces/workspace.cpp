@@ -6,12 +6,12 @@
 #include "../text.hpp"
 #include "../visibility.hpp"
 #include "../windows/fullscreen.hpp"
+#include "../windows/showing.hpp"
 #include "../windows/toplevel.hpp"
 
 #include <cstdio>
 
 static constexpr int workspace_count = 9;
-static constexpr int overlay_layer = 3;
 
 bool workspaces_create(vantore_server &server)
 {
@@ -93,18 +93,13 @@ void ws_bind(vantore_workspace &ws, vantore_output &o)
     fit_fullscreen_windows(ws);
 }
 
-void show_fullscreen_with_workspace(vantore_toplevel &t)
-{
-    if (t.fullscreen && t.workspace != nullptr)
-        wlr_scene_node_set_enabled(&t.scene_tree->node, t.workspace->output != nullptr);
-}
-
 void refresh_workspace_visibility(vantore_server &server)
 {
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         wlr_scene_node_set_enabled(&ws.tree->node, ws.output != nullptr);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
-        show_fullscreen_with_workspace(t);
+        t.put_away = false;
+        refresh_showing(t);
         tl_set_minimized(t, t.minimized || output_showing(t) == nullptr);
     }
     visible_changed(server);
@@ -126,15 +121,6 @@ void toplevel_set_workspace(vantore_toplevel &t, vantore_workspace *ws)
         return;
     t.workspace = ws;
     move_to_back(ws->toplevels, t.ws_link);
-    wlr_scene_node_reparent(&t.scene_tree->node, toplevel_parent_tree(t));
-    show_fullscreen_with_workspace(t);
-}
-
-wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)
-{
-    if (t.overlay_lift)
-        return t.server->layers[overlay_layer];
-    if (t.fullscreen && !t.fs_demoted)
-        return t.server->fullscreen_tree;
-    return t.workspace != nullptr ? t.workspace->tree : t.server->toplevel_tree;
+    t.put_away = false;
+    refresh_showing(t);
 }

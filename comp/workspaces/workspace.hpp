@@ -45,10 +45,6 @@ void ws_bind(vantore_workspace &ws, vantore_output &o);
 // Shows what belongs to a workspace on an output and hides the rest.
 void refresh_workspace_visibility(vantore_server &server);
 
-// A fullscreen window may hang outside of its workspace's tree, so it is shown and hidden by itself. Other
-// windows are left alone.
-void show_fullscreen_with_workspace(vantore_toplevel &t);
-
 // The output on which the window's workspace is on show; null when there is none.
 vantore_output *output_showing(const vantore_toplevel &t);
 
@@ -57,6 +53,3 @@ bool toplevel_visible(const vantore_toplevel &t);
 // Null and the window's own workspace do nothing. The caller arranges both workspaces, and settles a window
 // that may be fullscreen.
 void toplevel_set_workspace(vantore_toplevel &t, vantore_workspace *ws);
-
-// The one rule for where a window's scene node hangs.
-wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t);

@@ -9,6 +9,7 @@
 #include "input/hit_test.hpp"
 #include "presentation/decorations.hpp"
 #include "windows/reach.hpp"
+#include "windows/showing.hpp"
 #include "workspaces/stacks.hpp"
 
 #include <random>

@@ -6,6 +6,7 @@
 #include "server.hpp"
 #include "windows/layer.hpp"
 #include "windows/placement.hpp"
+#include "windows/showing.hpp"
 #include "windows/toplevel.hpp"
 #include "windows/unmanaged.hpp"
 #include "workspaces/stacks.hpp"
@@ -109,9 +110,8 @@ private:
     void check_place(vantore_toplevel &t, const std::string &name)
     {
         const wlr_box box = toplevel_box(t);
-        const bool dragged = &t == server.drag.grabbed_toplevel;
-        expect(dragged || t.scene_tree->node.parent == toplevel_parent_tree(t),
-               name + " hangs where it belongs");
+        expect(t.scene_tree->node.parent == toplevel_parent_tree(t), name + " hangs where it belongs");
+        expect(t.scene_tree->node.enabled == toplevel_is_enabled(t), name + " shows iff its state says so");
         expect(box.width >= 1 && box.height >= 1, name + " has a size");
     }
 

@@ -7,6 +7,7 @@
 #include "server.hpp"
 #include "support/isolation.hpp"
 #include "text.hpp"
+#include "workspaces/workspace.hpp"
 
 #include <format>
 #include <gtest/gtest.h>

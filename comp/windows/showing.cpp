@@ -1,0 +1,64 @@
+#include "showing.hpp"
+
+#include "../server.hpp"
+#include "../workspaces/stacks.hpp"
+#include "../workspaces/tiles.hpp"
+#include "../workspaces/workspace.hpp"
+#include "toplevel.hpp"
+
+static bool is_carried(const vantore_toplevel &t)
+{
+    const vantore_drag &drag = t.server->drag;
+    return &t == drag.grabbed_toplevel && drag.cursor_mode == VANTORE_CURSOR_MOVE;
+}
+
+wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)
+{
+    const vantore_server &server = *t.server;
+    if (t.overlay_lift)
+        return server.layers[ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY];
+    if (t.fullscreen && !t.fs_demoted)
+        return server.fullscreen_tree;
+    return t.workspace != nullptr && !is_carried(t) ? t.workspace->tree : server.toplevel_tree;
+}
+
+// Of the windows that share a tile only the one raised last shows.
+static bool is_behind_in_stack(const vantore_toplevel &t)
+{
+    return t.stack_id != 0 && tile_participates(t) && stack_active_member(*t.server, t.stack_id) != &t;
+}
+
+// A fullscreen window may hang outside its workspace's tree, so it is hidden with the workspace by itself.
+bool toplevel_is_enabled(const vantore_toplevel &t)
+{
+    if (!tl_mapped(t))
+        return false;
+    if (t.fullscreen && t.workspace != nullptr)
+        return t.workspace->output != nullptr && !t.put_away;
+    return !t.minimized && !is_behind_in_stack(t);
+}
+
+// Tabs are shown by whoever draws them, for as long as the window holds a tile for its stack.
+static void refresh_one(vantore_toplevel &t)
+{
+    wlr_scene_node &node = t.scene_tree->node;
+    const bool enabled = toplevel_is_enabled(t);
+    if (wlr_scene_tree *parent = toplevel_parent_tree(t); parent != node.parent)
+        wlr_scene_node_reparent(&node, parent);
+    if (enabled != node.enabled)
+        wlr_scene_node_set_enabled(&node, enabled);
+    if (t.tabbar->node.enabled && (!enabled || t.stack_id == 0 || !tile_participates(t)))
+        wlr_scene_node_set_enabled(&t.tabbar->node, false);
+}
+
+void refresh_showing(vantore_toplevel &t)
+{
+    if (t.scene_tree == nullptr)
+        return;
+    refresh_one(t);
+    if (t.stack_id == 0)
+        return;
+    for (auto &other : each<&vantore_toplevel::link>(t.server->toplevels))
+        if (other.stack_id == t.stack_id)
+            refresh_one(other);
+}
