@@ -1,4 +1,5 @@
-// Who gets a button: the lock, a panel, a drag, a title bar, a resize border, a client.
+// Who gets a button: the lock screen, a panel, a drag, a title bar, a resize border, a client. Each is a
+// stage of the two tables below.
 
 #include "buttons.hpp"
 
@@ -17,6 +18,7 @@
 #include "modifier_tap.hpp"
 
 #include <linux/input-event-codes.h>
+#include <span>
 
 static constexpr uint32_t double_click_ms = 400;
 
@@ -139,28 +141,57 @@ static bool press_on_frame(vantore_server &server, const wlr_pointer_button_even
            press_on_border(server, event);
 }
 
+// No drag begins or ends during a lock.
+static bool give_to_lock_screen(vantore_server &server, const wlr_pointer_button_event &event)
+{
+    if (server.locked)
+        notify_client(server, event);
+    return server.locked;
+}
+
+static bool press_on_layer_surface(vantore_server &server, const wlr_pointer_button_event &event)
+{
+    if (!grabbing_layer_at(server, server.cursor->x, server.cursor->y))
+        return false;
+    notify_client(server, event);
+    return true;
+}
+
 // Focused before the client hears of the press and once more after: whatever the client does on it, a press
 // leaves the window under the pointer focused and on top.
-static void press_on_client(vantore_server &server, const wlr_pointer_button_event &event)
+static bool press_on_client(vantore_server &server, const wlr_pointer_button_event &event)
 {
     focus_toplevel_ex(window_under_cursor(server), true);
     notify_client(server, event);
     focus_toplevel_ex(window_under_cursor(server), true);
-}
-
-static void press(vantore_server &server, const wlr_pointer_button_event &event)
-{
-    if (grabbing_layer_at(server, server.cursor->x, server.cursor->y))
-        return notify_client(server, event);
-    if (!press_with_logo(server, event) && !press_on_frame(server, event))
-        press_on_client(server, event);
+    return true;
 }
 
 // The client hears of the release first, also at the end of a drag.
-static void release(vantore_server &server, const wlr_pointer_button_event &event)
+static bool release_and_drop(vantore_server &server, const wlr_pointer_button_event &event)
 {
     notify_client(server, event);
     finish_drag(server);
+    return true;
+}
+
+using button_stage = bool (*)(vantore_server &server, const wlr_pointer_button_event &event);
+
+// The first stage that takes the button ends its way.
+static constexpr button_stage press_stages[]{
+    give_to_lock_screen, press_on_layer_surface, press_with_logo, press_on_frame, press_on_client,
+};
+static constexpr button_stage release_stages[]{
+    give_to_lock_screen,
+    release_and_drop,
+};
+
+static void run_stages(std::span<const button_stage> stages, vantore_server &server,
+                       const wlr_pointer_button_event &event)
+{
+    for (const button_stage stage : stages)
+        if (stage(server, event))
+            return;
 }
 
 void server_cursor_button(vantore_server &server, wlr_pointer_button_event *event)
@@ -169,12 +200,8 @@ void server_cursor_button(vantore_server &server, wlr_pointer_button_event *even
     if (g_debug_input)
         log_button(server, *event);
     shortcuts_force_hide(server); // any button ends a pending tap
-    if (server.locked)
-        notify_client(server, *event);
-    else if (event->state == WL_POINTER_BUTTON_STATE_RELEASED)
-        release(server, *event);
-    else
-        press(server, *event);
+    const bool released = event->state == WL_POINTER_BUTTON_STATE_RELEASED;
+    run_stages(released ? std::span<const button_stage>{release_stages} : press_stages, server, *event);
 }
 
 void server_cursor_axis(vantore_server &server, wlr_pointer_axis_event *event)

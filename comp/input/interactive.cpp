@@ -69,9 +69,10 @@ static void begin_move(vantore_toplevel &t)
     server.drag.grab_start_y = server.cursor->y;
     server.drag.grab_x = server.cursor->x - node.x;
     server.drag.grab_y = server.cursor->y - node.y;
+    if (t.fullscreen || t.overlay_lift)
+        return;
     refresh_showing(t);
-    if (!t.fullscreen && !t.overlay_lift)
-        wlr_scene_node_raise_to_top(&t.scene_tree->node);
+    wlr_scene_node_raise_to_top(&t.scene_tree->node);
 }
 
 // The window geometry in layout coordinates, its offset in the surface counted.
@@ -125,6 +126,21 @@ void reset_cursor_mode(vantore_server &server)
     mt_hide(server);
     wlr_scene_node_set_enabled(&server.drag_hint->node, false);
     wlr_scene_node_set_enabled(&server.snap_preview->node, false);
+}
+
+void drag_end(vantore_server &server)
+{
+    vantore_toplevel *moved =
+        server.drag.cursor_mode == VANTORE_CURSOR_MOVE ? server.drag.grabbed_toplevel : nullptr;
+    reset_cursor_mode(server);
+    if (moved != nullptr)
+        restore_toplevel_parent(*moved);
+}
+
+void drag_window_leaves(vantore_server &server, const vantore_toplevel &t)
+{
+    if (&t == server.drag.grabbed_toplevel)
+        reset_cursor_mode(server);
 }
 
 static void show_box(wlr_scene_rect *rect, const wlr_box &box)

@@ -9,8 +9,11 @@
 // maximized window that is moved returns to its size, under the pointer.
 void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t edges);
 
-// Ends it where it is; nothing of it stays on the screen.
+// Forgets the drag; nothing of it stays on the screen. The window hangs where it was carried.
 void reset_cursor_mode(vantore_server &server);
+// Ends the drag, if there is one, and leaves the window where it is, among the others of its workspace.
+void drag_end(vantore_server &server);
+void drag_window_leaves(vantore_server &server, const vantore_toplevel &t);
 
 // The pointer has moved while a window is dragged.
 void process_cursor_move(vantore_server &server);

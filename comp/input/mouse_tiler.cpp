@@ -76,6 +76,12 @@ void mt_hide(vantore_server &server)
         wlr_scene_node_set_enabled(&server.tiler.mt_hud->node, false);
 }
 
+void mt_output_leaves(vantore_server &server, const wlr_output *output)
+{
+    if (server.tiler.mt_output == output)
+        mt_hide(server);
+}
+
 static wlr_box landing_box(const mt_zone_def &zone, const wlr_box &usable)
 {
     return MT_PADS[size_t(zone.pad)].maximise ? usable : mt_zone_landing(zone, usable, g_gap);

@@ -68,14 +68,45 @@ static void enter_and_deliver(vantore_server &server, uint32_t time_msec, const 
     deliver(server, time_msec, hit);
 }
 
-// Only what the scene shows can be reached, which during a lock is the lock screen.
-static void process_locked_motion(vantore_server &server, uint32_t time_msec)
+struct motion {
+    vantore_server &server;
+    uint32_t time_msec;
+};
+
+static bool move_drag_icon(const motion &m)
 {
+    drag_icon_follow_cursor(m.server);
+    return false;
+}
+
+// Only what the scene shows can be reached, which during a lock is the lock screen.
+static bool give_to_lock_screen(const motion &m)
+{
+    vantore_server &server = m.server;
+    if (!server.locked)
+        return false;
     const surface_hit hit = surface_at(server, server.cursor->x, server.cursor->y);
     show_named_cursor(server, "default");
     if (hit.surface == nullptr)
-        return wlr_seat_pointer_clear_focus(server.seat);
-    enter_and_deliver(server, time_msec, hit);
+        wlr_seat_pointer_clear_focus(server.seat);
+    else
+        enter_and_deliver(server, m.time_msec, hit);
+    return true;
+}
+
+static bool drag_window(const motion &m)
+{
+    switch (m.server.drag.cursor_mode) {
+    case VANTORE_CURSOR_MOVE:
+        process_cursor_move(m.server);
+        return true;
+    case VANTORE_CURSOR_RESIZE:
+        process_cursor_resize(m.server);
+        return true;
+    case VANTORE_CURSOR_PASSTHROUGH:
+        break;
+    }
+    return false;
 }
 
 // A pressed button belongs to the client that it went down on until it is up again.
@@ -133,10 +164,11 @@ static void clear_pointer_focus(vantore_server &server)
 }
 
 // A constraint needs both the pointer and the keyboard on its surface.
-static void constrain_to_focus(vantore_server &server, wlr_surface *surface)
+static void enter_with_constraint(vantore_server &server, uint32_t time_msec, const surface_hit &hit)
 {
-    const bool has_keyboard = surface == server.seat->keyboard_state.focused_surface;
-    constrain_to_surface(server, has_keyboard ? surface : nullptr);
+    enter_and_deliver(server, time_msec, hit);
+    const bool has_keyboard = hit.surface == server.seat->keyboard_state.focused_surface;
+    constrain_to_surface(server, has_keyboard ? hit.surface : nullptr);
 }
 
 // The border belongs to the compositor though its pixels are the client's.
@@ -156,6 +188,12 @@ void pointer_leaves_decorations(vantore_server &server)
 {
     if (vantore_toplevel *t = std::exchange(server.pointing.hovered_toplevel, nullptr))
         dec_hover_set(*t, DEC_NONE);
+}
+
+void hover_window_leaves(vantore_server &server, const vantore_toplevel &t)
+{
+    if (&t == server.pointing.hovered_toplevel)
+        pointer_leaves_decorations(server);
 }
 
 static void hover_decorations(vantore_server &server, const surface_hit &hit)
@@ -186,37 +224,48 @@ static bool is_behind_overlay(const vantore_server &server, const vantore_toplev
     return t != nullptr && t->fullscreen && !t->overlay_lift && overlay_lift_active(server);
 }
 
-static void process_free_motion(vantore_server &server, uint32_t time_msec)
+// The border and the title bars on the way to the client; true when there is nothing left for it.
+static bool pass_frames(vantore_server &server, vantore_toplevel *t, const surface_hit &hit)
 {
-    surface_hit hit;
-    vantore_toplevel *t = desktop_toplevel_at(server, server.cursor->x, server.cursor->y, hit);
-    if (has_implicit_grab(server.seat))
-        return process_grabbed_motion(server, time_msec, hit);
-    if (t != nullptr) {
+    if (t == nullptr) {
+        show_named_cursor(server, "default");
+    } else {
         follow_mouse(server, *t);
         if (!hides_frames(hit.surface) && enter_resize_border(server, *t))
-            return;
-    } else {
-        show_named_cursor(server, "default");
+            return true;
     }
     hover_decorations(server, hit);
-    if (hit.surface == nullptr || is_behind_overlay(server, t))
-        return clear_pointer_focus(server);
-    enter_and_deliver(server, time_msec, hit);
-    constrain_to_focus(server, hit.surface);
+    return false;
 }
+
+static bool give_to_client(const motion &m)
+{
+    vantore_server &server = m.server;
+    surface_hit hit;
+    vantore_toplevel *t = desktop_toplevel_at(server, server.cursor->x, server.cursor->y, hit);
+    if (has_implicit_grab(server.seat)) {
+        process_grabbed_motion(server, m.time_msec, hit);
+    } else if (!pass_frames(server, t, hit)) {
+        if (hit.surface == nullptr || is_behind_overlay(server, t))
+            clear_pointer_focus(server);
+        else
+            enter_with_constraint(server, m.time_msec, hit);
+    }
+    return true;
+}
+
+// The first stage that takes the motion ends its way.
+static constexpr bool (*motion_stages[])(const motion &) = {
+    move_drag_icon,
+    give_to_lock_screen,
+    drag_window,
+    give_to_client,
+};
 
 void process_cursor_motion(vantore_server &server, uint32_t time_msec)
 {
-    drag_icon_follow_cursor(server);
-    if (server.locked)
-        return process_locked_motion(server, time_msec);
-    switch (server.drag.cursor_mode) {
-    case VANTORE_CURSOR_MOVE:
-        return process_cursor_move(server);
-    case VANTORE_CURSOR_RESIZE:
-        return process_cursor_resize(server);
-    case VANTORE_CURSOR_PASSTHROUGH:
-        return process_free_motion(server, time_msec);
-    }
+    const motion m{.server = server, .time_msec = time_msec};
+    for (auto *stage : motion_stages)
+        if (stage(m))
+            return;
 }

@@ -9,6 +9,7 @@
 
 #include "../broadcast.hpp"
 #include "../input/devices.hpp"
+#include "../input/modes.hpp"
 #include "../server.hpp"
 #include "../session/state_files.hpp"
 #include "../timer.hpp"
@@ -40,6 +41,7 @@ static void output_destroy(vantore_output &o)
     vantore_server &server = *o.server;
     if (o.wlr_output == server.virtual_output)
         server.virtual_output = nullptr;
+    output_leaves(server, o.wlr_output);
     if (!server.shutting_down) { // the scene and its outputs have gone by then
         if (o.scene_output != nullptr)
             wlr_scene_output_destroy(o.scene_output);

@@ -1,8 +1,6 @@
 #include "mapping.hpp"
 
 #include "../broadcast.hpp"
-#include "../input/interactive.hpp"
-#include "../input/pointer.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
@@ -41,14 +39,6 @@ void focus_new_window(vantore_toplevel &t)
         focus_toplevel_ex(&t, true);
     if (server.seat->keyboard_state.focused_surface == focused)
         ipc_broadcast(server, VNT_EVT_WINDOWS); // a change of focus would have told
-}
-
-void let_go_of_window(vantore_toplevel &t)
-{
-    if (&t == t.server->drag.grabbed_toplevel)
-        reset_cursor_mode(*t.server);
-    if (&t == t.server->pointing.hovered_toplevel)
-        pointer_leaves_decorations(*t.server);
 }
 
 void leave_shown_windows(vantore_toplevel &t)

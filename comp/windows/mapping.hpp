@@ -14,9 +14,6 @@ void center_toplevel(vantore_toplevel &t);
 // subscribers of the new window in any case.
 void focus_new_window(vantore_toplevel &t);
 
-// Ends what the user does with a window that is about to go.
-void let_go_of_window(vantore_toplevel &t);
-
 // Takes the window off server.toplevels, and with it from what its output shows.
 void leave_shown_windows(vantore_toplevel &t);
 

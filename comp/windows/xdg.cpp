@@ -8,6 +8,7 @@
 
 #include "../broadcast.hpp"
 #include "../input/interactive.hpp"
+#include "../input/modes.hpp"
 #include "../memory_trim.hpp"
 #include "../outputs/lookup.hpp"
 #include "../presentation/decorations.hpp"
@@ -131,7 +132,7 @@ static void xdg_toplevel_map(vantore_toplevel &t)
 // The window stays on its workspace: a client may map it again.
 static void xdg_toplevel_unmap(vantore_toplevel &t)
 {
-    let_go_of_window(t);
+    window_leaves(t);
     leave_shown_windows(t);
     refresh_showing(t); // the scene takes away the surface, but not the title bar
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);

@@ -9,6 +9,7 @@
 
 #include "../broadcast.hpp"
 #include "../input/constraints.hpp"
+#include "../input/modes.hpp"
 #include "../memory_trim.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
@@ -85,7 +86,7 @@ static void xwl_toplevel_unmap(vantore_toplevel &t)
 {
     if (t.scene_tree == nullptr)
         return;
-    let_go_of_window(t);
+    window_leaves(t);
     vantore_workspace *ws = t.workspace;
     leave_shown_windows(t);
     unlink_from_list(t.ws_link);

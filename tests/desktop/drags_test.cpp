@@ -7,6 +7,7 @@
 
 #include "input/cursor_image.hpp"
 #include "input/interactive.hpp"
+#include "session/lock.hpp"
 #include "text.hpp"
 #include "windows/fullscreen.hpp"
 #include "windows/states.hpp"
@@ -574,4 +575,55 @@ TEST_F(drags, asked_for_by_the_client_need_a_press_on_it)
     EVENTUALLY_EQ(box(*w).width, 450);
     w->request_minimize();
     EVENTUALLY(t().minimized);
+}
+
+// A lock, and outputs that go
+
+TEST_F(drags, end_where_they_are_when_a_lock_begins)
+{
+    press_at(300, 185);
+    go(400, 285);
+    ASSERT_EQ(server.drag.grabbed_toplevel, &t());
+    session_lock_begin(server);
+    EXPECT_EQ(server.drag.grabbed_toplevel, nullptr);
+    EXPECT_EQ(t().scene_tree->node.parent, workspace(1).tree);
+    pointer->release(BTN_LEFT);
+    server.locked = false;
+    go(600, 400);
+    EXPECT_EQ(box(*w), (wlr_box{300, 300, 400, 300}));
+}
+
+TEST_F(drags, that_resize_end_when_a_lock_begins)
+{
+    press_at(598, 350);
+    ASSERT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_RESIZE);
+    session_lock_begin(server);
+    pointer->release(BTN_LEFT);
+    server.locked = false;
+    go(700, 350);
+    settle();
+    EXPECT_EQ(box(*w), (wlr_box{200, 200, 400, 300}));
+}
+
+TEST_F(drags, show_no_preview_once_a_lock_has_begun)
+{
+    press_at(300, 185);
+    go(10, 350);
+    ASSERT_TRUE(shows(server.snap_preview));
+    session_lock_begin(server);
+    EXPECT_FALSE(shows(server.snap_preview));
+    pointer->release(BTN_LEFT);
+    server.locked = false;
+}
+
+TEST_F(drags, forget_the_output_of_the_mouse_tiler_when_it_goes)
+{
+    g_tiler = true;
+    test::made_up_output &other = plug("B", 1280, 704);
+    press_at(300, 185);
+    go(1280 + 400, 350);
+    ASSERT_TRUE(server.tiler.mt_visible);
+    test::unplug(other);
+    EXPECT_EQ(server.tiler.mt_output, nullptr);
+    drop_at(500, 300);
 }

@@ -47,6 +47,7 @@ public:
             check_layer_surface(l);
         for (auto &u : each<&vantore_unmanaged::link>(server.xwl_unmanaged))
             check_unmanaged(u);
+        check_remembered();
         check_fullscreen_file();
         return std::move(broken);
     }
@@ -165,6 +166,44 @@ private:
         const bool off = surface.output != nullptr && !surface.output->enabled; // it is told later then
         expect(!surface.surface->mapped || off || l.told_width > 0,
                name + " was told a size before it was shown");
+    }
+
+    bool is_listed(const vantore_toplevel *t)
+    {
+        for (const auto &other : each<&vantore_toplevel::link>(server.toplevels))
+            if (&other == t)
+                return true;
+        return false;
+    }
+
+    // What is remembered from one event to the next is there, and mapped.
+    void check_remembered()
+    {
+        const vantore_toplevel *grabbed = server.drag.grabbed_toplevel;
+        const vantore_toplevel *hovered = server.pointing.hovered_toplevel;
+        expect(grabbed == nullptr || is_listed(grabbed), "the window that is dragged is mapped");
+        expect((grabbed != nullptr) == (server.drag.cursor_mode != VANTORE_CURSOR_PASSTHROUGH),
+               "a window is dragged iff there is a drag");
+        expect(grabbed == nullptr || !server.locked, "nothing is dragged while the session is locked");
+        expect(hovered == nullptr || is_listed(hovered), "the window with the highlighted bar is mapped");
+        const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
+        expect(focused == nullptr || focused->mapped, "what has the keyboard is mapped");
+        const wlr_output *shown_on = server.tiler.mt_output;
+        expect(shown_on == nullptr || output_of(server, shown_on) != nullptr,
+               "the Mouse Tiler is on an output that is there");
+        check_constraint();
+    }
+
+    void check_constraint()
+    {
+        const wlr_pointer_constraint_v1 *active = server.active_constraint;
+        if (active == nullptr)
+            return;
+        bool listed = false;
+        for (const auto &c : each<&wlr_pointer_constraint_v1::link>(server.pointer_constraints->constraints))
+            listed |= &c == active;
+        if (expect(listed, "the constraint in force exists"))
+            expect(active->surface->mapped, "the constraint in force belongs to what is mapped");
     }
 
     void check_fullscreen_file()

@@ -1,0 +1,41 @@
+#include "modes.hpp"
+
+#include "../windows/toplevel.hpp"
+#include "interactive.hpp"
+#include "modifier_tap.hpp"
+#include "mouse_tiler.hpp"
+#include "pointer.hpp"
+
+struct mode {
+    void (*end)(vantore_server &server);
+    void (*window_leaves)(vantore_server &server, const vantore_toplevel &t);
+    void (*output_leaves)(vantore_server &server, const wlr_output *output);
+};
+
+static void keep(vantore_server &, const vantore_toplevel &) {}
+static void keep(vantore_server &, const wlr_output *) {}
+
+static constexpr mode modes[]{
+    {drag_end, drag_window_leaves, keep},
+    {mt_hide, keep, mt_output_leaves},
+    {shortcuts_force_hide, keep, keep},
+    {pointer_leaves_decorations, hover_window_leaves, keep},
+};
+
+void end_modes(vantore_server &server)
+{
+    for (const mode &m : modes)
+        m.end(server);
+}
+
+void window_leaves(vantore_toplevel &t)
+{
+    for (const mode &m : modes)
+        m.window_leaves(*t.server, t);
+}
+
+void output_leaves(vantore_server &server, const wlr_output *output)
+{
+    for (const mode &m : modes)
+        m.output_leaves(server, output);
+}
