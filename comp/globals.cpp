@@ -8,6 +8,7 @@
 #include "input/shortcuts_inhibitor.hpp"
 #include "outputs/gamma.hpp"
 #include "server.hpp"
+#include "session_listeners.hpp"
 #include "windows/attention.hpp"
 #include "windows/decoration_mode.hpp"
 #include "windows/layer.hpp"
@@ -34,7 +35,7 @@ static void log_missing(const char *what, const char *consequence)
 static void create_activation(vantore_server &server)
 {
     if (wlr_xdg_activation_v1 *activation = wlr_xdg_activation_v1_create(server.display))
-        listen<&vantore_server::xdg_activation_activate, server_xdg_activation_activate>(
+        listen_until_end<&vantore_server::xdg_activation_activate, server_xdg_activation_activate>(
             server, activation->events.request_activate);
     else
         log_missing("activation", "windows can't ask for attention");
@@ -43,7 +44,7 @@ static void create_activation(vantore_server &server)
 static void create_cursor_shape(vantore_server &server)
 {
     if (auto *manager = wlr_cursor_shape_manager_v1_create(server.display, cursor_shape_version))
-        listen<&vantore_server::request_set_cursor_shape, seat_request_set_cursor_shape>(
+        listen_until_end<&vantore_server::request_set_cursor_shape, seat_request_set_cursor_shape>(
             server, manager->events.request_set_shape);
     else
         log_missing("cursor shapes", "clients draw their own cursors");
@@ -52,7 +53,7 @@ static void create_cursor_shape(vantore_server &server)
 static void create_shortcuts_inhibit(vantore_server &server)
 {
     if (auto *manager = wlr_keyboard_shortcuts_inhibit_v1_create(server.display))
-        listen<&vantore_server::new_keyboard_shortcuts_inhibitor, server_new_shortcuts_inhibitor>(
+        listen_until_end<&vantore_server::new_keyboard_shortcuts_inhibitor, server_new_shortcuts_inhibitor>(
             server, manager->events.new_inhibitor);
     else
         log_missing("shortcuts inhibitor", "shortcuts can't be left to clients");
@@ -61,12 +62,12 @@ static void create_shortcuts_inhibit(vantore_server &server)
 static void create_virtual_devices(vantore_server &server)
 {
     if (auto *keyboards = wlr_virtual_keyboard_manager_v1_create(server.display))
-        listen<&vantore_server::new_virtual_kbd, server_new_virtual_keyboard>(
+        listen_until_end<&vantore_server::new_virtual_kbd, server_new_virtual_keyboard>(
             server, keyboards->events.new_virtual_keyboard);
     else
         log_missing("virtual keyboards", "clients can't type");
     if (auto *pointers = wlr_virtual_pointer_manager_v1_create(server.display))
-        listen<&vantore_server::new_virtual_ptr, server_new_virtual_pointer>(
+        listen_until_end<&vantore_server::new_virtual_ptr, server_new_virtual_pointer>(
             server, pointers->events.new_virtual_pointer);
     else
         log_missing("virtual pointers", "clients can't point");
@@ -128,15 +129,15 @@ bool globals_create_xdg_shell(vantore_server &server)
         return false;
     server.xdg_shell->ping_timeout = ping_timeout_ms;
     auto &events = server.xdg_shell->events;
-    listen<&vantore_server::new_xdg_toplevel, server_new_xdg_toplevel>(server, events.new_toplevel);
-    listen<&vantore_server::new_xdg_popup, server_new_xdg_popup>(server, events.new_popup);
+    listen_until_end<&vantore_server::new_xdg_toplevel, server_new_xdg_toplevel>(server, events.new_toplevel);
+    listen_until_end<&vantore_server::new_xdg_popup, server_new_xdg_popup>(server, events.new_popup);
     return true;
 }
 
 void globals_create_decoration(vantore_server &server)
 {
     if (auto *manager = wlr_xdg_decoration_manager_v1_create(server.display))
-        listen<&vantore_server::new_decoration, server_new_decoration>(
+        listen_until_end<&vantore_server::new_decoration, server_new_decoration>(
             server, manager->events.new_toplevel_decoration);
     else
         log_missing("decoration manager", "windows draw their own title bars");
@@ -146,7 +147,7 @@ void globals_create_layer_shell(vantore_server &server)
 {
     server.layer_shell = wlr_layer_shell_v1_create(server.display, layer_shell_version);
     if (server.layer_shell != nullptr)
-        listen<&vantore_server::new_layer_surface, server_new_layer_surface>(
+        listen_until_end<&vantore_server::new_layer_surface, server_new_layer_surface>(
             server, server.layer_shell->events.new_surface);
     else
         log_missing("layer shell", "panels and wallpapers can't be shown");
@@ -157,15 +158,16 @@ bool globals_create_seat(vantore_server &server)
     server.seat = wlr_seat_create(server.display, "seat0");
     if (server.seat == nullptr)
         return false;
-    listen<&vantore_server::new_input, server_new_input>(server, server.backend->events.new_input);
+    listen_until_end<&vantore_server::new_input, server_new_input>(server, server.backend->events.new_input);
     auto &events = server.seat->events;
-    listen<&vantore_server::request_cursor, seat_request_cursor>(server, events.request_set_cursor);
-    listen<&vantore_server::request_set_selection, seat_request_set_selection>(server,
-                                                                               events.request_set_selection);
-    listen<&vantore_server::request_set_primary_selection, seat_request_set_primary_selection>(
+    listen_until_end<&vantore_server::request_cursor, seat_request_cursor>(server, events.request_set_cursor);
+    listen_until_end<&vantore_server::request_set_selection, seat_request_set_selection>(
+        server, events.request_set_selection);
+    listen_until_end<&vantore_server::request_set_primary_selection, seat_request_set_primary_selection>(
         server, events.request_set_primary_selection);
-    listen<&vantore_server::request_start_drag, seat_request_start_drag>(server, events.request_start_drag);
-    listen<&vantore_server::start_drag, seat_start_drag>(server, events.start_drag);
+    listen_until_end<&vantore_server::request_start_drag, seat_request_start_drag>(server,
+                                                                                   events.request_start_drag);
+    listen_until_end<&vantore_server::start_drag, seat_start_drag>(server, events.start_drag);
     return true;
 }
 
@@ -173,7 +175,7 @@ static void create_pointer_constraints(vantore_server &server)
 {
     server.pointer_constraints = wlr_pointer_constraints_v1_create(server.display);
     if (server.pointer_constraints != nullptr)
-        listen<&vantore_server::new_constraint, server_new_constraint>(
+        listen_until_end<&vantore_server::new_constraint, server_new_constraint>(
             server, server.pointer_constraints->events.new_constraint);
     else
         log_missing("pointer constraints", "games can't hold the pointer");
@@ -186,30 +188,10 @@ void globals_create_last(vantore_server &server)
     wlr_export_dmabuf_manager_v1_create(display);
     wlr_data_control_manager_v1_create(display);
     if (wlr_gamma_control_manager_v1 *gamma = wlr_gamma_control_manager_v1_create(display))
-        listen<&vantore_server::gamma_set, server_gamma_set>(server, gamma->events.set_gamma);
+        listen_until_end<&vantore_server::gamma_set, server_gamma_set>(server, gamma->events.set_gamma);
     else
         log_missing("gamma control", "night light is unavailable");
     wlr_xdg_output_manager_v1_create(display, server.output_layout);
     server.relative_pointer_mgr = wlr_relative_pointer_manager_v1_create(display);
     create_pointer_constraints(server);
-}
-
-void globals_forget(vantore_server &server)
-{
-    unlisten(server.new_xdg_toplevel);
-    unlisten(server.new_xdg_popup);
-    unlisten(server.xdg_activation_activate);
-    unlisten(server.request_set_cursor_shape);
-    unlisten(server.new_keyboard_shortcuts_inhibitor);
-    unlisten(server.new_virtual_kbd);
-    unlisten(server.new_virtual_ptr);
-    unlisten(server.new_decoration);
-    unlisten(server.new_layer_surface);
-    unlisten(server.request_cursor);
-    unlisten(server.request_set_selection);
-    unlisten(server.request_set_primary_selection);
-    unlisten(server.request_start_drag);
-    unlisten(server.start_drag);
-    unlisten(server.gamma_set);
-    unlisten(server.new_constraint);
 }

@@ -19,6 +19,3 @@ void globals_create_layer_shell(vantore_server &server);
 bool globals_create_seat(vantore_server &server);
 // Capture, clipboard managers, gamma, output names, and what games ask of the pointer.
 void globals_create_last(vantore_server &server);
-
-// Before the display goes, which takes the globals with it.
-void globals_forget(vantore_server &server);

@@ -108,3 +108,8 @@ void config_reload_on_hangup(vantore_server &server)
     if (server.hangup == nullptr)
         wlr_log(WLR_ERROR, "vantore-comp: can't watch for SIGHUP; only the key binding reloads");
 }
+
+void config_ignore_hangup(vantore_server &server)
+{
+    server.hangup.reset();
+}

@@ -7,5 +7,6 @@
 // up (globals that are offered, what windows got when they mapped) stays as it is.
 void config_reload(vantore_server &server);
 
-// Reloads on SIGHUP from now on, until the server's source is reset.
+// Reloads on SIGHUP from now on, and no longer.
 void config_reload_on_hangup(vantore_server &server);
+void config_ignore_hangup(vantore_server &server);

@@ -13,8 +13,10 @@
 #include "timer.hpp"
 
 #include <array>
+#include <vector>
 
 struct vantore_server {
+    std::vector<listener *> session_listeners; // of this record; see session_listeners.hpp
     wl_display *display = nullptr;
     wlr_backend *backend = nullptr;
     wlr_backend *headless = nullptr; // hosts virtual outputs; null when the backend is no multi-backend

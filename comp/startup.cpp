@@ -1,5 +1,6 @@
-// What stands in the table is the start; what a step needs must stand above it. Clients can connect from
-// the socket on, but nothing of theirs is dispatched before the event loop runs.
+// What stands in the table is the start, and read from below it is the end. What a step needs stands above
+// it. A few rows only end something: it has to outlive what was made after it. Clients can connect from the
+// socket on, but nothing of theirs is dispatched before the event loop runs.
 
 #include "startup.hpp"
 
@@ -26,6 +27,7 @@
 #include "server.hpp"
 #include "session/autostart.hpp"
 #include "session/state_files.hpp"
+#include "session_listeners.hpp"
 #include "spawn.hpp"
 #include "windows/fullscreen.hpp"
 #include "windows/xwayland.hpp"
@@ -34,6 +36,8 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <ranges>
+#include <type_traits>
 
 static wl_display *g_display; // for the signal handler
 // wl_display_run forgets a termination that came before it.
@@ -71,6 +75,12 @@ static bool create_display(vantore_server &server)
     return made(server.display != nullptr, "Wayland display");
 }
 
+static void destroy_display(vantore_server &server)
+{
+    wl_display_destroy(server.display);
+    g_display = nullptr;
+}
+
 // Until the event loop takes them. Threads of the graphics driver, which start before that, inherit the mask:
 // one that did not have it would get the signal, and with it end the process.
 static void hold_hangups()
@@ -96,6 +106,11 @@ static bool create_backend(vantore_server &server)
     if (server.backend == nullptr)
         wlr_log(WLR_ERROR, "vantore-comp: backend failed");
     return server.backend != nullptr;
+}
+
+static void destroy_backend(vantore_server &server)
+{
+    wlr_backend_destroy(server.backend);
 }
 
 static bool add_headless_backend(vantore_server &server)
@@ -136,11 +151,28 @@ static bool watch_session(vantore_server &server)
     return true;
 }
 
+static void destroy_renderer(vantore_server &server)
+{
+    wlr_renderer_destroy(server.renderer);
+}
+
 static bool create_allocator(vantore_server &server)
 {
     wlr_renderer_init_wl_display(server.renderer, server.display);
     server.allocator = wlr_allocator_autocreate(server.backend, server.renderer);
     return made(server.allocator != nullptr, "buffer allocator");
+}
+
+static void destroy_allocator(vantore_server &server)
+{
+    wlr_allocator_destroy(server.allocator);
+}
+
+// Before the renderer goes.
+static void drop_measurements(vantore_server &server)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        pacing_drop_measurement(o);
 }
 
 static bool create_scene(vantore_server &server)
@@ -156,6 +188,11 @@ static bool create_scene(vantore_server &server)
     wlr_scene_set_blur_data(server.scene, blur.num_passes, int(blur.radius), blur.noise, blur.brightness,
                             blur.contrast, blur.saturation);
     return true;
+}
+
+static void destroy_scene(vantore_server &server)
+{
+    wlr_scene_node_destroy(&server.scene->tree.node);
 }
 
 static bool build_scene_graph(vantore_server &server)
@@ -178,27 +215,32 @@ static bool create_cursor(vantore_server &server)
         return false;
     wlr_cursor_attach_output_layout(server.cursor, server.output_layout);
     auto &events = server.cursor->events;
-    listen<&vantore_server::cursor_motion, server_cursor_motion>(server, events.motion);
-    listen<&vantore_server::cursor_motion_absolute, server_cursor_motion_absolute>(server,
-                                                                                   events.motion_absolute);
-    listen<&vantore_server::cursor_button, server_cursor_button>(server, events.button);
-    listen<&vantore_server::cursor_axis, server_cursor_axis>(server, events.axis);
-    listen<&vantore_server::cursor_frame, server_cursor_frame>(server, events.frame);
+    listen_until_end<&vantore_server::cursor_motion, server_cursor_motion>(server, events.motion);
+    listen_until_end<&vantore_server::cursor_motion_absolute, server_cursor_motion_absolute>(
+        server, events.motion_absolute);
+    listen_until_end<&vantore_server::cursor_button, server_cursor_button>(server, events.button);
+    listen_until_end<&vantore_server::cursor_axis, server_cursor_axis>(server, events.axis);
+    listen_until_end<&vantore_server::cursor_frame, server_cursor_frame>(server, events.frame);
     return true;
 }
 
 static void destroy_cursor(vantore_server &server)
 {
-    for (listener *l : {&server.cursor_motion, &server.cursor_motion_absolute, &server.cursor_button,
-                        &server.cursor_axis, &server.cursor_frame})
-        unlisten(*l);
+    cursor_locate_drop_steps(server);
+    wlr_xcursor_manager_destroy(server.xcursor_mgr);
     wlr_cursor_destroy(server.cursor);
+}
+
+static bool watch_outputs(vantore_server &server)
+{
+    listen_until_end<&vantore_server::new_output, server_new_output>(server,
+                                                                     server.backend->events.new_output);
+    return true;
 }
 
 // Outputs and input devices of the backend appear while it starts.
 static bool open_socket_and_start_backend(vantore_server &server)
 {
-    broadcast_listen(outputs_file_follow);
     const char *socket = wl_display_add_socket_auto(server.display);
     if (socket == nullptr) {
         wlr_log(WLR_ERROR, "vantore-comp: no socket");
@@ -212,6 +254,11 @@ static bool open_socket_and_start_backend(vantore_server &server)
     outputs_file_follow(server, VNT_EVT_OUTPUTS);
     setenv("WAYLAND_DISPLAY", socket, 1);
     return true;
+}
+
+static void disconnect_clients(vantore_server &server)
+{
+    wl_display_destroy_clients(server.display);
 }
 
 static bool announce_session(vantore_server &)
@@ -231,52 +278,88 @@ static bool announce_session(vantore_server &)
     return true;
 }
 
+// A step that can't fail.
+template <auto Begin> static bool always(vantore_server &server)
+{
+    if constexpr (std::is_invocable_v<decltype(Begin), vantore_server &>)
+        Begin(server);
+    else
+        Begin();
+    return true;
+}
+
+template <auto End> static void plainly(vantore_server &)
+{
+    End();
+}
+
+static void publish_renderer(vantore_server &server)
+{
+    publish_render_node(wlr_renderer_get_drm_fd(server.renderer));
+}
+
+static void start_programs()
+{
+    spawn_autostart();
+    spawn_xdg_autostart();
+}
+
+static void follow_outputs()
+{
+    broadcast_listen(outputs_file_follow);
+}
+
+static void stop_following_outputs()
+{
+    broadcast_unlisten(outputs_file_follow);
+}
+
 static constexpr startup_step steps[]{
-    {"log", [](vantore_server &) { return log_start(), true; }},
+    {"log", always<log_start>},
     {"single-instance state", reset_single_instance_state},
-    {"display", create_display},
+    {"display", create_display, destroy_display},
+    {"memory", nullptr, plainly<memory_trim_reset>},
     {"signals", install_signal_handlers},
-    {"safe graphics", [](vantore_server &) { return safe_graphics_detect(), true; }},
-    {"backend", create_backend},
+    {"safe graphics", always<safe_graphics_detect>},
+    {"workspaces, which outlive the outputs", nullptr, workspaces_destroy},
+    {"outputs file", always<follow_outputs>, plainly<stop_following_outputs>},
+    {"backend", create_backend, destroy_backend},
     {"headless backend", add_headless_backend},
-    {"login session", watch_session},
-    {"renderer", renderer_create},
-    {"render node",
-     [](vantore_server &server) {
-         return publish_render_node(wlr_renderer_get_drm_fd(server.renderer)), true;
-     }},
-    {"allocator", create_allocator},
+    {"login session", watch_session, forget_session},
+    {"renderer", renderer_create, destroy_renderer},
+    {"render node", always<publish_renderer>},
+    {"allocator", create_allocator, destroy_allocator},
+    {"frame measurements", nullptr, drop_measurements},
+    {"cursor, which outlives the scene", nullptr, destroy_cursor},
+    {"listeners", nullptr, detach_session_listeners},
     {"first globals",
      [](vantore_server &server) { return made(globals_create_first(server), "compositor global"); }},
-    {"explicit sync", [](vantore_server &server) { return globals_create_explicit_sync(server), true; }},
-    {"scene", create_scene},
+    {"explicit sync", always<globals_create_explicit_sync>},
+    {"scene", create_scene, destroy_scene},
     {"scene graph", build_scene_graph},
-    {"configuration", [](vantore_server &server) { return config_load(server), true; }},
-    {"reduced motion", [](vantore_server &) { return export_reduced_motion(), true; }},
-    {"presentation time", [](vantore_server &server) { return globals_create_presentation(server), true; }},
-    {"accent", [](vantore_server &server) { return scene_graph_apply_accent(server), true; }},
+    {"configuration", always<config_load>},
+    {"reduced motion", always<export_reduced_motion>},
+    {"presentation time", always<globals_create_presentation>},
+    {"accent", always<scene_graph_apply_accent>},
     {"workspaces", [](vantore_server &server) { return made(workspaces_create(server), "workspaces"); }},
-    {"workspaces' configuration",
-     [](vantore_server &server) { return config_apply_workspaces(server), true; }},
-    {"hangup", [](vantore_server &server) { return config_reload_on_hangup(server), true; }},
-    {"animation timer", [](vantore_server &server) { return anim_start(server), true; }},
-    {"modifier timer", [](vantore_server &server) { return modifier_tap_start(server), true; }},
-    {"outputs",
-     [](vantore_server &server) {
-         listen<&vantore_server::new_output, server_new_output>(server, server.backend->events.new_output);
-         return true;
-     }},
+    {"workspaces' configuration", always<config_apply_workspaces>},
+    {"hangup", always<config_reload_on_hangup>, config_ignore_hangup},
+    {"animation timer", always<anim_start>, anim_stop},
+    {"modifier timer", always<modifier_tap_start>, modifier_tap_stop},
+    {"frames of covered windows", nullptr, plainly<bg_frame_timer_drop>},
+    {"outputs", watch_outputs},
     {"xdg shell", [](vantore_server &server) { return made(globals_create_xdg_shell(server), "xdg shell"); }},
-    {"XWayland", [](vantore_server &server) { return xwayland_create(server), true; }},
-    {"decoration manager", [](vantore_server &server) { return globals_create_decoration(server), true; }},
-    {"layer shell", [](vantore_server &server) { return globals_create_layer_shell(server), true; }},
+    {"XWayland", always<xwayland_create>, xwayland_destroy},
+    {"decoration manager", always<globals_create_decoration>},
+    {"layer shell", always<globals_create_layer_shell>},
     {"cursor", create_cursor},
     {"seat", [](vantore_server &server) { return made(globals_create_seat(server), "seat"); }},
-    {"last globals", [](vantore_server &server) { return globals_create_last(server), true; }},
-    {"socket and backend", open_socket_and_start_backend},
+    {"last globals", always<globals_create_last>},
+    {"clients", nullptr, disconnect_clients},
+    {"socket and backend", open_socket_and_start_backend, plainly<startup_reprobe_cancel>},
     {"announcement", announce_session},
-    {"IPC", [](vantore_server &server) { return ipc_init(server), true; }},
-    {"autostart", [](vantore_server &) { return spawn_autostart(), spawn_xdg_autostart(), true; }},
+    {"IPC", always<ipc_init>, ipc_finish},
+    {"autostart", always<start_programs>},
 };
 
 std::span<const startup_step> startup_steps()
@@ -286,7 +369,8 @@ std::span<const startup_step> startup_steps()
 
 bool server_start(vantore_server &server)
 {
-    return std::ranges::all_of(steps, [&](const startup_step &step) { return step.run(server); });
+    return std::ranges::all_of(
+        steps, [&](const startup_step &step) { return step.begin == nullptr || step.begin(server); });
 }
 
 static void end_if_requested(void *)
@@ -301,7 +385,6 @@ void server_run(vantore_server &server)
     wl_display_run(server.display);
 }
 
-// Every listener of ours is detached before the object that it listens on dies: the library asserts that.
 void server_finish(vantore_server &server)
 {
     // A second Ctrl-C has nothing left to end.
@@ -309,30 +392,7 @@ void server_finish(vantore_server &server)
     signal(SIGTERM, SIG_IGN);
     wlr_log(WLR_INFO, "vantore-comp: clean shutdown — tearing down");
     server.shutting_down = true;
-    ipc_finish(server);
-    wl_display_destroy_clients(server.display);
-    xwayland_destroy(server);
-    wlr_scene_node_destroy(&server.scene->tree.node);
-    cursor_locate_drop_steps(server);
-    wlr_xcursor_manager_destroy(server.xcursor_mgr);
-    destroy_cursor(server);
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        pacing_drop_measurement(o);
-    wlr_allocator_destroy(server.allocator);
-    wlr_renderer_destroy(server.renderer);
-    broadcast_unlisten(outputs_file_follow);
-    unlisten(server.new_output);
-    unlisten(server.new_input);
-    forget_session(server);
-    wlr_backend_destroy(server.backend);
-    workspaces_destroy(server);
-    globals_forget(server);
-    startup_reprobe_cancel();
-    bg_frame_timer_drop();
-    server.anim_timer.reset();
-    server.tap.mod_hold_timer.reset();
-    server.hangup.reset();
-    memory_trim_reset();
-    wl_display_destroy(server.display);
-    g_display = nullptr;
+    for (const startup_step &step : std::views::reverse(steps))
+        if (step.end != nullptr)
+            step.end(server);
 }

@@ -8,19 +8,21 @@
 
 struct startup_step {
     std::string_view name;
-    // False ends the start; the step has logged why.
-    bool (*run)(vantore_server &server);
+    // False ends the start; the step has logged why. Null where there is only something to end.
+    bool (*begin)(vantore_server &server);
+    // Undoes the step at the session's end. Null where nothing is to be undone.
+    void (*end)(vantore_server &server) = nullptr;
 };
 
-// In their order: later steps rely on the earlier ones.
+// In the order in which they begin: later steps rely on the earlier ones. They end in the opposite order.
 std::span<const startup_step> startup_steps();
 
-// Runs all steps. On false the process is to end with status 1: nothing is torn down. The record must be
+// Begins all steps. On false the process is to end with status 1: nothing is torn down. The record must be
 // fresh.
 bool server_start(vantore_server &server);
 
 // Runs the event loop until a signal or wl_display_terminate ends it, also one that came before the loop.
 void server_run(vantore_server &server);
 
-// Takes everything down in order. Once, after a start that returned true.
+// Ends all steps, the last one first. Once, after a start that returned true.
 void server_finish(vantore_server &server);

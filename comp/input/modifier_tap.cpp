@@ -33,6 +33,11 @@ void modifier_tap_start(vantore_server &server)
     server.tap.mod_hold_timer = timer_create(server.display, mod_hold_fired, &server);
 }
 
+void modifier_tap_stop(vantore_server &server)
+{
+    server.tap.mod_hold_timer.reset();
+}
+
 static void disarm(vantore_server &server)
 {
     server.tap.mod_tapped = false;

@@ -10,8 +10,9 @@
 
 #include <xkbcommon/xkbcommon.h>
 
-// Makes the hold timer.
+// Makes the hold timer, and takes it away.
 void modifier_tap_start(vantore_server &server);
+void modifier_tap_stop(vantore_server &server);
 
 // Key events, by their base sym.
 void modifier_tap_press(vantore_server &server, xkb_keysym_t sym);

@@ -22,6 +22,11 @@ void anim_start(vantore_server &server)
     server.anim_timer = timer_create(server.display, anim_tick, &server);
 }
 
+void anim_stop(vantore_server &server)
+{
+    server.anim_timer.reset();
+}
+
 void anim_kick(vantore_server &server)
 {
     timer_arm(server.anim_timer, first_tick_ms);

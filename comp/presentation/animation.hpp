@@ -4,8 +4,9 @@
 
 #include "../fwd.hpp"
 
-// Makes the timer.
+// Makes the timer, and takes it away.
 void anim_start(vantore_server &server);
+void anim_stop(vantore_server &server);
 
 // An animation has begun: the first tick comes at once.
 void anim_kick(vantore_server &server);

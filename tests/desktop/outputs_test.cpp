@@ -523,7 +523,7 @@ struct login_session : outputs {
         server.session = &session;
         for (const startup_step &step : startup_steps())
             if (step.name == "login session")
-                step.run(server);
+                step.begin(server);
     }
     void switch_to(bool ours)
     {

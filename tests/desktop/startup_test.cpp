@@ -10,6 +10,7 @@
 #include <csignal>
 #include <dlfcn.h>
 #include <fstream>
+#include <ranges>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -29,14 +30,31 @@ TEST(startup_table, names_its_steps_in_order)
     std::vector<std::string_view> names;
     for (const startup_step &step : startup_steps())
         names.push_back(step.name);
-    EXPECT_THAT(names, ElementsAre("log", "single-instance state", "display", "signals", "safe graphics",
-                                   "backend", "headless backend", "login session", "renderer", "render node",
-                                   "allocator", "first globals", "explicit sync", "scene", "scene graph",
-                                   "configuration", "reduced motion", "presentation time", "accent",
-                                   "workspaces", "workspaces' configuration", "hangup", "animation timer",
-                                   "modifier timer", "outputs", "xdg shell", "XWayland", "decoration manager",
-                                   "layer shell", "cursor", "seat", "last globals", "socket and backend",
-                                   "announcement", "IPC", "autostart"));
+    EXPECT_THAT(names,
+                ElementsAre("log", "single-instance state", "display", "memory", "signals", "safe graphics",
+                            "workspaces, which outlive the outputs", "outputs file", "backend",
+                            "headless backend", "login session", "renderer", "render node", "allocator",
+                            "frame measurements", "cursor, which outlives the scene", "listeners",
+                            "first globals", "explicit sync", "scene", "scene graph", "configuration",
+                            "reduced motion", "presentation time", "accent", "workspaces",
+                            "workspaces' configuration", "hangup", "animation timer", "modifier timer",
+                            "frames of covered windows", "outputs", "xdg shell", "XWayland",
+                            "decoration manager", "layer shell", "cursor", "seat", "last globals", "clients",
+                            "socket and backend", "announcement", "IPC", "autostart"));
+}
+
+TEST(startup_table, ends_the_socket_the_clients_the_x_server_and_the_scene_before_what_they_need)
+{
+    std::vector<std::string_view> names;
+    for (const startup_step &step : std::views::reverse(startup_steps()))
+        if (step.end != nullptr)
+            names.push_back(step.name);
+    EXPECT_THAT(names,
+                ElementsAre("IPC", "socket and backend", "clients", "XWayland", "frames of covered windows",
+                            "modifier timer", "animation timer", "hangup", "scene", "listeners",
+                            "cursor, which outlives the scene", "frame measurements", "allocator", "renderer",
+                            "login session", "backend", "outputs file",
+                            "workspaces, which outlive the outputs", "memory", "display"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)
