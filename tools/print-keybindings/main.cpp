@@ -111,7 +111,7 @@ static std::string action_text(const vnt_bind &bind)
     return verb->names[0] + argument_of(bind, verb->argument);
 }
 
-// With the logo key as the modifier, which no default names otherwise.
+// The logo key is printed as $mod. No default binding uses the logo key for anything else.
 static void print_defaults()
 {
     static const vantore_server server;
