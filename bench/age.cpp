@@ -1,8 +1,8 @@
-// How old what a client drew is when it is first shown, under each way of frame pacing: a replay, with a
-// clock of its own, of a client that redraws at random moments, alone on its output or beside one that
-// redraws with every frame. When to paint is decided by the product's own functions (outputs/paint_time);
-// what an output and the GPU would do is simulated here. Blanks come at exact multiples of the period, and a
-// picture is shown at the first one after it has been rendered.
+// Measures how old a client's content is when it is first shown, for each setting of frame pacing. This is a
+// replay with a clock of its own. The client redraws at random moments, either alone on its output or next to
+// a client that redraws with every frame. The product's own functions (outputs/paint_time) decide when to
+// paint; the output and the GPU are simulated here. Blanks come at exact multiples of the period, and a
+// picture is shown at the first blank after it has been rendered.
 
 #include "outputs/paint_time.hpp"
 #include "render_times.hpp"
@@ -25,27 +25,27 @@ constexpr std::array<unsigned, 5> seeds{1, 2, 3, 4, 5};
 
 struct outcome {
     std::vector<double> ages_ms; // of the commits that were shown
-    std::vector<double> all_ages_ms; // and of those that a newer one replaced in its picture
+    std::vector<double> all_ages_ms; // also of commits that a newer one replaced unpainted
     int pictures = 0;
-    int missed = 0; // pictures that were begun for one blank and ended after it
-    int missed_waited = 0; // of those, begun as late as the budget said, and not at once
+    int missed = 0; // pictures that were not ready for the blank that they were begun for
+    int missed_waited = 0; // those of them that the budget held back instead of painting them at once
 };
 
-// An output with the client's commits ahead of it. Like the library's it sends no frame event from a commit
-// of its own until the blank that shows it, and one at once when something changes otherwise.
+// An output and the client's commits. Like an output of the library, it sends no frame event between its own
+// commit and the blank that shows this commit. At any other time, a change sends a frame event at once.
 struct output {
     std::span<const int64_t> commits; // times, ascending
-    // Of rendering, by blank in turn, so that they are the same for all settings.
+    // Render times. The number of the blank selects one, so that all settings meet the same times.
     std::span<const int> costs_us;
     int64_t period;
     int max_render_time;
     bool is_busy; // something else changes with every frame
 
     size_t arrived = 0; // commits that the client has made
-    size_t painted = 0; // of those, in a picture
-    int64_t timer = never, blank = never; // what comes next; the blank only when a picture waits for it
+    size_t painted = 0; // those of them that are part of a picture
+    int64_t timer = never, blank = never; // the next events; there is a blank only if a picture waits for it
     int64_t last_present_ns = 0;
-    int64_t measured_ns = -1; // what the last picture cost, to be read at the next repaint
+    int64_t measured_ns = -1; // the last picture's render time, read at the next repaint
     render_times times;
     outcome result;
 };
@@ -110,7 +110,7 @@ void commit_event(output &o, int64_t now)
         frame_event(o, now);
 }
 
-// Plays until the last commit has been painted.
+// Runs until the last commit has been painted.
 void play(output &o)
 {
     while (o.painted < o.commits.size()) {
@@ -125,7 +125,8 @@ void play(output &o)
     }
 }
 
-// The library's exponential distribution may differ from one to the next, this one can't.
+// Exponentially distributed gaps. The distribution of the standard library may differ between
+// implementations, so this computes its own.
 std::vector<int64_t> random_commits(unsigned seed, int64_t period)
 {
     std::mt19937_64 random{seed};
@@ -154,7 +155,7 @@ struct scene {
     bool is_busy;
 };
 
-// All seeds together.
+// The results of all seeds together.
 outcome replay(const scene &what, int64_t period, int max_render_time)
 {
     outcome all;
@@ -183,7 +184,7 @@ struct setting {
     int max_render_time;
 };
 
-// The first one is what the others are compared with.
+// The others are compared with the first one.
 constexpr std::array<setting, 6> settings{
     {{"off", 0}, {"auto", -1}, {"2 ms", 2}, {"5 ms", 5}, {"8 ms", 8}, {"12 ms", 12}}};
 

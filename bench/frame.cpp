@@ -1,6 +1,6 @@
-// What a frame costs where a fullscreen client redraws all of 1920x1080 at each frame callback, for the
-// compositor and for the floor. Software rendering: effects are off, and the driver draws in threads of its
-// own. CPU times from the kernel's counters.
+// Measures what a frame costs when a fullscreen client redraws all of 1920x1080 at each frame callback, for
+// the compositor and for the floor. Rendering is done in software, so effects are off, and the driver draws
+// in threads of its own. The CPU times come from the kernel's counters.
 
 #include "subject.hpp"
 
@@ -103,7 +103,7 @@ struct cost {
     double main_us, threads_us;
 };
 
-// CPU time of the program for a frame.
+// CPU time that the program needs for one frame.
 cost frame_of(const char *binary, const test::variables &more, const std::string &settings)
 {
     subject session{binary, more, settings};
@@ -135,7 +135,7 @@ void print_row(const char *name, const std::vector<cost> &ours, const std::vecto
            median(threads_ratio));
 }
 
-// The programs take turns, so that what else the machine does meets them alike.
+// The programs take turns, so that other work of the machine affects them equally.
 void compare(const char *what, const test::variables &more)
 {
     std::vector<cost> floor, off, measured;

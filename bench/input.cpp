@@ -1,5 +1,5 @@
-// Instructions of one input event, from the device to the client's socket, counted by callgrind between two
-// marks. Unlike times they are the same on every run.
+// Counts the instructions of one input event, from the device to the client's socket. callgrind counts them
+// between two marks. Unlike times, they are the same in every run.
 
 #include "support/process.hpp"
 
@@ -13,7 +13,7 @@ namespace
 
 constexpr int events = 200;
 
-// The number that callgrind writes behind "totals:"; 0 when there is none.
+// The number that callgrind writes after "totals:", or 0 if there is none.
 long instructions_in(const std::filesystem::path &file)
 {
     std::ifstream in{file};

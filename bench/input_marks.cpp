@@ -1,6 +1,6 @@
-// One session in this process, for callgrind: it counts the instructions between the two marks. What
-// happens there comes from the environment: VANTORE_TEST_WINDOWS, VANTORE_TEST_EVENTS, and
-// VANTORE_TEST_KIND, one of the rows of `kinds`.
+// Runs one session in this process for callgrind, which counts the instructions between two marks. The
+// environment decides what happens between them: VANTORE_TEST_WINDOWS, VANTORE_TEST_EVENTS, and
+// VANTORE_TEST_KIND, which names a row of `kinds`.
 
 #include "support/desktop.hpp"
 #include "support/wayland_popup.hpp"
@@ -41,8 +41,8 @@ struct input_marks : test::desktop {
         desktop::TearDown();
     }
 
-    // All have title bars of ours. The window that hears of the events lies lowest, its content at 0,40, and
-    // none of the others covers it.
+    // The compositor draws the title bars of all windows. The window that receives the events lies lowest,
+    // its content is at 0,40, and none of the others covers it.
     void map_windows(int count)
     {
         owner = &connect();
@@ -57,12 +57,12 @@ struct input_marks : test::desktop {
         }
     }
 
-    // Idle work, such as telling a client its new size, belongs to the event; painting a frame does not.
+    // Idle work, such as telling a client its new size, counts as part of the event. Painting does not.
     template <class Act> void between_marks(Act act)
     {
         const int events = number("VANTORE_TEST_EVENTS");
         settle();
-        (void)pixel("A", 0, 0); // waits for the software driver's threads, which would be counted too
+        (void)pixel("A", 0, 0); // waits for the software driver's threads, which would otherwise be counted
         wlr_output *shown = output("A").wlr_output;
         shown->frame_pending = true;
         CALLGRIND_START_INSTRUMENTATION;
@@ -100,7 +100,7 @@ struct input_marks : test::desktop {
         point_at(*pointer, 50, 20);
         pointer->press(BTN_LEFT);
         point_at(*pointer, 70, 20);
-        ASSERT_FALSE(server.tiler.mt_visible); // not far enough
+        ASSERT_FALSE(server.tiler.mt_visible); // the drag has not gone far enough
         sway();
         pointer->release(BTN_LEFT);
     }

@@ -1,4 +1,4 @@
-// What the IPC socket costs: a query, an event, and a picture on its way into a memory file.
+// Measures what the IPC socket costs: a query, an event, and a picture that goes into a memory file.
 
 #include "subject.hpp"
 
@@ -20,7 +20,7 @@ using std::chrono::steady_clock;
 namespace
 {
 
-// Sends the request and reads until its reply is there.
+// Sends the request and reads until its reply has arrived.
 void ask(test::ipc_client &c, uint32_t type, std::string_view payload = {})
 {
     c.take();
@@ -32,7 +32,7 @@ void ask(test::ipc_client &c, uint32_t type, std::string_view payload = {})
     }
 }
 
-// CPU time of the program for one request, in microseconds.
+// CPU time that the program needs for one request, in microseconds.
 double request_us(const subject &session, test::ipc_client &c, uint32_t type, std::string_view payload = {})
 {
     constexpr int requests = 100;
@@ -60,10 +60,10 @@ void queries()
            request_us(session, c, VNT_MSG_GET_WINDOWS));
 }
 
-// Going to the workspace that is shown sends one event.
+// Switching to the workspace that is already shown sends one event.
 double event_us(const subject &session, test::ipc_client &c, std::list<test::ipc_client> &subscribers)
 {
-    constexpr int events = 100; // a socket holds them unread
+    constexpr int events = 100; // a socket can hold this many unread
     std::vector<double> us;
     for (int i = 0; i < 15; i++) {
         const double before = cpu_us(session.pid());
@@ -84,7 +84,7 @@ void events()
     subject session{test::compositor_binary};
     test::ipc_client c{session.ipc_socket()};
     std::list<test::ipc_client> subscribers;
-    (void)event_us(session, c, subscribers); // the first ones are slow
+    (void)event_us(session, c, subscribers); // the first round is slower than the later ones
     const double to_nobody = event_us(session, c, subscribers);
     for (const size_t count : {1UL, 100UL}) {
         while (subscribers.size() < count)

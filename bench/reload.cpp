@@ -1,4 +1,4 @@
-// What a reload of the configuration costs, from the signal to the event that announces it.
+// Measures what a reload of the configuration costs, from the signal to the event that announces it.
 
 #include "subject.hpp"
 
@@ -25,7 +25,7 @@ void wait_for(test::ipc_client &c, uint32_t type)
     c.take();
 }
 
-// CPU time of the program in milliseconds a reload.
+// CPU time of the program in milliseconds for one reload.
 double reload_ms(const subject &session, test::ipc_client &subscriber, int times)
 {
     const double before = cpu_us(session.pid());
@@ -39,7 +39,7 @@ double reload_ms(const subject &session, test::ipc_client &subscriber, int times
 void reloads(const char *with, subject &session, test::client &client, test::ipc_client &subscriber)
 {
     constexpr int batch = 20;
-    const double first = reload_ms(session, subscriber, 1); // loads the cursor's theme, once a session
+    const double first = reload_ms(session, subscriber, 1); // loads the cursor theme too, once a session
     session.rest(client);
     const double at_start = reload_ms(session, subscriber, batch);
     (void)reload_ms(session, subscriber, 100 - batch - 1);

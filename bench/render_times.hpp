@@ -1,7 +1,8 @@
-// What the GPU's timer said of 240 pictures in a row of a real session, in microseconds, the first 20 of the
-// session and those that it could not tell left out. An output of 1920x1080 without direct scan-out, on which
-// a terminal scrolled by a line 50 times a second; software rendering (llvmpipe) on a 2-core machine, at a
-// high priority, so that the times are not those of waiting for other programs.
+// Render times of 240 consecutive frames of a real session in microseconds, as the GPU's timer gave them. The
+// first 20 frames of the session and those that could not be timed are left out. The output had 1920x1080
+// pixels and no direct scan-out, and a terminal on it scrolled by a line 50 times a second. Rendering was
+// done in software (llvmpipe) on a 2-core machine. The session ran at a high priority, so that waiting for
+// other programs is not part of the times.
 #pragma once
 
 #include <array>

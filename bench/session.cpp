@@ -1,5 +1,6 @@
-// What a session costs: starting, mapping and closing windows among many, memory, and doing nothing. Each
-// program is a child process; its CPU time is read from the kernel, so a busy machine disturbs little.
+// Measures what a session costs: starting, mapping and closing windows among many others, memory, and doing
+// nothing. Each measured program is a child process. Its CPU time comes from the kernel, so a busy machine
+// hardly disturbs the result.
 
 #include "subject.hpp"
 
@@ -15,7 +16,7 @@ using std::chrono::steady_clock;
 namespace
 {
 
-// The number behind a name in a file of lines "NAME: NUMBER".
+// The number that follows a name in a file of lines "NAME: NUMBER", or -1.
 long field(const std::string &text, const std::string &name)
 {
     const size_t at = text.find(name);
@@ -54,7 +55,7 @@ struct cost {
     double map_us, close_us;
 };
 
-// CPU time of the program for mapping and closing one window among `others`, the frames that follow included.
+// CPU time of the program for mapping and closing one window among `others`, including the frames after it.
 cost map_and_close(const char *binary, int others)
 {
     subject session{binary};

@@ -66,7 +66,7 @@ subject::subject(const char *binary, const test::variables &more, const std::str
 
 void subject::fail(const char *how)
 {
-    program.send(SIGKILL); // exit() runs no destructor that would
+    program.send(SIGKILL); // exit() does not run the destructor that would end it
     fprintf(stderr, "%s %s:\n%s\n", name, how, program.output().c_str());
     exit(1);
 }

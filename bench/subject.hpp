@@ -1,4 +1,4 @@
-// The program that is measured: a child process with a world of its own.
+// The measured program: a child process with its own private directories.
 #pragma once
 
 #include "support/process.hpp"
@@ -10,36 +10,36 @@
 #include <unistd.h>
 #include <vector>
 
-// A file of the process's directory in /proc.
+// The contents of a file in the process's directory in /proc.
 std::string read_proc(pid_t pid, const char *file);
 // CPU time of the main thread in microseconds.
 double cpu_us(pid_t pid);
-// The same of all its threads together.
+// CPU time of all its threads together.
 double cpu_of_threads_us(pid_t pid);
 double median(std::vector<double> values);
 
 class subject
 {
 public:
-    // Ends the benchmark when the binary does not start. Gets these variables besides those of its world, and
-    // this text as its compositor.conf.
+    // Ends the benchmark when the binary does not start. `more` is added to the environment of its private
+    // world, and `settings` becomes its compositor.conf.
     explicit subject(const char *binary, const test::variables &more = {}, const std::string &settings = {});
 
     [[nodiscard]] std::unique_ptr<test::client> connect();
-    // False when the text has not been written after 10 seconds.
+    // Waits until the program has written the text; false after 10 seconds without it.
     bool says(const std::string &text) { return program.says(text); }
     [[nodiscard]] pid_t pid() const { return program.pid(); }
     [[nodiscard]] std::string runtime_directory() const { return world.directory() / "run"; }
 
-    // The path of its IPC socket, once it listens there.
+    // Waits until the program listens on its IPC socket and returns the path.
     std::string ipc_socket();
 
-    // Until the program has answered everything and then had time for the frames that follow.
+    // Waits until the program has answered everything, and then long enough for the frames that follow.
     void rest(test::client &client);
-    // A window of the client, mapped and active.
+    // Opens a window of the client and waits until it is mapped and active.
     test::window &map_one(test::client &client);
 
-    // Ends the benchmark when it does not hold after 30 seconds, or when the client is thrown out.
+    // Ends the benchmark if the condition does not hold after 30 seconds or if the client is disconnected.
     template <class Condition> void pump_until(test::client &client, Condition holds)
     {
         const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds{30};

@@ -1,5 +1,5 @@
-// What the window manager costs, in this process: the arithmetic of tiles, arranging windows, switching
-// workspaces, focus by direction, the display of the Mouse Tiler.
+// Measures in this process what managing windows costs: the arithmetic of tiles, arranging windows, switching
+// workspaces, focus by direction, and the display of the Mouse Tiler.
 
 #include "support/desktop.hpp"
 
@@ -18,7 +18,7 @@ using std::chrono::steady_clock;
 
 static constexpr int rounds = 21;
 
-// The median of so many rounds, in microseconds for one call.
+// The median of this many rounds, in microseconds for one call.
 template <class Action> static double microseconds(int calls, Action action)
 {
     std::vector<double> us;

@@ -1,4 +1,4 @@
-// A desktop entry from the autostart directory: any bytes.
+// Reads any bytes as a desktop entry of the autostart directory.
 
 #include "config/files.hpp"
 #include "fuzzing.hpp"
@@ -13,7 +13,7 @@ static void check_text(std::span<const char> text)
     require(memchr(text.data(), '\0', text.size()) != nullptr);
 }
 
-// A code goes in two characters, a pair of percent signs leaves one.
+// A field code of two characters disappears, and a pair of percent signs becomes one.
 static void check_command(const desktop_entry &entry)
 {
     std::array<char, 1024> command;

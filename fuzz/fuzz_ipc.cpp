@@ -1,4 +1,4 @@
-// Bytes of a client of the IPC socket: the walk over its frames, and the texts of its requests.
+// Reads any bytes as what a client sends over the IPC socket: as frames, and as texts of requests.
 
 #include "fuzzing.hpp"
 #include "ipc/frame.hpp"
@@ -22,7 +22,7 @@ static void read_texts(std::string_view text)
     require(letters <= text.size());
 }
 
-// Takes the whole frames off the front, as the socket's reader does. False when the rest is no frame.
+// Takes complete frames off the front, as the socket's reader does. False when the rest can't be a frame.
 static bool walk(std::string &buffered, std::string &log)
 {
     std::string_view rest = buffered;
@@ -45,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     read_texts(bytes);
     std::string whole{bytes}, log_whole;
     const bool whole_stands = walk(whole, log_whole);
-    // In pieces, the same frames come out.
+    // The same frames come out if the bytes arrive in pieces.
     std::string pieces, log_pieces;
     bool pieces_stand = true;
     for (size_t at = 0; at < size && pieces_stand; at += 5) {

@@ -1,4 +1,4 @@
-// A user's keybinds.conf: any bytes, read on top of the defaults.
+// Reads any bytes as a user's keybinds.conf, on top of the default bindings.
 
 #include "config/files.hpp"
 #include "config/keybinds.hpp"

@@ -1,4 +1,4 @@
-// A user's rules.conf: any bytes, and the app ids of any client.
+// Reads any bytes as a user's rules.conf, and matches the rules with any app id.
 
 #include "config/files.hpp"
 #include "config/rules.hpp"

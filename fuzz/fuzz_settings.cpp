@@ -1,4 +1,4 @@
-// Any bytes as every file of settings, read on top of the defaults.
+// Reads any bytes as each of the settings files, on top of the defaults.
 
 #include "config/files.hpp"
 #include "config/settings_apply.hpp"

@@ -1,4 +1,4 @@
-// What the targets share: a condition that must hold, and input as a file.
+// Shared by the targets: a condition that must hold, and the input as a file.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ inline void require(bool holds)
         abort();
 }
 
-// The path of the one file of the process, in memory, which each call fills anew.
+// Puts the data into a file in memory and returns its path. There is one such file, which each call rewrites.
 inline const char *write_file(const uint8_t *data, size_t size)
 {
     static const int fd = memfd_create("input", MFD_CLOEXEC);

@@ -1,4 +1,4 @@
-"""Checks many files side by side, and skips those that passed before with the same contents."""
+"""Checks many files in parallel, and skips those that passed before with the same contents."""
 
 import hashlib
 import json
@@ -24,7 +24,7 @@ class Check:
 
 
 def compile_commands(build):
-    """The project's own sources with their compiler's arguments: {source: (arguments, directory)}."""
+    """The project's own sources with the arguments of their compiler: {source: (arguments, directory)}."""
     database = json.loads(Path(build, "compile_commands.json").read_text())
     commands = {}
     for entry in database:
@@ -36,7 +36,7 @@ def compile_commands(build):
 
 
 def project_includes(file, folders=()):
-    """The project's files that a file includes by a quoted name, in their order."""
+    """The project's files that a file includes by a quoted name, in the order of the includes."""
     found = []
     for name in INCLUDE.findall(file.read_text()):
         places = (folder / name for folder in (file.parent, *folders))
@@ -60,13 +60,13 @@ def _files_read(check):
 
 
 def _installed():
-    """What stands for the system's headers: the list of packages where there is one."""
+    """Represents the system's headers by the list of installed packages, if there is one."""
     packages = Path("/var/lib/dpkg/status")
     return packages.read_bytes() if packages.exists() else b""
 
 
 def _fingerprint(check, common):
-    """The same in every clone of the project."""
+    """Is the same in every clone of the project."""
     digest = hashlib.sha256(common)
     digest.update("\0".join(check.command).replace(str(PROJECT), ".").encode())
     for file in _files_read(check):
@@ -78,7 +78,7 @@ def _passes(check):
     result = subprocess.run(check.command, cwd=check.directory, text=True, stdin=subprocess.DEVNULL,
                             stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
     if result.returncode != 0:
-        # clang-tidy tells findings on stdout, and only counts them on stderr.
+        # clang-tidy prints its findings on stdout, and only their number on stderr.
         print(result.stdout or result.stderr, end="", flush=True)
     return result.returncode == 0
 
@@ -90,8 +90,8 @@ def _forget_old(store):
 
 
 def run(checks, name, common=b""):
-    """Runs the checks and says whether all pass. `common` is what else a result depends on. What passed is
-    remembered, by the contents that were read, under the checks' name in the user's cache."""
+    """Runs the checks and returns whether all pass. `common` is whatever else the results depend on. A check that
+    passed is remembered in the user's cache under `name`, by the contents of the files that it read."""
     cache = os.environ.get("VANTORE_LINT_CACHE") or Path.home() / ".cache/vantore-comp/lint"
     store = Path(cache, name)
     store.mkdir(parents=True, exist_ok=True)

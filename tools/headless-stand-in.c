@@ -1,9 +1,9 @@
-// Preload library for tests and the demo session: lets the compositor run where there is no graphics
-// hardware. The compositor itself knows nothing of it.
+// A preload library for tests and the demo session that lets the compositor run without graphics hardware. The
+// compositor itself knows nothing about it.
 //
-// - Where the kernel has no /dev/udmabuf, memory files stand in for the buffers that it would make.
+// - If the kernel has no /dev/udmabuf, memory files replace the buffers that this device would make.
 // - VANTORE_HEADLESS_SIZE=WIDTHxHEIGHT sets the size of headless outputs.
-#undef _FILE_OFFSET_BITS // it would turn open into open64, and both are defined here
+#undef _FILE_OFFSET_BITS // with it, open would become open64, but this file defines both
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
@@ -20,9 +20,9 @@
 #include <unistd.h>
 
 static const char device[] = "/dev/udmabuf";
-static int token = -1; // what the process believes to be the device
+static int token = -1; // the descriptor that the process takes for the device
 
-// Programs that the compositor starts are to see the real system.
+// Programs that the compositor starts should see the real system.
 __attribute__((constructor)) static void affect_only_this_process(void)
 {
 	unsetenv("LD_PRELOAD");
@@ -43,7 +43,7 @@ static int open_through(const char *symbol, const char *path, int flags, mode_t 
 	return next(path, flags, mode);
 }
 
-// The mode argument is there only when the call may make a file.
+// Callers pass the mode argument only if the call may create a file.
 #define MODE_ARGUMENT(flags, mode) \
 	mode_t mode = 0; \
 	if (((flags) & (O_CREAT | O_TMPFILE)) != 0) { \
@@ -77,7 +77,7 @@ int ioctl(int fd, unsigned long request, ...)
 		return fcntl((int)((struct udmabuf_create *)arg)->memfd, F_DUPFD_CLOEXEC, 0);
 	int (*next)(int, unsigned long, ...) = dlsym(RTLD_NEXT, "ioctl");
 	const int result = next(fd, request, arg);
-	// A memory file needs no cache synchronisation and does not know the call.
+	// A memory file does not know this call and needs no cache synchronisation, so it succeeds.
 	const bool unknown = result < 0 && (errno == ENOTTY || errno == EINVAL);
 	return unknown && request == DMA_BUF_IOCTL_SYNC ? 0 : result;
 }

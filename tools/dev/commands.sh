@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # shellcheck disable=SC2154 # environment.sh sets $environment and $sandbox
-# What ./dev can do. Sourced by it, after environment.sh.
+# The commands of ./dev, which sources this file after environment.sh.
 
 dev_help() {
 	cat <<'EOT'
@@ -26,7 +26,7 @@ sanitize=("-Db_sanitize=address,undefined" -Db_lundef=false -Doptimization=1)
 configure() { # DIRECTORY MESON-OPTIONS...
 	local directory=build/$1
 	shift
-	# Another environment has other paths.
+	# A directory that was configured in another environment has the wrong paths.
 	if [ "$(cat "$directory/made-in" 2>/dev/null)" != "$environment" ]; then
 		rm -rf "$directory"
 	fi
@@ -58,7 +58,7 @@ dev_shell() {
 run_tests() { # DIRECTORY NAME...
 	local directory=build/$1
 	shift
-	# A slow, busy machine needs longer than the tests' own limits.
+	# On a slow or busy machine, the tests need more time than their own limits allow.
 	inside meson test -C "$directory" --no-rebuild --timeout-multiplier 3 --print-errorlogs "$@" >&2
 }
 
@@ -97,7 +97,7 @@ dev_run() {
 	compile dev
 	if [ "$headless" = no ] && { [ -n "${WAYLAND_DISPLAY:-}" ] || [ -n "${DISPLAY:-}" ]; }; then
 		is_native || sandbox_with_the_hosts_display
-		# Without a bus: the session must not be announced to the desktop that it runs in.
+		# The session has no bus, because it must not announce itself to the desktop that it runs in.
 		inside env -u DBUS_SESSION_BUS_ADDRESS build/dev/comp/vantore-comp
 	else
 		inside tools/demo-session "${arguments[@]}"
@@ -110,7 +110,7 @@ dev_bench() {
 	inside tools/run-benchmarks build/bench "$@"
 }
 
-# What a target finds is kept in build/fuzz/found; new corpus entries are not.
+# Findings of a target go to build/fuzz/found. New corpus entries stay in build/fuzz/corpus, outside the tree.
 dev_fuzz() {
 	local seconds=${1:-60} source name status=0
 	[[ $seconds =~ ^[0-9]+$ ]] || fail "fuzz takes a number of seconds, not '$seconds'"
@@ -140,7 +140,7 @@ dev_lint() {
 	groups="base lint"
 	prepare
 	CXX=clang++ CC=clang configure lint -Dtests=true -Dbench=true -Db_pch=false
-	inside ninja -C build/lint build.ninja >&2 # its list of targets may be older than the sources
+	inside ninja -C build/lint build.ninja >&2 # the list of targets may be older than the sources
 	inside ninja -C build/lint -t targets all 2>/dev/null |
 		sed -n 's/^\([^:]*-protocol\.[hc]\): .*/\1/p' |
 		inside xargs -d '\n' ninja -C build/lint >&2 || status=1

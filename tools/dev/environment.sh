@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# Where commands run: on this machine where everything is installed, else in a root filesystem with Debian's
-# packages, made once in the user's cache. Sourced by ./dev; needs $project.
+# Decides where commands run: on this machine if everything is installed, otherwise in a root filesystem with Debian's
+# packages, which is made once in the user's cache. ./dev sources this file and sets $project first.
 
 : "${project:?}"
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/vantore-comp
 suite=forky
-groups=base # package groups that the command needs; lint adds its own
+groups=base # package groups that the command needs; lint, format and fuzz add one
 
 say() { echo "dev: $*" >&2; }
 fail() {
@@ -27,7 +27,7 @@ has_everything() {
 	tools/find-protocols wlr >/dev/null 2>&1 && tools/find-protocols misc >/dev/null 2>&1
 }
 
-environment= # "native", or the root filesystem's path; prepare decides
+environment= # "native", or the path of the root filesystem; prepare sets it
 
 is_native() { [ "$environment" = native ]; }
 
@@ -86,7 +86,7 @@ require_space() {
 			"Free some, or set XDG_CACHE_HOME to a larger disk."
 }
 
-# The machine's own mirror, from its apt configuration; empty where there is none.
+# The machine's own mirror according to its apt configuration, or nothing.
 mirror() {
 	# shellcheck disable=SC2016
 	apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Origin: Debian' 'Label: Debian' \
@@ -138,7 +138,7 @@ ensure_rootfs() { # TARGET
 	[ ! -d "$target" ] || return 0
 	mkdir -p "$cache" || fail "can't make $cache"
 	exec 9>"$cache/lock"
-	flock 9 # another ./dev may be making it
+	flock 9 # another ./dev may be making the root filesystem
 	[ -d "$target" ] || make_rootfs "$target"
 	exec 9>&-
 }
@@ -146,7 +146,7 @@ ensure_rootfs() { # TARGET
 sandbox=() # arguments of bubblewrap
 
 sandbox_arguments() {
-	# The runtime directory is shared: ./dev shell reaches a session that ./dev run has started.
+	# All sandboxes share the runtime directory, so that ./dev shell can reach a session of ./dev run.
 	sandbox=(--bind "$environment" / --dev /dev --proc /proc --tmpfs /tmp --tmpfs /run
 		--bind "$cache/runtime" /run/user --dir /tmp/home --dir /tmp/.X11-unix
 		--bind "$project" "$project" --bind "$cache/ccache" /var/cache/ccache
@@ -160,7 +160,7 @@ sandbox_arguments() {
 		--chdir "$PWD" --unshare-pid --as-pid-1)
 }
 
-# The host's displays, devices and sockets, for a session that is to be seen.
+# Adds the host's displays, devices and sockets, for a session that is visible on the host.
 sandbox_with_the_hosts_display() {
 	local path
 	sandbox+=(--ro-bind-try /sys /sys)
@@ -178,8 +178,8 @@ sandbox_with_the_hosts_display() {
 	[ -z "${XAUTHORITY:-}" ] || sandbox+=(--ro-bind-try "$XAUTHORITY" "$XAUTHORITY")
 }
 
-# Starts a command inside. bubblewrap would die of a signal and take the program along without an orderly end,
-# so it ignores them: Ctrl-C reaches the program from the terminal, TERM is handed to it here.
+# Starts a command inside. A signal would end bubblewrap, and with it the program without an orderly end. bubblewrap
+# therefore ignores signals. The terminal sends Ctrl-C to the program too, and this function passes TERM on.
 in_sandbox() {
 	local status info
 	info=$(mktemp)
@@ -192,7 +192,7 @@ in_sandbox() {
 	trap '' INT
 	# shellcheck disable=SC2064
 	trap "hand_on TERM '$info'" TERM
-	# A trapped signal ends the wait early.
+	# `wait` returns early when a signal is trapped.
 	while status=0 && { wait "$outer" || status=$?; } && kill -0 "$outer" 2>/dev/null; do :; done
 	trap - INT TERM
 	rm -f "$info"
@@ -201,7 +201,7 @@ in_sandbox() {
 
 hand_on() { # SIGNAL INFO-FILE
 	local inner
-	until [ -s "$2" ]; do # bubblewrap tells the process in its first milliseconds
+	until [ -s "$2" ]; do # bubblewrap names the process within its first milliseconds
 		kill -0 "$outer" 2>/dev/null || return 0
 		sleep 0.02
 	done

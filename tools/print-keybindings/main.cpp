@@ -11,33 +11,34 @@ static constexpr const char *introduction = R"(# Key bindings
 
 This page is printed by `tools/print-keybindings`; `tools/check-docs` tells when it is out of date.
 
-The bindings below always exist. `keybinds.conf` in the configuration directory (`~/.config/vantore`) holds only
-what you want to be different, one binding a line:
+The bindings below exist without any configuration. `keybinds.conf` in the configuration directory
+(`~/.config/vantore`) holds only what you want to change, one binding on each line:
 
     # CHORD = VERB ARGUMENT
     $mod+Shift+b = spawn firefox
     $mod+f = none
 
-A line replaces the binding of exactly the same chord, or adds one; `none` or `unbind` removes it. Everything
-behind a `#` is a comment. The table has room for 160 bindings. Bad lines are passed over.
+A line replaces the binding of exactly the same chord, or adds a new one. `none` or `unbind` removes a binding. A
+`#` begins a comment. The table has room for 160 bindings. Bad lines are ignored.
 
 A chord is a key and the modifiers that are held, joined by `+`:
 
 - modifiers, in any case: `Super` (`Logo`, `Mod4`), `Shift`, `Ctrl` (`Control`), `Alt` (`Mod1`), and `$mod`, the
-  modifier that compositor.conf sets, Super without that;
+  modifier that compositor.conf sets, or Super if it sets none;
 - keys: a letter or digit; in any case `Left`, `Right`, `Up`, `Down`, `Return` (`Enter`), `Space`, `Tab`, `Escape`
-  (`Esc`); every other key by its exact XKB name, such as `comma`, `F1` or `XF86AudioMute`. A key is named for what
-  it means without Shift: `Shift+1`, not `exclam`.
+  (`Esc`); every other key by its exact XKB name, such as `comma`, `F1` or `XF86AudioMute`. Write a key as what it
+  means without Shift: `Shift+1`, not `exclam`.
 
-Four commands of `spawn` are looked up when the key is pressed: `$terminal` (the `terminal` line of defaults.conf,
-then the usual terminals), and `$browser`, `$files` and `$email` (the desktop's default programs).
+Four commands of `spawn` are placeholders that are looked up when the key is pressed: `$terminal` (the `terminal`
+line of defaults.conf, then the usual terminals), and `$browser`, `$files` and `$email` (the desktop's default
+programs).
 
-Three chords stand before all bindings and cannot be changed: `$mod+Ctrl+Shift` with `r` reloads the
-configuration, with `Return` starts a terminal, with `Escape` ends the session.
+Three chords come before all bindings and cannot be changed. `$mod+Ctrl+Shift` with `r` reloads the configuration,
+with `Return` it starts a terminal, and with `Escape` it ends the session.
 
-A client that asks for all shortcuts gets them while it has the keyboard, but for `spawn` bindings of vantore-shot
-and vantore-replay. A window that fills its output gets every chord that does not hold `$mod`, but for media keys,
-`cycle` and `Ctrl+Shift+Escape`.
+A client that asks for all shortcuts gets them while it has the keyboard, except `spawn` bindings of vantore-shot
+and vantore-replay. A window that fills its output gets every chord without `$mod`, except media keys, `cycle` and
+`Ctrl+Shift+Escape`.
 )";
 
 static const char *argument_text(verb_argument kind)
@@ -110,7 +111,7 @@ static std::string action_text(const vnt_bind &bind)
     return verb->names[0] + argument_of(bind, verb->argument);
 }
 
-// With the logo key as the modifier, which no default names otherwise.
+// The logo key is printed as $mod. No default binding uses the logo key for anything else.
 static void print_defaults()
 {
     static const vantore_server server;

@@ -10,17 +10,18 @@ static constexpr const char *introduction = R"(# Settings
 
 This page is printed by `tools/print-settings`; `tools/check-docs` tells when it is out of date.
 
-The configuration directory is `vantore` in `$XDG_CONFIG_HOME`, or in `~/.config` without that. Of seven files there,
-those that are missing are written with their default texts at every load: compositor.conf, input.conf,
-workspaces.conf, rules.conf, keybinds.conf, autostart.conf and appearance.conf. What exists is never changed.
+The configuration directory is `vantore` in `$XDG_CONFIG_HOME`, or in `~/.config` if that is not set. Each load of
+the configuration creates the missing ones of seven files there, with default texts: compositor.conf, input.conf,
+workspaces.conf, rules.conf, keybinds.conf, autostart.conf and appearance.conf. Existing files are never changed.
 
-A line is `KEY = VALUE`. Everything behind a `#` is a comment, but in appearance.conf a `#` is a character like any
-other. The last line of a key counts. Keys and words are in lower case unless the tables say otherwise; `true`, `1`
-and `yes` are true, everything else is false. A number that is none is 0, and one outside its limits becomes the
-nearest limit. Lines hold up to 511 bytes, in appearance.conf 1099; what is longer is read as several.
+A line is `KEY = VALUE`. A `#` begins a comment, except in appearance.conf, where it is an ordinary character. If
+several lines have the same key, the last one counts. Keys and words are in lower case unless the tables say
+otherwise. `true`, `1` and `yes` are true, and everything else is false. Text that is not a number counts as 0. A
+number outside its limits becomes the nearest limit. A line has at most 511 bytes, or 1099 in appearance.conf; a
+longer one is read as several lines.
 
-A key that no file names has its default. A key marked "stays" keeps the value it had, until the session ends.
-A setting of something that does not exist yet is read and has no effect.
+A key that is in no file has its default. A key marked "stays" instead keeps its last value until the session ends.
+Settings for something that does not exist yet are read and have no effect.
 )";
 
 static constexpr const char *workspaces = R"(
@@ -30,7 +31,8 @@ static constexpr const char *workspaces = R"(
     1 = Web, layout=tiling
     2 = Chat, output=DP-1, layout=tiling, tile_mode=grid
 
-Numbers are 1 to 9. Several lines of one number add up. Without a line a workspace has the layout of `default_layout`.
+Numbers are 1 to 9. Several lines with the same number add up. A workspace without a line has the layout of
+`default_layout`.
 
 | key | values | default | what it does |
 |---|---|---|---|
@@ -100,7 +102,7 @@ int main()
     print_file(setting_file::input, "input.conf");
     fputs(workspaces, stdout);
     print_file(setting_file::appearance, "appearance.conf");
-    puts("\nWallpapers of up to 16 outputs can differ; further names are ignored.");
+    puts("\nUp to 16 outputs can have a wallpaper of their own; further names are ignored.");
     print_file(setting_file::dock, "dock.conf");
     print_file(setting_file::panel, "panel.conf");
     return 0;

@@ -27,7 +27,7 @@ Exit status: 0 done; 1 the compositor can't be reached or refused; 2 the argumen
 using words_left = std::span<const std::string>;
 
 static constexpr std::string_view blanks = " \t\r\n\v\f";
-static constexpr size_t longest_name = 95; // that a request can carry
+static constexpr size_t longest_name = 95; // the longest name that a request can carry, in bytes
 
 static std::unexpected<std::string> wrong(std::string why)
 {
@@ -59,7 +59,7 @@ static std::expected<std::string, std::string> region_spec(words_left words)
     return "region " + words[0] + " " + words[1] + " " + words[2] + " " + words[3];
 }
 
-// To the compositor a name is one word, which it would cut.
+// The compositor reads a name as one word and cuts a longer one, so the name is checked here.
 static std::expected<std::string, std::string> output_spec(words_left words)
 {
     if (words.size() > 1)

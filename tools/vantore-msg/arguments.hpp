@@ -1,4 +1,4 @@
-// What the user asks for, checked before anything is sent.
+// Reads and checks what the user asks for before anything is sent.
 #pragma once
 
 #include "ipc/protocol.hpp"
@@ -12,9 +12,9 @@ enum class action : unsigned char { command, show, subscribe, capture, help };
 
 struct request {
     action what = action::help;
-    vnt_ipc_msg message = VNT_MSG_COMMAND; // what is sent, for all but help
+    vnt_ipc_msg message = VNT_MSG_COMMAND; // what is sent; unused for help
     std::string payload;
-    std::string file; // of a capture; "-" for the standard output
+    std::string file; // target of a capture; "-" for the standard output
 };
 
 // The error is a sentence for the user.

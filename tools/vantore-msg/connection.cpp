@@ -8,7 +8,7 @@
 #include <unistd.h>
 #include <utility>
 
-// More than all windows of a long day take; a length beyond it is no frame of ours.
+// Larger than any real list of windows. A frame with a greater length does not come from our compositor.
 static constexpr uint32_t largest_reply = 256U << 20;
 
 owned_fd::~owned_fd()

@@ -1,4 +1,4 @@
-// A connection to the compositor's socket: frames out, frames in. It blocks, as a tool for people may.
+// A connection to the compositor's socket that sends and receives frames. Its calls block.
 #pragma once
 
 #include "ipc/protocol.hpp"
@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-// A descriptor that is closed with its owner.
+// Owns a descriptor and closes it.
 class owned_fd
 {
 public:
@@ -29,22 +29,22 @@ private:
 struct frame {
     uint32_t type = 0;
     std::string payload;
-    owned_fd attached; // the descriptor that came with it, if one did
+    owned_fd attached; // the descriptor that came with the frame, if any
 };
 
-// Errors are sentences for people.
+// Errors are messages for the user.
 class connection
 {
 public:
-    // To the socket of this path.
+    // Connects to the socket with this path.
     static std::expected<connection, std::string> open(const char *path);
 
     std::expected<void, std::string> send(uint32_t type, std::string_view payload);
     // Becomes readable when there is something to receive.
     [[nodiscard]] int descriptor() const { return socket.get(); }
-    // The next frame, reply or event.
+    // Receives the next frame, which may be a reply or an event.
     std::expected<frame, std::string> receive();
-    // The next frame that is no event.
+    // Sends a request and receives its reply; passes over events that come first.
     std::expected<frame, std::string> ask(uint32_t type, std::string_view payload);
 
 private:

@@ -1,4 +1,4 @@
-// vantore-msg: the compositor's socket for people and scripts.
+// vantore-msg gives people and scripts access to the compositor's socket.
 
 #include "arguments.hpp"
 #include "connection.hpp"
@@ -39,7 +39,7 @@ static std::optional<std::string> table_of(vnt_ipc_msg message, std::string_view
     return message == VNT_MSG_GET_WINDOWS ? windows_table(reply) : outputs_table(reply);
 }
 
-// 0 when it does not tell.
+// 0 if the terminal does not tell its width.
 static int terminal_columns()
 {
     winsize size{};
@@ -83,7 +83,7 @@ static const char *event_name(uint32_t code)
     return "unknown";
 }
 
-// False when nobody reads the output any more.
+// Waits for an event. False when nobody reads the output any more.
 static bool await_event(const connection &compositor)
 {
     std::array<pollfd, 2> sources{{{.fd = compositor.descriptor(), .events = POLLIN, .revents = 0},

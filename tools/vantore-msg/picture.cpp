@@ -28,7 +28,7 @@ static std::unexpected<std::string> failed(const std::string &what)
     return std::unexpected{what + ": " + strerror(errno)};
 }
 
-// Pixels in the compositor's file: premultiplied, rows from the top.
+// Pixels in the compositor's file: premultiplied by alpha, rows from top to bottom.
 struct shared_pixels {
     long width = 0, height = 0, stride = 0;
     const void *memory = MAP_FAILED;
@@ -43,7 +43,7 @@ struct shared_pixels {
     shared_pixels &operator=(const shared_pixels &) = delete;
 };
 
-// What the reply says is believed only as far as the file is large enough for it.
+// Fails unless the file is large enough for the picture that the reply describes.
 static std::expected<void, std::string> map_pixels(const frame &reply, shared_pixels &p)
 {
     const json meta = parse_reply(reply.payload);
@@ -64,7 +64,7 @@ static std::expected<void, std::string> map_pixels(const frame &reply, shared_pi
     return {};
 }
 
-// As PNG holds them: straight alpha, no gaps.
+// Pixels as PNG needs them: with straight alpha, and without gaps between rows.
 struct straight_pixels {
     long width = 0, height = 0;
     std::unique_ptr<uint8_t[]> rgba;
@@ -107,7 +107,7 @@ static std::expected<void, std::string> write_png(const straight_pixels &p, FILE
     return {};
 }
 
-// An interruption between the making of a temporary file and its renaming would leave it behind.
+// Blocks signals. One that ended the program before a temporary file is renamed would leave the file behind.
 class interruptions_held_back
 {
 public:
@@ -125,7 +125,7 @@ private:
     sigset_t before{};
 };
 
-// Beside the file, so that renaming it is one step.
+// Writes a temporary file next to the target, so that renaming it is a single step.
 static std::expected<void, std::string> write_png_file(const straight_pixels &p, const std::string &path)
 {
     const interruptions_held_back until_it_is_renamed;
@@ -140,7 +140,7 @@ static std::expected<void, std::string> write_png_file(const straight_pixels &p,
         return failed("can't write " + path);
     }
     auto written = write_png(p, file.get());
-    const mode_t mask = umask(0); // mkostemp made it private; the user's mask is to decide
+    const mode_t mask = umask(0); // mkostemp made the file private, but the user's mask should decide
     umask(mask);
     if (written && (fchmod(fd, 0666 & ~mask) != 0 || rename(unfinished.c_str(), path.c_str()) != 0))
         written = failed("can't write " + path);
@@ -149,8 +149,7 @@ static std::expected<void, std::string> write_png_file(const straight_pixels &p,
     return written;
 }
 
-// The file that a link leads to. Fails for what renaming would put a file in the place of: a device, a
-// folder.
+// The file that a link leads to. Fails for a device or a folder, because renaming would replace it by a file.
 static std::expected<std::string, std::string> file_to_replace(const std::string &path)
 {
     std::error_code missing;
