@@ -276,6 +276,8 @@ TEST_F(stacks, find_the_tab_under_a_point)
     EXPECT_EQ(tab_at(server, 10, -0.1), nullptr);
     wlr_scene_node_set_enabled(&record(*members[3]).scene_tree->node, false);
     EXPECT_EQ(tab_at(server, 0, 0), nullptr);
+    wlr_scene_node_set_enabled(&record(*members[3]).scene_tree->node,
+                               true); // the end of the test looks at it
 }
 
 // The bar's colours, 8 bits each.

@@ -176,6 +176,14 @@ private:
         return false;
     }
 
+    bool is_connected(const wl_client *wanted)
+    {
+        bool found = false;
+        wl_client *client = nullptr;
+        wl_client_for_each(client, wl_display_get_client_list(server.display)) found |= client == wanted;
+        return found;
+    }
+
     // What is remembered from one event to the next is there, and mapped.
     void check_remembered()
     {
@@ -187,7 +195,8 @@ private:
         expect(grabbed == nullptr || !server.locked, "nothing is dragged while the session is locked");
         expect(hovered == nullptr || is_listed(hovered), "the window with the highlighted bar is mapped");
         const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
-        expect(focused == nullptr || focused->mapped, "what has the keyboard is mapped");
+        expect(focused == nullptr || is_connected(wl_resource_get_client(focused->resource)),
+               "what has the keyboard belongs to a client that is there");
         const wlr_output *shown_on = server.tiler.mt_output;
         expect(shown_on == nullptr || output_of(server, shown_on) != nullptr,
                "the Mouse Tiler is on an output that is there");
