@@ -19,6 +19,9 @@ using testing::Contains;
 using testing::IsEmpty;
 using testing::Not;
 
+namespace
+{
+
 // Title bars
 
 TEST_F(drags, of_the_title_bar_move_the_window)
@@ -575,3 +578,5 @@ TEST_F(drags, asked_for_by_the_client_need_a_press_on_it)
     w->request_minimize();
     EVENTUALLY(t().minimized);
 }
+
+} // namespace
