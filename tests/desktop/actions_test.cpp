@@ -8,6 +8,9 @@
 
 using test::window;
 
+namespace
+{
+
 // A and B beside each other; two windows on a tiling workspace of A, the second one focused.
 struct actions : test::desktop {
     void SetUp() override
@@ -35,7 +38,7 @@ struct actions : test::desktop {
     window *first = nullptr, *second = nullptr;
 };
 
-static constexpr int left = 0, right = 1, up = 2, down = 3;
+constexpr int left = 0, right = 1, up = 2, down = 3;
 
 TEST_F(actions, focus_in_four_directions)
 {
@@ -109,3 +112,5 @@ TEST_F(actions, send_a_workspace_to_the_next_output)
     run(ACT_MOVE_WS_OUTPUT, 1);
     EXPECT_EQ(workspace(1).output, &output("B"));
 }
+
+} // namespace

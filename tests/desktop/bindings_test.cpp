@@ -21,8 +21,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-static constexpr test::size screen{1280, 704};
-static constexpr const char *usual_terminals =
+namespace
+{
+
+constexpr test::size screen{1280, 704};
+constexpr const char *usual_terminals =
     "vantore-launch 'vantore-console || kitty || foot || x-terminal-emulator || xterm'";
 
 // Held keys and the one that is pressed last.
@@ -31,11 +34,11 @@ struct chord {
     uint32_t key;
 };
 
-static const chord super_w{{KEY_LEFTMETA}, KEY_W}, super_q{{KEY_LEFTMETA}, KEY_Q};
-static const chord print{{}, KEY_SYSRQ};
-static const chord emergency_reload{{KEY_LEFTMETA, KEY_LEFTCTRL, KEY_LEFTSHIFT}, KEY_R};
-static const chord emergency_terminal{{KEY_LEFTMETA, KEY_LEFTCTRL, KEY_LEFTSHIFT}, KEY_ENTER};
-static const chord emergency_end{{KEY_LEFTMETA, KEY_LEFTCTRL, KEY_LEFTSHIFT}, KEY_ESC};
+const chord super_w{{KEY_LEFTMETA}, KEY_W}, super_q{{KEY_LEFTMETA}, KEY_Q};
+const chord print{{}, KEY_SYSRQ};
+const chord emergency_reload{{KEY_LEFTMETA, KEY_LEFTCTRL, KEY_LEFTSHIFT}, KEY_R};
+const chord emergency_terminal{{KEY_LEFTMETA, KEY_LEFTCTRL, KEY_LEFTSHIFT}, KEY_ENTER};
+const chord emergency_end{{KEY_LEFTMETA, KEY_LEFTCTRL, KEY_LEFTSHIFT}, KEY_ESC};
 
 // A window that has the keyboard, and a keyboard.
 struct bindings : test::desktop {
@@ -215,7 +218,7 @@ TEST_F(bindings, of_the_same_chord_run_the_first_only)
     EXPECT_THAT(started(), ElementsAre("vantore-launch 'first'"));
 }
 
-static handle<xkb_keymap, xkb_keymap_unref> keymap_from(const char *text)
+handle<xkb_keymap, xkb_keymap_unref> keymap_from(const char *text)
 {
     const handle<xkb_context, xkb_context_unref> context{xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
     return handle<xkb_keymap, xkb_keymap_unref>{xkb_keymap_new_from_string(
@@ -223,7 +226,7 @@ static handle<xkb_keymap, xkb_keymap_unref> keymap_from(const char *text)
 }
 
 // The key of A means two things at once.
-static constexpr const char *two_syms = R"(xkb_keymap {
+constexpr const char *two_syms = R"(xkb_keymap {
     xkb_keycodes { minimum = 8; maximum = 255; <A> = 38; };
     xkb_types { include "complete" };
     xkb_compat { include "complete" };
@@ -560,3 +563,5 @@ TEST_F(start_with_bindings, reads_the_users_file)
     EXPECT_TRUE(handle_keybinding(server, WLR_MODIFIER_LOGO, XKB_KEY_w));
     EXPECT_FALSE(handle_keybinding(server, WLR_MODIFIER_LOGO, XKB_KEY_q));
 }
+
+} // namespace

@@ -18,6 +18,9 @@ using testing::EndsWith;
 using testing::Not;
 using testing::StartsWith;
 
+namespace
+{
+
 // Another window of 300x200 with a title bar at 800,300 has the keyboard; the first one is heard.
 struct button_order : drags {
     void SetUp() override
@@ -261,3 +264,5 @@ TEST_F(button_order, the_client_hears_the_release_of_a_drag_that_it_asked_for)
     EXPECT_THAT(events(), ElementsAre("button up 272"));
     EXPECT_EQ(server.seat->pointer_state.button_count, 0U);
 }
+
+} // namespace

@@ -24,6 +24,9 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
+namespace
+{
+
 // A game of 400x300 at 100,100 that has the keyboard, with the pointer in its middle.
 struct gaming : test::desktop {
     void SetUp() override
@@ -485,3 +488,5 @@ TEST_F(gaming, the_log_tells_what_becomes_of_constraints)
     settle();
     EXPECT_THAT(world.log(), EndsWith("] constraint: destroyed (locked, was ACTIVE)\n"));
 }
+
+} // namespace

@@ -16,6 +16,9 @@ using test::made_up_pointer;
 using test::seat;
 using test::window;
 
+namespace
+{
+
 struct locating : test::desktop {
     void SetUp() override
     {
@@ -361,3 +364,5 @@ TEST_F(magnified, a_session_may_end_meanwhile)
 {
     magnify();
 }
+
+} // namespace

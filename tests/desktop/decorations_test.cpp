@@ -13,18 +13,21 @@
 
 using test::window;
 
-static int channel(float value)
+namespace
+{
+
+int channel(float value)
 {
     return int(std::lround(value * 255));
 }
 
-static uint32_t pixel_of(const color &c)
+uint32_t pixel_of(const color &c)
 {
     return 0xff000000U | uint32_t(channel(c[0]) << 16 | channel(c[1]) << 8 | channel(c[2]));
 }
 
 // Channels of a rendered colour may be rounded either way.
-static bool near(uint32_t a, uint32_t b)
+bool near(uint32_t a, uint32_t b)
 {
     for (const int shift : {0, 8, 16, 24})
         if (std::abs(int(a >> shift & 0xff) - int(b >> shift & 0xff)) > 1)
@@ -206,7 +209,7 @@ struct theme_case {
     float shadow;
 };
 
-static constexpr theme_case themes[]{
+constexpr theme_case themes[]{
     {0, {0.92F, 0.93F, 0.94F, 1}, {0.86F, 0.87F, 0.88F, 1}, {0.17F, 0.18F, 0.20F, 1}, 0.12F},
     {1, {0.21F, 0.22F, 0.25F, 1}, {0.26F, 0.27F, 0.29F, 1}, {0.87F, 0.88F, 0.89F, 1}, 0.40F},
     {2, {0.12F, 0.13F, 0.15F, 1}, {0.16F, 0.18F, 0.20F, 1}, {0.89F, 0.90F, 0.92F, 1}, 0.55F},
@@ -310,3 +313,5 @@ TEST_F(decorations, are_drawn_anew_in_the_foreground_of_another_theme)
         EXPECT_LT(blues(from, to).second, 0x60U) << from;
     }
 }
+
+} // namespace

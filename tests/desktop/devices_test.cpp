@@ -18,6 +18,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
+namespace
+{
+
 enum seat_capability : uint32_t { POINTER = 1, KEYBOARD = 2, TOUCH = 4 };
 
 struct devices : test::desktop {
@@ -344,3 +347,5 @@ TEST_F(devices, an_earlier_shortcuts_inhibitor_goes_unnoticed)
     ASSERT_NE(server.active_shortcuts_inhibitor, nullptr);
     EXPECT_EQ(server.active_shortcuts_inhibitor->surface, tl_surface(record(other)));
 }
+
+} // namespace

@@ -20,6 +20,9 @@ using testing::Contains;
 using testing::IsEmpty;
 using testing::Not;
 
+namespace
+{
+
 // Title bars
 
 TEST_F(drags, of_the_title_bar_move_the_window)
@@ -627,3 +630,5 @@ TEST_F(drags, forget_the_output_of_the_mouse_tiler_when_it_goes)
     EXPECT_EQ(server.tiler.mt_output, nullptr);
     drop_at(500, 300);
 }
+
+} // namespace

@@ -11,6 +11,9 @@ using test::window;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+namespace
+{
+
 struct focus : test::desktop {
     void SetUp() override
     {
@@ -121,3 +124,5 @@ TEST_F(focus, goes_to_the_topmost_visible_window_without_raising_it)
     for (window *w : {low, high})
         wlr_scene_node_set_enabled(&record(*w).scene_tree->node, true);
 }
+
+} // namespace

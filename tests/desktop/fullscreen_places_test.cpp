@@ -18,6 +18,9 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
 
+namespace
+{
+
 // On which output
 
 TEST_F(fullscreen_places, is_on_the_output_that_the_client_names)
@@ -354,3 +357,5 @@ TEST_F(fullscreen_places, of_a_window_that_is_not_mapped_show_nothing)
     const wlr_scene_node *node = nullptr;
     wl_list_for_each(node, &workspace(1).tree->children, link) EXPECT_FALSE(node->enabled);
 }
+
+} // namespace

@@ -16,6 +16,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
+namespace
+{
+
 TEST_F(fullscreen, is_the_whole_output_above_the_panels_and_back)
 {
     show(test::top_bar(40));
@@ -389,3 +392,5 @@ TEST_F(fullscreen, hides_the_overlay_of_shortcuts)
     EXPECT_THAT(heard(), Contains(VNT_EVT_SHORTCUTS));
     keyboard.release(KEY_LEFTMETA);
 }
+
+} // namespace

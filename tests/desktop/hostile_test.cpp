@@ -12,8 +12,11 @@
 
 using testing::IsEmpty;
 
-static constexpr int most_requests = 360; // the script has no more
-static constexpr int cuts_in_a_test = 20;
+namespace
+{
+
+constexpr int most_requests = 360; // the script has no more
+constexpr int cuts_in_a_test = 20;
 
 struct hostile : test::desktop {
     void SetUp() override
@@ -215,3 +218,5 @@ TEST_F(hostile, a_pointer_of_a_client_may_point_anywhere)
                                                  int(server.cursor->y)));
     EXPECT_THAT(test::server_check(server), IsEmpty());
 }
+
+} // namespace

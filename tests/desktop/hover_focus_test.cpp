@@ -10,6 +10,9 @@
 using test::drags;
 using test::window;
 
+namespace
+{
+
 struct hover_focus : drags {
     void SetUp() override
     {
@@ -133,3 +136,5 @@ TEST_F(hover_focus, reaches_a_window_over_its_border)
     EXPECT_EQ(keyboard_focus(), tl_surface(record(*other)));
     EXPECT_EQ(server.seat->pointer_state.focused_surface, nullptr);
 }
+
+} // namespace

@@ -7,10 +7,13 @@
 
 using testing::Each;
 
-static constexpr uint32_t backdrop = 0xff0f121a;
-static constexpr uint32_t black = 0xff000000;
-static constexpr uint32_t red = 0xffcc3311, blue = 0xff1133cc;
-static constexpr const char *failure = R"({"ok":false})";
+namespace
+{
+
+constexpr uint32_t backdrop = 0xff0f121a;
+constexpr uint32_t black = 0xff000000;
+constexpr uint32_t red = 0xffcc3311, blue = 0xff1133cc;
+constexpr const char *failure = R"({"ok":false})";
 
 struct capture : test::desktop {
     void SetUp() override
@@ -78,7 +81,7 @@ struct capture : test::desktop {
     test::ipc_client *c = nullptr;
 };
 
-static test::size size_of(const test::image &picture)
+test::size size_of(const test::image &picture)
 {
     return {picture.width, picture.height};
 }
@@ -383,3 +386,5 @@ TEST_F(capture, gives_frame_callbacks_to_the_next_real_frame)
     EVENTUALLY(w.frames() > before);
     EVENTUALLY_EQ(pixel("A", 320, 240), blue);
 }
+
+} // namespace

@@ -9,6 +9,9 @@ using test::window;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+namespace
+{
+
 struct ipc_commands : test::desktop {
     void SetUp() override
     {
@@ -154,3 +157,5 @@ TEST_F(ipc_commands, ask_the_launcher_and_the_shortcuts_to_show)
     EXPECT_FALSE(server.tap.shortcuts_shown);
     EXPECT_THAT(heard(), ElementsAre(VNT_EVT_SHORTCUTS));
 }
+
+} // namespace

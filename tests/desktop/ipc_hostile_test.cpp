@@ -7,10 +7,13 @@
 #include <random>
 #include <unistd.h>
 
-static constexpr size_t rounds = 10'000;
-static constexpr size_t connections_at_once = 6;
+namespace
+{
 
-struct hostile : test::desktop {
+constexpr size_t rounds = 10'000;
+constexpr size_t connections_at_once = 6;
+
+struct ipc_hostile : test::desktop {
     void SetUp() override
     {
         test::desktop::SetUp();
@@ -110,13 +113,13 @@ struct hostile : test::desktop {
     std::mt19937 random{20240229}; // NOLINT: the same each time
 };
 
-static void close_descriptors(test::ipc_client &c)
+void close_descriptors(test::ipc_client &c)
 {
     for (int fd = c.take_descriptor(); fd >= 0; fd = c.take_descriptor())
         close(fd);
 }
 
-TEST_F(hostile, ten_thousand_random_pieces_on_several_connections_hurt_nobody)
+TEST_F(ipc_hostile, ten_thousand_random_pieces_on_several_connections_hurt_nobody)
 {
     std::list<test::ipc_client> clients;
     for (size_t i = 0; i < rounds; i++) {
@@ -140,7 +143,7 @@ TEST_F(hostile, ten_thousand_random_pieces_on_several_connections_hurt_nobody)
     EXPECT_EQ(ask(sane, VNT_MSG_COMMAND, "virtual-output off"), R"({"success":true})");
 }
 
-TEST_F(hostile, two_hundred_connections_come_and_vanish)
+TEST_F(ipc_hostile, two_hundred_connections_come_and_vanish)
 {
     std::list<test::ipc_client> clients;
     for (int i = 0; i < 200; i++) {
@@ -159,7 +162,7 @@ TEST_F(hostile, two_hundred_connections_come_and_vanish)
     command("workspace 1");
 }
 
-TEST_F(hostile, clients_that_vanish_within_a_request_are_forgotten)
+TEST_F(ipc_hostile, clients_that_vanish_within_a_request_are_forgotten)
 {
     const std::string bytes = test::ipc_bytes(VNT_MSG_COMMAND, "workspace 2");
     for (size_t n = 0; n < bytes.size(); n++) {
@@ -172,7 +175,7 @@ TEST_F(hostile, clients_that_vanish_within_a_request_are_forgotten)
     EXPECT_EQ(workspace(2).output, nullptr);
 }
 
-TEST_F(hostile, client_that_never_reads_its_replies_holds_nobody_up_and_nothing_is_kept_for_it)
+TEST_F(ipc_hostile, client_that_never_reads_its_replies_holds_nobody_up_and_nothing_is_kept_for_it)
 {
     test::ipc_client &c = dial();
     const vnt_ipc_client &record = *each<&vnt_ipc_client::link>(server.ipc.ipc_clients).first();
@@ -187,7 +190,7 @@ TEST_F(hostile, client_that_never_reads_its_replies_holds_nobody_up_and_nothing_
     EXPECT_EQ(accepted(), 2);
 }
 
-TEST_F(hostile, client_with_half_a_header_waits_alone)
+TEST_F(ipc_hostile, client_with_half_a_header_waits_alone)
 {
     test::ipc_client &c = dial();
     c.send_bytes("i3-ipc\1");
@@ -197,7 +200,7 @@ TEST_F(hostile, client_with_half_a_header_waits_alone)
     EXPECT_FALSE(c.hung_up());
 }
 
-TEST_F(hostile, subscribers_that_all_stop_reading_are_dropped_and_the_others_hear_on)
+TEST_F(ipc_hostile, subscribers_that_all_stop_reading_are_dropped_and_the_others_hear_on)
 {
     test::ipc_client &reader = dial();
     (void)ask(reader, VNT_MSG_SUBSCRIBE);
@@ -219,7 +222,7 @@ TEST_F(hostile, subscribers_that_all_stop_reading_are_dropped_and_the_others_hea
     EVENTUALLY_EQ(reader.messages().size(), sent);
 }
 
-TEST_F(hostile, largest_requests_from_several_connections_are_all_answered)
+TEST_F(ipc_hostile, largest_requests_from_several_connections_are_all_answered)
 {
     std::vector<test::ipc_client *> clients;
     for (int i = 0; i < 4; i++) {
@@ -230,3 +233,5 @@ TEST_F(hostile, largest_requests_from_several_connections_are_all_answered)
     for (test::ipc_client *c : clients)
         EVENTUALLY_EQ(c->messages().size(), 2U);
 }
+
+} // namespace

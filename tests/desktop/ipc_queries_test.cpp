@@ -8,6 +8,9 @@
 using testing::HasSubstr;
 using testing::Not;
 
+namespace
+{
+
 struct queries : test::desktop {
     std::string query(vnt_ipc_msg type) { return ask(dial(), type, "ignored"); }
     std::string workspaces() { return query(VNT_MSG_GET_WORKSPACES); }
@@ -197,3 +200,5 @@ TEST_F(queries, say_that_an_output_mirrors_nothing)
     EXPECT_THAT(outputs(), HasSubstr(R"("mirror":false,"modes")"));
     EXPECT_THAT(outputs(), HasSubstr(R"("rect":{"x":0,"y":0,"width":800,"height":600})"));
 }
+
+} // namespace

@@ -23,8 +23,11 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
-static constexpr const char *success = R"({"success":true})";
-static constexpr const char *unknown_type = R"({"success":false,"error":"unknown message type"})";
+namespace
+{
+
+constexpr const char *success = R"({"success":true})";
+constexpr const char *unknown_type = R"({"success":false,"error":"unknown message type"})";
 
 struct ipc : test::desktop {
     // The server's record of the connection that was accepted last.
@@ -246,7 +249,7 @@ TEST_F(ipc, windows_that_open_where_nobody_sees_them_are_announced)
 }
 
 // Fills the server's side of a connection until nothing fits.
-static void fill_socket(int fd)
+void fill_socket(int fd)
 {
     const std::string block(4096, '\0');
     for (size_t n = block.size(); n > 0; n /= 2)
@@ -311,7 +314,7 @@ struct two_ends : testing::Test {
     int ends[2];
 };
 
-static ino_t inode(int fd)
+ino_t inode(int fd)
 {
     struct stat about{};
     fstat(fd, &about);
@@ -324,7 +327,7 @@ struct arrival {
     std::vector<ino_t> files;
 };
 
-static arrival receive(int fd)
+arrival receive(int fd)
 {
     std::array<char, 4096> bytes{};
     alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int) * 16)> control{};
@@ -526,3 +529,5 @@ TEST_F(virtual_outputs, need_a_headless_backend)
     EXPECT_EQ(server.virtual_output, nullptr);
     server.headless = headless;
 }
+
+} // namespace

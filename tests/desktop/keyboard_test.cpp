@@ -21,6 +21,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
+namespace
+{
+
 // A window that has the keyboard, and everything that its client hears.
 struct keys : test::desktop {
     void SetUp() override
@@ -489,7 +492,7 @@ struct method_relay : vantore_ime_relay {
     listener new_input_method;
 };
 
-static void take_input_method(method_relay &relay, wlr_input_method_v2 *method)
+void take_input_method(method_relay &relay, wlr_input_method_v2 *method)
 {
     relay.input_method = method;
 }
@@ -641,3 +644,5 @@ INSTANTIATE_TEST_SUITE_P(of, pointer_activity,
                                                          p.scroll(WL_POINTER_AXIS_VERTICAL_SCROLL, 15, 120);
                                                      }}),
                          [](const auto &action) { return action.param.name; });
+
+} // namespace

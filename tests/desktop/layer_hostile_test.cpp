@@ -17,6 +17,9 @@ using test::top_bar;
 using test::window;
 using testing::IsEmpty;
 
+namespace
+{
+
 TEST_F(layers, have_popups_without_a_scene_node)
 {
     layer_surface &panel = show(top_bar(40));
@@ -170,3 +173,5 @@ TEST_F(hostile_layers, may_be_two_hundred)
     settle();
     EXPECT_EQ(usable(), (wlr_box{0, 0, 1280, 704}));
 }
+
+} // namespace

@@ -21,6 +21,9 @@ using test::TOP;
 using test::top_bar;
 using test::window;
 
+namespace
+{
+
 struct layers_with_keyboard : layers, testing::WithParamInterface<keyboard_wish> {
     void SetUp() override
     {
@@ -296,3 +299,5 @@ TEST_F(pointed_layers, with_the_keyboard_keep_it_from_a_focus_that_follows_the_m
     point_at(*pointer, 308, 150);
     EXPECT_TRUE(has_keyboard(*low));
 }
+
+} // namespace

@@ -20,7 +20,10 @@ using test::window;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-static constexpr uint32_t blue = 0xff3060c0, red = 0xffc03030, green = 0xff30c030;
+namespace
+{
+
+constexpr uint32_t blue = 0xff3060c0, red = 0xffc03030, green = 0xff30c030;
 
 TEST_F(layers, are_shown_where_they_are_anchored)
 {
@@ -401,3 +404,5 @@ TEST_F(panels, are_told_by_their_whole_namespace)
     show({.name = "dock", .size = {10, 10}});
     EXPECT_THAT(on_top(), ElementsAre("dock", "vantore-panel-clock"));
 }
+
+} // namespace

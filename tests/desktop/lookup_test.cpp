@@ -17,6 +17,9 @@
 using test::layer;
 using test::window;
 
+namespace
+{
+
 // Windows with geometry offsets, title bars, tabs, popups, subsurfaces and holes in their input, among hidden
 // ones, ones that are dragged or lifted, panels, and hints that are shown while one drags.
 struct quick_lookup : test::desktop, testing::WithParamInterface<unsigned> {
@@ -148,3 +151,5 @@ TEST_P(quick_lookup, finds_a_dragged_icon_and_what_lies_below_it)
     EXPECT_TRUE(server.drag_icon_tree->node.enabled);
     wlr_scene_node_destroy(&icon->node);
 }
+
+} // namespace

@@ -18,6 +18,9 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
+namespace
+{
+
 // Another window of 300x200 with a title bar at 800,200, the pointer in the middle of the first one, which
 // has the keyboard.
 struct motion_order : drags {
@@ -246,3 +249,5 @@ TEST_F(motion_order, a_constraint_comes_and_goes_with_the_pointer_on_the_focused
     jump(400, 350);
     EVENTUALLY(fence.active());
 }
+
+} // namespace

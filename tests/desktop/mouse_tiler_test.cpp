@@ -13,6 +13,9 @@ using test::drags;
 using test::window;
 using testing::Contains;
 
+namespace
+{
+
 struct tiler : drags {
     void SetUp() override
     {
@@ -258,3 +261,5 @@ TEST_F(tiler, draws_pads_tiles_and_the_pick_in_the_accent)
     settle();
     EXPECT_TRUE(test::matches_golden(picture("A"), "mouse_tiler", 8));
 }
+
+} // namespace

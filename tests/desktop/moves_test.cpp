@@ -12,6 +12,9 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+namespace
+{
+
 // B on the right of A, each with its own workspace, the pointer on A.
 struct moves : test::desktop {
     void SetUp() override
@@ -278,3 +281,5 @@ TEST_F(moves, between_hidden_workspaces_leave_the_focus_alone)
     settle();
     EXPECT_TRUE(seen.has(test::ACTIVATED));
 }
+
+} // namespace

@@ -17,7 +17,10 @@ using testing::Not;
 
 using test::desktop;
 
-static int wanted_width(const wlr_output_state &state)
+namespace
+{
+
+int wanted_width(const wlr_output_state &state)
 {
     if ((state.committed & WLR_OUTPUT_STATE_MODE) == 0)
         return 0;
@@ -694,3 +697,5 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(std::vector<std::string>{"A", "B", "C"}, std::vector<std::string>{"A", "C", "B"},
                     std::vector<std::string>{"B", "A", "C"}, std::vector<std::string>{"B", "C", "A"},
                     std::vector<std::string>{"C", "A", "B"}, std::vector<std::string>{"C", "B", "A"}));
+
+} // namespace

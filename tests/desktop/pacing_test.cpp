@@ -13,9 +13,12 @@
 using test::window;
 using testing::HasSubstr;
 
-static constexpr int64_t one_ms = 1'000'000;
+namespace
+{
 
-static int64_t g_render_time; // what a measured frame seems to have cost
+constexpr int64_t one_ms = 1'000'000;
+
+int64_t g_render_time; // what a measured frame seems to have cost
 
 // Of the frames in which an output showed the buffer, painted anew or not.
 struct frame_counter {
@@ -458,3 +461,5 @@ TEST_F(tearing, needs_the_protocols)
     EXPECT_FALSE(output_wants_tearing(output("A")));
     server.tearing_mgr = manager;
 }
+
+} // namespace

@@ -13,6 +13,9 @@ using test::layer_surface;
 using test::layer_traits;
 using test::window;
 
+namespace
+{
+
 // A red window ends below the panel, which lets nearly everything through.
 struct panel_blur : test::layers {
     static constexpr int edge = 400, reach = 8, bar_height = 40;
@@ -196,3 +199,5 @@ TEST_F(panel_blur, is_no_obstacle_to_the_pointer)
     EXPECT_EQ(hit->type, WLR_SCENE_NODE_BUFFER);
     EXPECT_EQ(hit->parent->node.parent, record(*red).scene_tree);
 }
+
+} // namespace

@@ -19,6 +19,9 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
+namespace
+{
+
 // A window of 400x300 at 100,100 on an output of 1280x704, and a pointer outside of it.
 struct pointing : test::desktop {
     void SetUp() override
@@ -339,3 +342,5 @@ TEST_F(pointing, hit_tests_find_no_surface_on_the_desktop)
     EXPECT_EQ(desktop_toplevel_at(server, 50, 50, hit), nullptr);
     EXPECT_EQ(hit.surface, nullptr);
 }
+
+} // namespace

@@ -19,6 +19,9 @@ using test::SERVER_SIDE;
 using test::window;
 using testing::IsEmpty;
 
+namespace
+{
+
 enum adjustment : uint32_t { SLIDE_X = 1, SLIDE_Y = 2, FLIP_X = 4, FLIP_Y = 8, RESIZE_X = 16 };
 
 // A window of 400x300 at 100,100 on an output of 1280x704, and a second output at its right.
@@ -512,3 +515,5 @@ TEST_F(title_bars, asked_for_between_two_maps_are_answered_with_the_second)
     EXPECT_EQ(deco.mode(), CLIENT_SIDE);
     EXPECT_FALSE(record(w).ssd);
 }
+
+} // namespace

@@ -7,8 +7,11 @@
 using test::random_session;
 using x11 = random_session::x11;
 
-static constexpr size_t operations_in_a_sequence = 200;
-static constexpr size_t most_shortenings = 80;
+namespace
+{
+
+constexpr size_t operations_in_a_sequence = 200;
+constexpr size_t most_shortenings = 80;
 
 struct outcome {
     std::vector<std::string> broken; // rules, after the last operation
@@ -16,7 +19,7 @@ struct outcome {
 };
 
 // Ends at the first operation that breaks a rule.
-static outcome run(const std::vector<unsigned> &seeds, x11 windows_of_x11)
+outcome run(const std::vector<unsigned> &seeds, x11 windows_of_x11)
 {
     outcome result;
     random_session session;
@@ -34,7 +37,7 @@ static outcome run(const std::vector<unsigned> &seeds, x11 windows_of_x11)
 }
 
 // Leaves out what is not needed for a rule to break, in ever smaller pieces.
-static std::vector<unsigned> shortened(std::vector<unsigned> seeds, x11 windows_of_x11)
+std::vector<unsigned> shortened(std::vector<unsigned> seeds, x11 windows_of_x11)
 {
     size_t runs = 0;
     for (size_t piece = seeds.size() / 2; piece > 0; piece /= 2) {
@@ -50,7 +53,7 @@ static std::vector<unsigned> shortened(std::vector<unsigned> seeds, x11 windows_
     return seeds;
 }
 
-static std::vector<unsigned> operations_of(unsigned sequence)
+std::vector<unsigned> operations_of(unsigned sequence)
 {
     std::mt19937 random{sequence};
     std::vector<unsigned> seeds(operations_in_a_sequence);
@@ -58,7 +61,7 @@ static std::vector<unsigned> operations_of(unsigned sequence)
     return seeds;
 }
 
-static void expect_no_broken_rule(unsigned sequence)
+void expect_no_broken_rule(unsigned sequence)
 {
     const std::vector<unsigned> seeds = operations_of(sequence);
     const x11 windows_of_x11 =
@@ -71,14 +74,14 @@ static void expect_no_broken_rule(unsigned sequence)
                   << last.done << last.state;
 }
 
-static unsigned long number_from_environment(const char *name)
+unsigned long number_from_environment(const char *name)
 {
     const char *text = getenv(name);
     return text != nullptr ? strtoul(text, nullptr, 10) : 0;
 }
 
 // The sanitizers make everything several times slower.
-static std::chrono::seconds time_to_spend()
+std::chrono::seconds time_to_spend()
 {
 #ifdef __SANITIZE_ADDRESS__
     return std::chrono::seconds{60};
@@ -99,3 +102,5 @@ TEST(random_operations, break_no_rule)
         expect_no_broken_rule(++sequence);
     std::cout << sequence << " sequences of " << operations_in_a_sequence << " operations\n";
 }
+
+} // namespace

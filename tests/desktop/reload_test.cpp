@@ -20,6 +20,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
+namespace
+{
+
 struct reload : test::desktop {
     void SetUp() override
     {
@@ -244,7 +247,7 @@ TEST_F(reload, loads_the_cursor_at_first_and_then_only_when_it_changed)
     EXPECT_EQ(server.xcursor_mgr->name, nullptr);
 }
 
-static bool is_loaded_for(const wlr_xcursor_manager &manager, float scale)
+bool is_loaded_for(const wlr_xcursor_manager &manager, float scale)
 {
     const wlr_xcursor_manager_theme *theme = nullptr;
     wl_list_for_each(theme, &manager.scaled_themes, link)
@@ -328,7 +331,7 @@ TEST_F(reload, counts_anew_each_time)
 
 // What it leaves behind
 
-static ptrdiff_t open_files()
+ptrdiff_t open_files()
 {
     const std::filesystem::directory_iterator files{"/proc/self/fd"};
     return std::distance(begin(files), end(files));
@@ -351,3 +354,5 @@ TEST_F(reload, leaves_nothing_behind_however_often_it_runs)
     EXPECT_EQ(open_files(), before);
     EXPECT_EQ(notifications().size(), 50U);
 }
+
+} // namespace

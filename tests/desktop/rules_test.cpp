@@ -9,6 +9,9 @@
 
 using testing::Contains;
 
+namespace
+{
+
 struct app_rules : test::desktop {
     void SetUp() override
     {
@@ -210,3 +213,5 @@ TEST_F(app_rules, may_be_changed_for_live_windows_in_their_looks_only)
     EXPECT_EQ(plain.workspace, &workspace(1));
     EXPECT_FALSE(bare.no_shadow || bare.no_round);
 }
+
+} // namespace

@@ -4,6 +4,9 @@
 
 using test::desktop;
 
+namespace
+{
+
 TEST_F(desktop, shows_windows_over_the_backdrop_the_newest_on_top)
 {
     plug("A", 320, 192);
@@ -13,3 +16,5 @@ TEST_F(desktop, shows_windows_over_the_backdrop_the_newest_on_top)
     EVENTUALLY_EQ(pixel("A", 90, 60), 0xff3366ccU);
     EXPECT_TRUE(test::matches_golden(picture("A"), "two-windows", 1));
 }
+
+} // namespace

@@ -17,6 +17,9 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 
+namespace
+{
+
 // A window of 400x300 at 100,100 with the focus, and the pointer outside of it.
 struct scripted : test::desktop {
     void SetUp() override
@@ -399,3 +402,5 @@ TEST_F(capture_probe, describes_the_memory_of_a_gpu_buffer)
                                       "FAST PATH viable"));
     wlr_buffer_finish(&buffer);
 }
+
+} // namespace

@@ -16,6 +16,9 @@ using test::window;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+namespace
+{
+
 struct stacks : test::desktop {
     void SetUp() override
     {
@@ -281,7 +284,7 @@ TEST_F(stacks, find_the_tab_under_a_point)
 }
 
 // The bar's colours, 8 bits each.
-static constexpr uint32_t active = 0xff336bc7, inactive = 0xff1c1e26;
+constexpr uint32_t active = 0xff336bc7, inactive = 0xff1c1e26;
 
 TEST_F(stacks, draw_the_active_tab_brighter)
 {
@@ -295,7 +298,7 @@ TEST_F(stacks, draw_the_active_tab_brighter)
 }
 
 // Some pixel of the tab's text, which starts 9 pixels from its left edge.
-static bool has_text(const test::image &picture, int tab_x)
+bool has_text(const test::image &picture, int tab_x)
 {
     for (int y = 4; y < 22; y++)
         for (int x = tab_x + 9; x < tab_x + 60; x++)
@@ -332,3 +335,5 @@ TEST_F(stacks, draw_a_bar_one_pixel_wide)
     EXPECT_TRUE(has_bar(*members[1]));
     settle();
 }
+
+} // namespace

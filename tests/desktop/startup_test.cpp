@@ -19,7 +19,10 @@ using testing::Not;
 using unstarted_desktop = test::unstarted_desktop;
 using desktop = test::desktop;
 
-static std::string environment(const char *name)
+namespace
+{
+
+std::string environment(const char *name)
 {
     const char *value = getenv(name);
     return value != nullptr ? value : "(unset)";
@@ -79,7 +82,7 @@ TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_a
                             "zwp_pointer_constraints_v1 1"));
 }
 
-static bool offers(const test::client &c, std::string_view interface)
+bool offers(const test::client &c, std::string_view interface)
 {
     return std::ranges::contains(c.globals(), interface, &test::global::interface);
 }
@@ -120,7 +123,7 @@ TEST_F(desktop, starts_with_the_lock_tree_and_the_hints_hidden_and_everything_el
     EXPECT_FALSE(server.snap_preview->node.enabled);
 }
 
-static std::vector<float> color_of(const wlr_scene_rect *rect)
+std::vector<float> color_of(const wlr_scene_rect *rect)
 {
     return {rect->color, rect->color + 4};
 }
@@ -436,3 +439,5 @@ TEST_F(desktop, a_second_session_in_the_same_process_starts_as_clean_as_the_firs
     EXPECT_TRUE(wl_list_empty(&second.toplevels));
     server_finish(second);
 }
+
+} // namespace

@@ -10,6 +10,9 @@ using test::drags;
 using test::window;
 using testing::Contains;
 
+namespace
+{
+
 struct tile_drags : drags {
     void SetUp() override
     {
@@ -184,3 +187,5 @@ TEST_F(tile_drags, press_on_a_tab_shows_its_window)
     pointer->release(BTN_RIGHT);
     EXPECT_EQ(focused_toplevel(server), &record(*tiles[0]));
 }
+
+} // namespace

@@ -14,6 +14,9 @@ using test::window;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+namespace
+{
+
 // 1920x1080 with gaps of 8 on a tiling first workspace.
 struct tiling : test::desktop {
     void SetUp() override
@@ -367,7 +370,7 @@ TEST_P(resize_step, changes_what_the_mode_has)
     }
 }
 
-static const resize_case resize_cases[]{
+const resize_case resize_cases[]{
     {TM_MASTER, 1, 0, 0, 0, 0.60},      {TM_MASTER, -1, 0, 0, 0, 0.50},  {TM_MASTER, 0, 1, 1.15, 0, 0.55},
     {TM_MASTER, 0, -1, 0.85, 0, 0.55},  {TM_GRID, 1, 0, 1.15, 0, 0.55},  {TM_GRID, -1, 0, 0.85, 0, 0.55},
     {TM_GRID, 0, 1, 0, 1.15, 0.55},     {TM_GRID, 0, -1, 0, 0.85, 0.55}, {TM_COLUMNS, 1, 0, 1.15, 0, 0.55},
@@ -504,3 +507,5 @@ TEST_F(tiling, passes_over_hidden_windows_and_looks_on_other_outputs)
     focus_direction(server, -1, 0);
     EXPECT_EQ(focused_toplevel(server), &record(there));
 }
+
+} // namespace

@@ -15,6 +15,9 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+namespace
+{
+
 // Two clients, each with a window: the source at 100,100, the target at 700,100.
 struct transfers : test::desktop {
     struct side {
@@ -255,3 +258,5 @@ TEST_P(vanishing_side, ends_the_drag_in_order)
 
 INSTANTIATE_TEST_SUITE_P(the, vanishing_side, testing::Values("source", "target"),
                          [](const auto &side) { return std::string{side.param}; });
+
+} // namespace

@@ -13,6 +13,9 @@ using test::x11_place;
 using test::x11_window;
 using testing::IsEmpty;
 
+namespace
+{
+
 struct unmanaged : test::x11_desk {
     void SetUp() override
     {
@@ -308,3 +311,5 @@ TEST_F(unmanaged, windows_go_with_the_x_server)
     kill_x_server();
     EXPECT_TRUE(wl_list_empty(&server.xwl_unmanaged));
 }
+
+} // namespace

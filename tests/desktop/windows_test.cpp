@@ -17,6 +17,9 @@ using testing::StrEq;
 using desktop = test::desktop;
 using test::size;
 
+namespace
+{
+
 struct desk : desktop {
     void SetUp() override
     {
@@ -703,3 +706,5 @@ TEST_F(desktop, a_window_that_maps_again_with_the_keyboard_is_announced)
     EXPECT_EQ(keyboard_focus(), tl_surface(record(w)));
     EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
 }
+
+} // namespace

@@ -9,6 +9,9 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+namespace
+{
+
 struct workspace_switch : test::desktop {
     void SetUp() override
     {
@@ -190,3 +193,5 @@ TEST_F(configured_workspaces, of_one_session_are_not_those_of_the_next)
     EXPECT_EQ(server.wm_modifier, uint32_t{WLR_MODIFIER_LOGO});
     EXPECT_EQ(text_of(g_cursor_theme), "");
 }
+
+} // namespace

@@ -22,6 +22,9 @@ using test::x11_window;
 using testing::IsEmpty;
 using testing::StartsWith;
 
+namespace
+{
+
 struct x11_hostile : test::x11_desk {
     std::vector<std::string> broken_rules() { return test::server_check(server, active_windows); }
     static long open_files()
@@ -345,20 +348,20 @@ struct x11_state : x11_hostile, testing::WithParamInterface<window_state> {
     x11_window *in_state = nullptr;
 };
 
-static void make_tile(vantore_toplevel &t)
+void make_tile(vantore_toplevel &t)
 {
     t.workspace->layout = VANTORE_LAYOUT_TILING;
     arrange_workspace(t.workspace);
 }
 
-static void point_at_close_button(const vantore_toplevel &t, made_up_pointer &pointer)
+void point_at_close_button(const vantore_toplevel &t, made_up_pointer &pointer)
 {
     int lx = 0, ly = 0;
     wlr_scene_node_coords(&t.btn_close->node, &lx, &ly);
     pointer.move(lx + 2 - t.server->cursor->x, ly + 2 - t.server->cursor->y);
 }
 
-static const window_state states[]{
+const window_state states[]{
     {"plain", [](vantore_toplevel &, made_up_pointer &) {},
      [](const vantore_toplevel &t) { return toplevel_visible(t) && !t.fullscreen && !t.maximized; }},
     {"fullscreen", [](vantore_toplevel &t, made_up_pointer &) { toplevel_set_fullscreen(t, true); },
@@ -496,3 +499,5 @@ TEST_F(x11_hostile, x_server_that_dies_with_the_keyboard_in_a_menu_leaves_it_to_
     focus_toplevel_ex(&record(native), true);
     EXPECT_EQ(keyboard_focus(), tl_surface(record(native)));
 }
+
+} // namespace

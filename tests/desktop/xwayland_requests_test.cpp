@@ -16,7 +16,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StrEq;
 
-static constexpr x11_place whole_output{0, 0, 1280, 704};
+namespace
+{
+
+constexpr x11_place whole_output{0, 0, 1280, 704};
 
 struct x11_requests : test::x11_desk {
     x11_window &map_fullscreen()
@@ -440,3 +443,5 @@ TEST_F(x11_requests, titles_may_come_before_the_window_is_mapped)
     settle();
     EXPECT_THAT(tl_title(record(map_x11(w))), StrEq("early"));
 }
+
+} // namespace

@@ -23,6 +23,9 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StrEq;
 
+namespace
+{
+
 struct xwayland : test::x11_desk {
     // The library learns a new window's state only when it changes.
     x11_window &create_with_state(std::string_view name)
@@ -610,3 +613,5 @@ TEST_F(xwayland, windows_are_named_in_the_log_of_buttons)
     pointer->click(BTN_LEFT);
     EXPECT_THAT(world.log(), HasSubstr("→ xwl:'menu' (O-R) sxy=10,10\n"));
 }
+
+} // namespace

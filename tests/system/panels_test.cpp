@@ -9,6 +9,9 @@
 
 using test::eventually;
 
+namespace
+{
+
 struct panels : test::real_session {
     panels()
     {
@@ -64,3 +67,5 @@ TEST_F(panels, of_wallpapers_cover_the_output_and_go)
     swaybg.send(SIGTERM);
     EXPECT_TRUE(eventually([&] { return !shows(0xff123456U); }));
 }
+
+} // namespace

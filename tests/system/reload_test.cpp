@@ -11,6 +11,9 @@
 using test::eventually;
 using testing::Optional;
 
+namespace
+{
+
 struct programs : testing::Test {
     programs()
     {
@@ -63,8 +66,8 @@ mv '{0}.new' '{0}'
     test::private_world world;
 };
 
-static const char *const running = "vantore-comp M4c running";
-static const char *const nothing_blocked = "blocks 0000000000000000\n";
+const char *const running = "vantore-comp M4c running";
+const char *const nothing_blocked = "blocks 0000000000000000\n";
 
 TEST_F(programs, of_both_autostart_sources_run_and_can_be_hung_up)
 {
@@ -82,7 +85,7 @@ TEST_F(programs, of_both_autostart_sources_run_and_can_be_hung_up)
 }
 
 // Zombies too.
-static std::string children_of(pid_t pid)
+std::string children_of(pid_t pid)
 {
     std::ifstream file{std::format("/proc/{0}/task/{0}/children", pid)};
     return {std::istreambuf_iterator<char>{file}, {}};
@@ -132,3 +135,5 @@ TEST_F(programs, may_hang_the_session_up_at_any_moment_of_its_start)
         end(compositor);
     }
 }
+
+} // namespace

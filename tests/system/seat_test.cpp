@@ -8,6 +8,9 @@
 
 using test::eventually;
 
+namespace
+{
+
 struct scripted_seat : test::real_session {
     // Clients have a pointer only once there is a device: a virtual keyboard will do.
     scripted_seat()
@@ -50,7 +53,7 @@ struct scripted_seat : test::real_session {
     }
 };
 
-static std::string contents(const std::filesystem::path &path)
+std::string contents(const std::filesystem::path &path)
 {
     std::ifstream file{path};
     return {std::istreambuf_iterator<char>{file}, {}};
@@ -84,13 +87,13 @@ TEST_F(scripted_seat, points_clicks_drags_and_scrolls_in_a_terminal)
 }
 
 // More than a blinking text cursor and the look of what is under the pointer.
-static bool shows_a_menu(const test::image &now, const test::image &before)
+bool shows_a_menu(const test::image &now, const test::image &before)
 {
     return !now.argb.empty() && test::compare(now, before, 0).pixels > 3000;
 }
 
 // The lowest row in which many pixels differ.
-static int lower_edge(const test::image &now, const test::image &before)
+int lower_edge(const test::image &now, const test::image &before)
 {
     const test::image differs = test::compare(now, before, 0).picture;
     for (int y = differs.height - 1; y > 0; y--) {
@@ -119,3 +122,5 @@ TEST_F(scripted_seat, opens_a_menu_of_a_toolkit_program_and_picks_its_last_entry
     }));
     EXPECT_THAT(editor.wait(), testing::Optional(0)) << editor.output();
 }
+
+} // namespace

@@ -7,10 +7,12 @@
 #include "handles.hpp"
 
 #include <csignal>
+#include <format>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
+#include <sstream>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -18,6 +20,9 @@
 using test::eventually;
 using testing::HasSubstr;
 using testing::Optional;
+
+namespace
+{
 
 struct session : testing::Test {
     // The last line of the log, without its stamp, level and place.
@@ -55,14 +60,14 @@ struct session : testing::Test {
     test::private_world world;
 };
 
-static std::string contents(const std::filesystem::path &path)
+std::string contents(const std::filesystem::path &path)
 {
     std::ifstream file{path};
     return {std::istreambuf_iterator<char>{file}, {}};
 }
 
-static const char *const running = "vantore-comp M4c running — WAYLAND_DISPLAY=wayland-0 ";
-static const char *const torn_down = "vantore-comp: clean shutdown — tearing down\n";
+const char *const running = "vantore-comp M4c running — WAYLAND_DISPLAY=wayland-0 ";
+const char *const torn_down = "vantore-comp: clean shutdown — tearing down\n";
 
 TEST_F(session, ends_with_1_when_there_is_no_backend)
 {
@@ -70,6 +75,25 @@ TEST_F(session, ends_with_1_when_there_is_no_backend)
     test::process compositor = start();
     EXPECT_THAT(compositor.wait(), Optional(1));
     EXPECT_EQ(last_message(compositor.output()), "vantore-comp: backend failed");
+}
+
+// Two libraries define the scene's calls. The dynamic linker tells whose the binary was given.
+TEST_F(session, takes_every_call_of_the_scene_from_the_library_with_effects)
+{
+    world.environment["WLR_BACKENDS"] = "nonsense"; // it ends after it was linked
+    world.environment["LD_DEBUG"] = "bindings";
+    world.environment["LD_DEBUG_OUTPUT"] = world.directory() / "bindings";
+    test::process compositor = start();
+    ASSERT_THAT(compositor.wait(), Optional(1));
+    std::istringstream bindings{contents(world.directory() / std::format("bindings.{}", compositor.pid()))};
+    int calls = 0;
+    for (std::string line; std::getline(bindings, line);) {
+        if (!line.contains("vantore-comp [0] to ") || !line.contains(" symbol `wlr_scene_"))
+            continue;
+        calls++;
+        EXPECT_THAT(line, HasSubstr("libscenefx"));
+    }
+    EXPECT_GT(calls, 10);
 }
 
 TEST_F(session, ends_with_1_and_advice_when_there_is_no_renderer)
@@ -190,13 +214,13 @@ TEST_F(session, survives_clients_that_vanish_in_the_middle_of_a_request)
 }
 
 // A screenshot of the session, empty when it could not be taken.
-static test::image screenshot(session &s, const std::filesystem::path &path)
+test::image screenshot(session &s, const std::filesystem::path &path)
 {
     test::process grim = s.client({"grim", path});
     return grim.wait() == 0 ? test::image::load(path) : test::image{};
 }
 
-static bool shows_colour(const test::image &picture, uint32_t argb)
+bool shows_colour(const test::image &picture, uint32_t argb)
 {
     return std::ranges::count(picture.argb, argb) > 1000;
 }
@@ -235,7 +259,7 @@ TEST_F(session, hands_a_selection_from_one_program_to_another)
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
 
-static bool type(session &s, const std::vector<std::string> &what)
+bool type(session &s, const std::vector<std::string> &what)
 {
     std::vector<std::string> command{"wtype"};
     command.insert(command.end(), what.begin(), what.end());
@@ -302,7 +326,7 @@ private:
 };
 
 // More than a blinking text cursor.
-static bool differs(const test::image &one, const test::image &other)
+bool differs(const test::image &one, const test::image &other)
 {
     return !one.argb.empty() && test::compare(one, other, 0).pixels > 3000;
 }
@@ -343,3 +367,5 @@ TEST_F(session, publishes_its_outputs)
     compositor.send(SIGTERM);
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
+
+} // namespace

@@ -28,7 +28,10 @@ using testing::Values;
 
 namespace fs = std::filesystem;
 
-static const char *const success = R"({"success":true})";
+namespace
+{
+
+const char *const success = R"({"success":true})";
 
 struct vantore_msg : testing::Test {
     vantore_msg() { world.environment["VANTORESOCK"] = socket; }
@@ -151,7 +154,7 @@ private:
     int fd, slave = -1;
 };
 
-static const char *const two_workspaces =
+const char *const two_workspaces =
     R"([{"num":1,"name":"one\u001b[31m","focused":true,"layout":"floating","window_count":2,"output":"A"},)"
     R"({"num":2,"name":"two","focused":false,"layout":"floating","window_count":0,"output":""}])";
 
@@ -246,9 +249,9 @@ TEST_F(vantore_msg, reports_a_refused_subscription)
 
 // Opaque red, half transparent green (premultiplied), transparent with colour left over, more colour than
 // alpha.
-static constexpr std::array<uint32_t, 4> captured{0xff0000ff, 0x80008000, 0x00ffffff, 0x404040ff};
-static constexpr std::array<uint32_t, 4> straight{0xffff0000, 0x8000ff00, 0x00000000, 0x40ffffff};
-static const char *const two_by_two = R"({"ok":true,"kind":"shm","w":2,"h":2,"stride":8})";
+constexpr std::array<uint32_t, 4> captured{0xff0000ff, 0x80008000, 0x00ffffff, 0x404040ff};
+constexpr std::array<uint32_t, 4> straight{0xffff0000, 0x8000ff00, 0x00000000, 0x40ffffff};
+const char *const two_by_two = R"({"ok":true,"kind":"shm","w":2,"h":2,"stride":8})";
 
 struct capture : vantore_msg {
     capture()
@@ -386,7 +389,7 @@ TEST_P(stream, that_breaks_is_reported)
     EXPECT_EQ(msg.output(), std::format("vantore-msg: {}\n", GetParam().complaint));
 }
 
-static std::string whole()
+std::string whole()
 {
     return test::ipc_frame_of(VNT_MSG_GET_WINDOWS, "[]");
 }
@@ -425,3 +428,5 @@ TEST_F(vantore_msg, notices_that_nothing_can_be_written)
     EXPECT_THAT(msg.wait(), Optional(1));
     EXPECT_EQ(msg.output(), "vantore-msg: can't write the output\n");
 }
+
+} // namespace

@@ -11,6 +11,9 @@ using testing::HasSubstr;
 using testing::Optional;
 using testing::StartsWith;
 
+namespace
+{
+
 struct message_tool : test::real_session {
 };
 
@@ -198,3 +201,5 @@ TEST_F(window_commands, move_workspaces_to_outputs)
     command({"virtual-output", "off"});
     expect_soon([&] { return !output_of({"outputs"}).contains("HEADLESS-2"); });
 }
+
+} // namespace

@@ -10,6 +10,9 @@ using test::eventually;
 using testing::HasSubstr;
 using testing::Optional;
 
+namespace
+{
+
 struct x11_programs : test::real_session {
     x11_programs()
     {
@@ -141,3 +144,5 @@ TEST_F(x11_programs, end_with_the_x_server_and_the_next_one_starts_it_again)
     test::process again = run({"xterm", "-e", "sleep", "100"});
     EXPECT_TRUE(eventually([&] { return shows("XTerm"); })) << again.output() << compositor.output();
 }
+
+} // namespace

@@ -15,6 +15,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
+namespace
+{
+
 struct autostart : testing::Test {
     autostart() { std::filesystem::create_directories(entries); }
 
@@ -298,3 +301,5 @@ TEST_F(autostart, builds_paths_of_up_to_1023_characters)
     EXPECT_TRUE(of_length(1023));
     EXPECT_FALSE(of_length(1024));
 }
+
+} // namespace

@@ -3,6 +3,9 @@
 #include <drm_fourcc.h>
 #include <gtest/gtest.h>
 
+namespace
+{
+
 struct buffer_access {
     void *data = nullptr;
     uint32_t format = 0;
@@ -62,3 +65,5 @@ TEST(cairo_buffer, takes_a_finished_surface_over_with_its_size)
     EXPECT_EQ(cairo_surface_get_reference_count(surface), 1U);
     cairo_surface_destroy(surface);
 }
+
+} // namespace

@@ -17,6 +17,9 @@ static std::ostream &operator<<(std::ostream &out, const capture_size &size)
     return out << size.width << 'x' << size.height;
 }
 
+namespace
+{
+
 TEST(capture_fit, shrinks_to_the_longest_side)
 {
     EXPECT_EQ(capture_fit({1000, 500}, 320), (capture_size{320, 160}));
@@ -41,8 +44,8 @@ TEST(capture_fit, keeps_a_pixel_on_each_side)
     EXPECT_EQ(capture_fit({1, 1000}, 1), (capture_size{1, 1}));
 }
 
-static std::vector<uint32_t> sampled(const std::vector<uint32_t> &source, capture_size size, size_t stride,
-                                     capture_size wanted)
+std::vector<uint32_t> sampled(const std::vector<uint32_t> &source, capture_size size, size_t stride,
+                              capture_size wanted)
 {
     std::vector<uint32_t> target(size_t(wanted.width) * size_t(wanted.height));
     capture_sample(source.data(), size, stride * 4, target.data(), wanted);
@@ -97,3 +100,5 @@ TEST_F(memory_file, is_described_at_the_size_that_it_was_shrunk_to)
     EXPECT_THAT(contents(vnt_rgba_to_memfd(source.data(), 5, 4, 20, 2, meta)), ElementsAre(0, 2));
     EXPECT_EQ(meta.text(), R"({"ok":true,"kind":"shm","w":2,"h":1,"stride":8})");
 }
+
+} // namespace

@@ -8,7 +8,10 @@
 #include <string>
 #include <sys/stat.h>
 
-static std::string trimmed(std::string text)
+namespace
+{
+
+std::string trimmed(std::string text)
 {
     return cfg_trim(text.data());
 }
@@ -99,3 +102,5 @@ TEST_F(config_directory, opens_regular_files_only_and_never_waits)
     EXPECT_EQ(config_open(root.c_str()), nullptr);
     EXPECT_EQ(config_open((root / "missing").c_str()), nullptr);
 }
+
+} // namespace

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+namespace
+{
+
 TEST(dec_button_x, counts_from_the_right_edge)
 {
     EXPECT_EQ(dec_button_x(640, DEC_CLOSE), 617);
@@ -17,7 +20,7 @@ struct region_case {
     vantore_dec_region region;
 };
 
-static constexpr region_case regions[]{
+constexpr region_case regions[]{
     {617, -22, DEC_CLOSE},       {630.9, -8.1, DEC_CLOSE},   {631, -15, DEC_TITLEBAR},
     {616.9, -15, DEC_TITLEBAR},  {595, -15, DEC_MAXIMIZE},   {608.9, -15, DEC_MAXIMIZE},
     {609, -15, DEC_TITLEBAR},    {594.9, -15, DEC_TITLEBAR}, {573, -15, DEC_MINIMIZE},
@@ -31,3 +34,5 @@ TEST(dec_region_at, finds_the_buttons_and_nothing_between_them)
     for (const region_case &c : regions)
         EXPECT_EQ(dec_region_at(640, c.rx, c.ry), c.region) << c.rx << "," << c.ry;
 }
+
+} // namespace

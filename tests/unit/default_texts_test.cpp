@@ -11,17 +11,20 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-static const std::vector<std::string> file_names{"compositor.conf", "input.conf",    "workspaces.conf",
-                                                 "rules.conf",      "keybinds.conf", "autostart.conf",
-                                                 "appearance.conf"};
+namespace
+{
 
-static std::string contents(const std::filesystem::path &path)
+const std::vector<std::string> file_names{"compositor.conf", "input.conf",    "workspaces.conf",
+                                          "rules.conf",      "keybinds.conf", "autostart.conf",
+                                          "appearance.conf"};
+
+std::string contents(const std::filesystem::path &path)
 {
     std::ifstream file{path, std::ios::binary};
     return {std::istreambuf_iterator<char>{file}, {}};
 }
 
-static std::string expected(const std::string &name)
+std::string expected(const std::string &name)
 {
     return contents(std::filesystem::path{test::data_directory} / "defaults" / name);
 }
@@ -95,3 +98,5 @@ TEST_F(default_texts_of, what_is_no_file_leave_it_alone)
     EXPECT_TRUE(std::filesystem::is_directory(directory / "rules.conf"));
     EXPECT_EQ(written().size(), 7U);
 }
+
+} // namespace

@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
-static constexpr wlr_box here{.x = 100, .y = 100, .width = 10, .height = 10}; // centre 105, 105
+namespace
+{
+
+constexpr wlr_box here{.x = 100, .y = 100, .width = 10, .height = 10}; // centre 105, 105
 
 TEST(direction_score, counts_a_step_aside_half_as_much_again_as_one_ahead)
 {
@@ -35,3 +38,5 @@ TEST(direction_score, asks_for_more_than_a_pixel)
     EXPECT_EQ(direction_score(here, {98, 100, 10, 10}, -1, 0), 2);
     EXPECT_EQ(direction_score(here, here, 0, 1), std::nullopt);
 }
+
+} // namespace

@@ -6,7 +6,10 @@
 
 #include <gtest/gtest.h>
 
-static constexpr wlr_box frame{.x = 100, .y = 200, .width = 400, .height = 300};
+namespace
+{
+
+constexpr wlr_box frame{.x = 100, .y = 200, .width = 400, .height = 300};
 
 TEST(zone_at, stacks_in_the_top_strip)
 {
@@ -54,8 +57,8 @@ struct snap_case {
 };
 
 // An odd width and height below a panel.
-static constexpr wlr_box usable{.x = 1000, .y = 30, .width = 1001, .height = 701};
-static const snap_case snap_cases[]{
+constexpr wlr_box usable{.x = 1000, .y = 30, .width = 1001, .height = 701};
+const snap_case snap_cases[]{
     {1000, 30, SNAP_TL, {1000, 30, 500, 350}},
     {1024, 54, SNAP_TL, {1000, 30, 500, 350}},
     {2001, 30, SNAP_TR, {1500, 30, 500, 350}},
@@ -136,3 +139,5 @@ TEST(resized, keeps_the_least_size_and_the_opposite_edge)
     EXPECT_EQ(resized(box, WLR_EDGE_TOP, 0, 1000, 120, 40), (wlr_box{100, 460, 400, 40}));
     EXPECT_EQ(resized(box, WLR_EDGE_BOTTOM, 0, -50, 500, 40), (wlr_box{100, 200, 400, 40}));
 }
+
+} // namespace

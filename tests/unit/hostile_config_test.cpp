@@ -15,9 +15,12 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-static constexpr std::array files{"compositor.conf", "input.conf",    "workspaces.conf",
-                                  "rules.conf",      "keybinds.conf", "autostart.conf",
-                                  "appearance.conf", "dock.conf",     "panel.conf"};
+namespace
+{
+
+constexpr std::array files{"compositor.conf", "input.conf",    "workspaces.conf",
+                           "rules.conf",      "keybinds.conf", "autostart.conf",
+                           "appearance.conf", "dock.conf",     "panel.conf"};
 
 struct hostile_config : testing::Test {
     hostile_config() { settings_begin(*server); }
@@ -150,3 +153,5 @@ TEST_F(hostile_config, behind_a_path_that_does_not_fit_is_not_found)
     config_load(*server);
     expect_defaults();
 }
+
+} // namespace

@@ -10,13 +10,16 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-static std::string bytes_of(uint32_t type, std::string_view payload)
+namespace
+{
+
+std::string bytes_of(uint32_t type, std::string_view payload)
 {
     const ipc_header header = ipc_make_header(type, uint32_t(payload.size()));
     return std::string{header.data(), header.size()}.append(payload);
 }
 
-static ipc_frame_state state_of(std::string_view bytes)
+ipc_frame_state state_of(std::string_view bytes)
 {
     ipc_frame frame;
     return ipc_first_frame(bytes, frame);
@@ -57,7 +60,7 @@ TEST(ipc_frame, is_broken_where_any_byte_of_the_magic_is_another)
     }
 }
 
-static std::vector<std::string> words_of(std::string_view text)
+std::vector<std::string> words_of(std::string_view text)
 {
     ipc_words words{text};
     std::vector<std::string> all;
@@ -177,3 +180,5 @@ TEST(thumbnail_text, is_a_window_id_within_31_bytes)
     EXPECT_EQ(ipc_parse_thumbnail("window 7"), 0U);
     EXPECT_EQ(ipc_parse_thumbnail(std::string(29, ' ') + "123"), 12U);
 }
+
+} // namespace

@@ -17,8 +17,11 @@
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 
+namespace
+{
+
 // Modifier mask, key, number of the action, argument, command.
-static std::string describe(const vnt_bind &bind)
+std::string describe(const vnt_bind &bind)
 {
     std::array<char, 64> key{};
     xkb_keysym_get_name(bind.keysym, key.data(), key.size());
@@ -26,7 +29,7 @@ static std::string describe(const vnt_bind &bind)
     return bind.spawn.front() != '\0' ? text + " " + bind.spawn.data() : text;
 }
 
-static std::vector<std::string> table()
+std::vector<std::string> table()
 {
     std::vector<std::string> rows;
     for (const vnt_bind &bind : std::span{g_binds.data(), size_t(g_bind_count)})
@@ -34,7 +37,7 @@ static std::vector<std::string> table()
     return rows;
 }
 
-static std::vector<std::string> lines_of(std::string_view text)
+std::vector<std::string> lines_of(std::string_view text)
 {
     std::vector<std::string> lines;
     while (!text.empty()) {
@@ -45,7 +48,7 @@ static std::vector<std::string> lines_of(std::string_view text)
 }
 
 // With the logo key, 64, as the modifier.
-static constexpr const char *defaults = R"(64 1 1 1
+constexpr const char *defaults = R"(64 1 1 1
 65 1 2 1
 64 2 1 2
 65 2 2 2
@@ -628,3 +631,5 @@ TEST_F(commands, that_are_not_exactly_symbolic_stay_as_they_are)
     for (const char *text : {"", "foot", "$browser --new", " $terminal", "$Terminal", "$"})
         EXPECT_EQ(vnt_spawn_command(text), text) << "the same text, not a copy";
 }
+
+} // namespace

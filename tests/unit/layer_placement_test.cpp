@@ -5,10 +5,13 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-static constexpr wlr_box full{.x = 100, .y = 50, .width = 1000, .height = 800};
-static constexpr wlr_box usable{.x = 100, .y = 90, .width = 1000, .height = 760};
-static constexpr int lowest = std::numeric_limits<int>::min();
-static constexpr int highest = std::numeric_limits<int>::max();
+namespace
+{
+
+constexpr wlr_box full{.x = 100, .y = 50, .width = 1000, .height = 800};
+constexpr wlr_box usable{.x = 100, .y = 90, .width = 1000, .height = 760};
+constexpr int lowest = std::numeric_limits<int>::min();
+constexpr int highest = std::numeric_limits<int>::max();
 
 enum edge : uint32_t {
     TOP = ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP,
@@ -32,7 +35,7 @@ TEST_P(placed, where_its_anchors_and_margins_say)
     EXPECT_EQ(layer_box(GetParam().wish, full, usable), GetParam().expected);
 }
 
-static const place_case place_cases[]{
+const place_case place_cases[]{
     {"in_the_middle_without_anchors", {.width = 200, .height = 100}, {500, 420, 200, 100}},
     {"odd_sizes_round_down", {.width = 201, .height = 101}, {500, 420, 201, 101}},
     {"at_the_top", {.width = 200, .height = 100, .anchor = TOP, .top = 7}, {500, 97, 200, 100}},
@@ -77,7 +80,7 @@ static const place_case place_cases[]{
      {-1'000'000'000, -1'000'000'000, highest, highest}},
 };
 
-static const auto name_of = [](const auto &param) { return param.param.name; };
+const auto name_of = [](const auto &param) { return param.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(a_surface, placed, testing::ValuesIn(place_cases), name_of);
 
@@ -98,7 +101,7 @@ TEST_P(zone_at, takes_its_share_and_no_more_than_there_is)
     EXPECT_EQ(without_zone(usable, c.edge, c.zone, c.margin), c.expected);
 }
 
-static const zone_case zone_cases[]{
+const zone_case zone_cases[]{
     {"the_top", WLR_EDGE_TOP, 30, 0, {100, 120, 1000, 730}},
     {"the_top_with_a_margin", WLR_EDGE_TOP, 30, 5, {100, 125, 1000, 725}},
     {"the_bottom", WLR_EDGE_BOTTOM, 30, 5, {100, 90, 1000, 725}},
@@ -118,3 +121,5 @@ TEST(zone, of_an_empty_box_takes_nothing)
 {
     EXPECT_EQ(without_zone({5, 6, 0, 0}, WLR_EDGE_TOP, 30, 0), (wlr_box{5, 6, 0, 0}));
 }
+
+} // namespace

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
-static constexpr device_preferences wishes{
+namespace
+{
+
+constexpr device_preferences wishes{
     .tap_to_click = true,
     .touchpad_natural_scroll = true,
     .natural_scroll = false,
@@ -13,7 +16,7 @@ static constexpr device_preferences wishes{
     .tablet_left_handed = false,
 };
 
-static constexpr device_capabilities everything{
+constexpr device_capabilities everything{
     .tablet = false, .tap_fingers = 3, .natural_scroll = true, .acceleration = true, .left_handed = true};
 
 TEST(libinput_settings, give_a_touchpad_tap_disable_while_typing_and_its_own_speed)
@@ -92,3 +95,5 @@ TEST(libinput_settings, turn_a_tablet_by_its_own_setting_and_nothing_else)
     can.left_handed = false;
     EXPECT_EQ(settings_for(can, wishes), device_settings{});
 }
+
+} // namespace

@@ -11,12 +11,14 @@ using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::Not;
 
-static const char *const arrow_line =
-    "\n  ↑ expected on this GPU; further occurrences are counted, not logged\n";
-static const char *const repeated = "Warning: Failed to use optimized blur";
+namespace
+{
+
+const char *const arrow_line = "\n  ↑ expected on this GPU; further occurrences are counted, not logged\n";
+const char *const repeated = "Warning: Failed to use optimized blur";
 
 // The library's own messages arrive with their format: the compiler can't check one that a test makes up.
-static void log_format(wlr_log_importance level, const char *fmt, ...)
+void log_format(wlr_log_importance level, const char *fmt, ...)
 {
     va_list args;
     va_start(args, fmt);
@@ -130,3 +132,5 @@ TEST_F(log_sink, forgets_its_counts_at_a_new_start)
     log_format(WLR_ERROR, repeated);
     EXPECT_THAT(said(), HasSubstr(arrow_line));
 }
+
+} // namespace

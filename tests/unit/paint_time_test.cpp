@@ -4,10 +4,13 @@
 
 #include <gtest/gtest.h>
 
-static constexpr int64_t ms = 1'000'000;
-static constexpr int64_t period = 16'666'666; // 60 Hz
+namespace
+{
 
-static render_times times_of(std::initializer_list<int64_t> samples)
+constexpr int64_t ms = 1'000'000;
+constexpr int64_t period = 16'666'666; // 60 Hz
+
+render_times times_of(std::initializer_list<int64_t> samples)
 {
     render_times times;
     for (const int64_t sample : samples)
@@ -134,3 +137,5 @@ TEST(paint_delay, is_none_where_the_driver_dates_a_presentation_far_ahead)
     const int64_t now = 1000 * ms;
     EXPECT_EQ(paint_delay_ms(now + 3600 * 1000 * ms, period, 5 * ms, now), 0);
 }
+
+} // namespace

@@ -7,7 +7,10 @@
 
 using test::image;
 
-static image one(uint32_t argb)
+namespace
+{
+
+image one(uint32_t argb)
 {
     return {.width = 2, .height = 1, .argb = {argb, 0xff000000}};
 }
@@ -64,3 +67,5 @@ TEST(golden_pictures, that_are_missing_fail_the_comparison)
     EXPECT_TRUE(std::filesystem::exists(world.directory() / "no-such-picture.actual.png"));
     EXPECT_TRUE(std::filesystem::exists(world.directory() / "no-such-picture.diff.png"));
 }
+
+} // namespace

@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
-static constexpr wlr_box screen{.x = 0, .y = 0, .width = 1920, .height = 1080};
+namespace
+{
+
+constexpr wlr_box screen{.x = 0, .y = 0, .width = 1920, .height = 1080};
 
 TEST(center_in, puts_the_content_in_the_middle)
 {
@@ -112,3 +115,5 @@ TEST(fills, needs_both_sides_of_the_screen)
     EXPECT_FALSE(fills({0, 0, 1920, 1079}, screen));
     EXPECT_FALSE(fills({0, 0, 1920, 1080}, {}));
 }
+
+} // namespace

@@ -17,6 +17,9 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+namespace
+{
+
 struct rules : testing::Test {
     rules()
     {
@@ -221,3 +224,5 @@ TEST_F(rules, find_workspaces_by_their_whole_name)
     copy_text(g_ws_cfg[0].name, "unused");
     EXPECT_EQ(ws_num_by_name("unused"), 0);
 }
+
+} // namespace

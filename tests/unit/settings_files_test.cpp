@@ -18,6 +18,9 @@
 
 using testing::ElementsAre;
 
+namespace
+{
+
 struct settings_files : testing::Test {
     settings_files() { settings_begin(*server); }
 
@@ -172,13 +175,13 @@ TEST_F(settings_files, prefer_theme_to_dark_wherever_it_stands)
     EXPECT_TRUE(g_saw_theme_key);
 }
 
-static std::string describe(const wp_override &o)
+std::string describe(const wp_override &o)
 {
     return std::string{text_of(o.name)} + " " + std::string{text_of(o.path)} + " " + std::to_string(o.mode) +
            " " + std::to_string(o.interval);
 }
 
-static std::vector<std::string> overrides()
+std::vector<std::string> overrides()
 {
     std::vector<std::string> rows;
     for (const wp_override &o : std::span{g_wp_overrides}.first(size_t(g_wp_override_count)))
@@ -285,7 +288,7 @@ TEST_F(settings_files, yield_to_the_modifier_of_the_environment_at_every_load)
     EXPECT_EQ(server->wm_modifier, uint32_t{WLR_MODIFIER_CTRL});
 }
 
-static bool has_bind(uint32_t mods, xkb_keysym_t key)
+bool has_bind(uint32_t mods, xkb_keysym_t key)
 {
     return std::ranges::any_of(std::span{g_binds}.first(size_t(g_bind_count)),
                                [&](const vnt_bind &b) { return b.mods == mods && b.keysym == key; });
@@ -318,3 +321,5 @@ TEST_F(settings_files, lie_in_a_directory_that_is_made_with_its_parent_and_no_mo
     EXPECT_EQ(g_gap, 8);
     umask(mask);
 }
+
+} // namespace

@@ -10,17 +10,20 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-static std::string show(bool value)
+namespace
+{
+
+std::string show(bool value)
 {
     return value ? "true" : "false";
 }
 
-static std::string show(int value)
+std::string show(int value)
 {
     return std::to_string(value);
 }
 
-static std::string show(double value)
+std::string show(double value)
 {
     std::array<char, 32> text{};
     snprintf(text.data(), text.size(), "%g", value);
@@ -32,7 +35,7 @@ template <size_t N> static std::string show(const std::array<char, N> &value)
     return std::string{text_of(value)};
 }
 
-static std::string show(const std::array<float, 4> &color)
+std::string show(const std::array<float, 4> &color)
 {
     std::array<char, 32> text{};
     snprintf(text.data(), text.size(), "%.0f %.0f %.0f %.0f", double(color[0] * 255), double(color[1] * 255),
@@ -45,13 +48,13 @@ template <auto *stored> static std::string now(const vantore_server &)
     return show(*stored);
 }
 
-static std::string modifier(const vantore_server &server)
+std::string modifier(const vantore_server &server)
 {
     return std::to_string(server.wm_modifier);
 }
 
 // A machine may have the standard picture.
-static std::string wallpaper(const vantore_server &)
+std::string wallpaper(const vantore_server &)
 {
     const std::string path = show(g_wallpaper);
     return path == "/usr/share/vantore/wallpapers/Vantore.png" ? "" : path;
@@ -71,12 +74,12 @@ struct key_case {
     friend void PrintTo(const key_case &c, std::ostream *out) { *out << c.file << ' ' << c.key; }
 };
 
-static const std::vector<value_case> flag_values{
+const std::vector<value_case> flag_values{
     {"true", "true"},  {"false", "false"}, {"1", "true"},    {"0", "false"}, {"yes", "true"},
     {"TRUE", "false"}, {"on", "false"},    {"Yes", "false"}, {"2", "false"}, {"", "false"},
 };
 
-static std::vector<value_case> cut_at(size_t longest)
+std::vector<value_case> cut_at(size_t longest)
 {
     return {{"", ""},
             {"DP-1", "DP-1"},
@@ -85,21 +88,20 @@ static std::vector<value_case> cut_at(size_t longest)
             {std::string(longest + 1, 'x'), std::string(longest, 'x')}};
 }
 
-static const std::vector<value_case> layout_values{{"tiling", "1"}, {"TILING", "1"},   {"Tile", "1"},
-                                                   {"tile", "1"},   {"floating", "0"}, {"tiled", "0"},
-                                                   {"", "0"}};
-static const std::vector<value_case> acceleration_values{
+const std::vector<value_case> layout_values{{"tiling", "1"},   {"TILING", "1"}, {"Tile", "1"}, {"tile", "1"},
+                                            {"floating", "0"}, {"tiled", "0"},  {"", "0"}};
+const std::vector<value_case> acceleration_values{
     {"-1", "-1"},  {"1", "1"},        {"-1.01", "-1"}, {"7", "1"},     {"0.25", "0.25"},
     {"fast", "0"}, {"-0.5x", "-0.5"}, {"nan", "0"},    {"-inf", "-1"}, {"1e400", "1"}};
-static const std::vector<value_case> mode_values{{"fill", "0"},   {"fit", "1"}, {"stretch", "2"},
-                                                 {"center", "3"}, {"Fit", "0"}, {"", "0"}};
-static const std::vector<value_case> accent_values{
+const std::vector<value_case> mode_values{{"fill", "0"},   {"fit", "1"}, {"stretch", "2"},
+                                          {"center", "3"}, {"Fit", "0"}, {"", "0"}};
+const std::vector<value_case> accent_values{
     {"#3399ff", "51 153 255 255"}, {"3399ff", "51 153 255 255"},  {"3399FF", "51 153 255 255"},
     {"3399f", "76 191 115 255"},   {"3399fff", "76 191 115 255"}, {"##3399ff", "76 191 115 255"},
     {"#3399f", "76 191 115 255"},  {"xx99ff", "76 191 115 255"},  {"3399ff  # hex", "76 191 115 255"},
     {"", "76 191 115 255"},        {"000000", "0 0 0 255"},       {"12zzzz", "0 0 18 255"}};
 
-static const key_case keys[]{
+const key_case keys[]{
     {"compositor.conf",
      "modifier",
      modifier,
@@ -342,3 +344,5 @@ TEST(settings_table, has_the_keys_of_this_list_and_no_others)
     }
     EXPECT_THAT(known, testing::UnorderedElementsAreArray(listed));
 }
+
+} // namespace

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+namespace
+{
+
 struct shaking : testing::Test {
     // Moves there after so many milliseconds.
     bool go(double x, double y = 0, int64_t after_ms = 20)
@@ -88,3 +91,5 @@ TEST_F(shaking, a_full_ring_overwrites_the_oldest)
     EXPECT_EQ(history.shake_head, 6);
     EXPECT_EQ(history.shake_hist[5].x, 3);
 }
+
+} // namespace

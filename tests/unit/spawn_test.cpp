@@ -14,6 +14,9 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+namespace
+{
+
 struct spawning : testing::Test {
     test::isolation world;
 };
@@ -77,7 +80,7 @@ template <class Start> static std::string output_of(Start start)
     return text;
 }
 
-static std::string output_of(const char *line)
+std::string output_of(const char *line)
 {
     return output_of([line] { fork_shell_line(line); });
 }
@@ -124,3 +127,5 @@ TEST(program, that_is_missing_is_passed_over)
     const char *const command[]{"no-such-program", nullptr};
     EXPECT_EQ(output_of([&] { fork_program(command); }), "");
 }
+
+} // namespace

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 #include <string>
 
-static std::string json(const char *text)
+namespace
+{
+
+std::string json(const char *text)
 {
     strbuf sb;
     sb_jstr(sb, text);
@@ -68,3 +71,5 @@ TEST(json_string, passes_other_bytes_unchanged)
 {
     EXPECT_EQ(json("\x7f\xc3\xa4 \xc3"), "\"\x7f\xc3\xa4 \xc3\"");
 }
+
+} // namespace

@@ -3,6 +3,9 @@
 #include <array>
 #include <gtest/gtest.h>
 
+namespace
+{
+
 TEST(copy_text, terminates_what_fits)
 {
     std::array<char, 8> field{'x', 'x', 'x', 'x', 'x', 'x', 'x', 'x'};
@@ -25,3 +28,5 @@ TEST(copy_text, empties_a_field)
     copy_text(field, "");
     EXPECT_EQ(text_of(field), "");
 }
+
+} // namespace

@@ -12,21 +12,24 @@
 using testing::Each;
 using testing::ElementsAre;
 
-static std::vector<wlr_box> boxes(const tile_rules &rules, const std::vector<tile_weight> &weights)
+namespace
+{
+
+std::vector<wlr_box> boxes(const tile_rules &rules, const std::vector<tile_weight> &weights)
 {
     std::vector<wlr_box> result(weights.size());
     tile_boxes(rules, weights, result);
     return result;
 }
 
-static std::vector<tile_weight> plain(size_t count)
+std::vector<tile_weight> plain(size_t count)
 {
     return std::vector<tile_weight>(count);
 }
 
-static const std::vector<tile_weight> uneven{{1.15, 0.5}, {0.3, 2.0}, {5.0, 0}, {0, 1.3}, {2.5, 0}};
+const std::vector<tile_weight> uneven{{1.15, 0.5}, {0.3, 2.0}, {5.0, 0}, {0, 1.3}, {2.5, 0}};
 // What a panel of 31 pixels and gaps of 8 leave of 1366x768.
-static constexpr wlr_box laptop{.x = 8, .y = 39, .width = 1350, .height = 721};
+constexpr wlr_box laptop{.x = 8, .y = 39, .width = 1350, .height = 721};
 
 struct tiles_case {
     tile_rules rules;
@@ -44,7 +47,7 @@ TEST_P(tiles, lie_where_the_table_says)
 }
 
 // One to nine windows on a laptop.
-static const tiles_case one_to_nine[]{
+const tiles_case one_to_nine[]{
     {{.mode = TM_MASTER, .area = laptop, .gap = 8, .master_ratio = 0.55}, plain(1), {{8, 39, 1350, 721}}},
     {{.mode = TM_MASTER, .area = laptop, .gap = 8, .master_ratio = 0.55},
      plain(2),
@@ -210,7 +213,7 @@ static const tiles_case one_to_nine[]{
 INSTANTIATE_TEST_SUITE_P(one_to_nine, tiles, testing::ValuesIn(one_to_nine));
 
 // Uneven weights and odd sizes, no gaps and large ones, areas narrower than the gaps.
-static const tiles_case odd_ones[]{
+const tiles_case odd_ones[]{
     {{.mode = TM_MASTER, .area = tile_area({1921, 3, 1279, 1021}, 8), .gap = 8, .master_ratio = 0.55},
      uneven,
      {{1929, 11, 690, 1005},
@@ -380,3 +383,5 @@ TEST(tiles_in_any_mode, of_no_windows_are_none)
     for (const vantore_tile_mode mode : {TM_MASTER, TM_GRID, TM_COLUMNS, TM_MONOCLE})
         tile_boxes({.mode = mode, .area = laptop, .gap = 8}, {}, {});
 }
+
+} // namespace

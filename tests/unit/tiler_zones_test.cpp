@@ -6,13 +6,16 @@
 
 #include <gtest/gtest.h>
 
+namespace
+{
+
 struct pad_row {
     const char *name;
     int cols, rows;
     bool insert, maximise;
 };
 
-static constexpr pad_row pads[]{
+constexpr pad_row pads[]{
     {"HALVES", 2, 1, false, false}, {"STACK", 1, 2, false, false}, {"CORNERS", 2, 2, false, false},
     {"THIRDS", 3, 1, false, false}, {"75/25", 2, 1, false, false}, {"INSERT", 3, 1, true, false},
     {"MAX", 1, 1, false, true},
@@ -35,7 +38,7 @@ struct zone_row {
     wlr_box box;
 };
 
-static constexpr zone_row zones[]{
+constexpr zone_row zones[]{
     {0, 1, 1, {0, 0, 600, 900}},    {0, 2, 1, {600, 0, 600, 900}},   {1, 1, 1, {0, 0, 1200, 450}},
     {1, 1, 2, {0, 450, 1200, 450}}, {2, 1, 1, {0, 0, 600, 450}},     {2, 2, 1, {600, 0, 600, 450}},
     {2, 1, 2, {0, 450, 600, 450}},  {2, 2, 2, {600, 450, 600, 450}}, {3, 1, 1, {0, 0, 400, 900}},
@@ -128,7 +131,7 @@ TEST(tiler_pick, is_the_workspace_tile_under_the_pointer)
 }
 
 // All zero when there is nothing to draw.
-static wlr_fbox sketch(int tile, const wlr_box &window, const wlr_box &usable)
+wlr_fbox sketch(int tile, const wlr_box &window, const wlr_box &usable)
 {
     return mt_miniature(tile, window, usable).value_or(wlr_fbox{});
 }
@@ -156,3 +159,5 @@ TEST(tiler_miniature, stays_inside_its_tile_and_can_be_seen)
     EXPECT_EQ(mt_miniature(0, {5000, 0, 100, 100}, usable), std::nullopt);
     EXPECT_EQ(mt_miniature(0, {0, 0, 100, 100}, {0, 0, 0, 0}), std::nullopt);
 }
+
+} // namespace

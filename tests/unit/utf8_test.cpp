@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+namespace
+{
+
 TEST(valid_utf8, keeps_what_is_valid)
 {
     for (const char *text : {"", "plain", "größer — 日本語 \U0001F600"})
@@ -23,3 +26,5 @@ TEST(valid_utf8, accepts_no_overlong_forms_no_surrogates_and_nothing_beyond_the_
     EXPECT_EQ(valid_utf8("\xed\xa0\x80"), "\uFFFD\uFFFD\uFFFD");
     EXPECT_EQ(valid_utf8("\xf4\x90\x80\x80"), "\uFFFD\uFFFD\uFFFD\uFFFD");
 }
+
+} // namespace

@@ -11,6 +11,9 @@
 using testing::HasSubstr;
 using words = std::vector<std::string>;
 
+namespace
+{
+
 struct accepted {
     words arguments;
     vnt_ipc_msg message;
@@ -197,3 +200,5 @@ TEST_F(tables, take_titles_that_are_no_utf8)
     const auto shown = windows_table("[{\"id\":1,\"title\":\"\xff\"}]");
     EXPECT_THAT(shown.value_or("none"), HasSubstr("\uFFFD"));
 }
+
+} // namespace

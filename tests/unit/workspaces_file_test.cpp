@@ -13,6 +13,9 @@
 #include <gtest/gtest.h>
 #include <memory>
 
+namespace
+{
+
 struct workspaces_file : testing::Test {
     workspaces_file() { g_ws_cfg = {}; }
 
@@ -163,3 +166,5 @@ TEST_F(live_workspaces, take_the_default_layout_where_their_line_has_none)
     EXPECT_EQ(live(2), "Two||0|0|0.7");
     EXPECT_EQ(live(3), "old|OLD-1|1|0|0.7");
 }
+
+} // namespace

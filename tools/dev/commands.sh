@@ -8,7 +8,9 @@ usage: ./dev COMMAND [ARGUMENTS]
 
   run [--once] [--headless]  build, and start a session: a window inside a desktop, else a headless demo that
                              writes a picture and stays until Ctrl-C (--once: ends after the picture)
-  test [--quick] [NAME...]   build, and run the tests, then again under the sanitizers (--quick: not those)
+  test [--quick] [--filter PATTERN] [NAME...]
+                             build, and run the tests, then again under the sanitizers (--quick: not those).
+                             A NAME is that of a file of tests; a PATTERN chooses tests as GoogleTest's filter does
   build                      build only
   shell [COMMAND...]         a shell, or one command, where everything is installed
   lint                       formatting, clang-tidy, header and text checks
@@ -36,13 +38,13 @@ configure() { # DIRECTORY MESON-OPTIONS...
 	fi
 }
 
-compile() { # DIRECTORY MESON-OPTIONS...
-	configure "$@"
-	inside ninja -C "build/$1" >&2
+compile() { # DIRECTORY TARGET...
+	inside ninja -C "build/$1" "${@:2}" >&2
 }
 
 dev_build() {
 	prepare
+	configure dev
 	compile dev
 }
 
@@ -55,30 +57,37 @@ dev_shell() {
 	exec bwrap "${sandbox[@]}" --die-with-parent "$@"
 }
 
-run_tests() { # DIRECTORY NAME...
+run_tests() { # DIRECTORY MESON-TEST-ARGUMENTS...
 	local directory=build/$1
 	shift
-	# On a slow or busy machine, the tests need more time than their own limits allow.
-	inside meson test -C "$directory" --no-rebuild --timeout-multiplier 3 --print-errorlogs "$@" >&2
+	# A program that dies must not be counted by what an earlier run of it left behind.
+	rm -f "$directory"/meson-logs/testlog.junit.xml "$directory"/tests/*/*.xml
+	# Builds what the tests need. On a slow or busy machine, the tests need more time than their own limits allow.
+	inside meson test -C "$directory" --timeout-multiplier 3 --print-errorlogs "$@" >&2
 }
 
 dev_test() {
-	local builds=(dev sanitized) names=() status=0 argument build
-	for argument in "$@"; do
-		case $argument in
+	local builds=(dev sanitized) chosen=() status=0 build
+	while [ $# -gt 0 ]; do
+		case $1 in
 		--quick) builds=(dev) ;;
-		-*) fail "test knows --quick and names of tests, not '$argument'" ;;
-		*) names+=("$argument") ;;
+		--filter)
+			[ $# -gt 1 ] || fail "--filter needs a pattern"
+			chosen+=("--test-args=--gtest_filter='$2'")
+			shift
+			;;
+		-*) fail "test knows --quick, --filter PATTERN and names of tests, not '$1'" ;;
+		*) chosen+=("$1") ;;
 		esac
+		shift
 	done
 	prepare
 	for build in "${builds[@]}"; do
-		rm -f "build/$build/meson-logs/testlog.junit.xml"
 		case $build in
-		dev) compile dev ;;
-		sanitized) compile sanitized "${sanitize[@]}" ;;
+		dev) configure dev ;;
+		sanitized) configure sanitized "${sanitize[@]}" ;;
 		esac
-		run_tests "$build" "${names[@]}" || status=1
+		run_tests "$build" "${chosen[@]}" || status=1
 	done
 	inside python3 tools/count-tests "${builds[@]/#/build/}" || status=1
 	return "$status"
@@ -94,7 +103,8 @@ dev_run() {
 		esac
 	done
 	prepare
-	compile dev
+	configure dev
+	compile dev comp/vantore-comp tools/vantore-msg/vantore-msg tools/libheadless_stand_in.so
 	if [ "$headless" = no ] && { [ -n "${WAYLAND_DISPLAY:-}" ] || [ -n "${DISPLAY:-}" ]; }; then
 		is_native || sandbox_with_the_hosts_display
 		# The session has no bus, because it must not announce itself to the desktop that it runs in.
@@ -106,7 +116,8 @@ dev_run() {
 
 dev_bench() {
 	prepare
-	compile bench --buildtype=release -Dbench=true -Dtests=true
+	configure bench --buildtype=release -Dbench=true -Dtests=true
+	compile bench
 	inside tools/run-benchmarks build/bench "$@"
 }
 
