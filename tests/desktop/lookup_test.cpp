@@ -43,7 +43,7 @@ struct quick_lookup : test::desktop, testing::WithParamInterface<unsigned> {
     {
         for (window *w : windows) { // where the end of the session expects them
             record(*w).overlay_lift = false;
-            wlr_scene_node_reparent(&record(*w).scene_tree->node, toplevel_parent_tree(record(*w)));
+            refresh_showing(record(*w));
         }
         menus.clear();
         panels.clear();
