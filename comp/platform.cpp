@@ -6,13 +6,61 @@
 #include "wlr.hpp"
 
 #include <csignal>
+#include <cstdlib>
 #include <ctime>
+#include <memory>
+#include <pthread.h>
+#include <sys/wait.h>
 
 static int64_t read_monotonic_clock()
 {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
     return int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
+}
+
+static int64_t read_wall_clock()
+{
+    return time(nullptr);
+}
+
+static uint32_t pick_below(uint32_t limit)
+{
+    return limit != 0 ? arc4random_uniform(limit) : 0;
+}
+
+struct worker {
+    void (*work)(void *data);
+    void *data;
+};
+
+static void *run_worker(void *raw)
+{
+    const std::unique_ptr<worker> w{static_cast<worker *>(raw)};
+    w->work(w->data);
+    return nullptr;
+}
+
+// Signals are for the event loop's thread: a worker blocks them all.
+static bool begin_worker(void (*work)(void *data), void *data)
+{
+    auto w = std::make_unique<worker>(work, data);
+    sigset_t all, before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    pthread_t thread{};
+    const bool started = pthread_create(&thread, nullptr, run_worker, w.get()) == 0;
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    if (!started)
+        return false;
+    (void)w.release(); // the thread's by now
+    pthread_detach(thread);
+    return true;
+}
+
+static bool reap_child(pid_t child)
+{
+    return waitpid(child, nullptr, WNOHANG) == child;
 }
 
 static pid_t read_client_pid(wl_client *client)
@@ -33,8 +81,13 @@ static bool can_make_render_timer(wlr_renderer *renderer)
 
 vnt_platform g_platform{
     .monotonic_ns = read_monotonic_clock,
+    .wall_clock_s = read_wall_clock,
+    .random_below = pick_below,
+    .start_worker = begin_worker,
     .run_shell_line = fork_shell_line,
     .run_program = fork_program,
+    .start_child = fork_child,
+    .child_has_ended = reap_child,
     .send_signal = kill,
     .arm_timer = wl_event_source_timer_update,
     .change_vt = wlr_session_change_vt,

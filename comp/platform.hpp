@@ -1,6 +1,6 @@
 // What the process asks of its surroundings and tests must be able to answer themselves: programs to start,
-// processes to find and kill, the clock and timers, the GPU's timer, the virtual terminal, the kernel's
-// command line, the log's destination. The product never writes to these.
+// children and workers, processes to find and kill, the clocks and timers, chance, the GPU's timer, the
+// virtual terminal, the kernel's command line, the log's destination. The product never writes to these.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,19 @@ struct wlr_session;
 struct vnt_platform {
     // CLOCK_MONOTONIC in nanoseconds.
     int64_t (*monotonic_ns)();
+    // Seconds since 1970, as the wall clock has them: they may jump.
+    int64_t (*wall_clock_s)();
+    // Any of 0 to limit - 1; 0 for a limit of 0.
+    uint32_t (*random_below)(uint32_t limit);
+    // Runs `work` on a thread of its own, which nobody waits for. False when there can be none: then it never
+    // runs.
+    bool (*start_worker)(void (*work)(void *data), void *data);
     void (*run_shell_line)(const char *line);
     void (*run_program)(const char *const argv[]);
+    // Starts a shell line as a direct child in a session of its own; its process, or -1 without one.
+    pid_t (*start_child)(const char *line);
+    // Whether that child has ended; it is reaped then, and a second call says no.
+    bool (*child_has_ended)(pid_t child);
     int (*send_signal)(pid_t pid, int signal);
     int (*arm_timer)(wl_event_source *timer, int ms);
     bool (*change_vt)(wlr_session *session, unsigned vt);

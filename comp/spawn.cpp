@@ -21,16 +21,20 @@ static void release_hangups()
     sigprocmask(SIG_UNBLOCK, &hangup, nullptr);
 }
 
+[[noreturn]] static void become(const char *const argv[])
+{
+    release_hangups();
+    execvp(argv[0], const_cast<char *const *>(argv));
+    _exit(127);
+}
+
 void fork_program(const char *const argv[])
 {
     const pid_t child = fork();
     if (child == 0) {
         setsid();
-        if (fork() == 0) {
-            release_hangups();
-            execvp(argv[0], const_cast<char *const *>(argv));
-            _exit(127);
-        }
+        if (fork() == 0)
+            become(argv);
         _exit(0);
     }
     if (child > 0)
@@ -41,6 +45,17 @@ void fork_shell_line(const char *line)
 {
     const char *const argv[]{"/bin/sh", "-c", line, nullptr};
     fork_program(argv);
+}
+
+pid_t fork_child(const char *line)
+{
+    const char *const argv[]{"/bin/sh", "-c", line, nullptr};
+    const pid_t child = fork();
+    if (child == 0) {
+        setsid();
+        become(argv);
+    }
+    return child;
 }
 
 void spawn_program(const char *const argv[])

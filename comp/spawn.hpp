@@ -2,6 +2,8 @@
 // and the shell's own message on stderr.
 #pragma once
 
+#include <sys/types.h>
+
 // Runs a line with /bin/sh, detached: its own session, no zombie, nothing to reap. Blocks for the short
 // life of an intermediate child.
 void spawn_detached(const char *cmd);
@@ -16,3 +18,5 @@ void spawn_program(const char *const argv[]);
 // The real forks behind these; everything else calls those.
 void fork_shell_line(const char *line);
 void fork_program(const char *const argv[]);
+// A direct child, which the caller reaps; -1 when there can be none.
+pid_t fork_child(const char *line);

@@ -42,21 +42,13 @@ static std::vector<mt_window_sketch> sketches(vantore_server &server, const wlr_
 
 static void mt_draw(vantore_server &server)
 {
-    if (server.tiler.mt_hud == nullptr)
-        server.tiler.mt_hud = wlr_scene_buffer_create(server.layers[overlay_layer], nullptr);
-    if (server.tiler.mt_hud == nullptr)
-        return;
     const wlr_box usable = usable_at_cursor(server);
     const wlr_box hud = mt_hud_box(usable, g_tiler_top);
-    scene_buffer_set_cairo(server.tiler.mt_hud,
-                           mt_render({
-                               .pick{.zone = server.tiler.mt_zone, .workspace = server.tiler.mt_ws},
-                               .current_tile = current_tile(server),
-                               .windows = sketches(server, usable),
-                           }));
-    wlr_scene_node_set_position(&server.tiler.mt_hud->node, hud.x, hud.y);
-    wlr_scene_node_raise_to_top(&server.tiler.mt_hud->node);
-    wlr_scene_node_set_enabled(&server.tiler.mt_hud->node, true);
+    const mt_display display{.pick{.zone = server.tiler.mt_zone, .workspace = server.tiler.mt_ws},
+                             .current_tile = current_tile(server),
+                             .windows = sketches(server, usable)};
+    if (!overlay_show(server.tiler.mt_hud, server.layers[overlay_layer], mt_render(display), hud.x, hud.y))
+        return;
     server.tiler.mt_output = output_under_cursor(server);
 }
 
@@ -72,8 +64,7 @@ void mt_hide(vantore_server &server)
     server.tiler.mt_visible = false;
     server.tiler.mt_zone = server.tiler.mt_ws = -1;
     server.tiler.mt_output = nullptr;
-    if (server.tiler.mt_hud != nullptr)
-        wlr_scene_node_set_enabled(&server.tiler.mt_hud->node, false);
+    overlay_hide(server.tiler.mt_hud);
 }
 
 void mt_output_leaves(vantore_server &server, const wlr_output *output)
@@ -99,12 +90,12 @@ static void preview_zone(vantore_server &server)
 
 void mt_update(vantore_server &server)
 {
-    if (server.tiler.mt_hud == nullptr)
+    if (server.tiler.mt_hud.node == nullptr)
         return;
     const wlr_output *o = output_under_cursor(server);
     if (o != nullptr && o != server.tiler.mt_output)
         mt_show(server);
-    const wlr_scene_node &node = server.tiler.mt_hud->node;
+    const wlr_scene_node &node = server.tiler.mt_hud.node->node;
     const mt_pick pick = mt_pick_at({.x = node.x, .y = node.y}, server.cursor->x, server.cursor->y);
     if (pick != mt_pick{.zone = server.tiler.mt_zone, .workspace = server.tiler.mt_ws}) {
         server.tiler.mt_zone = pick.zone;

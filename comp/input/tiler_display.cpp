@@ -1,9 +1,9 @@
 #include "tiler_display.hpp"
 
 #include "../config/settings.hpp"
+#include "../drawing.hpp"
 
 #include <cstdio>
-#include <numbers>
 
 static constexpr double label_size = 9, label_width = 78, label_baseline = 72;
 static constexpr double outline = 1.5;
@@ -31,32 +31,6 @@ static color bright_accent()
     return {0.4F + 0.6F * g_accent[0], 0.4F + 0.6F * g_accent[1], 0.4F + 0.6F * g_accent[2], 1};
 }
 
-void mt_round_rect(cairo_t *cr, double x, double y, double w, double h, double r)
-{
-    constexpr double quarter = std::numbers::pi / 2;
-    cairo_new_sub_path(cr);
-    cairo_arc(cr, x + w - r, y + r, r, -quarter, 0);
-    cairo_arc(cr, x + w - r, y + h - r, r, 0, quarter);
-    cairo_arc(cr, x + r, y + h - r, r, quarter, 2 * quarter);
-    cairo_arc(cr, x + r, y + r, r, 2 * quarter, 3 * quarter);
-    cairo_close_path(cr);
-}
-
-static void fill_round(cairo_t *cr, const wlr_fbox &box, double radius, const color &c)
-{
-    mt_round_rect(cr, box.x, box.y, box.width, box.height, radius);
-    cairo_set_color(cr, c);
-    cairo_fill(cr);
-}
-
-static void stroke_round(cairo_t *cr, const wlr_fbox &box, double radius, const color &c, double width)
-{
-    mt_round_rect(cr, box.x, box.y, box.width, box.height, radius);
-    cairo_set_color(cr, c);
-    cairo_set_line_width(cr, width);
-    cairo_stroke(cr);
-}
-
 static wlr_fbox inset(const wlr_fbox &box)
 {
     constexpr double by = outline / 2;
@@ -65,11 +39,8 @@ static wlr_fbox inset(const wlr_fbox &box)
 
 static void draw_label(cairo_t *cr, const char *name, double x)
 {
-    cairo_text_extents_t text;
-    cairo_text_extents(cr, name, &text);
     cairo_set_color(cr, plain_text);
-    cairo_move_to(cr, x + (label_width - text.width) / 2 - text.x_bearing, label_baseline);
-    cairo_show_text(cr, name);
+    draw_centered_text(cr, name, x, label_width, label_baseline);
 }
 
 static void draw_arrow(cairo_t *cr, const wlr_fbox &zone, const color &c)

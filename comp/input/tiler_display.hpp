@@ -19,6 +19,3 @@ struct mt_display {
 
 // The caller owns the picture until it is given to the scene.
 cairo_buffer *mt_render(const mt_display &display);
-
-// Adds a rounded rectangle to the path.
-void mt_round_rect(cairo_t *cr, double x, double y, double w, double h, double r);

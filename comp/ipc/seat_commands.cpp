@@ -1,10 +1,8 @@
 #include "seat_commands.hpp"
 
 #include "../clock.hpp"
-#include "../input/hit_test.hpp"
-#include "../input/pointer.hpp"
+#include "../input/synthetic.hpp"
 #include "../server.hpp"
-#include "../workspaces/focus.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -54,23 +52,6 @@ static uint32_t now_msec()
     return uint32_t(mono_ms());
 }
 
-static void seat_move_to(vantore_server &server, double x, double y)
-{
-    wlr_cursor_warp_closest(server.cursor, nullptr, x, y);
-    process_cursor_motion(server, now_msec());
-}
-
-static void seat_button(vantore_server &server, uint32_t btn, bool pressed)
-{
-    surface_hit hit;
-    if (pressed)
-        focus_toplevel_ex(desktop_toplevel_at(server, server.cursor->x, server.cursor->y, hit), true);
-    wlr_seat_pointer_notify_button(server.seat, now_msec(), btn,
-                                   pressed ? WL_POINTER_BUTTON_STATE_PRESSED
-                                           : WL_POINTER_BUTTON_STATE_RELEASED);
-    wlr_seat_pointer_notify_frame(server.seat);
-}
-
 static void turn_wheel(vantore_server &server, wl_pointer_axis orientation, double notches)
 {
     if (notches == 0)
@@ -93,18 +74,18 @@ struct drag_way {
 
 static void seat_drag(vantore_server &server, const drag_way &way, uint32_t btn)
 {
-    seat_move_to(server, way.x1, way.y1);
-    seat_button(server, btn, true);
+    synthetic_motion(server, way.x1, way.y1);
+    synthetic_button(server, btn, true);
     for (int i = 1; i <= drag_steps; i++)
-        seat_move_to(server, way.x1 + (way.x2 - way.x1) * i / drag_steps,
-                     way.y1 + (way.y2 - way.y1) * i / drag_steps);
-    seat_button(server, btn, false);
+        synthetic_motion(server, way.x1 + (way.x2 - way.x1) * i / drag_steps,
+                         way.y1 + (way.y2 - way.y1) * i / drag_steps);
+    synthetic_button(server, btn, false);
 }
 
 static void run_move(vantore_server &server, ipc_words &words)
 {
     const double x = seat_next_d(words, server.cursor->x);
-    seat_move_to(server, x, seat_next_d(words, server.cursor->y));
+    synthetic_motion(server, x, seat_next_d(words, server.cursor->y));
 }
 
 static void run_scroll(vantore_server &server, ipc_words &words)
@@ -129,14 +110,14 @@ static uint32_t aim_and_take_button(vantore_server &server, ipc_words &words)
     const char *x = named.has_value() ? words.next() : word;
     const char *y = words.next();
     if (x != nullptr && y != nullptr)
-        seat_move_to(server, number_in(x), number_in(y));
+        synthetic_motion(server, number_in(x), number_in(y));
     return named.value_or(BTN_LEFT);
 }
 
 static void click(vantore_server &server, uint32_t btn)
 {
-    seat_button(server, btn, true);
-    seat_button(server, btn, false);
+    synthetic_button(server, btn, true);
+    synthetic_button(server, btn, false);
 }
 
 static void run_click(vantore_server &server, ipc_words &words)
@@ -153,12 +134,12 @@ static void run_dblclick(vantore_server &server, ipc_words &words)
 
 static void run_press(vantore_server &server, ipc_words &words)
 {
-    seat_button(server, aim_and_take_button(server, words), true);
+    synthetic_button(server, aim_and_take_button(server, words), true);
 }
 
 static void run_release(vantore_server &server, ipc_words &words)
 {
-    seat_button(server, aim_and_take_button(server, words), false);
+    synthetic_button(server, aim_and_take_button(server, words), false);
 }
 
 struct subcommand {

@@ -44,12 +44,12 @@ TEST_F(tiler, shows_after_forty_pixels)
     EXPECT_FALSE(server.tiler.mt_visible);
     go(341, 185);
     EXPECT_TRUE(server.tiler.mt_visible);
-    EXPECT_TRUE(server.tiler.mt_hud->node.enabled);
-    EXPECT_EQ(server.tiler.mt_hud->node.x, int(hud_x));
-    EXPECT_EQ(server.tiler.mt_hud->node.y, int(hud_y));
+    EXPECT_TRUE(server.tiler.mt_hud.node->node.enabled);
+    EXPECT_EQ(server.tiler.mt_hud.node->node.x, int(hud_x));
+    EXPECT_EQ(server.tiler.mt_hud.node->node.y, int(hud_y));
     pointer->release(BTN_LEFT);
     EXPECT_FALSE(server.tiler.mt_visible);
-    EXPECT_FALSE(server.tiler.mt_hud->node.enabled);
+    EXPECT_FALSE(server.tiler.mt_hud.node->node.enabled);
 }
 
 TEST_F(tiler, does_not_show_for_tiles_and_fullscreen_windows)
@@ -226,15 +226,15 @@ TEST_F(tiler, applies_nothing_to_a_window_that_has_become_fullscreen)
 TEST_F(tiler, draws_anew_only_when_the_pick_changes)
 {
     start_drag();
-    const wlr_buffer *plain = server.tiler.mt_hud->buffer;
+    const wlr_buffer *plain = server.tiler.mt_hud.node->buffer;
     go(300, 300);
     go(320, 320);
-    EXPECT_EQ(server.tiler.mt_hud->buffer, plain);
+    EXPECT_EQ(server.tiler.mt_hud.node->buffer, plain);
     point_at_zone(0);
-    const wlr_buffer *picked = server.tiler.mt_hud->buffer;
+    const wlr_buffer *picked = server.tiler.mt_hud.node->buffer;
     EXPECT_NE(picked, plain);
     pointer->move(1, 1);
-    EXPECT_EQ(server.tiler.mt_hud->buffer, picked);
+    EXPECT_EQ(server.tiler.mt_hud.node->buffer, picked);
     pointer->release(BTN_LEFT);
 }
 
@@ -245,7 +245,7 @@ TEST_F(tiler, forgets_a_pick_on_the_way_to_another_output)
     point_at_zone(0);
     go(1280 + 640, 400);
     EXPECT_EQ(server.tiler.mt_zone, -1);
-    EXPECT_EQ(server.tiler.mt_hud->node.x, 1280 + int(hud_x));
+    EXPECT_EQ(server.tiler.mt_hud.node->node.x, 1280 + int(hud_x));
     EXPECT_EQ(server.tiler.mt_output, output("B").wlr_output);
     pointer->release(BTN_LEFT);
     EXPECT_EQ(t().workspace, &workspace(2));
