@@ -15,7 +15,7 @@ void broadcast_listen(broadcast_receiver receiver)
         *place = receiver;
 }
 
-// Those behind it move up, so that the order of registration stays.
+// The receivers after it move up, so the order of registration stays.
 void broadcast_unlisten(broadcast_receiver receiver)
 {
     std::ranges::fill(std::ranges::remove(receivers, receiver), nullptr);

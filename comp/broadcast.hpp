@@ -1,5 +1,5 @@
-// The door through which every room says that something has changed. It knows nobody who listens: the IPC
-// socket and the writers of state files register themselves.
+// Announces changes to everybody who registered for them. The code that announces a change does not know the
+// receivers: the IPC socket and the writers of state files register themselves.
 #pragma once
 
 #include "events.hpp"
@@ -7,11 +7,11 @@
 
 using broadcast_receiver = void (*)(vantore_server &server, vnt_event event);
 
-// The receiver hears every event from now on, after those that registered before it. Registering again
-// changes nothing. At most four receivers are told.
+// The receiver hears every event from now on, after those that registered before it. Registering it again
+// changes nothing. There is room for four receivers; a fifth is ignored.
 void broadcast_listen(broadcast_receiver receiver);
-// A receiver that is not registered is ignored.
+// Ignores a receiver that is not registered.
 void broadcast_unlisten(broadcast_receiver receiver);
 
-// Returns when every receiver has been told.
+// Calls every receiver before it returns.
 void ipc_broadcast(vantore_server &server, vnt_event event);

@@ -6,5 +6,5 @@
 
 // CLOCK_MONOTONIC in milliseconds, rounded down.
 int64_t mono_ms();
-// CLOCK_MONOTONIC as the library's calls take it.
+// CLOCK_MONOTONIC in the form that the library's functions take.
 timespec mono_timespec();

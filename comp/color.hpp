@@ -1,4 +1,4 @@
-// Colours as the scene and cairo take them.
+// Colours in the form that the scene and cairo take.
 #pragma once
 
 #include <array>

@@ -26,7 +26,7 @@ static constexpr uint32_t cursor_shape_version = 1;
 static constexpr uint32_t presentation_version = 2;
 static constexpr uint32_t ping_timeout_ms = 3000;
 
-// A global that can't be made is a feature less, never the end of the start.
+// Logs that an optional global could not be made. The session starts without it.
 static void log_missing(const char *what, const char *consequence)
 {
     wlr_log(WLR_ERROR, "vantore-comp: no %s, %s", what, consequence);

@@ -32,7 +32,7 @@ void safe_graphics_detect()
     wlr_log(WLR_INFO, "vantore-comp: SAFE GRAPHICS mode (vantore.safe=1) — software rendering, effects off");
 }
 
-// Any value allows it, "0" and the empty one too.
+// Any value of the variable allows it, even "0" and the empty one.
 static void allow_software_by_environment()
 {
     if (getenv("VANTORE_ALLOW_SOFTWARE") == nullptr)

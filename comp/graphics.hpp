@@ -1,22 +1,22 @@
-// Whether and how the session renders: the safe-graphics flag, software rendering, the renderer itself.
+// Chooses how the session renders: the safe-graphics flag, software rendering and the renderer itself.
 #pragma once
 
 #include "fwd.hpp"
 
-inline bool g_soft_render; // rendering is software
-inline bool g_safe_graphics; // "vantore.safe=1" stood on the kernel command line
+inline bool g_soft_render; // a software renderer draws
+inline bool g_safe_graphics; // the kernel command line contains "vantore.safe=1"
 
-// Whether the text occurs in the first 4095 bytes of the kernel command line.
+// Tells whether the first 4095 bytes of the kernel command line contain the text.
 bool cmdline_has(const char *needle);
 
-// Reads the kernel command line and prepares the environment for software rendering where it asks for that.
-// Before the backend exists.
+// Reads the kernel command line. If it asks for safe graphics, prepares the environment for software
+// rendering. Call it before the backend is created.
 void safe_graphics_detect();
 
-// Lets the renderer be software where the user allows it, then makes it. False, with the reason in the log,
-// when there is none.
+// Makes the renderer, which may be a software renderer if the user's environment allows that. Returns false
+// and logs the reason if there is none.
 bool renderer_create(vantore_server &server);
 
-// Whether programs that we start should move as we do: "0" in VANTORE_REDUCED_MOTION, else "1". Reads the
-// settings.
+// Exports VANTORE_REDUCED_MOTION, which tells the programs that we start whether to leave out animations: "0"
+// if we show them, otherwise "1". Call it after the settings are read.
 void export_reduced_motion();

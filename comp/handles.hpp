@@ -1,4 +1,4 @@
-// Owners for C objects: each frees what it holds when it goes out of scope.
+// Owners of C objects. Each frees its object when it goes out of scope.
 #pragma once
 
 #include "wlr.hpp"
@@ -12,7 +12,7 @@ template <class T, auto Free> using handle = std::unique_ptr<T, freed_by<Free>>;
 
 using event_source = handle<wl_event_source, wl_event_source_remove>;
 
-// An output state that is finished on every path.
+// An output state that finishes itself when it goes out of scope.
 struct output_state : wlr_output_state {
     output_state() : wlr_output_state{} { wlr_output_state_init(this); }
     ~output_state() { wlr_output_state_finish(this); }

@@ -1,4 +1,4 @@
-// How a workspace lays its windows out, and the names of tile modes in files and on the IPC socket.
+// How a workspace lays out its windows, and the names of tile modes in files and on the IPC socket.
 #pragma once
 
 #include <string_view>
@@ -9,5 +9,5 @@ enum vantore_tile_mode : unsigned char { TM_MASTER, TM_GRID, TM_COLUMNS, TM_MONO
 
 const char *tile_mode_name(vantore_tile_mode mode);
 
-// TM_MASTER for every text that is not the name of a mode.
+// Returns TM_MASTER for a text that names no mode.
 vantore_tile_mode tile_mode_from_name(std::string_view name);

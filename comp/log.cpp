@@ -1,7 +1,8 @@
-// Log lines: a stamp, the level's word, the message.
+// A log line consists of a time stamp, the level's word and the message.
 //
-// The filter looks at format strings, not at formatted text, so it costs at most three searches in a short
-// constant. A count is only told when a further occurrence arrives: a burst that stops is never summed up.
+// The filter searches the format string and not the formatted text, so a line costs at most three searches in
+// a short constant. A count is printed only when its message occurs again, so nothing reports the count of a
+// burst that has stopped.
 
 #include "log.hpp"
 
@@ -52,7 +53,7 @@ static void log_stamp(wlr_log_importance level)
             int(seconds % 60), int(ms % 1000), level_word(level));
 }
 
-// The index of the filtered message that a format string holds, or LOG_SPAM.size().
+// Returns the index of the filtered message that the format string contains, or LOG_SPAM.size().
 static size_t spam_index(const char *fmt)
 {
     const auto found =

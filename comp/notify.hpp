@@ -1,5 +1,5 @@
 // Desktop notifications about the session itself.
 #pragma once
 
-// Shows one under the title "Config", where the program for that is installed.
+// Shows a notification with the title "Config", if notify-send is installed.
 void config_notify(const char *body);

@@ -1,8 +1,8 @@
-// What records are made of: listeners, list memberships and list walks, typed and free of cost.
+// The building blocks of records: typed listeners, list links and list walks, without overhead.
 //
 // A record embeds its listeners and its list links by value. Both detach themselves when the record is
-// deleted, so a destroy handler can't leave one behind: wlroots aborts when an object dies whose signals
-// still have listeners.
+// deleted, so a destroy handler can't leave one behind. wlroots aborts when an object dies while one of its
+// signals still has a listener.
 #pragma once
 
 #include "wlr.hpp"
@@ -18,7 +18,8 @@ template <class Record, class Member> struct member_traits<Member Record::*> {
 };
 template <auto Member> using record_of = typename member_traits<decltype(Member)>::record;
 
-// The record around one of its members, as wl_container_of does it. `raw` must point to that member.
+// Returns the record that contains the member at `raw`, like wl_container_of. `raw` must point to that
+// member.
 template <auto Member, class Raw> [[nodiscard]] record_of<Member> *owner_of(Raw *raw)
 {
     static_assert(sizeof(Member) == sizeof(std::ptrdiff_t), "a pointer to a data member is its offset");
@@ -34,7 +35,7 @@ struct listener : wl_listener {
 };
 static_assert(sizeof(listener) == sizeof(wl_listener) && std::is_standard_layout_v<listener>);
 
-// Idempotent. For a listener whose object dies before its record does.
+// Detaches a listener whose object dies before its record does. A second call is harmless.
 inline void unlisten(listener &l)
 {
     wl_list_remove(&l.link);
@@ -42,7 +43,7 @@ inline void unlisten(listener &l)
 }
 
 // listen<&vantore_output::frame, output_frame>(o, wlr_output->events.frame);
-// The handler takes (record &) or (record &, event *). Listening again moves the listener.
+// The handler takes (record &) or (record &, event *). Listening again moves the listener to the new signal.
 template <auto Member, auto Handler> void listen(record_of<Member> &record, wl_signal &signal)
 {
     listener &l = record.*Member;
@@ -65,7 +66,7 @@ struct list_head : wl_list {
     list_head &operator=(const list_head &) = delete;
 };
 
-// wl_list_empty without a call into the library.
+// The opposite of wl_list_empty, without a call into the library.
 inline bool has_any(const wl_list &list)
 {
     return list.next != &list;
@@ -79,7 +80,7 @@ struct list_link : wl_list {
 };
 static_assert(sizeof(list_link) == sizeof(wl_list) && sizeof(list_head) == sizeof(wl_list));
 
-// Idempotent.
+// A second call is harmless.
 inline void unlink_from_list(list_link &link)
 {
     wl_list_remove(&link);
@@ -99,8 +100,8 @@ inline void move_to_back(wl_list &head, list_link &link)
 }
 
 // for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
-// The body may remove the current element from the list, and no other. A const list gives its records as
-// well: who may change a record does not follow from who may change the list.
+// The body may remove the current element from the list, but no other one. A const list gives mutable records
+// too, because the constness of a list says nothing about its records.
 template <auto Link> class each
 {
 public:

@@ -1,5 +1,5 @@
-// The reload is the list at the end; its order is what other programs may rely on: settings first, then what
-// depends on them, then the announcement.
+// The table of steps near the end is the reload. Other programs may rely on its order: first the settings,
+// then what depends on them, then the announcement.
 
 #include "reload.hpp"
 
@@ -39,7 +39,7 @@ static void reload_devices(vantore_server &server)
         apply_libinput_settings(dev.device);
 }
 
-// Stacks end with the tiling of their workspace.
+// Takes all windows out of their stacks. Only a workspace that tiles has stacks.
 static void dissolve_stacks(vantore_workspace &ws)
 {
     for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels))

@@ -1,12 +1,13 @@
-// Bringing a running session in line with the configuration files.
+// Brings a running session in line with the configuration files.
 #pragma once
 
 #include "fwd.hpp"
 
-// Can't fail: what can't be used is counted, and the count shown to the user. What only a new session takes
-// up (globals that are offered, what windows got when they mapped) stays as it is.
+// Never fails: lines that can't be used are counted, and a notification tells the user their number. The
+// globals that a session offers stay as they are. Windows that are already mapped take over only the shadow
+// and corner options of changed rules.
 void config_reload(vantore_server &server);
 
-// Reloads on SIGHUP from now on, and no longer.
+// Makes SIGHUP reload the configuration, and ends that again.
 void config_reload_on_hangup(vantore_server &server);
 void config_ignore_hangup(vantore_server &server);

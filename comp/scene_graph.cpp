@@ -1,11 +1,11 @@
-// The order of creation is the order of stacking, from bottom to top, and never changes.
+// The nodes are created in their stacking order, from bottom to top. That order never changes.
 
 #include "scene_graph.hpp"
 
 #include "config/settings.hpp"
 #include "server.hpp"
 
-static constexpr int backdrop_size = 16384; // larger than any layout of outputs
+static constexpr int backdrop_size = 16384; // layout units, more than usual layouts of outputs need
 static constexpr std::array backdrop_color{0.06F, 0.07F, 0.10F, 1.0F};
 static constexpr std::array drag_hint_color{0.3F, 0.55F, 0.95F, 0.35F};
 static constexpr std::array snap_preview_color{0.3F, 0.55F, 0.95F, 0.18F};

@@ -3,8 +3,8 @@
 
 #include "fwd.hpp"
 
-// Builds the eleven nodes. False when one can't be made.
+// Creates the eleven children. Returns false if one can't be made.
 bool scene_graph_create(vantore_server &server);
 
-// Colours the snap preview with the accent, where the user chose one.
+// Colours the snap preview with the accent, if one is set.
 void scene_graph_apply_accent(vantore_server &server);

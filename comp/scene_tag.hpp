@@ -1,5 +1,5 @@
-// What hangs at a scene node. The data of a node is either null or the tag of the record that owns the node,
-// so that a lookup that meets a node can tell whose it is.
+// Tells to which record a scene node belongs. The data of a node is either null or the tag of the record that
+// owns the node.
 #pragma once
 
 #include "wlr.hpp"
@@ -10,7 +10,8 @@ struct scene_tag {
     scene_owner owner;
 };
 
-// Null for a node that nobody has tagged. The node's owner may change what it gets.
+// Returns null for a node without a tag. The tag is mutable, because callers reach the owner's record through
+// it.
 inline scene_tag *tag_of(const wlr_scene_node &node)
 {
     return static_cast<scene_tag *>(node.data);

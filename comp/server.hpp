@@ -1,4 +1,4 @@
-// The one server record. It owns everything and lives as long as the process.
+// The one server record. It owns everything and lives as long as the session.
 #pragma once
 
 #include "fwd.hpp"
@@ -16,10 +16,10 @@
 #include <vector>
 
 struct vantore_server {
-    std::vector<listener *> session_listeners; // of this record; see session_listeners.hpp
+    std::vector<listener *> session_listeners; // members of this record; see session_listeners.hpp
     wl_display *display = nullptr;
     wlr_backend *backend = nullptr;
-    wlr_backend *headless = nullptr; // hosts virtual outputs; null when the backend is no multi-backend
+    wlr_backend *headless = nullptr; // hosts virtual outputs; null unless the backend is a multi-backend
     wlr_session *session = nullptr; // null without a login session
     listener session_active, session_destroy;
     wlr_renderer *renderer = nullptr;
@@ -28,7 +28,7 @@ struct vantore_server {
     wlr_scene *scene = nullptr;
     wlr_scene_output_layout *scene_layout = nullptr;
 
-    // Children of the scene root, see scene_graph.cpp for their order.
+    // Children of the scene root. scene_graph.cpp creates them in their stacking order.
     std::array<wlr_scene_tree *, 4> layers{}; // by zwlr_layer_shell_v1_layer
     wlr_scene_tree *toplevel_tree = nullptr; // parent of all workspace trees
     wlr_scene_tree *unmanaged = nullptr;
@@ -41,7 +41,7 @@ struct vantore_server {
     listener new_xdg_toplevel, new_xdg_popup;
     listener request_set_cursor_shape;
     wlr_tearing_control_manager_v1 *tearing_mgr = nullptr; // null when it could not be made
-    wlr_content_type_manager_v1 *content_type_mgr = nullptr; // the same
+    wlr_content_type_manager_v1 *content_type_mgr = nullptr; // null when it could not be made
     listener new_keyboard_shortcuts_inhibitor;
     wlr_keyboard_shortcuts_inhibitor_v1 *active_shortcuts_inhibitor = nullptr; // the latest one
     listener new_virtual_kbd, new_virtual_ptr;
@@ -70,7 +70,7 @@ struct vantore_server {
     list_head keyboards; // vantore_keyboard.link, newest first
     list_head input_devs; // vantore_input_dev.link, newest first
     wlr_relative_pointer_manager_v1 *relative_pointer_mgr = nullptr; // null when it could not be made
-    wlr_pointer_constraints_v1 *pointer_constraints = nullptr; // the same
+    wlr_pointer_constraints_v1 *pointer_constraints = nullptr; // null when it could not be made
     listener new_constraint;
     wlr_pointer_constraint_v1 *active_constraint = nullptr; // the one in force
 
@@ -80,8 +80,8 @@ struct vantore_server {
     listener gamma_set;
     list_head workspaces; // vantore_workspace.link, always nine, ascending num
     uint32_t wm_modifier = WLR_MODIFIER_LOGO; // Ctrl, Alt or Logo
-    bool shutting_down = false; // the event loop has ended: teardown must not rearrange
-    uint32_t next_toplevel_id = 0; // the last id handed out
+    bool shutting_down = false; // the event loop has ended; the teardown must not rearrange windows
+    uint32_t next_toplevel_id = 0; // the last id that was assigned
     int next_stack_id = 1;
     vantore_tap tap;
     event_source hangup; // reloads the configuration on SIGHUP
@@ -91,7 +91,7 @@ struct vantore_server {
     timer_source anim_timer;
 
     wlr_idle_notifier_v1 *idle_notifier = nullptr;
-    bool locked = false; // nothing but the lock screen may be seen or reached
+    bool locked = false; // nothing except the lock screen may be seen or reached
     wlr_output *virtual_output = nullptr; // on the headless backend; null for none
     vantore_ipc ipc;
 

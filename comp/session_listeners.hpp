@@ -1,5 +1,5 @@
 // Listeners of the server record that live as long as the session. They are detached together when it ends,
-// before the objects that they listen on die: the library asserts that nobody listens then.
+// before the objects that they listen to die. The library asserts that no listener is left then.
 #pragma once
 
 #include "server.hpp"

@@ -14,7 +14,7 @@ strbuf::~strbuf()
     free(data);
 }
 
-// Room for n more bytes and the terminator.
+// Makes room for n more bytes and the terminator. Returns false, after logging it, if memory runs out.
 static bool reserve(strbuf &sb, size_t n)
 {
     size_t cap = sb.cap > 0 ? sb.cap : first_capacity;
@@ -56,13 +56,13 @@ void sb_appendf(strbuf &sb, const char *format, ...)
             vsnprintf(sb.data + sb.len, size_t(n) + 1, format, again);
         sb.len += size_t(n);
     } else if (sb.data != nullptr) {
-        sb.data[sb.len] = '\0'; // what was formatted of it is not kept
+        sb.data[sb.len] = '\0'; // drops the part that was formatted
     }
     va_end(again);
     va_end(args);
 }
 
-// Null for a byte that stands for itself.
+// Returns null for a byte without a short escape.
 static const char *short_escape(char byte)
 {
     switch (byte) {

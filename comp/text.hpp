@@ -1,4 +1,4 @@
-// Fixed-size text fields of records: always terminated, cut where they don't fit.
+// Text fields of fixed size in records. They are always terminated, and a text that does not fit is cut.
 #pragma once
 
 #include <algorithm>

@@ -1,16 +1,15 @@
-// The program's own timers. All are armed through one function, which tests replace to fire them at exact
-// times.
+// The program's own timers. One function arms them all, and tests replace it to fire timers at exact times.
 #pragma once
 
 #include "handles.hpp"
 
 void timer_remove(wl_event_source *source);
 
-// Must be reset before the event loop dies.
+// Reset it before the event loop is destroyed.
 using timer_source = handle<wl_event_source, timer_remove>;
 
-// Unarmed. Null when the event loop can't hold it. `fire` returns 0.
+// Creates a timer that is not armed, or returns null if the event loop can't hold it. `fire` must return 0.
 timer_source timer_create(wl_display *display, int (*fire)(void *data), void *data);
 
-// Fires once, in so many milliseconds from now; 0 disarms. A null timer does nothing.
+// Makes the timer fire once after this many milliseconds; 0 disarms it. A null timer does nothing.
 void timer_arm(const timer_source &t, int ms);

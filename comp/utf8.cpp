@@ -5,10 +5,10 @@
 
 struct encoding {
     uint8_t mask, lead;
-    char32_t smallest; // that needs this many bytes
+    char32_t smallest; // the smallest code that needs this many bytes
 };
 
-// RFC 3629: no overlong forms, no surrogates, nothing beyond U+10FFFF.
+// RFC 3629 forbids overlong forms, surrogates and codes beyond U+10FFFF.
 utf8_character utf8_first(std::string_view text)
 {
     static constexpr encoding forms[]{

@@ -1,9 +1,9 @@
-// A Wayland compositor that is the core of a desktop session. Takes no arguments.
+// A Wayland compositor that is the core of a desktop session. It takes no arguments.
 
 #include "server.hpp"
 #include "startup.hpp"
 
-// Static, so that a fatal end, which tears nothing down, leaves nothing unreachable.
+// Static, so that leak checkers can still reach everything after a failed start, which tears nothing down.
 static vantore_server server;
 
 int main()

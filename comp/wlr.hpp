@@ -1,9 +1,10 @@
 // The only place where the C headers of wlroots and scenefx enter C++.
 //
-// They use `static` array bounds and members called `class`, `namespace` and `delete`, none of which is
-// C++. The macros below rename those while the headers are read (members become `class_`, `namespace_`,
-// `delete_`). Everything else that these headers pull in, the standard library and the C libraries below,
-// has to be read before, with the keywords intact: add to that list when a new wlroots header needs more.
+// These headers use `static` array bounds and members named `class`, `namespace` and `delete`, none of which
+// is C++. While the headers are read, the macros below drop `static` and rename the members to `class_`,
+// `namespace_` and `delete_`. Everything else that the headers include, such as the standard library and the
+// C libraries below, must be read before with the keywords intact. If a new wlroots header needs more, add to
+// that list.
 #pragma once
 
 #include <cmath>

@@ -44,7 +44,7 @@ static choice read_terminal_choice()
     return chosen;
 }
 
-// A program's name or path, without anything that the shell would take for more.
+// Tells whether the shell takes the text as a program's name or path and as nothing more.
 static bool is_plain(std::string_view text)
 {
     static constexpr std::string_view allowed =

@@ -1,11 +1,11 @@
-// The programs of the user's choice, looked up anew whenever one is started.
+// Looks up the programs of the user's choice, anew for every start.
 #pragma once
 
-// The shell line that a symbolic command such as "$browser" stands for; every other text as it is. The result
-// of "$terminal" is overwritten by the next call.
+// Returns the shell line for a symbolic command such as "$browser", and any other text unchanged. The next
+// call may overwrite the result for "$terminal".
 const char *vnt_spawn_command(const char *spawn);
 
-// The terminal that defaults.conf names, then the usual ones, as a shell line that starts the first that
-// there is. In a buffer that the next call overwrites. A choice that is more than a program's name or path is
-// not taken: the shell would run it.
+// Returns a shell line that tries the terminal of defaults.conf first and then the usual ones. The next call
+// may overwrite it. A choice that is more than a program's name or path is ignored, because the shell would
+// run the rest.
 const char *vnt_terminal_cmd();

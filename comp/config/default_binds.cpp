@@ -1,4 +1,4 @@
-// The chords that stand without any configuration, in the order in which they are searched.
+// The chords that are bound before the user's file changes anything.
 
 #include "../server.hpp"
 #include "keybinds.hpp"

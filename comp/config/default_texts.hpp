@@ -1,4 +1,4 @@
-// What the configuration files hold that the user does not have yet.
+// The initial contents of configuration files.
 #pragma once
 
 #include <span>
@@ -8,9 +8,9 @@ struct default_text {
     const char *text;
 };
 
-// In the order in which they are written.
+// Returns the texts in the order in which they are written.
 std::span<const default_text> default_texts();
 
-// Writes those that are missing in the directory; what exists stays, whatever it is. Failures are passed
-// over.
+// Writes the files that the directory lacks. Existing files stay, whatever they are, and failures are
+// ignored.
 void config_write_defaults(const char *dir);

@@ -1,4 +1,4 @@
-// Where configuration files lie, how they are opened, and the small pieces of their line grammars.
+// Finds and opens configuration files, and reads the small pieces of their line grammars.
 #pragma once
 
 #include "../handles.hpp"
@@ -9,19 +9,21 @@
 
 using config_file = handle<FILE, fclose>;
 
-// Lines of the configuration that could not be used, in the current load.
+// How many lines of the configuration the current load could not use.
 inline int g_config_errors;
 
-// The directory without a slash at its end, cut where it does not fit. 512 bytes are usual.
+// Writes the path of the directory without a slash at its end. A path that does not fit is cut; callers
+// usually pass 512 bytes.
 void config_dir(std::span<char> buf);
 
-// "DIRECTORY/NAME", cut where it does not fit. 600 bytes are usual.
+// Writes "DIRECTORY/NAME". A path that does not fit is cut; callers usually pass 600 bytes.
 void config_path(std::span<char> buf, const char *name);
 
-// For reading. Null for what is missing, unreadable or no regular file: a FIFO in a file's place would block.
+// Opens a file for reading. Returns null if it is missing, unreadable or not a regular file, because a FIFO
+// in its place would block.
 config_file config_open(const char *path);
 
-// Trims in place. Leading blanks and tabs are skipped, trailing blanks, tabs, newlines and returns are cut.
+// Trims in place: skips leading blanks and tabs, and cuts trailing blanks, tabs, newlines and returns.
 char *cfg_trim(char *s);
 
 // Cuts the line at its first '#', wherever it stands, and trims it.
@@ -30,19 +32,20 @@ char *cfg_without_comment(char *line);
 struct cfg_pair {
     char *key, *value;
 };
-// Splits at the first '=', both sides trimmed; nothing without one. The pieces lie in the line.
+// Splits the line at its first '=' and trims both sides, which stay in the line. Returns nothing if there is
+// no '='.
 std::optional<cfg_pair> cfg_split(char *line);
 
-// The next line with a pair, read on from where the file stands; nothing at its end. A line that is longer
-// than the buffer is read as several. The pieces lie in the buffer.
+// Returns the next pair of the file, or nothing at its end. Lines without a pair are skipped, and a line that
+// is longer than the buffer is read as several lines. The pair lies in the buffer.
 std::optional<cfg_pair> config_next_pair(FILE &file, std::span<char> line);
 
-// Exactly "true", "1" or "yes".
+// Returns true for exactly "true", "1" or "yes".
 bool cfg_bool(const char *value);
 
-// Text that is no number is 0, what follows a number is ignored, and what no int holds is the nearest that
-// one does.
+// Text that is not a number gives 0, and text after a number is ignored. A number that does not fit gives the
+// nearest int.
 int cfg_int(const char *value);
 
-// The same for a fraction, within what a float holds; "nan" is no number.
+// Does the same for a fraction, within the range of a float. "nan" gives 0.
 double cfg_fraction(const char *value);

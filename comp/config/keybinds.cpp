@@ -1,4 +1,4 @@
-// Read from here: the grammar of keybinds.conf. The default chords are a table below.
+// Reads keybinds.conf. The default chords are in default_binds.cpp.
 
 #include "keybinds.hpp"
 
@@ -47,7 +47,7 @@ static constexpr modifier_name modifier_names[]{
     {"alt", WLR_MODIFIER_ALT},     {"mod1", WLR_MODIFIER_ALT},
 };
 
-// 0 for what is no modifier.
+// Returns 0 for a token that is not a modifier.
 static uint32_t modifier_of(const vantore_server &server, const char *token)
 {
     for (const modifier_name &m : modifier_names)
@@ -62,14 +62,15 @@ struct key_name {
     xkb_keysym_t keysym;
 };
 
-// Names that may be written in any case, unlike those of XKB.
+// These names may be written in any case, unlike those of XKB.
 static constexpr key_name key_names[]{
     {"left", XKB_KEY_Left},     {"right", XKB_KEY_Right},  {"up", XKB_KEY_Up},       {"down", XKB_KEY_Down},
     {"return", XKB_KEY_Return}, {"enter", XKB_KEY_Return}, {"space", XKB_KEY_space}, {"tab", XKB_KEY_Tab},
     {"escape", XKB_KEY_Escape}, {"esc", XKB_KEY_Escape},
 };
 
-// Letters and digits of ASCII are keysyms of their own value. 0 for any other character.
+// Returns the keysym of an ASCII letter or digit, which is the character's own value; capitals give the small
+// letter's. Returns 0 for any other character.
 static xkb_keysym_t key_of_character(char c)
 {
     if (c >= 'A' && c <= 'Z')
@@ -190,7 +191,7 @@ void cfg_action(vnt_bind &bind, const char *verb, const char *rest)
     }
 }
 
-// Cuts the text behind its first word. Returns what follows.
+// Cuts the text after its first word and returns what follows.
 static char *cut_verb(char *text)
 {
     char *blank = strchr(text, ' ');
@@ -205,7 +206,7 @@ static bool removes(std::string_view verb)
     return verb == "none" || verb == "unbind";
 }
 
-// False for a line that can't be used.
+// Returns false for a line that can't be used.
 static bool apply_line(const vantore_server &server, const cfg_pair &line)
 {
     vnt_bind bind;

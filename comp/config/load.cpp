@@ -27,7 +27,7 @@ static void reset()
         settings_reset(file);
 }
 
-// The directory and its parent; nothing above.
+// Creates the directory and its parent, and nothing above them.
 static void make_directory(std::span<char> path)
 {
     if (char *last = strrchr(path.data(), '/')) {
@@ -55,12 +55,12 @@ void config_load(vantore_server &server)
     config_parse_compositor(server, path_of("compositor.conf").data());
     config_parse_input(path_of("input.conf").data());
     config_parse_workspaces(path_of("workspaces.conf").data());
-    config_parse_rules(path_of("rules.conf").data()); // which may name workspaces
+    config_parse_rules(path_of("rules.conf").data()); // rules may name workspaces
     config_parse_appearance(path_of("appearance.conf").data());
     recompute_titlebar_colors();
     config_parse_dock(path_of("dock.conf").data());
     config_parse_panel(path_of("panel.conf").data());
     if (const char *modifier = getenv("VANTORE_MOD"))
         server.wm_modifier = cfg_modifier(modifier);
-    config_load_keybinds(server); // reads the modifier
+    config_load_keybinds(server); // the bindings use the modifier
 }

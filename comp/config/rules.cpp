@@ -99,7 +99,7 @@ static void take_word(app_rule &rule, std::string_view word)
             rule.*known.flag = true;
 }
 
-// Cuts the actions into pieces.
+// Applies the actions to the rule and cuts their text into pieces.
 static void take_actions(app_rule &rule, char *actions)
 {
     char *rest = nullptr;

@@ -1,5 +1,5 @@
-// The user's settings, as data that everybody reads and only the configuration writes. The table in
-// settings_table.cpp says which key fills which of them, their defaults and their limits.
+// The user's settings. Everybody may read them, and only the configuration writes them. The table in
+// settings_table.cpp gives their keys, defaults and limits.
 #pragma once
 
 #include "../layout.hpp"
@@ -10,17 +10,17 @@ enum wp_mode { WP_FILL, WP_FIT, WP_STRETCH, WP_CENTER };
 
 enum panel_screens_mode : unsigned char { PANEL_SCREENS_ALL, PANEL_SCREENS_PRIMARY, PANEL_SCREENS_NAMED };
 
-// What workspaces.conf says of one workspace.
+// What workspaces.conf says about one workspace.
 struct ws_cfg {
     bool set = false; // it has a line
-    std::array<char, 64> name{}; // empty: as it was
+    std::array<char, 64> name{}; // empty: the workspace keeps its name
     std::array<char, 64> output{}; // the output it belongs on; empty for none
     vantore_layout layout = VANTORE_LAYOUT_FLOATING;
     bool layout_set = false; // else g_default_layout counts
     vantore_tile_mode tile_mode = TM_MASTER;
 };
 
-// Where one output's wallpaper differs.
+// How the wallpaper of one output differs from the others.
 struct wp_override {
     std::array<char, 64> name{}; // the output's
     std::array<char, 1024> path{}; // empty: g_wallpaper
@@ -46,18 +46,18 @@ inline bool g_tiler_top; // its display docks at the top
 inline bool g_allow_tearing, g_game_tearing;
 inline bool g_presentation_time; // offer the presentation-time protocol; read once at the start
 inline bool g_vrr; // adaptive sync on outputs that appear
-inline int g_max_render_time; // ms before the next frame to paint it; 0 at once, -1 measured
+inline int g_max_render_time; // ms before the next blank; 0 paints at once, -1 measures
 inline std::array<char, 64> g_x_primary; // the output that X11 clients see as primary
 inline std::array<char, 64> g_primary_pref; // the primary output, a name or token id; empty for the first
-inline std::array<char, 64> g_game_output; // where fullscreen X11 games go; empty for where they are
+inline std::array<char, 64> g_game_output; // where fullscreen X11 games go; empty keeps their output
 
-// The keyboard; texts are as XKB takes them, empty for the system's default.
+// The keyboard. The texts are in XKB's form, and an empty one means the system's default.
 inline std::array<char, 64> g_kb_layout, g_kb_variant;
 inline std::array<char, 128> g_kb_options;
 inline int g_kb_repeat_rate = 25; // a second
 inline int g_kb_repeat_delay = 600; // ms
 
-// Pointing devices; accelerations from -1 to 1. Outputs are a name, "desktop", "auto" or empty.
+// Pointing devices. Accelerations go from -1 to 1. Outputs are a name, "desktop", "auto" or empty.
 inline bool g_tap_to_click, g_tp_nat_scroll, g_nat_scroll, g_accel_flat, g_left_handed, g_tablet_left_handed;
 inline float g_tp_accel, g_pointer_accel;
 inline bool g_gestures;
@@ -70,7 +70,7 @@ inline bool g_cursor_shake_magnify;
 
 // Colours and wallpaper
 inline int g_theme_kind; // 0 light, 1 dark, 2 darker with a stronger shadow
-inline bool g_saw_theme_key; // "theme" stood in the file, so "dark" no longer counts
+inline bool g_saw_theme_key; // the file has a "theme" line, so "dark" no longer counts
 inline bool g_reduce_transparency;
 inline bool g_accent_set;
 inline std::array<float, 4> g_accent; // red, green, blue, alpha

@@ -34,7 +34,7 @@ template <std::floating_point T> static void read_number(T &stored, const char *
     stored = T(cfg_fraction(value));
 }
 
-// One line for one row.
+// Stores the value of one line in the setting of one row.
 struct taking {
     const setting &row;
     const cfg_pair &line;
@@ -71,7 +71,7 @@ bool settings_take(setting_file file, const cfg_pair &line, vantore_server *serv
     return row != nullptr;
 }
 
-// What the server holds is reset only where there is one.
+// Resets what the server's record holds only if there is a server.
 struct resetting {
     vantore_server *server;
 

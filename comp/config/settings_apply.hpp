@@ -1,22 +1,22 @@
-// Carries the rows of the settings' table into the settings.
+// Stores, resets and limits the settings by the rows of their table.
 #pragma once
 
 #include "files.hpp"
 #include "settings_table.hpp"
 
-// Stores a line's value. False for an unknown key. Only compositor.conf needs the server; null leaves what
-// the server holds as it is.
+// Stores a line's value. Returns false for an unknown key. Only compositor.conf needs the server; with null,
+// the settings in the server's record stay as they are.
 bool settings_take(setting_file file, const cfg_pair &line, vantore_server *server);
 
-// To the defaults, except those that a load keeps.
+// Resets the file's settings to their defaults, except those that a load keeps.
 void settings_reset(setting_file file);
 
-// Brings those that a load keeps to what a process begins with.
+// Resets the settings that a load keeps to their defaults. Call it when a session starts.
 void settings_begin(vantore_server &server);
 
-// Brings numbers inside their limits.
+// Brings the file's numbers inside their limits.
 void settings_clamp(setting_file file);
 
-// The record of the output of this name, cut where it does not fit; a new one where there is none yet. Null
-// when there is no room for one more.
+// Returns the record of the output of this name, which is cut if it does not fit. Adds a record if there is
+// none yet, and returns null if there is no room for it.
 wp_override *wp_override_for(std::string_view name);

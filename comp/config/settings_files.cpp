@@ -7,7 +7,7 @@
 
 static constexpr const char *standard_wallpaper = "/usr/share/vantore/wallpapers/Vantore.png";
 
-// Returns how many keys are unknown.
+// Returns the number of unknown keys.
 static int parse(setting_file which, const char *path, vantore_server *server)
 {
     const config_file file = config_open(path);
@@ -50,7 +50,7 @@ void config_resolve_wallpaper(std::span<char> wallpaper, const char *standard)
         copy_text(wallpaper, "");
 }
 
-// A '#' is a character like any other here: it stands in colours and in paths.
+// A '#' starts no comment here, because colours and paths may contain it.
 void config_parse_appearance(const char *path)
 {
     settings_reset(setting_file::appearance);

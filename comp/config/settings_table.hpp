@@ -1,5 +1,5 @@
-// The one table of the keys of compositor.conf, input.conf, appearance.conf, dock.conf and panel.conf:
-// reading, resetting, limiting and docs/settings.md come from it. A new setting is one row.
+// The one table of the keys of compositor.conf, input.conf, appearance.conf, dock.conf and panel.conf.
+// Reading, resetting, limiting and docs/settings.md all follow it. A new setting is one row.
 #pragma once
 
 #include "../fwd.hpp"
@@ -17,18 +17,18 @@ struct flag_setting {
     bool initial;
 };
 
-// Limited once the whole file has been read.
+// The limits are applied after the whole file has been read.
 template <class T> struct number_setting {
     T *stored;
     T initial, least, most;
 };
 
-// Cut where it does not fit; initially empty.
+// Initially empty. A text that does not fit is cut.
 struct text_setting {
     std::span<char> stored;
 };
 
-// What the documentation says of words.
+// What the documentation says about the allowed and the default values.
 struct word_text {
     const char *values, *initial;
 };
@@ -40,7 +40,7 @@ template <class T> struct word_setting {
     word_text text;
 };
 
-// One that the server's record holds.
+// A setting that the server's record holds.
 struct server_setting {
     uint32_t vantore_server::*stored;
     uint32_t initial;
@@ -48,14 +48,14 @@ struct server_setting {
     word_text text;
 };
 
-// One with a rule of its own.
+// A setting with its own functions to read and reset it.
 struct own_setting {
     void (*take)(const char *value);
     void (*reset)();
     word_text text;
 };
 
-// "KEY.NAME", for the output of that name.
+// A setting of one output, with the key "KEY.NAME".
 struct output_setting {
     void (*take)(wp_override &output, const char *value);
     word_text text;
@@ -66,7 +66,7 @@ using setting_kind =
                  text_setting, word_setting<bool>, word_setting<int>, word_setting<wp_mode>,
                  word_setting<vantore_layout>, server_setting, own_setting, output_setting>;
 
-enum class on_load : bool { resets, keeps }; // keeps: stays as it was while no file names it
+enum class on_load : bool { resets, keeps }; // keeps: only a line in the file changes it
 
 struct setting {
     setting_file file;
@@ -77,8 +77,8 @@ struct setting {
     on_load load = on_load::resets;
 };
 
-// In the order in which keys are compared.
+// Returns the rows in the order in which they are compared with a key.
 std::span<const setting> settings();
 
-// The row of a key as a file spells it; null for none.
+// Returns the row of a key as a file spells it, or null if there is none.
 const setting *setting_find(setting_file file, std::string_view key);

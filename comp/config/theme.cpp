@@ -9,7 +9,7 @@ struct theme {
     float shadow; // alpha
 };
 
-// By g_theme_kind.
+// Indexed by g_theme_kind.
 static constexpr std::array themes{
     theme{.unfocus{0.92F, 0.93F, 0.94F, 1},
           .focus{0.86F, 0.87F, 0.88F, 1},

@@ -4,8 +4,8 @@
 #include "../color.hpp"
 
 inline color g_tb_unfocus, g_tb_focus; // title bars without and with the focus
-inline color g_tb_fg; // what is written on them
+inline color g_tb_fg; // text on title bars
 inline color g_shadow_color;
 
-// Works them out from the theme and the accent of the settings.
+// Computes these colours from the theme and the accent in the settings.
 void recompute_titlebar_colors();

@@ -21,7 +21,7 @@ static void take_option(ws_cfg &cfg, const cfg_pair &option)
     }
 }
 
-// "NAME, KEY=VALUE, ...", which is cut into its pieces.
+// Reads "NAME, KEY=VALUE, ..." and cuts the text into pieces.
 static void take_line(ws_cfg &cfg, char *text)
 {
     cfg.set = true;

@@ -1,5 +1,5 @@
-// workspaces.conf: names, outputs and layouts of the workspaces.
+// Reads workspaces.conf, which has the names, outputs and layouts of the workspaces.
 #pragma once
 
-// Fills g_ws_cfg on top of what is there. Bad lines are passed over.
+// Fills in g_ws_cfg on top of what it holds. Bad lines are skipped.
 void config_parse_workspaces(const char *path);

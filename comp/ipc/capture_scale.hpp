@@ -1,4 +1,4 @@
-// Making pictures smaller, by nearest-neighbour sampling. Plain memory, no compositor.
+// Makes pictures smaller by nearest-neighbour sampling. It works on plain memory, without a compositor.
 #pragma once
 
 #include <cstddef>
@@ -9,11 +9,11 @@ struct capture_size {
     friend bool operator==(const capture_size &, const capture_size &) = default;
 };
 
-// The size at which a picture of this size is delivered: shrunk so that its longest side is max_dim, never
-// enlarged, no side below 1. 0 is no limit.
+// Returns the size at which a picture is delivered. Its longest side shrinks to max_dim, and 0 means no
+// limit. A picture is never enlarged, and no side falls below 1.
 capture_size capture_fit(capture_size source, int max_dim);
 
-// Pixels of four bytes; the source's rows lie stride bytes apart, the target's are packed. A target of
-// another size than the source samples it.
+// Copies a picture of four-byte pixels, and samples it if the sizes differ. The rows of the source lie
+// `stride` bytes apart, and those of the target are packed.
 void capture_sample(const void *source, capture_size source_size, size_t stride, void *target,
                     capture_size target_size);

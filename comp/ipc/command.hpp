@@ -5,6 +5,6 @@
 
 #include <string_view>
 
-// Runs one command. What can't be done is left undone; only the log tells of an unknown verb. The text ends
-// at its first null byte.
+// Runs one command. A command that can't be done does nothing, and only the log tells of an unknown verb. The
+// text ends at its first null byte.
 void ipc_run_command(vantore_server &server, std::string_view text);

@@ -29,7 +29,8 @@ static void append_layer(strbuf &sb, const vantore_layer_surface &l)
                surface.surface->mapped ? "true" : "false");
 }
 
-// The directory is everybody's: somebody may have put a link or a pipe there.
+// Anybody may write to the directory, so the path may be a link or a pipe. Returns -1 unless it is a regular
+// file.
 static int open_regular(const char *path)
 {
     const int fd = open(path, O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0644);

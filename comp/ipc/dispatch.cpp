@@ -35,7 +35,7 @@ static void subscribe(vnt_ipc_client &client, uint32_t type, std::string_view)
     ipc_send_reply(client.fd, type, success);
 }
 
-// The descriptor is -1 where there is nothing to show.
+// `Capture` returns -1 if there is nothing to show.
 template <int (*Capture)(vantore_server &, std::string_view, strbuf &)>
 static void answer_capture(vnt_ipc_client &client, uint32_t type, std::string_view payload)
 {
@@ -49,7 +49,7 @@ static void answer_capture(vnt_ipc_client &client, uint32_t type, std::string_vi
     close(file);
 }
 
-// GPU buffers can't be handed out yet.
+// We can't hand out GPU buffers yet.
 static void refuse_capture(vnt_ipc_client &client, uint32_t type, std::string_view)
 {
     ipc_send_reply(client.fd, type, no_capture);

@@ -5,7 +5,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-// False when the file can't hold the picture.
+// Returns false if the file can't hold the picture.
 static bool fill_file(int file, const void *full, capture_size source, size_t fstride, capture_size size)
 {
     const size_t bytes = size_t(size.width) * 4 * size_t(size.height);

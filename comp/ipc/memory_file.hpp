@@ -1,4 +1,4 @@
-// Pictures in anonymous memory files, for handing over to other programs.
+// Puts pictures into anonymous memory files, to hand them to other programs.
 #pragma once
 
 #include "capture_scale.hpp"
@@ -7,7 +7,7 @@
 
 struct strbuf;
 
-// Puts a picture of four bytes a pixel, rows `fstride` bytes apart, into a new memory file, shrunk so that
-// its longest side is at most max_dim (0: no limit). Appends the reply that describes it to `meta`. The
-// caller closes the descriptor; -1 on failure, with nothing appended.
+// Puts a picture into a new memory file and shrinks it so that its longest side is at most max_dim (0: no
+// limit). A pixel is four bytes, and rows lie `fstride` bytes apart. Appends the reply that describes the
+// file to `meta`. The caller closes the descriptor. Returns -1 on failure and appends nothing.
 int vnt_rgba_to_memfd(const void *full, int sw, int sh, size_t fstride, int max_dim, strbuf &meta);

@@ -7,7 +7,8 @@
 #include <cstdint>
 #include <string_view>
 
-// A frame: the magic, the payload's length and the message type (both 32 bits, host byte order), the payload.
+// A frame consists of the magic, the payload's length, the message type and the payload. Both numbers have 32
+// bits in host byte order.
 inline constexpr std::string_view ipc_magic = "i3-ipc";
 inline constexpr size_t ipc_header_size = 14;
 inline constexpr uint32_t ipc_largest_request = 0x100000; // payload bytes that a client may send in one frame
@@ -22,7 +23,7 @@ enum vnt_ipc_msg : uint32_t {
     VNT_MSG_CAPTURE = 6,
     VNT_MSG_CAPTURE_DMABUF = 7,
     VNT_MSG_CAPTURE_SUBSCRIBE = 8,
-    VNT_MSG_CAPTURE_FRAME = 9, // pushed by the compositor only
+    VNT_MSG_CAPTURE_FRAME = 9, // only the compositor sends it
 };
 
 // An event's frame has no payload; its type is the event's code with this bit set.

@@ -21,14 +21,14 @@ static const char *name_of(const vantore_output *o)
     return o != nullptr ? o->wlr_output->name : nullptr;
 }
 
-// Appends the text, then a JSON string. For keys of objects: sb_key(sb, ",\"name\":", name).
+// Appends the text and then a JSON string. Use it for members of objects: sb_key(sb, ",\"name\":", name).
 static void sb_key(strbuf &sb, std::string_view key, const char *value)
 {
     sb_append(sb, key.data(), key.size());
     sb_jstr(sb, value);
 }
 
-// Appends a JSON array: `append` is called with each record that `wanted` accepts.
+// Appends a JSON array. It calls `append` with each record that `wanted` accepts.
 template <auto Link, class Wanted, class Append>
 static void sb_array(strbuf &sb, wl_list &list, Wanted wanted, Append append)
 {

@@ -24,8 +24,8 @@ const char *ipc_words::next()
     return strtok_r(std::exchange(start, nullptr), blanks, &rest);
 }
 
-// Reads a number and moves `at` behind it. Without one nothing changes and the result is false. Numbers that
-// don't fit an int become the nearest that does.
+// Reads a number and moves `at` past it. If there is none, it returns false and changes nothing. A number
+// that does not fit gives the nearest int.
 static bool take_int(const char *&at, int &number)
 {
     char *end = nullptr;
@@ -37,7 +37,7 @@ static bool take_int(const char *&at, int &number)
     return true;
 }
 
-// 0, which no window has, for what is no number or too large.
+// Returns 0, which no window has, if the text is not a number or the number is too large.
 static uint32_t take_id(const char *&at)
 {
     char *end = nullptr;

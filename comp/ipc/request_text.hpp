@@ -1,4 +1,4 @@
-// The texts of requests, read without a compositor: words of commands, sizes, what is to be captured.
+// Reads the texts of requests without a compositor: the words of commands, sizes, and what to capture.
 #pragma once
 
 #include "../wlr.hpp"
@@ -8,14 +8,14 @@
 #include <string>
 #include <string_view>
 
-// The words of a text, split at blanks, tabs and line ends. The text ends at its first null byte.
+// Splits a text into words at blanks, tabs and line ends. The text ends at its first null byte.
 class ipc_words
 {
 public:
     explicit ipc_words(std::string_view source);
     ipc_words(const ipc_words &) = delete;
     ipc_words &operator=(const ipc_words &) = delete;
-    // Null when there are no more. The word lives as long as this object.
+    // Returns null after the last word. A word lives as long as this object.
     const char *next();
 
 private:
@@ -29,10 +29,10 @@ struct ipc_size {
     friend bool operator==(const ipc_size &, const ipc_size &) = default;
 };
 
-// The window id of "id:N". 0, which no window has, for null and for any other word.
+// Returns the window id of "id:N". Null and any other word give 0, which no window has.
 uint32_t ipc_parse_window_id(const char *word);
 
-// "WIDTHxHEIGHT", whatever follows it.
+// Reads "WIDTHxHEIGHT" and ignores what follows.
 std::optional<ipc_size> ipc_parse_size(const char *text);
 
 enum class capture_kind : unsigned char { window, output, region, everything };
@@ -45,8 +45,8 @@ struct capture_spec {
     int max_dim = 0; // longest side in pixels; 0 for no limit
 };
 
-// Reads at most 127 bytes, up to the first null byte. Every text means something: what is missing is 0.
+// Reads at most 127 bytes, up to the first null byte. Every text is valid, and missing numbers are 0.
 capture_spec ipc_parse_capture(std::string_view text);
 
-// The window id of a thumbnail request, of which 31 bytes are read.
+// Returns the window id of a thumbnail request. Only its first 31 bytes are read.
 uint32_t ipc_parse_thumbnail(std::string_view text);

@@ -1,11 +1,12 @@
-// The verb `seat`: a script's hand on the pointer. It uses the seat that real devices use, so that clients
-// can't tell the difference.
+// The verb `seat`, with which scripts move the pointer and press its buttons. It uses the same seat as real
+// devices, so clients can't tell the difference.
 //
-// Buttons and the wheel go to the client under the pointer, past title bars, bindings and drags of windows.
+// Buttons and the wheel go to the client under the pointer. Title bars, bindings and drags of windows never
+// see them.
 #pragma once
 
 #include "../fwd.hpp"
 #include "request_text.hpp"
 
-// The words are those behind `seat`. What they don't say takes its default; unknown subcommands do nothing.
+// Takes the words after `seat`. Missing words get their defaults, and unknown subcommands do nothing.
 void ipc_seat_command(vantore_server &server, ipc_words &words);

@@ -1,4 +1,4 @@
-// The IPC socket, as data.
+// The state of the IPC socket.
 #pragma once
 
 #include "../records.hpp"

@@ -1,9 +1,9 @@
-// The clients that asked to hear of changes.
+// Tells the clients that have subscribed about changes.
 #pragma once
 
 #include "../events.hpp"
 #include "../fwd.hpp"
 
-// A receiver of broadcasts: sends the event to every subscriber. One that can't take it at once is condemned;
-// events are never queued.
+// Receives broadcasts and sends the event to every subscriber. Events are never queued: a subscriber that
+// can't take one at once is condemned.
 void ipc_tell_subscribers(vantore_server &server, vnt_event event);

@@ -6,15 +6,15 @@
 #include <array>
 #include <sys/types.h>
 
-// Where a compositor of this process id puts its socket; cut where it does not fit.
+// Returns the socket's path for a compositor with this process id. A path that does not fit is cut.
 std::array<char, 108> ipc_socket_path(pid_t pid);
 
 // Opens the socket and publishes its path as VANTORESOCK. A failure is logged, and the session goes on
-// without the socket and without the variable.
+// without the socket and the variable.
 void ipc_init(vantore_server &server);
-// Ends every connection and the socket. Does nothing without a socket.
+// Ends every connection and closes the socket. Does nothing if there is no socket.
 void ipc_finish(vantore_server &server);
 
-// Condemns a client: it gets no more events, no more of its requests are run, and it is freed when nothing of
-// it is on the stack any more. Idempotent.
+// Condemns a client. It gets no more events and none of its requests run any more. The event loop frees it
+// later, when no function uses it. A second call is harmless.
 void ipc_client_dispose(vnt_ipc_client &client);

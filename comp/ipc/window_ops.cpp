@@ -41,7 +41,7 @@ static void apply_winop(vantore_toplevel &t, vnt_winop op, long arg)
     }
 }
 
-// By their ids: an operation on one window may take others off the list or change its order.
+// Returns ids and not pointers, because an operation on one window may remove or reorder others in the list.
 static std::vector<uint32_t> windows_of_app(vantore_server &server, std::string_view name)
 {
     std::vector<uint32_t> ids;

@@ -4,8 +4,8 @@
 
 using color_transform = handle<wlr_color_transform, wlr_color_transform_unref>;
 
-// What wlr_gamma_control_v1_apply does, which loses a reference to the table each time (wlroots 0.20).
-// Without a control or a table the output goes back to none.
+// Does the same as wlr_gamma_control_v1_apply, which leaks a reference to the table with each call (wlroots
+// 0.20). Without a control or a table, the output loses its transform.
 static bool gamma_control_apply(wlr_gamma_control_v1 *control, wlr_output_state *state)
 {
     if (control == nullptr || control->table == nullptr) {

@@ -1,8 +1,9 @@
-// The life of an output: from the backend's announcement to its destruction.
+// Handles the life of an output, from the backend's announcement to its destruction.
 //
-// A dying output is let go of in a fixed order. Our destroy listener is attached before the scene output
-// exists and so runs before the scene's own. The scene output and the place in the layout go before
-// anything touches a scene node, since the scene would let surfaces enter the dying output again.
+// A dying output is taken apart in a fixed order. Our destroy listener runs before the scene's own, because
+// it is attached before the scene output exists. It removes the scene output and the output's place in the
+// layout before anything touches a scene node. Otherwise the scene would let surfaces enter the dying output
+// again.
 
 #include "output.hpp"
 #include "lookup.hpp"
@@ -42,7 +43,7 @@ static void output_destroy(vantore_output &o)
     if (o.wlr_output == server.virtual_output)
         server.virtual_output = nullptr;
     output_leaves(server, o.wlr_output);
-    if (!server.shutting_down) { // the scene and its outputs have gone by then
+    if (!server.shutting_down) { // the end of the session destroys the scene before the outputs
         if (o.scene_output != nullptr)
             wlr_scene_output_destroy(o.scene_output);
         wlr_output_layout_remove(server.output_layout, o.wlr_output);
@@ -86,7 +87,7 @@ static void attach_listeners(vantore_output &o)
     listen<&vantore_output::destroy, output_destroy>(o, events.destroy);
 }
 
-// False when the layout or the scene can't hold another output.
+// Returns false if the layout or the scene can't hold another output.
 static bool join_layout_and_scene(vantore_output &o)
 {
     vantore_server &server = *o.server;
@@ -105,7 +106,7 @@ static void hand_workspace_to(vantore_output &o)
     if (ws != nullptr)
         ws_bind(*ws, o);
     refresh_workspace_visibility(*o.server);
-    arrange_workspace(ws); // its windows may come from an output that lay elsewhere
+    arrange_workspace(ws); // its windows may come from an output at another place
 }
 
 void server_new_output(vantore_server &server, struct wlr_output *wlr_output)

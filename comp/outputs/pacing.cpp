@@ -23,7 +23,8 @@ static void tell_of_giving_up(const vantore_output &o)
             output_name(o.wlr_output));
 }
 
-// A frame's time is read when the next one starts: the GPU has finished by then, and nobody waits for it.
+// Reads the time of the last frame when the next one starts. The GPU has finished by then, so nobody waits
+// for it.
 static void read_measurement(vantore_output &o)
 {
     if (!o.rt_pending)
@@ -42,7 +43,8 @@ void pacing_drop_measurement(vantore_output &o)
     o.rt_pending = false;
 }
 
-// A commit for which nothing had to be rendered tells nothing about what rendering costs.
+// Keeps the measurement only if the commit rendered something. Otherwise it says nothing about the cost of
+// rendering.
 static void commit_measured(vantore_output &o)
 {
     o.rt = {};
@@ -54,7 +56,7 @@ static void commit_measured(vantore_output &o)
         wlr_scene_timer_finish(&o.rt);
 }
 
-// A driver that can't tear now shows the frame in step with the blank.
+// If the driver can't tear at the moment, the frame is shown in step with the blank.
 static void commit_tearing(vantore_output &o)
 {
     if (!wlr_scene_output_needs_frame(o.scene_output))
@@ -96,7 +98,8 @@ void pacing_start(vantore_output &o)
     o.frame_timer = timer_create(o.server->display, output_frame_timer, &o);
     if (o.wlr_output->refresh > 0)
         o.refresh_nsec = ns_times_mhz / o.wlr_output->refresh;
-    // A frame without a timer may also be one that had nothing to render.
+    // Ask the renderer, because a later frame without a timer proves nothing: it may have had nothing to
+    // render.
     o.times.rt_giveup = !g_platform.has_render_timers(o.server->renderer);
     if (o.times.rt_giveup)
         tell_of_giving_up(o);
@@ -110,7 +113,7 @@ static int delay_of_paint(const vantore_output &o)
     return paint_delay_ms(o.last_present_ns, o.refresh_nsec, budget, g_platform.monotonic_ns());
 }
 
-// A frame event before the timer has fired arms it anew, or disarms it and paints in its place.
+// A frame event that arrives before the timer fires rearms the timer, or disarms it and paints at once.
 void output_frame(vantore_output &o)
 {
     const int delay = delay_of_paint(o);
@@ -119,7 +122,7 @@ void output_frame(vantore_output &o)
         output_do_repaint(o);
 }
 
-// Under adaptive sync the period is the last one that was seen.
+// Under adaptive sync the event has no period, and the last known one stays.
 void output_present(vantore_output &o, const wlr_output_event_present *event)
 {
     if (!event->presented)

@@ -47,14 +47,15 @@ int64_t paint_budget(int max_render_time, const render_times &times)
     return max_render_time > 0 ? max_render_time * ms : rt_predict(times);
 }
 
-// The first predicted blank after now, however many an idle output has let pass.
+// Returns the first predicted blank after now. An idle output may have let many blanks pass.
 static int64_t next_blank(int64_t last_present_ns, int64_t refresh_nsec, int64_t now_ns)
 {
     const int64_t passed = std::max<int64_t>(now_ns - last_present_ns, 0) / refresh_nsec;
     return last_present_ns + (passed + 1) * refresh_nsec;
 }
 
-// A presentation that a driver dates into the future would hold the picture back for more than a period.
+// A driver may date a presentation into the future. That would delay the picture by more than a period, so
+// the output then paints at once.
 int paint_delay_ms(int64_t last_present_ns, int64_t refresh_nsec, int64_t budget_ns, int64_t now_ns)
 {
     if (last_present_ns == 0 || refresh_nsec <= 0 || budget_ns < 0 || budget_ns > refresh_nsec - least_delay)

@@ -30,14 +30,15 @@ static void publish(vantore_server &server, const vantore_toplevel *window)
         shortcuts_force_hide(server);
 }
 
-// The GPU is wanted elsewhere while a window is fullscreen. A panel may have been one until now.
+// Switches the blur off while a fullscreen window needs the GPU. The walk covers all layer surfaces, because
+// a surface may just have stopped being a panel.
 static void blur_behind_panels(vantore_server &server, bool on)
 {
     for (auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces))
         effects_set_blur_tree(&l.scene->tree->node, on && is_panel(l));
 }
 
-// The file names the window that came first; another one does not replace it.
+// The file names the fullscreen window that was shown first. While one is shown, another does not replace it.
 void refresh_perf_mode(vantore_server &server)
 {
     const vantore_toplevel *window = shown_fullscreen_window(server);

@@ -5,7 +5,7 @@
 #include "lookup.hpp"
 #include "output.hpp"
 
-// A null mode leaves the output's mode alone.
+// A null mode leaves the output's mode unchanged.
 static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)
 {
     output_state state;

@@ -1,15 +1,15 @@
-// Display power: one state for all outputs, and the return from another virtual terminal.
+// Powers the displays, which share one state, and lights them after a return from another virtual terminal.
 #pragma once
 
 #include "../fwd.hpp"
 
 inline bool g_dpms_off; // outputs are powered down
-inline bool g_dpms_inhibit; // somebody keeps the displays on
+inline bool g_dpms_inhibit; // keeps the displays on
 
-// Powers all outputs up or down. While inhibited every request means up.
+// Powers all outputs up or down. While somebody keeps the displays on, every request powers them up.
 void set_dpms(vantore_server &server, bool on);
-// Setting it brings dark displays back; clearing it powers nothing down.
+// Setting it powers dark displays up again. Clearing it powers nothing down.
 void set_dpms_inhibit(vantore_server &server, bool on);
 
-// Handler of the session's active event: lights the outputs again on return, does nothing on leaving.
+// Handles the session's active event: lights the outputs again on return, and does nothing on leaving.
 void handle_session_active(vantore_server &server);

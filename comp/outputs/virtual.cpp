@@ -14,7 +14,7 @@ void virtual_output_destroy(vantore_server &server)
 {
     if (server.virtual_output != nullptr)
         wlr_output_destroy(server.virtual_output); // its record clears the field
-    server.virtual_output = nullptr; // also where it never had a record
+    server.virtual_output = nullptr; // it may never have had a record
 }
 
 void virtual_output_create(vantore_server &server, int width, int height)

@@ -27,7 +27,7 @@ static bool is_set(const char *variable)
     return variable != nullptr && *variable != '\0';
 }
 
-// Empty where the environment names no place.
+// Returns an empty string if the environment names no directory.
 static std::string xdg_autostart_directory()
 {
     const char *config = getenv("XDG_CONFIG_HOME");

@@ -1,9 +1,10 @@
-// The programs that the user wants in every session, started once when it begins. They are on their own from
-// then on, and what can't be started is passed over in silence.
+// Starts the programs that the user wants in every session, once when it begins. Nothing watches over them
+// afterwards, and a program that can't be started is skipped silently.
 #pragma once
 
-// Every line of autostart.conf, as a shell line.
+// Runs every line of autostart.conf as a shell line.
 void spawn_autostart();
 
-// The entries of the user's own autostart directory. Those of the system are meant for other desktops.
+// Starts the entries of the user's own autostart directory. The system's entries are meant for other
+// desktops.
 void spawn_xdg_autostart();

@@ -8,10 +8,10 @@
 #include <string>
 #include <unistd.h>
 
-// Of a path that is tried, without the terminating zero.
+// The longest path that is tried, without the terminating zero.
 static constexpr size_t longest_path = 1023;
 
-// What XDG_CURRENT_DESKTOP calls this session.
+// The names that XDG_CURRENT_DESKTOP gives this session.
 static constexpr std::string_view session_names[]{"Vantore", "GNOME"};
 
 template <auto Field> static std::span<char> field(desktop_entry &entry)
@@ -56,7 +56,7 @@ static void take_pair(desktop_entry &entry, const cfg_pair &line)
 desktop_entry desktop_entry_read(FILE &file)
 {
     desktop_entry entry;
-    bool ours = false; // within a section that counts
+    bool ours = false; // inside a [Desktop Entry] section
     std::array<char, 1024> buffer{};
     while (fgets(buffer.data(), int(buffer.size()), &file) != nullptr) {
         char *line = cfg_trim(buffer.data());

@@ -1,4 +1,4 @@
-// One desktop entry of the user's autostart directory: what it says, and what of that this session heeds.
+// Reads a desktop entry of the user's autostart directory and decides whether this session starts it.
 #pragma once
 
 #include <array>
@@ -15,21 +15,23 @@ struct desktop_entry {
     bool disabled = false;
 };
 
-// Reads the file's [Desktop Entry] sections. Of a key that stands twice the last counts; localised keys are
-// other keys. Longer values are cut.
+// Reads the file's [Desktop Entry] sections. The last of several equal keys counts, and a localised key is a
+// different key. Values that do not fit are cut.
 desktop_entry desktop_entry_read(FILE &file);
 
-// Exactly one of the pieces between semicolons.
+// Tells whether the token is exactly one of the pieces between semicolons.
 bool autostart_token_listed(std::string_view list, std::string_view token);
 
-// Whether an entry for these desktops, and not for those, is for this one. Empty lists name all and none.
+// Tells whether an entry is meant for this session. An empty `only` names all desktops, and an empty `not_in`
+// names none.
 bool autostart_show_here(std::string_view only, std::string_view not_in);
 
-// Whether the program can be run: a path itself, a name in a directory of PATH.
+// Tells whether the program can be run. A text with a slash is a path; any other text is looked up in PATH.
 bool autostart_prog_ok(const char *prog);
 
-// Copies a command line without its field codes; two percent signs become one. What does not fit is cut.
+// Copies a command line without its field codes. Two percent signs become one. A line that does not fit is
+// cut.
 void autostart_strip_fields(std::string_view in, std::span<char> out);
 
-// Whether the session starts it.
+// Tells whether the session starts the entry.
 bool desktop_entry_wanted(const desktop_entry &entry);

@@ -3,7 +3,7 @@
 #include "../input/modes.hpp"
 #include "../server.hpp"
 
-// The modes end first: during the lock no release would reach a drag.
+// The modes end first, because a drag would never get its release during the lock.
 void session_lock_begin(vantore_server &server)
 {
     end_modes(server);

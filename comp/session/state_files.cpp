@@ -16,7 +16,7 @@ using file_handle = handle<FILE, fclose>;
 
 using state_path = std::array<char, 512>;
 
-// Empty when there is no runtime directory.
+// Returns an empty path if there is no runtime directory.
 static state_path path_of(const char *name)
 {
     state_path path{};
@@ -25,7 +25,7 @@ static state_path path_of(const char *name)
     return path;
 }
 
-// Null when there is no runtime directory or the file can't be opened.
+// Returns null if there is no runtime directory or the file can't be opened.
 static file_handle open_state_file(const char *name)
 {
     return file_handle{fopen(path_of(name).data(), "we")};
@@ -41,7 +41,8 @@ void write_outputs_file(std::span<const char *const> names)
             fprintf(file.get(), "%s\n", name);
 }
 
-// Clients choose their app ids: one with a line's end would shift the lines. Null is empty.
+// Replaces line ends, because clients choose their app ids and a line end would shift the lines of the file.
+// Null gives an empty text.
 static std::string one_line(const char *text)
 {
     std::string line = text != nullptr ? text : "";

@@ -5,14 +5,14 @@
 #include <cstdint>
 #include <span>
 
-// One line for each name; null names are left out.
+// Writes one line for each name and leaves out null names.
 void write_outputs_file(std::span<const char *const> names);
 
-// Three lines about a fullscreen window: its output, its app id and its id. Null texts are written as empty
-// lines.
+// Writes three lines about a fullscreen window: its output, its app id and its id. A null text gives an empty
+// line.
 void write_fullscreen_file(const char *output, const char *app_id, uint32_t id);
 void remove_fullscreen_file();
 
-// The render node of the DRM device, also exported as VNT_RENDER_NODE. A negative descriptor means that there
-// is no device, and nothing is published.
+// Writes the render node of the DRM device to a file and exports it as VNT_RENDER_NODE. A negative descriptor
+// means that there is no device, and nothing is published.
 void publish_render_node(int drm_fd);
