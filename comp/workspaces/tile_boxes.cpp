@@ -110,7 +110,7 @@ static double row_weight(std::span<const tile_weight> row)
     return weight;
 }
 
-// Returns the side of the smallest square that holds all tiles, but at least 2.
+// Returns the side of the smallest square that holds all tiles, and at least 2.
 static size_t grid_columns(size_t count)
 {
     size_t columns = 2;
