@@ -143,7 +143,7 @@ pid_t tl_pid(const vantore_toplevel &t);
 // Asks the window to close and pings it. A window already known to be unresponsive is killed.
 void tl_close(vantore_toplevel &t);
 
-// Returns titlebar_height, or 0 when the compositor draws no bar for this window.
+// Returns titlebar_height, even while the bar is hidden, or 0 when the client draws its own decorations.
 int titlebar_of(const vantore_toplevel &t);
 // Whether the window's node and the node's parent are both enabled.
 bool tl_on_screen(const vantore_toplevel &t);

@@ -31,7 +31,7 @@
 // The clipboard picker must stay above fullscreen windows, even on a system without a rules file.
 static constexpr const char *lifted_app_id = "vantore-clips-overlay";
 
-// A window that is mapped again keeps the states of its earlier map.
+// A window that is mapped again is still fullscreen or maximized if it was so before.
 static void send_first_size(vantore_toplevel &t)
 {
     wlr_xdg_toplevel *xdg = t.xdg_toplevel;
