@@ -1,8 +1,9 @@
 // From a chord to its action.
 //
-// Whoever has the keyboard may want it whole: a client with a shortcuts inhibitor gets all chords but those
-// that take pictures, a window that fills its output those that are not clearly the desktop's. The emergency
-// chords stand before all that: nothing that the user or a client has set up can take them away.
+// Whoever has the keyboard may claim most chords. A client with a shortcuts inhibitor gets all chords except
+// those that take pictures. A window that fills its output gets all chords except those that clearly belong
+// to the desktop. The emergency chords come first, so nothing that the user or a client sets up can disable
+// them.
 
 #include "actions.hpp"
 
@@ -26,9 +27,9 @@
 #include <string_view>
 
 static constexpr uint32_t control_shift = WLR_MODIFIER_CTRL | WLR_MODIFIER_SHIFT;
-// Lock modifiers never matter.
+// Only these modifiers count. Lock modifiers are ignored.
 static constexpr uint32_t chord_modifiers = control_shift | WLR_MODIFIER_ALT | WLR_MODIFIER_LOGO;
-// The first of 256 keysyms: volume, brightness, playback and the like.
+// The first of 256 keysyms for volume, brightness, playback and the like.
 static constexpr xkb_keysym_t media_keysyms = 0x1008ff00;
 
 static bool contains(const vnt_bind &bind, std::string_view text)
@@ -52,7 +53,7 @@ static void show_workspace(vantore_server &server, const vnt_bind &bind)
     goto_workspace(server, bind.arg);
 }
 
-// The shell shows the new level, but not over a game.
+// Makes the shell show the new level, except over a game.
 static void announce_level(vantore_server &server, const vnt_bind &bind)
 {
     if (focused_is_fullscreen(server))
@@ -116,7 +117,7 @@ static void show_clipboard(vantore_server &server, const vnt_bind &)
 
 struct action {
     vnt_action act;
-    void (*run)(vantore_server &server, const vnt_bind &bind); // null: takes the key and does nothing
+    void (*run)(vantore_server &server, const vnt_bind &bind); // null takes the key and does nothing
 };
 
 static constexpr action actions[]{
@@ -193,7 +194,7 @@ static bool shortcuts_inhibited(const vantore_server &server)
     return inhibitor != nullptr && inhibitor->surface == server.seat->keyboard_state.focused_surface;
 }
 
-// Chords that no game uses, or that the player must not lose.
+// Whether the chord is one that no game uses, or one that the player must not lose.
 static bool works_in_games(const vantore_server &server, const vnt_bind &bind)
 {
     const bool media_key = (bind.keysym & ~0xffU) == media_keysyms;

@@ -6,9 +6,10 @@
 #include <cstdint>
 #include <xkbcommon/xkbcommon.h>
 
-// Runs what a pressed key is bound to, if anything, and if whoever has the keyboard lets it. `mods` is the
-// keyboard's whole mask, `sym` what the key means without Shift. True when no client may have the key.
+// Runs the binding of a pressed key, unless whoever has the keyboard may keep the key. `mods` is the
+// keyboard's whole mask, and `sym` is what the key means without Shift. Returns true when no client may have
+// the key.
 bool handle_keybinding(vantore_server &server, uint32_t mods, xkb_keysym_t sym);
 
-// One step in a vnt_direction; none for any other number.
+// Sets the step in a vnt_direction, or 0, 0 for any other number.
 void dir_to_delta(int dir, int &dx, int &dy);

@@ -6,7 +6,7 @@
 #include <array>
 #include <cstdio>
 
-// Overwritten by the next call.
+// The next call may overwrite the text.
 static const char *dbg_surface_tag(wlr_surface *surface)
 {
     static std::array<char, 256> tag;

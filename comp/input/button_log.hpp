@@ -1,8 +1,8 @@
-// What the log says of pointer buttons when the user asks for it.
+// Logs pointer buttons when the user asks for it.
 #pragma once
 
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
-// Where the button goes as things stand now.
+// Logs where the button goes in the present state.
 void log_button(const vantore_server &server, const wlr_pointer_button_event &event);

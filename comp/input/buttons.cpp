@@ -1,5 +1,5 @@
-// Who gets a button: the lock screen, a panel, a drag, a title bar, a resize border, a client. Each is a
-// stage of the two tables below.
+// Decides who gets a button: the lock screen, a panel, a drag, a title bar, a resize border or a client. Each
+// is a stage of the two tables below.
 
 #include "buttons.hpp"
 
@@ -33,14 +33,14 @@ static void notify_client(vantore_server &server, const wlr_pointer_button_event
     wlr_seat_pointer_notify_button(server.seat, event.time_msec, event.button, event.state);
 }
 
-// The Logo key itself, whatever the window-manager modifier is.
+// This means the Logo key itself, whatever the window-manager modifier is.
 static bool logo_is_held(const vantore_server &server)
 {
     wlr_keyboard *keyboard = wlr_seat_get_keyboard(server.seat);
     return keyboard != nullptr && (wlr_keyboard_get_modifiers(keyboard) & WLR_MODIFIER_LOGO) != 0;
 }
 
-// The corner of the window's quarter that the pointer is in.
+// Returns the corner of the window that is nearest to the pointer.
 static uint32_t nearest_corner(const vantore_toplevel &t)
 {
     const wlr_box box = toplevel_box(t);
@@ -71,7 +71,7 @@ static bool press_on_tab(vantore_server &server, const wlr_pointer_button_event 
     return t != nullptr;
 }
 
-// The first press of a double click starts a drag, too.
+// The first press of a double click starts a drag too.
 static void press_on_title(vantore_toplevel &t, uint32_t time_msec)
 {
     vantore_server &server = *t.server;
@@ -108,7 +108,7 @@ static void press_in_region(vantore_toplevel &t, vantore_dec_region region, uint
     }
 }
 
-// Every button does the same there.
+// All pointer buttons do the same on a title bar.
 static bool press_on_decoration(vantore_server &server, const wlr_pointer_button_event &event)
 {
     vantore_dec_region region = DEC_NONE;
@@ -141,7 +141,7 @@ static bool press_on_frame(vantore_server &server, const wlr_pointer_button_even
            press_on_border(server, event);
 }
 
-// No drag begins or ends during a lock.
+// During a lock, no drag begins or ends.
 static bool give_to_lock_screen(vantore_server &server, const wlr_pointer_button_event &event)
 {
     if (server.locked)
@@ -157,8 +157,8 @@ static bool press_on_layer_surface(vantore_server &server, const wlr_pointer_but
     return true;
 }
 
-// Focused before the client hears of the press and once more after: whatever the client does on it, a press
-// leaves the window under the pointer focused and on top.
+// Focuses the window before the client hears of the press and once more afterwards. Whatever the client does
+// in answer, the window under the pointer ends up focused and on top.
 static bool press_on_client(vantore_server &server, const wlr_pointer_button_event &event)
 {
     focus_toplevel_ex(window_under_cursor(server), true);
@@ -167,7 +167,7 @@ static bool press_on_client(vantore_server &server, const wlr_pointer_button_eve
     return true;
 }
 
-// The client hears of the release first, also at the end of a drag.
+// The client hears of the release first, even at the end of a drag.
 static bool release_and_drop(vantore_server &server, const wlr_pointer_button_event &event)
 {
     notify_client(server, event);
@@ -177,7 +177,7 @@ static bool release_and_drop(vantore_server &server, const wlr_pointer_button_ev
 
 using button_stage = bool (*)(vantore_server &server, const wlr_pointer_button_event &event);
 
-// The first stage that takes the button ends its way.
+// The stages run in order until one takes the button.
 static constexpr button_stage press_stages[]{
     give_to_lock_screen, press_on_layer_surface, press_with_logo, press_on_frame, press_on_client,
 };

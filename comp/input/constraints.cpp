@@ -15,8 +15,8 @@ struct layout_point {
     double x, y;
 };
 
-// The layout position of a window's main surface, which reaches beyond the content where the client draws
-// shadows. Nothing for a surface that is no window's.
+// Returns the layout position of a window's main surface, which is larger than the content when the client
+// draws shadows. Returns nothing for a surface that belongs to no window.
 static std::optional<layout_point> constraint_surface_origin(vantore_server &server,
                                                              const wlr_surface *surface)
 {
@@ -61,7 +61,7 @@ void constrain_to_surface(vantore_server &server, wlr_surface *surface)
     if (previous != nullptr) {
         wlr_log(WLR_INFO, "constraint: deactivate (%s)", type_name(*previous));
         constraint_warp_to_hint(server, *previous);
-        wlr_pointer_constraint_v1_send_deactivated(previous); // destroys one that is good for once
+        wlr_pointer_constraint_v1_send_deactivated(previous); // destroys a one-shot constraint
     }
     server.active_constraint = c;
     if (c == nullptr)
@@ -84,11 +84,11 @@ static void constraint_handle_destroy(vantore_constraint &record)
     delete &record;
 }
 
-// A window that is gone would otherwise hold the pointer as long as nothing else takes the focus.
+// Otherwise a window that is gone would hold the pointer until another one takes the focus.
 static void constraint_handle_unmap(vantore_constraint &record)
 {
     if (record.server->active_constraint == record.constraint)
-        constrain_to_surface(*record.server, nullptr); // may delete the record
+        constrain_to_surface(*record.server, nullptr); // a one-shot constraint's record is deleted here
 }
 
 void server_new_constraint(vantore_server &server, wlr_pointer_constraint_v1 *constraint)
@@ -119,7 +119,7 @@ bool pointer_is_locked(const vantore_server &server)
            server.active_constraint->type == WLR_POINTER_CONSTRAINT_V1_LOCKED;
 }
 
-// A pointer outside of the region moves freely until it is inside.
+// A pointer outside the region moves freely until it is inside.
 static bool confine_motion(vantore_server &server, const wlr_pointer_constraint_v1 &constraint,
                            const wlr_pointer_motion_event &event)
 {

@@ -1,7 +1,7 @@
 // Pointer constraints: a client locks the pointer in its place or confines it to a region of its surface.
 //
-// At most one constraint is in force. It follows the focus: a client keeps its constraint and has it only
-// while its surface is what the user works in.
+// At most one constraint is in force. It follows the focus: a client's constraint is in force only while the
+// user works in its surface.
 #pragma once
 
 #include "../fwd.hpp"
@@ -13,20 +13,20 @@ struct vantore_constraint {
     listener unmap, destroy;
 };
 
-// Handler of the manager's new_constraint event.
+// Handles the manager's new_constraint event.
 void server_new_constraint(vantore_server &server, wlr_pointer_constraint_v1 *constraint);
 
-// Puts the surface's constraint in force, if it has one, in place of any other. Null lets go of the pointer.
-// A lock that ends puts the cursor where its client says that it drew it.
+// Puts the surface's constraint in force, if it has one, and ends any other. Null only ends the one in force.
+// When a lock ends, the cursor moves to where its client says that it drew it.
 void constrain_to_surface(vantore_server &server, wlr_surface *surface);
 
-// The surface has a constraint, in force or not.
+// Whether the surface has a constraint, in force or not.
 bool has_constraint(const vantore_server &server, wlr_surface *surface);
 
-// A window's constraint is in force, wherever the pointer is.
+// Whether a window's constraint is in force, wherever the pointer is.
 bool pointer_is_constrained(vantore_server &server);
-// Nothing but relative motion is to come of the pointer.
+// Whether a lock is in force. The pointer then produces only relative motion.
 bool pointer_is_locked(const vantore_server &server);
 
-// What the constraint in force makes of a motion. False when it leaves the motion as it is.
+// Applies the constraint in force to a motion. Returns false when the motion stays as it is.
 bool constrain_motion(vantore_server &server, const wlr_pointer_motion_event &event);

@@ -60,7 +60,7 @@ const char *resize_cursor_name(uint32_t edges)
     return bottom ? "bottom_side" : "default";
 }
 
-// The library can't scale a client's surface.
+// The library can't scale a client's surface, so an enlarged cursor shows the default image instead.
 static void show_surface(vantore_server &server)
 {
     if (server.locating.cursor_locate_step > 0)
@@ -118,7 +118,8 @@ void seat_request_set_cursor_shape(vantore_server &server,
         set_named_cursor(server, wlr_cursor_shape_v1_name(event->shape));
 }
 
-// The cursor takes a manager at the same address with the same name for no change, so the old one goes last.
+// The cursor sees no change in a manager at the old address with the same image name, so the old manager is
+// destroyed last.
 static void replace_theme(vantore_server &server, uint32_t size)
 {
     wlr_xcursor_manager *manager = load_cursor_theme(server, size);

@@ -21,13 +21,13 @@ wlr_xcursor_manager *cursor_locate_mgr(const vantore_server &server)
     return step != nullptr ? step : server.xcursor_mgr;
 }
 
-// Three times the configured size at the last step.
+// The last step is three times the configured size.
 static uint32_t size_of_step(int step)
 {
     return uint32_t(std::lround((1 + 2.0 * step / last_step) * cursor_size_for(g_cursor_size)));
 }
 
-// A size that can't be loaded is shown as the usual one.
+// A size that can't be loaded is shown in the usual size.
 static void cursor_locate_ensure_steps(vantore_server &server)
 {
     if (server.locating.xcursor_steps[last_step] != nullptr)
@@ -36,7 +36,7 @@ static void cursor_locate_ensure_steps(vantore_server &server)
         if (wlr_xcursor_manager *&manager = server.locating.xcursor_steps[size_t(i)]; manager == nullptr)
             manager = load_cursor_theme(server, size_of_step(i));
     if (server.locating.cursor_locate_step > 0)
-        cursor_reassert(server); // they were dropped while the cursor was large
+        cursor_reassert(server); // the steps were dropped while the cursor was large
 }
 
 void cursor_locate_drop_steps(vantore_server &server)
@@ -49,7 +49,8 @@ void cursor_locate_drop_steps(vantore_server &server)
             wlr_xcursor_manager_destroy(manager);
 }
 
-// A shake while the cursor is large holds it longer; one while it shrinks brings it back at once.
+// A shake while the cursor is large keeps it large for longer. A shake while it shrinks makes it large at
+// once.
 static void cursor_locate_trigger(vantore_server &server)
 {
     const int64_t now = mono_ms();
@@ -76,7 +77,7 @@ void cursor_shake_feed(vantore_server &server)
     cursor_locate_trigger(server);
 }
 
-// How much of the growth the cursor has, 0 to 1, as a function of time: fast at first.
+// Returns the part of the full growth that the cursor has at a time, from 0 to 1. It is fast at first.
 static double growth(double elapsed_ms)
 {
     const double rest = 1 - std::min(1.0, elapsed_ms / grow_ms);

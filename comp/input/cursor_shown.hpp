@@ -6,7 +6,7 @@
 #include <array>
 
 struct vantore_cursor_shown {
-    // What cursor_apply last applied; at first what no configuration can ask for.
+    // What cursor_apply applied last. At first, it is a value that no configuration can contain.
     std::array<char, 128> applied_theme{"\1"};
     int applied_size = -1;
     bool cur_cursor_named = false;

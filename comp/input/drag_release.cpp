@@ -18,7 +18,7 @@
 
 static constexpr double moved_distance_squared = 64; // 8 pixels: less is a click
 
-// What there is to know of a drag when it ends.
+// The state of a drag when it ends.
 struct ended_drag {
     vantore_toplevel *t;
     bool was_move;
@@ -40,7 +40,7 @@ static void settle_where_it_is(vantore_toplevel &t)
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
-// True when the window has landed and nothing else is to be done with it.
+// Returns true when the window has landed and nothing else remains to be done with it.
 static bool land_by_tiler(vantore_server &server, const ended_drag &drag)
 {
     if (!drag.tiler_was_up || drag.t->fullscreen)

@@ -23,7 +23,8 @@ struct lookup {
     double *nx, *ny;
 };
 
-// The pixel is relative to the tree. Runs for every window at every motion of the pointer.
+// `x` and `y` are relative to the tree. This runs for every window at every motion of the pointer, so it must
+// stay cheap.
 static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree, int x, int y)
 {
     const wlr_scene_node *windows = &at.server.toplevel_tree->node;
@@ -45,7 +46,7 @@ static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree
     return nullptr;
 }
 
-// Far beyond any layout of outputs.
+// This is far beyond any layout of outputs.
 static constexpr double farthest = 1e9;
 
 static int pixel_at(double coordinate)
@@ -130,7 +131,7 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
     return hit.surface != nullptr ? owner_above(*node) : nullptr;
 }
 
-// The window whose title bar or body is at the point; whatever lies behind it is hidden.
+// Whether the point is on the window's title bar or body. Either one hides what lies behind it.
 static bool covers_in_front(const vantore_toplevel &t, double rx, double ry)
 {
     if (rx < 0 || ry < (t.ssd ? -titlebar_height : 0))

@@ -1,7 +1,7 @@
-// The user's activity, for everybody who waits for idleness.
+// Reports the user's activity to everybody who waits for idleness.
 #pragma once
 
 #include "../fwd.hpp"
 
-// Called first by the handlers of what the user does.
+// Every handler of user input calls this first.
 void idle_poke(vantore_server &server);

@@ -8,5 +8,5 @@ struct vantore_ime_relay {
     wlr_input_method_v2 *input_method = nullptr; // null while none is connected
 };
 
-// Null when keys go to the focused client.
+// Returns null when keys go to the focused client.
 wlr_input_method_keyboard_grab_v2 *input_method_grab(const vantore_server &server);

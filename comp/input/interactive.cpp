@@ -24,7 +24,8 @@ static bool is_on_tiling_workspace(const vantore_toplevel &t)
     return t.workspace != nullptr && t.workspace->layout == VANTORE_LAYOUT_TILING;
 }
 
-// The size to come back to; a side that is not known stays as it is.
+// Returns the size before the window was snapped or maximized. A side that is not known keeps its present
+// length.
 static wlr_box size_before_snap(const vantore_toplevel &t)
 {
     const wlr_box &before = t.snapped ? t.snap_geo : t.saved_geo;
@@ -42,7 +43,8 @@ static void clear_maximized(vantore_toplevel &t)
     tl_set_maximized(t, false);
 }
 
-// At the same relative place under the pointer, its title bar just there.
+// Returns the window to its earlier size. The pointer stays at the same fraction of the width, at the top
+// edge of the title bar.
 static void unsnap(vantore_toplevel &t)
 {
     const wlr_cursor &cursor = *t.server->cursor;
@@ -75,7 +77,7 @@ static void begin_move(vantore_toplevel &t)
     wlr_scene_node_raise_to_top(&t.scene_tree->node);
 }
 
-// The window geometry in layout coordinates, its offset in the surface counted.
+// Returns the window geometry in layout coordinates, including its offset in the surface.
 static wlr_box offset_box(const vantore_toplevel &t)
 {
     wlr_box box = tl_get_geometry(t);
@@ -96,7 +98,8 @@ static void begin_resize(vantore_toplevel &t, uint32_t edges)
     server.drag.resize_edges = edges;
 }
 
-// A client may ask for a drag while another window is dragged: that one is put back below the new one.
+// A client may ask for a drag while another window is dragged. The other window is put back below the new
+// one.
 static void let_go_of_other(vantore_toplevel &t)
 {
     vantore_drag &drag = t.server->drag;

@@ -13,7 +13,7 @@ static const char *or_null(const char *text)
 
 static xkb_keymap_handle compile_layout(xkb_context *context)
 {
-    // Variant and options mean nothing without the layout that they belong to.
+    // A variant and options mean nothing without a layout.
     if (g_kb_layout[0] == '\0')
         return xkb_keymap_handle{xkb_keymap_new_from_names(context, nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS)};
     const xkb_rule_names names{

@@ -1,4 +1,5 @@
-// The user's wishes for mice, touchpads and tablets, decided on plain values and then handed to libinput.
+// The user's settings for mice, touchpads and tablets. They are decided on plain values and then handed to
+// libinput.
 #pragma once
 
 #include "../wlr.hpp"
@@ -7,7 +8,7 @@
 
 struct device_capabilities {
     bool tablet = false;
-    int tap_fingers = 0; // 1 and more mean a touchpad
+    int tap_fingers = 0; // 1 or more means a touchpad
     bool natural_scroll = false;
     bool acceleration = false;
     bool left_handed = false;
@@ -24,7 +25,7 @@ struct device_preferences {
     bool tablet_left_handed = false;
 };
 
-// What is not set stays as the device has it.
+// The device keeps its own value for what is not set.
 struct device_settings {
     std::optional<bool> tap, disable_while_typing, natural_scroll, left_handed;
     std::optional<double> acceleration;
@@ -34,5 +35,5 @@ struct device_settings {
 
 device_settings settings_for(const device_capabilities &can, const device_preferences &wish);
 
-// Nothing for a device that has no libinput handle.
+// Does nothing for a device without a libinput handle.
 void apply_libinput_settings(wlr_input_device *device);

@@ -1,11 +1,11 @@
-// A pointer that is shaken to be found, as data. Times are those of mono_ms.
+// The state of the shaken pointer, as data. Times are those of mono_ms.
 #pragma once
 
 #include "../wlr.hpp"
 #include "shake.hpp"
 
 struct vantore_locating {
-    // By cursor_locate_step; null until they are needed.
+    // Indexed by cursor_locate_step. Null until the first shake.
     std::array<wlr_xcursor_manager *, 10> xcursor_steps{};
     bool cursor_locate_on = false;
     bool cursor_locate_shrinking = false;

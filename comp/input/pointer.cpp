@@ -18,7 +18,8 @@
 
 static constexpr double ffm_distance_squared = 64; // 8 pixels
 
-// For games: how far the device moved, whatever becomes of the cursor. The client under the pointer hears it.
+// Tells the client under the pointer how far the device moved, whatever happens to the cursor. Games use
+// this.
 static void send_relative_motion(vantore_server &server, uint32_t time_msec, double dx, double dy,
                                  double dx_unaccel, double dy_unaccel)
 {
@@ -54,7 +55,7 @@ void server_cursor_motion_absolute(vantore_server &server, wlr_pointer_motion_ab
     process_cursor_motion(server, event->time_msec);
 }
 
-// The offset lets a press be followed beyond the surface's edges.
+// Remembers the surface's position, so that a press can be followed beyond the surface's edges.
 static void deliver(vantore_server &server, uint32_t time_msec, const surface_hit &hit)
 {
     server.pointing.ptr_grab_ox = server.cursor->x - hit.sx;
@@ -79,7 +80,7 @@ static bool move_drag_icon(const motion &m)
     return false;
 }
 
-// Only what the scene shows can be reached, which during a lock is the lock screen.
+// Only what the scene shows can be hit, and during a lock that is the lock screen.
 static bool give_to_lock_screen(const motion &m)
 {
     vantore_server &server = m.server;
@@ -109,7 +110,7 @@ static bool drag_window(const motion &m)
     return false;
 }
 
-// A pressed button belongs to the client that it went down on until it is up again.
+// A pressed button belongs to the client that got the press, until the release.
 static bool has_implicit_grab(wlr_seat *seat)
 {
     return seat->pointer_state.button_count > 0 && seat->pointer_state.focused_surface != nullptr &&
@@ -143,7 +144,7 @@ static void move_anchor(vantore_server &server)
     server.pointing.ffm_anchor_y = server.cursor->y;
 }
 
-// The anchor keeps a pointer at rest from taking the focus when windows move under it.
+// The anchor keeps a resting pointer from giving the focus to windows that move under it.
 static void follow_mouse(vantore_server &server, vantore_toplevel &t)
 {
     if (!g_focus_follows_mouse || wlr_seat_pointer_has_grab(server.seat))
@@ -163,7 +164,7 @@ static void clear_pointer_focus(vantore_server &server)
     constrain_to_surface(server, nullptr);
 }
 
-// A constraint needs both the pointer and the keyboard on its surface.
+// A constraint needs the pointer and the keyboard on its surface.
 static void enter_with_constraint(vantore_server &server, uint32_t time_msec, const surface_hit &hit)
 {
     enter_and_deliver(server, time_msec, hit);
@@ -171,7 +172,7 @@ static void enter_with_constraint(vantore_server &server, uint32_t time_msec, co
     constrain_to_surface(server, has_keyboard ? hit.surface : nullptr);
 }
 
-// The border belongs to the compositor though its pixels are the client's.
+// The border belongs to the compositor, although its pixels belong to the client.
 static bool enter_resize_border(vantore_server &server, const vantore_toplevel &t)
 {
     if (toplevel_is_tiled(t) && !t.fullscreen)
@@ -209,7 +210,7 @@ static void hover_decorations(vantore_server &server, const surface_hit &hit)
         dec_hover_set(*hovered, region);
 }
 
-// Lifted windows hang among the few surfaces of the overlay layer.
+// Searches the overlay layer, because lifted windows hang there and it holds only a few surfaces.
 bool overlay_lift_active(const vantore_server &server)
 {
     const wl_list &overlays = server.layers[ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY]->children;
@@ -224,7 +225,7 @@ static bool is_behind_overlay(const vantore_server &server, const vantore_toplev
     return t != nullptr && t->fullscreen && !t->overlay_lift && overlay_lift_active(server);
 }
 
-// The border and the title bars on the way to the client; true when there is nothing left for it.
+// Handles borders and title bars before the client. Returns true when the client gets nothing.
 static bool pass_frames(vantore_server &server, vantore_toplevel *t, const surface_hit &hit)
 {
     if (t == nullptr) {
@@ -254,7 +255,7 @@ static bool give_to_client(const motion &m)
     return true;
 }
 
-// The first stage that takes the motion ends its way.
+// The stages run in order until one takes the motion.
 static constexpr bool (*motion_stages[])(const motion &) = {
     move_drag_icon,
     give_to_lock_screen,

@@ -7,13 +7,14 @@
 void server_cursor_motion(vantore_server &server, wlr_pointer_motion_event *event);
 void server_cursor_motion_absolute(vantore_server &server, wlr_pointer_motion_absolute_event *event);
 
-// Decides anew what the cursor is over. Everything that moves the cursor, or changes what lies under it,
-// ends here. `time_msec` is what clients are told, in the event clock's milliseconds.
+// Determines again what the cursor is over, and tells clients. Windows that change under a resting pointer do
+// not cause a call: the next motion corrects what clients know. `time_msec` is in milliseconds of the event
+// clock.
 void process_cursor_motion(vantore_server &server, uint32_t time_msec);
 
-// No title bar is under the pointer any more.
+// Removes the highlight from the title bar that was under the pointer.
 void pointer_leaves_decorations(vantore_server &server);
 void hover_window_leaves(vantore_server &server, const vantore_toplevel &t);
 
-// A window shows above fullscreen ones.
+// Whether a mapped window hangs above the fullscreen windows.
 bool overlay_lift_active(const vantore_server &server);

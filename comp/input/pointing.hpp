@@ -1,4 +1,4 @@
-// What the pointer leaves behind between two of its events, as data.
+// What is remembered of the pointer between two of its events, as data.
 #pragma once
 
 #include "../fwd.hpp"
@@ -6,13 +6,13 @@
 #include <cstdint>
 
 struct vantore_pointing {
-    // The pointer's position less that of the surface, at the last motion that a client heard of.
+    // The pointer's offset from the surface, at the last motion that a client heard of.
     double ptr_grab_ox = 0, ptr_grab_oy = 0;
-    // Where focus by hovering was last settled.
+    // The position at which focus follows mouse last settled.
     double ffm_anchor_x = 0, ffm_anchor_y = 0;
-    // The window whose title bar is under the pointer; mapped.
+    // The window whose title bar is under the pointer. It is mapped. Null for none.
     vantore_toplevel *hovered_toplevel = nullptr;
     // The last press on a title bar, for double clicks.
     uint32_t last_tb_msec = 0;
-    uint32_t last_tb_id = 0; // of its window; 0 for none
+    uint32_t last_tb_id = 0; // the id of its window; 0 for none
 };

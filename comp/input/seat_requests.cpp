@@ -13,9 +13,9 @@ void seat_request_set_primary_selection(vantore_server &server,
     wlr_seat_set_primary_selection(server.seat, event->source, event->serial);
 }
 
-// The library frees a drag with its source or when it ends: one without a source has to begin first. An open
-// menu gets the keyboard back; a drag under way would not survive another's beginning, so that one leak of
-// the library stays.
+// The library frees a drag with its source or when the drag ends, so a drag without a source has to begin
+// before it can be freed. An open menu then gets the keyboard back. Beginning it would end another drag that
+// is under way, so in that case the drag leaks.
 static void refuse_drag(wlr_seat *seat, wlr_drag *drag, uint32_t serial)
 {
     if (drag->source != nullptr)
@@ -45,7 +45,7 @@ void seat_start_drag(vantore_server &server, wlr_drag *drag)
     drag_icon_follow_cursor(server);
 }
 
-// Moving even an empty tree makes the scene look at all windows anew, which motion can't afford.
+// Moving even an empty tree makes the scene examine all windows again, which is too slow for every motion.
 void drag_icon_follow_cursor(vantore_server &server)
 {
     wlr_scene_tree *icons = server.drag_icon_tree;

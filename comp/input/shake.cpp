@@ -4,11 +4,11 @@
 #include <cmath>
 
 static constexpr int64_t memory_ms = 1000;
-static constexpr int64_t least_interval_ms = 8; // faster mice add nothing but work
+static constexpr int64_t least_interval_ms = 8; // faster mice would only add work
 static constexpr int fewest_samples = 4;
-static constexpr double least_extent = 100, least_path = 200, least_ratio = 4; // pixels; path by extent
+static constexpr double least_extent = 100, least_path = 200, least_ratio = 4; // pixels; path / extent
 
-// Counted from the oldest.
+// `i` counts from the oldest sample.
 static size_t slot(const shake_history &history, int i)
 {
     return size_t(history.shake_head + i) % history.shake_hist.size();

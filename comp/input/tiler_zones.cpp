@@ -37,13 +37,13 @@ const std::array<mt_zone_def, 15> MT_ZONES{{
 const mt_zone_def mt_left_third{.fx = 0, .fy = 0, .fw = third, .fh = 1};
 const mt_zone_def mt_right_third{.fx = two_thirds, .fy = 0, .fw = third, .fh = 1};
 
-static constexpr int margin_top = 22, margin_bottom = 166; // of the display in the usable area
+static constexpr int margin_top = 22, margin_bottom = 166; // from the usable area's edge to the display's top
 static constexpr int least_side = 50; // of a landing box
 
 static constexpr double canvas_x = 10, canvas_y = 20, canvas_w = 58, canvas_h = 38; // in a pad
 static constexpr double zone_gap = 1.5; // on each side that faces another zone
 static constexpr double cell_gap = 3;
-static constexpr double edge = 0.001; // fractions nearer to 0 or 1 touch the edge
+static constexpr double edge = 0.001; // fractions closer than this to 0 or 1 touch the edge
 
 wlr_box mt_hud_box(const wlr_box &usable, bool top)
 {
@@ -118,7 +118,7 @@ std::optional<wlr_fbox> mt_miniature(int index, const wlr_box &window, const wlr
     return box;
 }
 
-// A pixel more, so that the gaps between zones do not lose the pick.
+// One pixel larger than the zone, so that the gaps between zones do not lose the pick.
 static wlr_box zone_hit_box(const wlr_box &hud, const mt_zone_def &zone)
 {
     const wlr_fbox shape = mt_zone_shape(zone);

@@ -1,12 +1,12 @@
-// One timer moves everything that moves. Each animation reads the clock; the timer runs while any is
-// unfinished, so that an idle desktop does not wake.
+// One timer drives all animations. Each animation reads the clock. The timer runs only while one is
+// unfinished, so an idle desktop does not wake.
 #pragma once
 
 #include "../fwd.hpp"
 
-// Makes the timer, and takes it away.
+// Make and remove the timer.
 void anim_start(vantore_server &server);
 void anim_stop(vantore_server &server);
 
-// An animation has begun: the first tick comes at once.
+// Call this when an animation begins. The first tick comes at once.
 void anim_kick(vantore_server &server);

@@ -12,7 +12,7 @@ static wlr_scene_blur *create_below(wlr_scene_node &node, int width, int height)
     return blur;
 }
 
-// The strength tells whether it is on: a node that is off stays for the next time.
+// The strength says whether the blur is on. A node that is off is kept for the next time.
 void backdrop_blur_set(wlr_scene_blur *&blur, wlr_scene_rect *rect, bool on)
 {
     if (on && blur == nullptr)
@@ -39,21 +39,21 @@ void backdrop_blur_follow(wlr_scene_blur *blur, const wlr_scene_rect *rect)
     wlr_scene_node_set_enabled(&blur->node, rect->node.enabled && blur->strength > 0);
 }
 
-// Lives as long as its blur node.
+// Lives as long as its blur node does.
 struct buffer_backdrop {
     wlr_scene_buffer *buffer = nullptr;
     wlr_scene_blur *blur = nullptr;
     listener surface_commit, buffer_destroy, blur_destroy;
 };
 
-// The library forgets the link when either end dies.
+// The library clears the link when either end dies.
 static wlr_scene_blur *blur_of(wlr_scene_buffer &buffer)
 {
     linked_node *sibling = linked_nodes_get_sibling(&buffer.blur);
     return sibling != nullptr ? owner_of<&wlr_scene_blur::transparency_mask_source>(sibling) : nullptr;
 }
 
-// A surface's commit also puts the nodes of its subsurfaces in order, and may leave the blur among them.
+// A surface's commit also reorders the nodes of its subsurfaces, and may leave the blur among them.
 static void follow_buffer(buffer_backdrop &b)
 {
     wlr_scene_buffer &buffer = *b.buffer;

@@ -1,15 +1,16 @@
-// Blur behind a rectangle or a buffer: a node of its own right below it, with its place and size.
+// Blur behind a rectangle or a buffer. The blur is a scene node of its own right below it, with its position
+// and size.
 #pragma once
 
 #include "../wlr.hpp"
 
-// Turns it on or off; `blur` is null until it was on once and belongs to the scene. Without memory there is
-// no blur.
+// Turns the blur on or off. `blur` is null until the first use, and the scene owns it. Without memory, there
+// is no blur.
 void backdrop_blur_set(wlr_scene_blur *&blur, wlr_scene_rect *rect, bool on);
 
-// After the rectangle was moved, resized, shown or hidden. Null does nothing.
+// Call this after the rectangle was moved, resized, shown or hidden. Does nothing for null.
 void backdrop_blur_follow(wlr_scene_blur *blur, const wlr_scene_rect *rect);
 
-// The same behind a buffer, where that is not fully transparent. It follows the commits of the buffer's
-// surface and goes with the buffer. Without memory there is no blur.
+// Does the same for a buffer and blurs only where the buffer is not fully transparent. The blur follows the
+// commits of the buffer's surface and is destroyed with the buffer. Without memory, there is no blur.
 void backdrop_blur_set(wlr_scene_buffer &buffer, bool on);

@@ -1,4 +1,4 @@
-// The parts of a title bar, as arithmetic: x from the left and y from the top of the window's content.
+// The parts of a title bar. x counts from the left and y from the top of the window's content.
 #pragma once
 
 enum vantore_dec_region : unsigned char {
@@ -7,16 +7,17 @@ enum vantore_dec_region : unsigned char {
     DEC_CLOSE,
     DEC_MINIMIZE,
     DEC_MAXIMIZE,
-    DEC_GRIP, // drawn, but switched off; nothing hits it
+    DEC_GRIP, // its node is never enabled, and nothing hits it
 };
 
 inline constexpr int dec_button_size = 14;
 inline constexpr int dec_button_y = -22;
-// How far a bar one pixel wide may reach beyond its left edge, the highlight of a button included.
+// How far the parts of a bar one pixel wide may extend beyond its left edge, including the highlight of a
+// button.
 inline constexpr int dec_reach_left = 74;
 
-// Left edge of a button in a bar of this width; may lie left of 0 in a narrow one.
+// Returns the left edge of a button in a bar of width `w`. It may be negative in a narrow bar.
 int dec_button_x(int w, vantore_dec_region region);
 
-// What lies at a point of the bar; anywhere else in it is DEC_TITLEBAR.
+// Returns the part at a point of the bar. Any point outside the buttons is DEC_TITLEBAR.
 vantore_dec_region dec_region_at(int w, double rx, double ry);

@@ -12,19 +12,19 @@
 
 #include <algorithm>
 
-static constexpr int title_right_margin = 73; // the buttons' side of the bar
+static constexpr int title_right_margin = 73; // space for the buttons
 static constexpr double title_font_size = 14;
 static constexpr int title_x = 10;
 
 static constexpr int hover_width = 28, hover_height = 24, hover_radius = 6;
-static constexpr int hover_y = -27, hover_left = 7; // of its button
+static constexpr int hover_y = -27, hover_left = 7; // relative to its button
 static constexpr color close_hover{0.72F, 0.15F, 0.15F, 0.92F};
 static constexpr color other_hover{0.16F, 0.16F, 0.18F, 0.16F};
 
 static constexpr int grip_size = 16;
 static constexpr color grip_color{0.85F, 0.85F, 0.90F, 0.55F};
 
-static constexpr float see_through = 0.62F; // of a bar with what is behind it blurred
+static constexpr float see_through = 0.62F; // of a bar whose background is blurred
 
 static bool add_buffer(vantore_toplevel &t, wlr_scene_buffer *&field)
 {
@@ -67,7 +67,7 @@ static void render_buttons(vantore_toplevel &t)
     dec_render_button(t.btn_close, DEC_CLOSE, false);
 }
 
-// The order of creation is the order of stacking.
+// Creates the nodes in stacking order, the lowest first.
 bool dec_create_nodes(vantore_toplevel &t)
 {
     static constexpr color nothing{};
@@ -89,7 +89,7 @@ void dec_forget_title(vantore_toplevel &t)
     t.title_w = -1;
 }
 
-// Cairo draws nothing any more after bytes that are no UTF-8.
+// Cairo stops drawing after bytes that are not UTF-8.
 static void draw_title(cairo_t *cr, const char *title)
 {
     cairo_select_font_face(cr, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
@@ -182,7 +182,7 @@ void dec_refresh_max_button(vantore_toplevel &t)
     dec_render_button(t.btn_max, DEC_MAXIMIZE, t.maximized);
 }
 
-// A stacked window shows its tabs instead.
+// A stacked window shows tabs instead of the bar.
 static bool shows_bar(const vantore_toplevel &t)
 {
     return t.ssd && !t.fullscreen && t.stack_id == 0;
@@ -218,7 +218,7 @@ void dec_layout(vantore_toplevel &t)
         place_bar(t, w);
         if (const int title_w = std::max(w - title_right_margin, 1); title_w != t.title_w) {
             dec_render_title(t, title_w);
-            clear_hover(t); // the bar has changed under the pointer
+            clear_hover(t); // the buttons may have moved away from the pointer
         }
     }
     backdrop_blur_follow(t.titlebar_blur, t.titlebar);

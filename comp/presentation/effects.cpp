@@ -20,7 +20,7 @@ void effects_set_blur_tree(wlr_scene_node *node, bool on)
         return backdrop_blur_set(*wlr_scene_buffer_from_node(node), on);
     if (node->type != WLR_SCENE_NODE_TREE)
         return;
-    // Blur nodes come and go beside the child, so what follows it is asked for afterwards.
+    // Blur nodes appear and disappear beside the child, so the next link is read only afterwards.
     const wl_list &children = wlr_scene_tree_from_node(node)->children;
     for (wl_list *link = children.next; link != &children; link = link->next) {
         wlr_scene_node *child = wl_container_of(link, child, link);

@@ -10,7 +10,8 @@
 
 #include <tuple>
 
-// A float fills the output that it lies on, and a new window lies nowhere yet.
+// Centres the window first, because a fullscreen float covers the output that it lies on, and a new window
+// has no position yet.
 static void fill_output_of_workspace(vantore_toplevel &t)
 {
     const vantore_output *o = output_showing(t);

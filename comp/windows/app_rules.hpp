@@ -1,14 +1,15 @@
-// What rules.conf says of a window's app id, carried into the window.
+// Applies the rules of rules.conf to windows, by their app id.
 #pragma once
 
 #include "../fwd.hpp"
 
-// The first rule for the window's app id, if any: it may float or tile the window and move it to another
-// workspace, which the caller arranges.
+// Applies the first rule for the window's app id, if there is one. The rule may float or tile the window and
+// move it to another workspace. The caller arranges that workspace.
 void config_apply_rules(vantore_toplevel &t);
 
-// The part of a rule that follows a reload: shadow and rounding, both usual where no rule speaks of them.
+// Updates shadow and rounding, the part of a rule that a reload changes for windows that exist already. A
+// window without a rule has both.
 void config_refresh_rules(vantore_toplevel &t);
 
-// Puts a floating window where its rule has it, in the usable box of its workspace's output.
+// Moves a floating window to the place that its rule names, in the usable box of its workspace's output.
 void place_toplevel_rule(vantore_toplevel &t);

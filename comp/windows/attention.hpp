@@ -1,4 +1,4 @@
-// Windows that ask for attention. They never get the focus that way.
+// Windows that ask for attention. Asking never gives them the focus.
 #pragma once
 
 #include "../fwd.hpp"
@@ -6,9 +6,9 @@
 
 // Marks the window urgent until it is focused, and tells IPC subscribers.
 void toplevel_set_urgent(vantore_toplevel &t);
-// The same, but for a window that has the keyboard.
+// Does the same, except for a window that has the keyboard.
 void toplevel_mark_urgent(vantore_toplevel &t);
 
-// Handler of the activation global's request.
+// Handles the activation global's request.
 void server_xdg_activation_activate(vantore_server &server,
                                     wlr_xdg_activation_v1_request_activate_event *event);

@@ -1,4 +1,4 @@
-// Who draws a window's title bar, as client and compositor settle it by xdg-decoration.
+// Client and compositor agree by xdg-decoration on who draws a window's title bar.
 //
 // The decoration object and its window die in either order: each side clears the other's pointer to it.
 #pragma once
@@ -14,9 +14,9 @@ struct vantore_decoration {
 
 void server_new_decoration(vantore_server &server, wlr_xdg_toplevel_decoration_v1 *deco);
 
-// The first answer that a client gets: due at the window's initial commit. Nothing for a window without a
-// decoration object.
+// Sends the first answer about decorations, which is due at the window's initial commit. Does nothing for a
+// window without a decoration object.
 void deco_answer_initial_commit(vantore_toplevel &t);
 
-// The window goes.
+// Clears the decoration record's pointer to a window that is being destroyed.
 void deco_forget_window(vantore_toplevel &t);

@@ -27,7 +27,7 @@ static constexpr int bg_frame_ms = 16;
 
 static timer_source g_bg_frame_timer;
 
-// X11 clients can't ask for an output; the user can name one for their games.
+// An X11 client can't ask for an output, but the user can name one for games.
 static vantore_output *requested_output(const vantore_toplevel &t)
 {
     vantore_output *o = nullptr;
@@ -38,8 +38,8 @@ static vantore_output *requested_output(const vantore_toplevel &t)
     return o != nullptr && o->wlr_output->enabled ? o : nullptr;
 }
 
-// A float that was dragged to another output fills that one. What is on a workspace that is not on show lies
-// on no output, whatever its box says.
+// A float that was dragged to another output fills that output. A window whose workspace is not shown lies on
+// no output, whatever its box says.
 static vantore_output *output_below(const vantore_toplevel &t)
 {
     const wlr_box box = toplevel_box(t);

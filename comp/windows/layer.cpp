@@ -1,5 +1,5 @@
-// A layer surface's record lives from the client's request to the end of its role. Until its first commit,
-// and after it has been unmapped, it must not be sent a configure: the library asserts that.
+// A layer surface's record lives from the client's request to the end of its role. The library asserts that
+// no configure is sent to a surface before its first commit or after it was unmapped.
 
 #include "layer.hpp"
 
@@ -56,7 +56,7 @@ static void tell_size(vantore_layer_surface &l, const wlr_box &box)
     wlr_layer_surface_v1_configure(l.layer_surface, uint32_t(box.width), uint32_t(box.height));
 }
 
-// Shrinks `usable` by the surface's zone. A surface that is not to be seen reserves nothing.
+// Shrinks `usable` by the surface's exclusive zone. A surface that is not mapped reserves nothing.
 static void place_layer(vantore_layer_surface &l, const wlr_box &full, wlr_box &usable)
 {
     wlr_layer_surface_v1 *surface = l.layer_surface;
@@ -70,8 +70,8 @@ static void place_layer(vantore_layer_surface &l, const wlr_box &full, wlr_box &
     usable = without_zone(usable, edge, wish.exclusive_zone, margin_at(wish, edge));
 }
 
-// Those that reserve space come first, so that the others are placed in what is left. `leaving` is being
-// unmapped and is passed over.
+// Places the surfaces that reserve space first, so that the others fit into what is left. Skips `leaving`,
+// which is being unmapped.
 static wlr_box place_layers(vantore_server &server, const wlr_output *output, const wlr_box &full,
                             const vantore_layer_surface *leaving)
 {
@@ -84,7 +84,7 @@ static wlr_box place_layers(vantore_server &server, const wlr_output *output, co
     return usable;
 }
 
-// wlr_box_equal takes all empty boxes for equal.
+// wlr_box_equal considers all empty boxes equal.
 static bool same_box(const wlr_box &a, const wlr_box &b)
 {
     return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
@@ -137,7 +137,7 @@ bool is_panel(const vantore_layer_surface &l)
            strcmp(l.layer_surface->namespace_, "vantore-panel") == 0;
 }
 
-// Above docks and whatever else comes to the top layer.
+// Puts our panels above docks and everything else on the top layer.
 static void raise_panels(vantore_server &server)
 {
     for (auto &l : each<&vantore_layer_surface::link>(server.layer_surfaces))
@@ -160,7 +160,7 @@ static void layer_surface_unmap(vantore_layer_surface &l)
     arrange_layers_without(*l.server, l.layer_surface->output, &l);
 }
 
-// A surface that has lost the keyboard to a window takes it back with its next commit.
+// If a window took the keyboard from the surface, the surface takes it back with its next commit.
 static void update_keyboard(vantore_layer_surface &l)
 {
     const bool wanted =
@@ -173,14 +173,15 @@ static void update_keyboard(vantore_layer_surface &l)
     constrain_to_surface(*l.server, l.layer_surface->surface);
 }
 
-// A client that starts over or changes its wishes may wait for a configure, whatever its size.
+// A client that starts over or changes its requests may wait for a configure, even when its size stays the
+// same.
 static void layer_surface_commit(vantore_layer_surface &l)
 {
     if (l.layer_surface->initial_commit || l.layer_surface->current.committed != 0)
         l.told_width = l.told_height = 0;
     arrange_layers(*l.server, l.layer_surface->output);
     if ((l.layer_surface->current.committed & WLR_LAYER_SURFACE_V1_STATE_LAYER) != 0)
-        visible_changed(*l.server); // a panel comes or goes
+        visible_changed(*l.server); // the surface may have become a panel or stopped being one
     if (l.layer_surface->surface->mapped && !l.server->locked)
         update_keyboard(l);
 }
@@ -217,7 +218,7 @@ void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *laye
         wlr_layer_surface_v1_destroy(layer_surface);
         return;
     }
-    // Never moved afterwards, whatever layer the client changes to.
+    // The surface stays in this tree, even when the client changes its layer later.
     const auto layer = std::min<size_t>(layer_surface->pending.layer, server.layers.size() - 1);
     auto *scene = wlr_scene_layer_surface_v1_create(server.layers[layer], layer_surface);
     if (scene == nullptr) {

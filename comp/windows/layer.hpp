@@ -12,23 +12,25 @@ struct vantore_layer_surface {
     wlr_layer_surface_v1 *layer_surface = nullptr; // its data points back
     wlr_scene_layer_surface_v1 *scene = nullptr;
     listener map, unmap, commit, destroy;
-    // The size that the client was told last; 0 when it waits for one. A configure with the same size would
-    // make it draw and commit again, and so on for ever.
+    // The size that the last configure told the client, or 0 when the client still waits for a configure. A
+    // repeated configure of the same size would make the client draw and commit again, without end.
     int told_width = 0, told_height = 0;
 };
 
-// The desktop's own panel: by its namespace, and while it is on the top layer.
+// Whether this is the desktop's own panel. Its namespace tells, and it counts only while it is on the top
+// layer.
 bool is_panel(const vantore_layer_surface &l);
 
-// Handler of the shell's new_surface event.
+// Handles the shell's new_surface event.
 void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *layer_surface);
 
-// Places the output's layer surfaces and works out its usable box, in layout coordinates; arranges its
-// workspace where that box has changed. Does nothing for null or a disabled output.
+// Places the output's layer surfaces and computes its usable box, in layout coordinates. Arranges the
+// output's workspace if that box changed. Does nothing for null or a disabled output.
 void arrange_layers(vantore_server &server, wlr_output *output);
 
-// The same for every output: one that comes, goes or changes its size moves its neighbours.
+// Does the same for every output, because an output that comes, goes or changes its size moves its
+// neighbours.
 void arrange_all_layers(vantore_server &server);
 
-// The output dies: its layer surfaces are closed, and none of them reaches for it any more.
+// Closes the layer surfaces of an output that is being destroyed, and clears their pointers to it.
 void layer_surfaces_of_output_gone(vantore_server &server, const wlr_output *output);

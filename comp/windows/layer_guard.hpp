@@ -3,7 +3,6 @@
 
 #include "../wlr.hpp"
 
-// The library takes it for granted that a popup still exists when a client puts it under a layer surface.
-// From here on such a request with a popup that was dismissed is passed over; all other requests go where
-// they went before.
+// The library assumes that a popup still exists when a client puts it under a layer surface. After this call,
+// such a request is ignored when the popup was dismissed. All other requests reach the library as before.
 void ignore_dismissed_popups(wlr_layer_surface_v1 *layer_surface);

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <limits>
 
-// Sums of a client's numbers do not fit an int.
+// Sums of the client's numbers may not fit into an int.
 using wide = int64_t;
 
-// Far beyond any layout of outputs, and small enough for the scene to add sizes to it.
+// This is far beyond any layout of outputs, and small enough for the scene to add sizes to it.
 static constexpr wide farthest = 1'000'000'000;
 
 struct span {

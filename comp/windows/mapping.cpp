@@ -38,7 +38,7 @@ void focus_new_window(vantore_toplevel &t)
     if (toplevel_visible(t))
         focus_toplevel_ex(&t, true);
     if (server.seat->keyboard_state.focused_surface == focused)
-        ipc_broadcast(server, VNT_EVT_WINDOWS); // a change of focus would have told
+        ipc_broadcast(server, VNT_EVT_WINDOWS); // a change of focus announces it already
 }
 
 void leave_shown_windows(vantore_toplevel &t)

@@ -1,21 +1,22 @@
-// What every window goes through when it is mapped and unmapped, xdg or X11.
+// The steps that every window goes through when it is mapped and unmapped, xdg or X11.
 #pragma once
 
 #include "../fwd.hpp"
 
-// The workspace on show on the output under the cursor; without any, the first.
+// Returns the workspace that the current output shows. Without an output or a workspace on it, returns
+// workspace 1.
 vantore_workspace *workspace_for_new_window(vantore_server &server);
 
-// Into the middle of the usable box of the output under the cursor, which need not be the output of the
-// window's workspace. Without an output, or fullscreen, the window stays where it is.
+// Centres the window in the usable box of the output under the cursor, which need not be the output of the
+// window's workspace. Does nothing without such an output, or for a fullscreen window.
 void center_toplevel(vantore_toplevel &t);
 
-// Gives a window that can be seen the keyboard; a rule may have the view go to it first. Tells IPC
-// subscribers of the new window in any case.
+// Gives the window the keyboard if it can be seen. If its rule says so, its workspace is shown first. IPC
+// subscribers hear of the new window in any case.
 void focus_new_window(vantore_toplevel &t);
 
-// Takes the window off server.toplevels, and with it from what its output shows.
+// Removes the window from server.toplevels and announces that it can no longer be seen.
 void leave_shown_windows(vantore_toplevel &t);
 
-// Hands the keyboard on where the window that has just gone had it, or nobody has it.
+// Focuses another window if the window that was unmapped had the keyboard, or if nobody has it.
 void refocus_after_unmap(vantore_toplevel &t);

@@ -10,12 +10,12 @@ struct vantore_popup {
     wlr_xdg_popup *xdg_popup = nullptr;
     vantore_server *server = nullptr;
     listener commit, reposition, destroy;
-    wlr_scene_tree *tree = nullptr; // null once it has gone with the window's tree
+    wlr_scene_tree *tree = nullptr; // null after the window's tree took it along
     listener tree_destroy;
 };
 
-// The xdg surface of the window that a chain of popups hangs from. Null when the chain is broken or starts
-// at something else.
+// Returns the xdg surface of the window that a chain of popups hangs from. Null when the chain is broken or
+// does not start at an xdg surface.
 static wlr_xdg_surface *root_surface(const wlr_xdg_popup &popup)
 {
     wlr_surface *parent = popup.parent;
@@ -34,8 +34,8 @@ static vantore_toplevel *window_of(const wlr_xdg_popup &popup)
     return root != nullptr ? toplevel_of(*root) : nullptr;
 }
 
-// The limit is the whole output that holds the window's top left corner, panels included: a nested menu stays
-// with its window, wherever the menu that it comes from lies.
+// Keeps the popup inside the output that holds the window's top left corner, panels included. A nested menu
+// stays on that output too, even if its parent menu lies elsewhere.
 static void popup_unconstrain(const vantore_popup &p)
 {
     const vantore_toplevel *t = window_of(*p.xdg_popup);
@@ -43,7 +43,7 @@ static void popup_unconstrain(const vantore_popup &p)
         return;
     const wlr_scene_node &node = t->scene_tree->node;
     wlr_output_layout *layout = p.server->output_layout;
-    wlr_output *output = wlr_output_layout_output_at(layout, node.x + 1, node.y + 1); // just inside
+    wlr_output *output = wlr_output_layout_output_at(layout, node.x + 1, node.y + 1); // a pixel inside
     if (output == nullptr)
         return;
     wlr_box box{};
@@ -52,8 +52,8 @@ static void popup_unconstrain(const vantore_popup &p)
     box.x += geometry.x - node.x;
     box.y += geometry.y - node.y;
     wlr_xdg_popup_unconstrain_from_box(p.xdg_popup, &box);
-    // A menu that asks to be cut, and of which nothing would be left, is shown as it asks: no client can draw
-    // nothing.
+    // If the client allows its menu to be cut and nothing would be left of it, the menu gets the box that it
+    // asked for. No client can draw an empty menu.
     auto &scheduled = p.xdg_popup->scheduled;
     if (scheduled.geometry.width < 1 || scheduled.geometry.height < 1)
         wlr_xdg_positioner_rules_get_geometry(&scheduled.rules, &scheduled.geometry);
@@ -80,7 +80,7 @@ static void handle_tree_destroy(vantore_popup &p)
     p.xdg_popup->base->data = nullptr;
 }
 
-// The xdg_surface may live on, and become a popup again: nothing of this one may stay behind.
+// The xdg_surface may outlive this popup and become a popup again, so nothing of this one may remain.
 static void xdg_popup_destroy(vantore_popup &p)
 {
     if (p.tree != nullptr)
@@ -101,8 +101,8 @@ static bool has_role_object(const wlr_xdg_surface &surface)
     return false;
 }
 
-// The library accepts a parent whose menu has been destroyed, and then two menus can be each other's parents:
-// it would walk that ring for ever.
+// The library accepts a parent whose popup has been destroyed. Two popups could then become each other's
+// parents, and the library would walk that ring without end.
 static bool has_dead_parent(const wlr_xdg_popup &popup)
 {
     const wlr_xdg_surface *parent =
@@ -133,7 +133,7 @@ void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup)
         wl_resource_post_no_memory(popup->resource);
         return;
     }
-    popup->base->data = tree; // where its own popups find it
+    popup->base->data = tree; // nested popups look up their parent tree here
     if (vantore_toplevel *t = window_of(*popup))
         forget_reach(*t);
     auto *p = new vantore_popup{};

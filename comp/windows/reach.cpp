@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-// In a narrow window the bar's buttons reach beyond its left edge.
+// In a narrow window, the buttons extend beyond the bar's left edge.
 static void add_bar(vantore_reach &reach, int width)
 {
     reach.left = std::min({reach.left, 0, width - dec_reach_left});
@@ -16,7 +16,7 @@ static void add_bar(vantore_reach &reach, int width)
 void note_reach(vantore_toplevel &t)
 {
     t.reach = {};
-    if (t.tabbar->node.enabled) // how wide tabs are only the scene knows
+    if (t.tabbar->node.enabled) // only the scene knows how wide the tabs are
         return;
     t.reach = tl_reach(t);
     if (t.ssd)

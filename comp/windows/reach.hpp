@@ -1,10 +1,11 @@
-// How far a window takes input, kept so that a lookup need not look into windows that the point can't touch.
+// Remembers the area in which a window may take input, so that a lookup can skip windows that the point can't
+// touch.
 #pragma once
 
 #include "../fwd.hpp"
 
-// Something of the window that takes input has changed: its surface, its title bar or its tabs. A window that
-// has a popup or a subsurface by now may take input anywhere.
+// Call this after the window's surface, title bar or tabs changed. A window with a popup or a subsurface may
+// take input anywhere.
 void note_reach(vantore_toplevel &t);
-// Until the next note_reach the window may take input anywhere.
+// Lets the window take input anywhere until the next note_reach.
 void forget_reach(vantore_toplevel &t);

@@ -1,10 +1,10 @@
-// Windows whose client does not answer any more, and those that come back.
+// Windows whose client stops answering, and their recovery.
 #pragma once
 
 #include "../fwd.hpp"
 
-// Handler of the ping time-out: the title says from now on that the window does not respond.
+// Handles the ping time-out. From now on, the title says that the window does not respond.
 void tl_handle_ping_timeout(vantore_toplevel &t);
 
-// A commit: a window that was taken for hung is back.
+// Call this at each commit, which proves that the client is alive.
 void tl_note_sign_of_life(vantore_toplevel &t);

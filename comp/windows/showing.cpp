@@ -22,13 +22,13 @@ wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)
     return t.workspace != nullptr && !is_carried(t) ? t.workspace->tree : server.toplevel_tree;
 }
 
-// Of the windows that share a tile only the one raised last shows.
+// Of the windows that share a tile, only the one raised last is shown.
 static bool is_behind_in_stack(const vantore_toplevel &t)
 {
     return t.stack_id != 0 && tile_participates(t) && stack_active_member(*t.server, t.stack_id) != &t;
 }
 
-// A fullscreen window may hang outside its workspace's tree, so it is hidden with the workspace by itself.
+// A fullscreen window may hang outside its workspace's tree, so hiding that tree does not hide the window.
 bool toplevel_is_enabled(const vantore_toplevel &t)
 {
     if (!tl_mapped(t))
@@ -38,7 +38,7 @@ bool toplevel_is_enabled(const vantore_toplevel &t)
     return !t.minimized && !is_behind_in_stack(t);
 }
 
-// Tabs are shown by whoever draws them, for as long as the window holds a tile for its stack.
+// Only hides the tabs, when the window no longer holds the tile of its stack. render_tabbar shows them.
 static void refresh_one(vantore_toplevel &t)
 {
     wlr_scene_node &node = t.scene_tree->node;

@@ -1,16 +1,16 @@
-// Where a window hangs in the scene, and whether it shows there. Both follow from its state, and this is the
-// only place that sets them.
+// Where a window hangs in the scene, and whether its node is enabled. Both follow from the window's state,
+// and only this module sets them.
 #pragma once
 
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
-// The tree that the window's node belongs in.
+// Returns the tree in which the window's node belongs.
 wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t);
 
-// Whether the window's node is to be enabled. The tree that it hangs in may be hidden all the same.
+// Whether the window's node should be enabled. The tree above it may still be hidden.
 bool toplevel_is_enabled(const vantore_toplevel &t);
 
-// Brings the scene in line with the window's state: due after each change of it. A window that shares its
-// tile with others decides about their nodes as well. Does nothing for a window without a node.
+// Updates the scene to the window's state. Call this after every change of that state. It also updates the
+// windows that share a stack with this one. Does nothing for a window without a node.
 void refresh_showing(vantore_toplevel &t);

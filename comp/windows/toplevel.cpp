@@ -1,7 +1,7 @@
 // The adapter over the window's shell objects.
 //
-// A ping is sent only when somebody asks the window to close, so a window is only ever found hung when the
-// user has tried to close it. The second close is a forced one; any commit before it clears the mark.
+// A ping is sent only when somebody asks a window to close, so only a window that the user tried to close can
+// be found unresponsive. The next request to close kills the client. Any commit before that clears the mark.
 
 #include "toplevel.hpp"
 
@@ -16,9 +16,10 @@
 #include <cstdio>
 #include <limits>
 
-// A client may claim any geometry. Beyond this nobody sees a difference, and sums stay within an int.
+// A client may claim any geometry. Values beyond this make no visible difference, and sums below it stay
+// within an int.
 static constexpr int farthest = 1 << 24;
-static constexpr int widest_bar = 16384; // pixels that a title is drawn in
+static constexpr int widest_bar = 16384; // layout pixels
 
 static constexpr uint32_t all_edges = WLR_EDGE_TOP | WLR_EDGE_BOTTOM | WLR_EDGE_LEFT | WLR_EDGE_RIGHT;
 
@@ -30,7 +31,7 @@ vantore_toplevel *toplevel_by_id(vantore_server &server, uint32_t id)
     return nullptr;
 }
 
-// A window's xdg surface has its scene tree as data, and the tree its record.
+// The data of a window's xdg surface is its scene tree, and the data of the tree's node is the window's tag.
 vantore_toplevel *toplevel_of(const wlr_xdg_surface &surface)
 {
     const auto *tree = static_cast<const wlr_scene_tree *>(surface.data);
@@ -85,7 +86,7 @@ static int16_t x11_position(int value)
     return x11_number<int16_t>(value, std::numeric_limits<int16_t>::min());
 }
 
-// No commit comes when only the position changes, so the decorations follow here.
+// An X11 window has its new width at once, and its commits do not lay out the decorations, so this does.
 static void configure_x11(vantore_toplevel &t, int w, int h)
 {
     const wlr_scene_node &node = t.scene_tree->node;
@@ -120,7 +121,7 @@ static void set_position(vantore_toplevel &t, int lx, int ly)
     wlr_scene_node_set_position(&t.scene_tree->node, lx, ly);
 }
 
-// An arrangement is made far more often than a size changes, and each request wakes the client.
+// Arrangements happen far more often than sizes change, and each request wakes the client.
 void tl_place(vantore_toplevel &t, const wlr_box &content)
 {
     set_position(t, content.x, content.y);
@@ -160,7 +161,7 @@ void tl_set_activated(vantore_toplevel &t, bool activated)
 }
 
 // A surface keeps the keyboard while its window dies, and the next window of the same surface does not know
-// of it; an X11 window may have got the keyboard as a menu, before it was a window.
+// that. An X11 window may have got the keyboard as a menu, before it became a window.
 void tl_ensure_activated(vantore_toplevel &t)
 {
     if (t.kind == VNT_XWL || !t.xdg_toplevel->scheduled.activated)
@@ -195,7 +196,7 @@ wlr_box tl_least_size(const vantore_toplevel &t)
     return {.x = 0, .y = 0, .width = limits.min_width, .height = limits.min_height};
 }
 
-// Popups and subsurfaces: then only the scene itself can tell.
+// Only the scene knows how far popups and subsurfaces extend.
 static bool may_reach_beyond_its_surface(const vantore_toplevel &t, const wlr_surface_state &shown)
 {
     return has_any(shown.subsurfaces_above) || has_any(shown.subsurfaces_below) ||
@@ -207,7 +208,7 @@ static int as_int(int64_t value)
     return int(std::clamp<int64_t>(value, INT_MIN, INT_MAX));
 }
 
-// A client may claim any geometry.
+// A client may claim any geometry, so the sums are made in 64 bits.
 vantore_reach tl_reach(const vantore_toplevel &t)
 {
     const wlr_surface *surface = tl_surface(t);
@@ -253,7 +254,7 @@ void tl_close(vantore_toplevel &t)
 {
     if (!t.unresponsive)
         return ask_to_close(t);
-    // 0 would be our own process group and 1 is init: neither is ever a client.
+    // 0 would mean our own process group, and 1 is init. Neither is ever a client.
     if (const pid_t pid = tl_pid(t); pid > 1)
         g_platform.send_signal(pid, SIGKILL);
 }

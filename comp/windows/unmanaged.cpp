@@ -13,8 +13,8 @@ static void unmanaged_place(vantore_unmanaged &u)
     wlr_scene_node_raise_to_top(&u.scene_tree->node);
 }
 
-// Without data in its node, hit tests don't take it for a window. It takes the keyboard without being asked
-// whether it wants it: an X11 menu can't tell.
+// The node has no data, so hit tests do not take it for a window. The window gets the keyboard without being
+// asked, because an X11 menu can't say whether it wants it.
 static void unmanaged_map(vantore_unmanaged &u)
 {
     vantore_server &server = *u.server;
@@ -28,7 +28,7 @@ static void unmanaged_map(vantore_unmanaged &u)
         keyboard_offer(server.seat, u.xwl->surface);
 }
 
-// The keyboard goes to nobody.
+// Does not give the keyboard to another window.
 static void unmanaged_unmap(vantore_unmanaged &u)
 {
     if (u.scene_tree != nullptr)
@@ -44,7 +44,7 @@ static void unmanaged_associate(vantore_unmanaged &u)
     xwl_map_if_drawn(*u.xwl);
 }
 
-// May come without an associate.
+// The library may send this without an associate event before it.
 static void unmanaged_dissociate(vantore_unmanaged &u)
 {
     unlisten(u.map);
@@ -62,7 +62,7 @@ static void unmanaged_destroy(vantore_unmanaged &u)
     delete &u;
 }
 
-// The window becomes one like others, with a new id.
+// The window becomes a managed one, with a new id.
 static void unmanaged_set_override_redirect(vantore_unmanaged &u)
 {
     if (u.xwl->override_redirect)

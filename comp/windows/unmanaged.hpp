@@ -1,5 +1,5 @@
 // X11 windows that place themselves: menus, tooltips, and some windows of games. They belong to no workspace
-// and lie above all windows.
+// and are drawn above all windows.
 #pragma once
 
 #include "../fwd.hpp"
@@ -14,14 +14,15 @@ struct vantore_unmanaged {
         set_override_redirect;
 };
 
-// The record of a new one, at the head of the list.
+// Makes the record of a new unmanaged window and puts it at the head of server.xwl_unmanaged.
 vantore_unmanaged *server_new_unmanaged(vantore_server &server, wlr_xwayland_surface *xwl);
 
-// The steps that the window has behind it already, as one that was managed: its surface is there, and maybe
-// mapped.
+// Call this for a window that was managed before. It may already have a surface, and the surface may be
+// mapped, so this makes up for the signals that the new record missed.
 void unmanaged_take_over(vantore_unmanaged &u);
 
-// The surface is that of a shown one which is at least as large as the output under its centre.
+// Whether the surface belongs to a shown unmanaged window that is at least as large as the output under its
+// centre.
 bool unmanaged_covers_output(vantore_server &server, const wlr_surface *surface);
-// The same of any.
+// Whether any shown unmanaged window is that large.
 bool any_unmanaged_covers_output(vantore_server &server);

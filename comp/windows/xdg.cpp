@@ -1,8 +1,9 @@
 // The life of an xdg-shell window.
 //
-// Created: the record exists, the scene tree hangs under toplevel_tree and is disabled. Mapped: enabled, in
-// server.toplevels and on a workspace. Unmapped: disabled, off server.toplevels, still on its workspace. Each
-// handler's steps stand in an order on which others rely.
+// Created: the record exists, and its scene tree hangs disabled under toplevel_tree. Mapped: the tree is
+// enabled, and the window is in server.toplevels and on a workspace. Unmapped: the tree is disabled, and the
+// window is out of server.toplevels and still on its workspace. The steps of each handler rely on their
+// order.
 
 #include "xdg.hpp"
 
@@ -27,10 +28,10 @@
 
 #include <cstring>
 
-// The clipboard picker must stay above fullscreen windows, also on a system without any rules file.
+// The clipboard picker must stay above fullscreen windows, even on a system without a rules file.
 static constexpr const char *lifted_app_id = "vantore-clips-overlay";
 
-// A window that maps anew is still what it was in its earlier map.
+// A window that is mapped again is still fullscreen or maximized if it was so before.
 static void send_first_size(vantore_toplevel &t)
 {
     wlr_xdg_toplevel *xdg = t.xdg_toplevel;
@@ -55,8 +56,8 @@ static void answer_initial_commit(vantore_toplevel &t)
     deco_answer_initial_commit(t);
 }
 
-// A tile that took another size is told its own once more, but not again while it keeps committing that one:
-// a client with a minimum size would never stop answering.
+// A tile that took another size is asked once more for its own. It is not asked again while it keeps
+// committing the same size, because a client with a minimum size would never stop answering.
 static void hold_tile_size(vantore_toplevel &t)
 {
     const wlr_box geometry = tl_get_geometry(t);
@@ -93,13 +94,13 @@ static void take_requested_state(vantore_toplevel &t)
     if (requested.fullscreen)
         toplevel_set_fullscreen(t, true);
     if (t.fullscreen) {
-        wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized); // its first size may have been that
-    } else if (t.maximized) { // since an earlier map
+        wlr_xdg_toplevel_set_maximized(t.xdg_toplevel, t.maximized); // it may have been told otherwise
+    } else if (t.maximized) { // in an earlier map
         if (const wlr_box usable = usable_at_cursor(*t.server); usable.width > 0)
             toplevel_fill(t, usable);
     } else if (requested.maximized) {
         toplevel_toggle_maximize(t);
-        // The client's first size is the maximized one and says nothing about where to return.
+        // The client's first size is the maximized one, so it is no size to return to.
         t.saved_geo = default_float_box(t);
     }
 }
@@ -110,8 +111,8 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     wl_list_insert(&server.toplevels, &t.link);
     if (const char *app_id = tl_app_id(t); app_id != nullptr && strcmp(app_id, lifted_app_id) == 0)
         t.overlay_lift = t.floating = t.skip_taskbar = true;
-    t.minimized = t.put_away = false; // in an earlier map
-    vantore_workspace *previous = t.workspace; // of an earlier map
+    t.minimized = t.put_away = false; // they belong to an earlier map
+    vantore_workspace *previous = t.workspace; // from an earlier map, or null
     toplevel_set_workspace(t, workspace_for_new_window(server));
     refresh_showing(t);
     if (previous != t.workspace)
@@ -119,7 +120,7 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     const wlr_xdg_toplevel *xdg = t.xdg_toplevel;
     if (xdg->parent != nullptr || has_fixed_size(xdg->current))
         t.floating = true;
-    config_apply_rules(t); // has the last word on floating
+    config_apply_rules(t); // after the lines that set floating, to override them
     settle_fullscreen(t);
     dec_layout(t);
     center_toplevel(t);
@@ -129,12 +130,12 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     take_requested_state(t);
 }
 
-// The window stays on its workspace: a client may map it again.
+// The window stays on its workspace, because the client may map it again.
 static void xdg_toplevel_unmap(vantore_toplevel &t)
 {
     window_leaves(t);
     leave_shown_windows(t);
-    refresh_showing(t); // the scene takes away the surface, but not the title bar
+    refresh_showing(t); // the scene removes the surface, but not the title bar
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     refocus_after_unmap(t);
 }
@@ -144,7 +145,8 @@ static void xdg_toplevel_destroy(vantore_toplevel &t)
     vantore_server &server = *t.server;
     vantore_workspace *ws = t.workspace;
     deco_forget_window(t);
-    // The scene would keep the tree as long as the xdg_surface, which may get another role object.
+    // The xdg_surface may outlive this window and get another role object. The scene would keep the tree as
+    // long as the xdg_surface lives.
     t.xdg_toplevel->base->data = nullptr;
     wlr_scene_node_destroy(&t.scene_tree->node);
     delete &t;
@@ -152,7 +154,7 @@ static void xdg_toplevel_destroy(vantore_toplevel &t)
     memory_note_window_gone(server);
 }
 
-// The protocol demands a configure in answer to a state request, also where nothing changes.
+// The protocol demands a configure in answer to a state request, even when nothing changes.
 static void request_maximize(vantore_toplevel &t)
 {
     wlr_xdg_toplevel *xdg = t.xdg_toplevel;

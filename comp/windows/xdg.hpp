@@ -1,4 +1,4 @@
-// The life of an xdg-shell window, from the first commit to destruction.
+// The life of an xdg-shell window, from its creation to its destruction.
 #pragma once
 
 #include "../fwd.hpp"

@@ -12,9 +12,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-static constexpr int revival_delay_ms = 1; // once the library has returned
+static constexpr int revival_delay_ms = 1; // after the library has returned
 
-// Shown until a client sets one of its own.
+// X11 windows show this cursor until a client sets its own.
 static void set_default_cursor(vantore_server &server)
 {
     wlr_xcursor_manager_load(server.xcursor_mgr, 1);
@@ -35,7 +35,7 @@ static void announce_display(const char *display)
     wlr_log(WLR_INFO, "XWayland ready on DISPLAY=%s", display);
 }
 
-// Each time that the X server has started.
+// Runs each time the X server has started.
 static void handle_xwayland_ready(vantore_server &server)
 {
     xwl_watch_events(server.xwayland);
@@ -70,10 +70,11 @@ static void server_new_xwayland_surface(vantore_server &server, wlr_xwayland_sur
         server_new_xwl_toplevel(server, xwl);
 }
 
-// Its connection as a Wayland client is there before the X server itself.
+// The X server connects as a Wayland client before it is ready, so this connection also tells us when it dies
+// while starting.
 static void handle_xwayland_lost(wl_listener *raw, void *)
 {
-    // The library is not done with the client yet.
+    // The library has not finished with the client yet, so the revival waits.
     timer_arm(owner_of<&vantore_server::xwayland_lost>(raw)->xwayland_revival, revival_delay_ms);
 }
 
@@ -115,9 +116,9 @@ static bool hears_clients(const wlr_xwayland_server &x)
     return x.client != nullptr || x.x_fd_read_event[0] != nullptr;
 }
 
-// After an X server that died within five seconds, or never came up, the library keeps its sockets and hears
-// nobody. What waits in them goes with them: a client that brings the X server down does it once for each
-// time that it connects.
+// When the X server dies within five seconds of its start, or never comes up, the library keeps its sockets
+// and listens to none of them. New sockets also drop the connections that wait in the old ones, so a client
+// that crashes the X server has to connect again for each crash.
 static int revive(void *data)
 {
     auto &server = *static_cast<vantore_server *>(data);
@@ -125,7 +126,7 @@ static int revive(void *data)
         return 0;
     wlr_log(WLR_INFO, "vantore-comp: the X server has ended early; the next X11 client starts another");
     drop_xwayland(server);
-    unsetenv("DISPLAY"); // somebody else may get it
+    unsetenv("DISPLAY"); // another program may get that display number
     wait_for_x11_clients(server);
     return 0;
 }

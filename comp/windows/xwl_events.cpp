@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-// Set in the type of an event that a client has sent (X11 protocol, chapter 1).
+// This bit is set in the type of an event that a client has sent (X11 protocol, chapter 1).
 static constexpr uint8_t sent_by_a_client = 0x80;
 
-static constexpr uint32_t most_states = 64; // of a window that are read
+static constexpr uint32_t most_states = 64; // read of one window
 
 struct free_reply {
     void operator()(void *reply) const { free(reply); }
@@ -19,7 +19,7 @@ struct free_reply {
 template <class T> using x11_reply = std::unique_ptr<T, free_reply>;
 
 static struct {
-    // Of messages that only the X server itself sends: which surface belongs to which window.
+    // Types of messages that only the X server sends, to say which surface belongs to which window.
     xcb_atom_t surface_id, surface_serial;
     xcb_atom_t state, fullscreen, modal;
 } g_atoms;
@@ -28,10 +28,10 @@ struct window_wish {
     xcb_window_t window;
     xwl_wish wish;
 };
-// Of windows that are about to be mapped and wish for something. Each map begins with the event that brings
-// the window's entry up to date.
+// The wishes of windows that are about to be mapped. The map request, with which each map begins, updates the
+// window's entry.
 static std::vector<window_wish> g_wishes;
-static constexpr size_t most_wishes = 64; // of windows that are never drawn, the oldest is forgotten
+static constexpr size_t most_wishes = 64; // beyond that, the oldest is forgotten; a window may never be drawn
 
 static xcb_atom_t atom_named(xcb_connection_t *connection, std::string_view name)
 {
@@ -45,8 +45,8 @@ template <class Event> static const Event &as(const xcb_generic_event_t &event)
     return reinterpret_cast<const Event &>(event);
 }
 
-// Messages are requests, windows are withdrawn by an event of their own, and who owns a selection answers
-// with one (ICCCM, sections 4.1.4 and 2.2).
+// Clients send messages as requests, an unmap event to withdraw a window, and a selection event to answer for
+// a selection that they own (ICCCM, sections 4.1.4 and 2.2).
 static bool clients_have_reason_to_send(const xcb_generic_event_t &event)
 {
     switch (event.response_type & ~sent_by_a_client) {
@@ -84,7 +84,7 @@ static void note_wish(xcb_window_t window, const xwl_wish &wish)
     g_wishes.push_back({window, wish});
 }
 
-// True keeps the event from the library.
+// Returns true to keep the event from the library.
 static bool handle_first(wlr_xwayland *xwayland, xcb_generic_event_t *event)
 {
     if ((event->response_type & sent_by_a_client) != 0)

@@ -1,4 +1,4 @@
-// X11 events, before the library handles them.
+// Looks at X11 events before the library handles them.
 #pragma once
 
 #include "../wlr.hpp"
@@ -8,11 +8,12 @@ struct xwl_wish {
     bool fullscreen = false, modal = false;
 };
 
-// Once for each start of the X server, when its window manager's connection is there. From here on the
-// library gets no event that a client has sent under the X server's name, but for those that clients have
-// reason to send: it takes them for true, and aborts where they don't fit what it knows.
+// Must run once for each start of the X server, when its window manager's connection exists. From then on,
+// events that a client forged in the X server's name do not reach the library, except the kinds that clients
+// have a reason to send. The library would believe a forged event and abort when it contradicts what the
+// library knows.
 void xwl_watch_events(wlr_xwayland *xwayland);
 
-// What the window's _NET_WM_STATE said when it was about to be mapped; the library replaces the property
-// unread. Forgets it.
+// Returns and forgets what the window's _NET_WM_STATE said just before the map. The library replaces that
+// property without reading it.
 xwl_wish xwl_take_wish(xcb_window_t window);

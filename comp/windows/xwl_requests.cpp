@@ -1,5 +1,5 @@
-// An X11 client may ask for anything at any time. What a window that is not mapped asks for is ignored, but
-// for its size and place.
+// An X11 client may request anything at any time. Requests of a window that is not mapped are ignored, except
+// those for its size and place.
 
 #include "xwl_requests.hpp"
 
@@ -23,7 +23,7 @@ static bool holds_tile(const vantore_toplevel &t)
     return toplevel_is_tiled(t) && !t.fullscreen;
 }
 
-// A tile that was never arranged, because its workspace is on no output, keeps the size that it has.
+// A tile whose workspace is on no output may never have been arranged. It keeps the size that it has.
 static void refuse_configure(vantore_toplevel &t)
 {
     const bool arranged = t.want_w > 0 && t.want_h > 0;
@@ -41,7 +41,7 @@ static void xwl_handle_request_configure(vantore_toplevel &t, wlr_xwayland_surfa
     tl_follow_x11(t);
 }
 
-// The window has moved, or was moved by us.
+// Runs whether the client or the compositor moved the window.
 static void xwl_handle_set_geometry(vantore_toplevel &t)
 {
     if (t.scene_tree == nullptr)
@@ -52,7 +52,7 @@ static void xwl_handle_set_geometry(vantore_toplevel &t)
         tl_follow_x11(t);
 }
 
-// There is no serial that tells whether the user has asked for it; at least he can see it.
+// No serial proves that the user asked for the drag, but the user can at least see the window.
 static bool may_drag(const vantore_toplevel &t)
 {
     return t.scene_tree != nullptr && !t.fullscreen && !t.minimized && toplevel_visible(t) && tl_on_screen(t);
@@ -75,7 +75,7 @@ static void xwl_handle_request_maximize(vantore_toplevel &t)
     if (t.scene_tree == nullptr || t.maximized == t.xwl->maximized_vert)
         return;
     toplevel_toggle_maximize(t);
-    tl_set_maximized(t, t.maximized); // where it was refused
+    tl_set_maximized(t, t.maximized); // tells the client if the change was refused
 }
 
 static void xwl_handle_request_minimize(vantore_toplevel &t, wlr_xwayland_minimize_event *event)
@@ -90,7 +90,8 @@ static void xwl_handle_request_minimize(vantore_toplevel &t, wlr_xwayland_minimi
     }
 }
 
-// It would come back at the size that it has: a game that flips the state is to keep its place.
+// The window would return to a size that fills the output as well. A game that toggles the state keeps its
+// place.
 static bool has_nothing_to_gain_from_leaving(const vantore_toplevel &t)
 {
     return t.fullscreen && covers_output(t) && fills_output(t, t.saved_geo);
@@ -111,7 +112,7 @@ bool any_screen_owner(vantore_server &server)
     return shown_fullscreen_window(server) != nullptr || any_unmanaged_covers_output(server);
 }
 
-// With the keyboard nowhere a window in the background may take it, but not from a game that has lost it for
+// If nobody has the keyboard, a window in the background may take it, except from a game that has lost it for
 // a moment.
 static bool may_take_focus(const vantore_toplevel &t)
 {
@@ -129,7 +130,7 @@ static void xwl_handle_request_activate(vantore_toplevel &t)
         return;
     if (may_take_focus(t))
         return focus_toplevel_ex(&t, true);
-    toplevel_set_urgent(t); // also a hidden window that still has the keyboard
+    toplevel_set_urgent(t); // even a hidden window that still has the keyboard
 }
 
 static void xwl_handle_set_hints(vantore_toplevel &t)

@@ -1,11 +1,11 @@
-// What X11 clients ask of their windows, and tell of them.
+// Handles what X11 clients request for their windows and report about them.
 #pragma once
 
 #include "../fwd.hpp"
 
-// From now to the end of the record.
+// Listens until the record is deleted.
 void xwl_listen_to_requests(vantore_toplevel &t);
 
-// A fullscreen window can be seen, or a window that is not managed fills its output: a game owns the screen,
-// whoever has the keyboard.
+// Whether a fullscreen window can be seen or an unmanaged window fills its output. A game then owns the
+// screen, whoever has the keyboard.
 bool any_screen_owner(vantore_server &server);

@@ -1,9 +1,10 @@
 // The life of an X11 window that the compositor manages.
 //
-// Created: the record exists, in no list and with no scene node. Associated: it has a surface, whose map,
-// unmap and commit are listened to. Mapped: it has a scene tree, a workspace and a place in server.toplevels.
-// Unmapped it has none of these, and the next map starts anew. At any moment a window may turn into one that
-// is not managed, and back: then the record of the one kind ends and one of the other begins.
+// Created: the record exists, in no list and without a scene node. Associated: it has a surface, and the
+// record listens to its map, unmap and commit. Mapped: it has a scene tree, a workspace and a place in
+// server.toplevels. Unmapped: it has none of these, and the next map starts anew. At any moment, a window may
+// become an unmanaged one or come back. Then the record of one kind ends, and a record of the other kind
+// begins.
 
 #include "xwl_toplevel.hpp"
 
@@ -50,8 +51,8 @@ static bool wants_title_bar(const wlr_xwayland_surface &xwl)
     return (xwl.decorations & WLR_XWAYLAND_SURFACE_DECORATIONS_NO_TITLE) == 0;
 }
 
-// The states of a window end with its withdrawal (EWMH, _NET_WM_STATE): what it is from now on its client
-// says.
+// A window's states end when it is withdrawn (EWMH, _NET_WM_STATE). The client sets them anew for the next
+// map.
 static void forget_earlier_map(vantore_toplevel &t)
 {
     t.fullscreen = t.maximized = t.minimized = t.put_away = t.snapped = false;
@@ -73,9 +74,9 @@ static void xwl_toplevel_map(vantore_toplevel &t)
     const xwl_wish wish = xwl_take_wish(t.xwl->window_id);
     if (t.xwl->parent != nullptr || t.xwl->modal || wish.modal)
         t.floating = true;
-    config_apply_rules(t); // has the last word on floating
+    config_apply_rules(t); // after the lines that set floating, to override them
     dec_layout(t);
-    center_toplevel(t); // whatever place the client asked for
+    center_toplevel(t); // ignores the place that the client asked for
     arrange_workspace(t.workspace);
     focus_new_window(t);
     if (t.xwl->fullscreen || wish.fullscreen)
@@ -115,7 +116,7 @@ static void xwl_handle_associate(vantore_toplevel &t)
     xwl_map_if_drawn(*t.xwl);
 }
 
-// May come without an associate.
+// The library may send this without an associate event before it.
 static void xwl_handle_dissociate(vantore_toplevel &t)
 {
     unlisten(t.map);
@@ -123,7 +124,7 @@ static void xwl_handle_dissociate(vantore_toplevel &t)
     unlisten(t.commit);
 }
 
-// It was unmapped before, if it was mapped.
+// A mapped window has been unmapped before this runs.
 static void xwl_handle_destroy(vantore_toplevel &t)
 {
     vantore_server &server = *t.server;
@@ -132,7 +133,7 @@ static void xwl_handle_destroy(vantore_toplevel &t)
     memory_note_window_gone(server);
 }
 
-// The window becomes a menu, or one of a game that places itself.
+// The window becomes a menu, or a game's window that places itself.
 static void xwl_handle_set_override_redirect(vantore_toplevel &t)
 {
     if (!t.xwl->override_redirect)
@@ -162,7 +163,8 @@ vantore_toplevel *server_new_xwl_toplevel(vantore_server &server, wlr_xwayland_s
     return t;
 }
 
-// As a menu it got the keyboard without the rest of what goes with it, and out of sight it can't keep it.
+// As a menu, the window got the keyboard without its pointer constraint. It can't keep the keyboard when it
+// can't be seen.
 static void settle_keyboard_of_menu(vantore_toplevel &t)
 {
     vantore_server &server = *t.server;

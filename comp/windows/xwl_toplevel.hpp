@@ -4,13 +4,14 @@
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
-// The record of a new X11 window, with nothing in the scene yet.
+// Makes the record of a new X11 window, with nothing in the scene yet.
 vantore_toplevel *server_new_xwl_toplevel(vantore_server &server, wlr_xwayland_surface *xwl);
 
-// For a surface that has just been given to its window. The X server tells of it and draws into it over two
-// sockets: what is drawn may come first, and the library maps a surface only when it draws after that.
+// Call this when the surface has just been assigned to its window. The X server announces the assignment over
+// one socket and draws over another, so the surface may have been drawn before. The library maps a surface
+// only when it is drawn afterwards.
 void xwl_map_if_drawn(const wlr_xwayland_surface &xwl);
 
-// The steps that the window has behind it already, as one that was not managed: its surface is there, and
-// maybe mapped.
+// Call this for a window that was unmanaged before. It may already have a surface, and the surface may be
+// mapped, so this makes up for the signals that the new record missed.
 void xwl_toplevel_take_over(vantore_toplevel &t);

@@ -14,8 +14,8 @@
 
 #include <algorithm>
 
-// Brings back floats that lie wholly outside the workspace's output, as an unplugged or moved output leaves
-// them. One pixel on the output, panels included, is enough to stay.
+// Brings back floats that lie wholly outside the workspace's output after an output was unplugged or moved. A
+// float with a single pixel on the output stays, even if that pixel lies under a panel.
 static void ws_rescue_offscreen_floats(vantore_workspace &ws)
 {
     const wlr_box screen = output_layout_box(*ws.output);
@@ -32,7 +32,7 @@ static void ws_rescue_offscreen_floats(vantore_workspace &ws)
     }
 }
 
-// A list of fixed room; what comes when it is full is left out.
+// A list of fixed capacity. It drops what is added when it is full.
 template <class T> struct short_list {
     std::array<T, max_tiles> at{};
     size_t count = 0;

@@ -4,9 +4,9 @@
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
-// Lays a workspace's windows out. Idempotent: it works out everything again from the order of the windows,
-// the layout and the weights. Null does nothing; on a workspace that is on no output only what shows is
-// decided: the rest catches up when it is shown.
+// Lays out a workspace's windows. Idempotent: it computes everything again from the order of the windows, the
+// layout and the weights. Does nothing for null. On a workspace that is on no output, it only decides which
+// windows show. The workspace is laid out when an output shows it.
 void arrange_workspace(vantore_workspace *ws);
 
 // Gives a window the box of a tile in layout coordinates, its title bar included, and tells the client.

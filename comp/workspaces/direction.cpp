@@ -42,7 +42,7 @@ static vantore_toplevel *neighbour_tab(const vantore_toplevel &t, int dx)
     return there ? members.all()[size_t(wanted)] : nullptr;
 }
 
-// Of equally near ones the one that was raised last.
+// Of equally near windows, returns the one that was raised last.
 static vantore_toplevel *nearest(vantore_server &server, const vantore_toplevel &from, int dx, int dy)
 {
     const wlr_box origin = toplevel_box(from);

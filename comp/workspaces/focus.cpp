@@ -23,11 +23,11 @@ static void raise_to_top(vantore_toplevel &t)
     wlr_scene_node_raise_to_top(&t.scene_tree->node);
     tl_restack(t);
     move_to_front(t.server->toplevels, t.link);
-    refresh_showing(t); // of its stack it is the one that shows
+    refresh_showing(t); // its stack now shows this member
 }
 
-// Works on the surface, so it reaches a window that is in no list any more. A surface that was unmapped
-// must not be sent a configure before its client commits again; the next one is to say the truth.
+// Takes a surface, because its window may be in no list any more. A surface that was unmapped must not get a
+// configure before its client commits again, so only the scheduled state changes.
 static void deactivate(wlr_surface *surface)
 {
     if (wlr_xwayland_surface *xwl = wlr_xwayland_surface_try_from_wlr_surface(surface))
@@ -58,8 +58,8 @@ void keyboard_offer(wlr_seat *seat, wlr_surface *surface)
     enter_with(wlr_seat_keyboard_notify_enter, seat, surface);
 }
 
-// The window would be left without the keyboard when a drag or an open menu ends, so the focus goes past
-// them.
+// An open menu or a drag ignores the offer and does not make up for it when it ends, so the focus bypasses
+// both.
 void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
 {
     keyboard_offer(seat, surface);
@@ -67,7 +67,7 @@ void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
         enter_with(wlr_seat_keyboard_enter, seat, surface);
 }
 
-// Shows what was minimized and ends its call for attention; whether it was minimized.
+// Restores a minimized window and ends its call for attention. Returns whether it was minimized.
 static bool bring_back(vantore_toplevel &t)
 {
     vantore_server &server = *t.server;
@@ -107,7 +107,7 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
         return tl_ensure_activated(*t);
     hand_keyboard_to(*t);
     if (was_minimized || t->stack_id != 0)
-        arrange_workspace(t->workspace); // a tile comes back, or another member of the stack shows
+        arrange_workspace(t->workspace); // a tile comes back, or the stack shows another member
     ipc_broadcast(server, VNT_EVT_WINDOWS);
 }
 
@@ -116,7 +116,7 @@ void focus_clear(vantore_server &server)
     if (wlr_surface *previous = server.seat->keyboard_state.focused_surface)
         deactivate(previous);
     wlr_seat_keyboard_notify_clear_focus(server.seat);
-    if (server.seat->keyboard_state.focused_surface != nullptr) // held back, as in keyboard_enter
+    if (server.seat->keyboard_state.focused_surface != nullptr) // a grab holds it back, as in keyboard_enter
         wlr_seat_keyboard_clear_focus(server.seat);
     constrain_to_surface(server, nullptr);
 }

@@ -55,7 +55,8 @@ static void start_tiling(vantore_workspace &ws)
     arrange_workspace(&ws);
 }
 
-// The clients keep thinking that they are tiled: nothing tells them until they float by themselves.
+// The clients still believe that they are tiled. They learn otherwise only when their window starts to float
+// by itself.
 static void return_to_float_geo(vantore_toplevel &t)
 {
     dec_layout(t);

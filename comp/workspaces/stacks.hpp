@@ -1,5 +1,5 @@
-// Stacks: several windows that share one tile, under a bar of tabs. A stack is the set of windows with the
-// same stack_id, in the order of their workspace; the member raised last is the one that shows.
+// Stacks: several windows that share one tile under a bar of tabs. A stack is the set of windows with the
+// same stack_id, in the order of their workspace. It shows the member raised last.
 #pragma once
 
 #include "../fwd.hpp"
@@ -9,13 +9,13 @@
 
 inline constexpr int tabbar_height = 26; // layout pixels, above the active member's content
 
-// The tiles of one stack on one workspace, in tile order; those beyond the 32nd have no tab.
+// The tiles of one stack on one workspace, in tile order. Tiles beyond the 32nd have no tab.
 class stack_members
 {
 public:
     stack_members(vantore_workspace &ws, int stack_id);
     [[nodiscard]] std::span<vantore_toplevel *const> all() const { return {found.data(), count}; }
-    // -1 when it is not among them.
+    // Returns -1 when the window is not a member.
     [[nodiscard]] int index_of(const vantore_toplevel &t) const;
 
 private:
@@ -23,22 +23,24 @@ private:
     size_t count = 0;
 };
 
-// The member that shows: the tile of this stack that was raised last, on whatever workspace. Null for none.
+// Returns the member that shows: the tile of this stack that was raised last, on any workspace. Null when the
+// stack has no tile.
 vantore_toplevel *stack_active_member(vantore_server &server, int stack_id);
 
 // Draws the tabs of a workspace's stack above its active member, `width` layout pixels wide.
 void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width);
 
-// The head of server.toplevels, where it is a tile, leaves its stack or begins one of its own.
+// Makes the head of server.toplevels leave its stack or start a new one. Does nothing if that window is no
+// tile.
 void stack_toggle_focused(vantore_server &server);
-// Puts the window into the target's stack, which begins one where needed, and shows it.
+// Puts the window into the target's stack and shows it. A target without a stack starts one.
 void stack_join(vantore_toplevel &w, vantore_toplevel &target);
 void stack_ungroup_focused(vantore_server &server);
-// Shows the next member, after the last the first.
+// Shows the next member. The first follows the last.
 void stack_cycle_focused(vantore_server &server);
 
-// The member whose tab is at this layout point, or null.
+// Returns the member whose tab is at this layout point, or null.
 vantore_toplevel *tab_at(vantore_server &server, double lx, double ly);
 
-// Takes the window out of its stack. The caller arranges.
+// Takes the window out of its stack. The caller arranges the workspace.
 void stack_leave(vantore_toplevel &t);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-// A stretch of an axis.
+// A section of an axis.
 struct stretch {
     int start, length;
 };
@@ -20,11 +20,11 @@ static double total_width(std::span<const tile_weight> tiles)
     return total;
 }
 
-// Hands out an axis from its start on, tile by tile.
+// Divides an axis from its start, tile by tile.
 class divider
 {
 public:
-    // `available` is what the tiles share: the length without the gaps between them.
+    // `available` is the length that the tiles share, without the gaps between them.
     divider(stretch axis, int available, int gap, double total)
         : end(axis.start + axis.length), at(axis.start), shared(available), between(gap), sum(total)
     {
@@ -36,7 +36,7 @@ public:
         at += piece.length + between;
         return piece;
     }
-    // The next piece takes up this at least, and those after it move on.
+    // Makes the next piece at least this long and moves the pieces after it.
     stretch next_at_least(int least, double weight)
     {
         stretch piece = next(weight);
@@ -45,7 +45,7 @@ public:
         at += missing;
         return piece;
     }
-    // All that is left.
+    // Returns all that is left.
     [[nodiscard]] stretch last() const { return {.start = at, .length = end - at}; }
 
 private:
@@ -110,7 +110,7 @@ static double row_weight(std::span<const tile_weight> row)
     return weight;
 }
 
-// The smallest square that holds all tiles, of two columns at least.
+// Returns the side of the smallest square that holds all tiles, and at least 2.
 static size_t grid_columns(size_t count)
 {
     size_t columns = 2;

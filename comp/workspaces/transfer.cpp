@@ -47,7 +47,7 @@ vantore_output *adjacent_output(vantore_server &server, const vantore_output *fr
     return found != from ? found : nullptr;
 }
 
-// A tile is placed by the arrangement that follows, a fullscreen window covers its output already.
+// The arrangement that follows places tiles. A fullscreen window covers its output already.
 static void carry_window(vantore_toplevel &t, vantore_output &target, const offset &by)
 {
     if (t.fullscreen) {
@@ -60,7 +60,7 @@ static void carry_window(vantore_toplevel &t, vantore_output &target, const offs
     }
 }
 
-// The output is left without its workspace and shows another.
+// Gives an output another workspace after its own has left.
 static void give_another_workspace(vantore_output &o, const vantore_workspace &leaving)
 {
     o.current_ws = nullptr;
@@ -119,7 +119,8 @@ void move_ws_to_adjacent_output(vantore_server &server, int dir)
         move_workspace_to_output(from->current_ws, *target);
 }
 
-// Where a window of the workspace would be seen: where it is on show or, when it is on none, at its home.
+// Returns where a window of the workspace would be seen: on the output that shows it, else at its home. May
+// be null.
 static vantore_output *destination_of(const vantore_workspace &ws)
 {
     return ws.output != nullptr ? ws.output : home_of(ws);
@@ -145,7 +146,7 @@ void move_toplevel_to_workspace(vantore_toplevel &t, long num)
     settle_fullscreen(t);
     arrange_workspace(old);
     arrange_workspace(ws);
-    if (old != nullptr && old->output != nullptr) // nobody looks at the other ones
+    if (old != nullptr && old->output != nullptr) // a hidden workspace needs no focus
         focus_workspace_top(*old);
     ipc_broadcast(*t.server, VNT_EVT_WORKSPACES);
 }

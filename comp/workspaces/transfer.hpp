@@ -1,21 +1,23 @@
-// Moving windows between workspaces, and windows and workspaces between outputs.
+// Moves windows between workspaces, and windows and workspaces between outputs.
 #pragma once
 
 #include "../fwd.hpp"
 
-// The output before (dir below 0) or after another in the list of outputs, newest first, around its ends.
-// Null for null and where there is no other.
+// Returns the output before (dir below 0) or after another in the list of outputs. The list has the newest
+// first and wraps around. Null for null, or when there is no other output.
 vantore_output *adjacent_output(vantore_server &server, const vantore_output *from, int dir);
 
-// Shows a workspace on an output, with its windows in the same places of that output. What the output showed
-// is on none then; the output that it comes from gets another. Null and a disabled target do nothing.
+// Shows a workspace on an output, with its windows at the same places on that output. The workspace that the
+// output showed before is then on no output. The output that the workspace comes from gets another one. Does
+// nothing for null or a disabled target.
 void move_workspace_to_output(vantore_workspace *ws, vantore_output &target);
 void move_ws_to_adjacent_output(vantore_server &server, int dir);
 
-// The window goes, the view and the focus stay. Does nothing when there is no such workspace.
+// Moves the window. The view stays, and the old workspace keeps the focus. Does nothing when there is no such
+// workspace.
 void move_toplevel_to_workspace(vantore_toplevel &t, long num);
-// The same for the head of server.toplevels.
+// Does the same for the head of server.toplevels.
 void move_focused_to_workspace(vantore_server &server, long num);
 
-// The head of server.toplevels goes to the workspace that the next output shows and keeps the focus.
+// Moves the head of server.toplevels to the workspace that the next output shows. The window keeps the focus.
 void move_focused_to_adjacent_output(vantore_server &server, int dir);

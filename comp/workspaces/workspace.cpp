@@ -62,7 +62,7 @@ void config_apply_workspaces(vantore_server &server)
         if (const ws_cfg &cfg = g_ws_cfg[size_t(ws.num)]; cfg.set) {
             apply_line(cfg, ws);
         } else {
-            // Name and output stay: a line that is gone renames nothing before the next session.
+            // The name and the output stay until the next session when their line is gone.
             ws.layout = g_default_layout;
             ws.tile_mode = TM_MASTER;
         }

@@ -1,5 +1,5 @@
-// One of exactly nine workspaces. Windows belong to workspaces; an output shows at most one workspace, and
-// a workspace is shown on at most one output.
+// One of exactly nine workspaces. Each window belongs to a workspace. An output shows at most one workspace,
+// and a workspace is shown on at most one output.
 #pragma once
 
 #include "../fwd.hpp"
@@ -22,34 +22,34 @@ struct vantore_workspace {
     list_head toplevels; // vantore_toplevel.ws_link, in tile order
 };
 
-// Makes workspaces 1 to 9; false when the scene can't hold them.
+// Makes workspaces 1 to 9. Returns false when the scene has no memory for them.
 bool workspaces_create(vantore_server &server);
 void workspaces_destroy(vantore_server &server);
 
-// Gives the workspaces what the configuration says of them: names, homes, layouts and the master's share. The
-// caller arranges them.
+// Applies the configuration to the workspaces: names, homes, layouts and the master's share. The caller
+// arranges them.
 void config_apply_workspaces(vantore_server &server);
 
-// Null when the number is not 1 to 9.
+// Returns null when the number is not 1 to 9.
 vantore_workspace *workspace_by_num(vantore_server &server, long num);
 
-// A free workspace for an output: the one that was last shown there, else the lowest number. Null when all
-// are on show.
+// Returns a workspace that no output shows, except `exclude`: the one that was last shown on this output,
+// else the lowest number. Null when there is none.
 vantore_workspace *pick_workspace_for_output(vantore_server &server, const wlr_output *output,
                                              const vantore_workspace *exclude);
 
-// Links both sides and remembers the output's name as the workspace's home. Fullscreen windows of the
-// workspace fill the output from then on.
+// Links the workspace and the output and remembers the output's name as the workspace's home. The workspace's
+// fullscreen windows then fill the output.
 void ws_bind(vantore_workspace &ws, vantore_output &o);
 
-// Shows what belongs to a workspace on an output and hides the rest.
+// Shows the windows of workspaces that are on an output and hides the others.
 void refresh_workspace_visibility(vantore_server &server);
 
-// The output on which the window's workspace is on show; null when there is none.
+// Returns the output that shows the window's workspace, or null.
 vantore_output *output_showing(const vantore_toplevel &t);
 
 bool toplevel_visible(const vantore_toplevel &t);
 
-// Null and the window's own workspace do nothing. The caller arranges both workspaces, and settles a window
-// that may be fullscreen.
+// Moves the window to the end of the workspace's tile order. Does nothing for null or the window's own
+// workspace. The caller arranges both workspaces, and settles the window if it may be fullscreen.
 void toplevel_set_workspace(vantore_toplevel &t, vantore_workspace *ws);
