@@ -1,6 +1,7 @@
 // A program that ends when it is told to, as helpers do that crash: cued_child FIFO.
 // Reads one cue there: "segv", "abort", or "exit N". Says "waiting" first, and "no cue" when it gets none.
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -29,15 +30,15 @@ int main(int argc, char **argv)
         return 98;
     puts("waiting");
     fflush(stdout);
-    char line[64] = "";
-    const std::string_view cue = fgets(line, sizeof line, cues) != nullptr ? line : "";
+    std::array<char, 64> line{};
+    const std::string_view cue = fgets(line.data(), int(line.size()), cues) != nullptr ? line.data() : "";
     fclose(cues);
     if (cue == "segv\n")
         die_of(SIGSEGV);
     if (cue == "abort\n")
         die_of(SIGABRT);
     if (cue.starts_with("exit "))
-        return atoi(cue.data() + 5);
+        return atoi(&line[5]);
     puts("no cue");
     return 97;
 }
