@@ -2,6 +2,7 @@
 
 #include "support/desktop.hpp"
 #include "support/wayland_devices.hpp"
+#include "support/wayland_text.hpp"
 
 #include "config/settings.hpp"
 #include "input/input_method.hpp"

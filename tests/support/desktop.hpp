@@ -19,6 +19,7 @@
 #include "workspaces/workspace.hpp"
 #include "x11_client.hpp"
 
+#include <chrono>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
@@ -147,6 +148,8 @@ protected:
     }
     // The program's timers that are due by then have fired when this returns.
     void advance_clock_ms(int ms);
+    // The same, from one timer to the next: one that its handler arms again fires again on its way.
+    void run_clock(std::chrono::milliseconds time);
     // Until everything that was sent has been answered and every output rests: what has not come by then does
     // not come.
     void settle();

@@ -2,6 +2,7 @@
 
 #include "platform.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <ctime>
@@ -175,6 +176,15 @@ bool isolation::advance_clock_ms(int ms)
         return due;
     });
     return fired > 0;
+}
+
+std::optional<int> isolation::next_timer_ms()
+{
+    const auto first =
+        std::ranges::min_element(g_recording.armed, {}, [](const auto &entry) { return entry.second; });
+    if (first == g_recording.armed.end())
+        return std::nullopt;
+    return int((first->second - g_recording.now_ns) / 1'000'000);
 }
 
 int64_t isolation::clock_ms()

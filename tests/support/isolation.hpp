@@ -4,6 +4,7 @@
 #include <csignal>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -47,6 +48,8 @@ public:
     void kernel_command_line(const std::string &text);
     // Arms the program's timers that are due by then for 1 ms of real time. True when there were any.
     bool advance_clock_ms(int ms);
+    // How long until the first of the program's timers is due; nothing when none is armed.
+    [[nodiscard]] static std::optional<int> next_timer_ms();
     // The clock that the program reads.
     [[nodiscard]] static int64_t clock_ms();
     // What every client's process is to be from now on.

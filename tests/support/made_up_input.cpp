@@ -2,6 +2,8 @@
 
 #include "handles.hpp"
 
+#include <utility>
+
 namespace test
 {
 
@@ -140,6 +142,67 @@ void made_up_pointer::scroll(wl_pointer_axis orientation, double delta, int32_t 
     wl_signal_emit_mutable(&base.events.frame, &base);
 }
 
+void made_up_pointer::swipe_begin(uint32_t count)
+{
+    fingers = count;
+    wlr_pointer_swipe_begin_event event{.pointer = &base, .time_msec = next_event_time(), .fingers = fingers};
+    wl_signal_emit_mutable(&base.events.swipe_begin, &event);
+}
+
+void made_up_pointer::swipe_update(double dx, double dy)
+{
+    wlr_pointer_swipe_update_event event{
+        .pointer = &base, .time_msec = next_event_time(), .fingers = fingers, .dx = dx, .dy = dy};
+    wl_signal_emit_mutable(&base.events.swipe_update, &event);
+}
+
+void made_up_pointer::swipe_end(bool cancelled)
+{
+    wlr_pointer_swipe_end_event event{
+        .pointer = &base, .time_msec = next_event_time(), .cancelled = cancelled};
+    wl_signal_emit_mutable(&base.events.swipe_end, &event);
+}
+
+void made_up_pointer::pinch_begin(uint32_t count)
+{
+    fingers = count;
+    wlr_pointer_pinch_begin_event event{.pointer = &base, .time_msec = next_event_time(), .fingers = fingers};
+    wl_signal_emit_mutable(&base.events.pinch_begin, &event);
+}
+
+void made_up_pointer::pinch_update(double dx, double dy, double scale, double rotation)
+{
+    wlr_pointer_pinch_update_event event{.pointer = &base,
+                                         .time_msec = next_event_time(),
+                                         .fingers = fingers,
+                                         .dx = dx,
+                                         .dy = dy,
+                                         .scale = scale,
+                                         .rotation = rotation};
+    wl_signal_emit_mutable(&base.events.pinch_update, &event);
+}
+
+void made_up_pointer::pinch_end(bool cancelled)
+{
+    wlr_pointer_pinch_end_event event{
+        .pointer = &base, .time_msec = next_event_time(), .cancelled = cancelled};
+    wl_signal_emit_mutable(&base.events.pinch_end, &event);
+}
+
+void made_up_pointer::hold_begin(uint32_t count)
+{
+    fingers = count;
+    wlr_pointer_hold_begin_event event{.pointer = &base, .time_msec = next_event_time(), .fingers = fingers};
+    wl_signal_emit_mutable(&base.events.hold_begin, &event);
+}
+
+void made_up_pointer::hold_end(bool cancelled)
+{
+    wlr_pointer_hold_end_event event{
+        .pointer = &base, .time_msec = next_event_time(), .cancelled = cancelled};
+    wl_signal_emit_mutable(&base.events.hold_end, &event);
+}
+
 made_up_touch::made_up_touch(const std::string &name, const std::string &output) : output_name(output)
 {
     wlr_touch_init(&base, &touch_impl, name.c_str());
@@ -152,14 +215,122 @@ made_up_touch::~made_up_touch()
     wlr_touch_finish(&base);
 }
 
+void made_up_touch::down(int32_t finger, double x, double y)
+{
+    wlr_touch_down_event event{
+        .touch = &base, .time_msec = next_event_time(), .touch_id = finger, .x = x, .y = y};
+    wl_signal_emit_mutable(&base.events.down, &event);
+    wl_signal_emit_mutable(&base.events.frame, nullptr);
+}
+
+void made_up_touch::move(int32_t finger, double x, double y)
+{
+    wlr_touch_motion_event event{
+        .touch = &base, .time_msec = next_event_time(), .touch_id = finger, .x = x, .y = y};
+    wl_signal_emit_mutable(&base.events.motion, &event);
+    wl_signal_emit_mutable(&base.events.frame, nullptr);
+}
+
+void made_up_touch::up(int32_t finger)
+{
+    wlr_touch_up_event event{.touch = &base, .time_msec = next_event_time(), .touch_id = finger};
+    wl_signal_emit_mutable(&base.events.up, &event);
+    wl_signal_emit_mutable(&base.events.frame, nullptr);
+}
+
+void made_up_touch::cancel(int32_t finger)
+{
+    wlr_touch_cancel_event event{.touch = &base, .time_msec = next_event_time(), .touch_id = finger};
+    wl_signal_emit_mutable(&base.events.cancel, &event);
+    wl_signal_emit_mutable(&base.events.frame, nullptr);
+}
+
 made_up_tablet::made_up_tablet(const std::string &name)
 {
     wlr_tablet_init(&base, &tablet_impl, name.c_str());
+    pen.type = WLR_TABLET_TOOL_TYPE_PEN;
+    pen.pressure = pen.tilt = pen.distance = true;
+    wl_signal_init(&pen.events.destroy);
 }
 
+// A tool goes before its tablet does.
 made_up_tablet::~made_up_tablet()
 {
+    wl_signal_emit_mutable(&pen.events.destroy, &pen);
     wlr_tablet_finish(&base);
+}
+
+static void send_proximity(made_up_tablet &tablet, wlr_tablet_tool_proximity_state state)
+{
+    wlr_tablet_tool_proximity_event event{.tablet = &tablet.base,
+                                          .tool = &tablet.pen,
+                                          .time_msec = next_event_time(),
+                                          .x = tablet.pen_x,
+                                          .y = tablet.pen_y,
+                                          .state = state};
+    wl_signal_emit_mutable(&tablet.base.events.proximity, &event);
+}
+
+void made_up_tablet::pen_in(double x, double y)
+{
+    pen_x = x;
+    pen_y = y;
+    send_proximity(*this, WLR_TABLET_TOOL_PROXIMITY_IN);
+}
+
+void made_up_tablet::pen_out()
+{
+    send_proximity(*this, WLR_TABLET_TOOL_PROXIMITY_OUT);
+}
+
+void made_up_tablet::pen_to(double x, double y)
+{
+    wlr_tablet_tool_axis_event event{};
+    event.updated_axes = WLR_TABLET_TOOL_AXIS_X | WLR_TABLET_TOOL_AXIS_Y;
+    event.x = x;
+    event.y = y;
+    event.dx = x - std::exchange(pen_x, x);
+    event.dy = y - std::exchange(pen_y, y);
+    pen_axes(event);
+}
+
+void made_up_tablet::pen_axes(wlr_tablet_tool_axis_event event)
+{
+    event.tablet = &base;
+    event.tool = &pen;
+    event.time_msec = next_event_time();
+    wl_signal_emit_mutable(&base.events.axis, &event);
+}
+
+static void send_tip(made_up_tablet &tablet, wlr_tablet_tool_tip_state state)
+{
+    wlr_tablet_tool_tip_event event{.tablet = &tablet.base,
+                                    .tool = &tablet.pen,
+                                    .time_msec = next_event_time(),
+                                    .x = tablet.pen_x,
+                                    .y = tablet.pen_y,
+                                    .state = state};
+    wl_signal_emit_mutable(&tablet.base.events.tip, &event);
+}
+
+void made_up_tablet::pen_press()
+{
+    send_tip(*this, WLR_TABLET_TOOL_TIP_DOWN);
+}
+
+void made_up_tablet::pen_release()
+{
+    send_tip(*this, WLR_TABLET_TOOL_TIP_UP);
+}
+
+void made_up_tablet::pen_button(uint32_t button, bool down)
+{
+    wlr_tablet_tool_button_event event{.tablet = &base,
+                                       .tool = &pen,
+                                       .time_msec = next_event_time(),
+                                       .button = button,
+                                       .state = down ? WLR_BUTTON_PRESSED : WLR_BUTTON_RELEASED};
+    wl_signal_emit_mutable(&base.events.button, &event);
 }
 
 made_up_tablet_pad::made_up_tablet_pad(const std::string &name)
@@ -180,6 +351,14 @@ made_up_switch::made_up_switch(const std::string &name)
 made_up_switch::~made_up_switch()
 {
     wlr_switch_finish(&base);
+}
+
+void made_up_switch::toggle(wlr_switch_type type, bool on)
+{
+    wlr_switch_toggle_event event{.time_msec = next_event_time(),
+                                  .switch_type = type,
+                                  .switch_state = on ? WLR_SWITCH_STATE_ON : WLR_SWITCH_STATE_OFF};
+    wl_signal_emit_mutable(&base.events.toggle, &event);
 }
 
 } // namespace test

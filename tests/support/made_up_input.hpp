@@ -49,7 +49,19 @@ struct made_up_pointer {
     void click(uint32_t button);
     void scroll(wl_pointer_axis orientation, double delta, int32_t discrete);
 
+    // Gestures of a touchpad. One at a time, as hardware makes them.
+    void swipe_begin(uint32_t fingers);
+    void swipe_update(double dx, double dy);
+    void swipe_end(bool cancelled = false);
+    void pinch_begin(uint32_t fingers);
+    // The scale is that since the beginning, the rotation in degrees since the last update.
+    void pinch_update(double dx, double dy, double scale, double rotation);
+    void pinch_end(bool cancelled = false);
+    void hold_begin(uint32_t fingers);
+    void hold_end(bool cancelled = false);
+
     wlr_pointer base{};
+    uint32_t fingers = 0; // of the gesture under way
 };
 
 struct made_up_touch {
@@ -57,6 +69,12 @@ struct made_up_touch {
     ~made_up_touch();
     made_up_touch(const made_up_touch &) = delete;
     made_up_touch &operator=(const made_up_touch &) = delete;
+
+    // Shares of the device, 0 to 1. Each call is a frame of its own.
+    void down(int32_t finger, double x, double y);
+    void move(int32_t finger, double x, double y);
+    void up(int32_t finger);
+    void cancel(int32_t finger);
 
     wlr_touch base{};
     std::string output_name;
@@ -68,7 +86,19 @@ struct made_up_tablet {
     made_up_tablet(const made_up_tablet &) = delete;
     made_up_tablet &operator=(const made_up_tablet &) = delete;
 
+    // The pen comes near, moves, touches and leaves. Places are shares of the tablet, 0 to 1.
+    void pen_in(double x, double y);
+    void pen_out();
+    void pen_to(double x, double y);
+    // The axes that `updated_axes` names; tablet, tool and time are filled in.
+    void pen_axes(wlr_tablet_tool_axis_event event);
+    void pen_press(); // with its tip
+    void pen_release();
+    void pen_button(uint32_t button, bool down);
+
     wlr_tablet base{};
+    wlr_tablet_tool pen{};
+    double pen_x = 0, pen_y = 0; // where it was last
 };
 
 struct made_up_tablet_pad {
@@ -85,6 +115,10 @@ struct made_up_switch {
     ~made_up_switch();
     made_up_switch(const made_up_switch &) = delete;
     made_up_switch &operator=(const made_up_switch &) = delete;
+
+    void toggle(wlr_switch_type type, bool on);
+    void close_lid() { toggle(WLR_SWITCH_TYPE_LID, true); }
+    void open_lid() { toggle(WLR_SWITCH_TYPE_LID, false); }
 
     wlr_switch base{};
 };

@@ -1,16 +1,13 @@
 #include "wayland_devices.hpp"
 
 #include "ext-idle-notify-v1-client-protocol.h"
-#include "input-method-unstable-v2-client-protocol.h"
 #include "keyboard-shortcuts-inhibit-unstable-v1-client-protocol.h"
 #include "memory_file.hpp"
 #include "virtual-keyboard-unstable-v1-client-protocol.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 #include "xdg-activation-v1-client-protocol.h"
 
-#include <format>
 #include <unistd.h>
-#include <utility>
 #include <wayland-client.h>
 
 namespace test
@@ -125,68 +122,6 @@ activation::~activation() = default;
 void activation::activate(wl_surface *surface)
 {
     xdg_activation_v1_activate(manager.get(), token.c_str(), surface);
-}
-
-struct input_method_events {
-    static input_method &self(void *data) { return *static_cast<input_method *>(data); }
-
-    static void keymap(void *data, zwp_input_method_keyboard_grab_v2 *, uint32_t, int fd, uint32_t)
-    {
-        self(data).keymap_events++;
-        close(fd);
-    }
-    static void key(void *data, zwp_input_method_keyboard_grab_v2 *, uint32_t, uint32_t, uint32_t code,
-                    uint32_t state)
-    {
-        self(data).events.push_back(
-            std::format("key {} {}", state == WL_KEYBOARD_KEY_STATE_PRESSED ? "down" : "up", code));
-    }
-    static void modifiers(void *data, zwp_input_method_keyboard_grab_v2 *, uint32_t, uint32_t depressed,
-                          uint32_t latched, uint32_t locked, uint32_t group)
-    {
-        self(data).events.push_back(std::format("modifiers {} {} {}", depressed, latched | locked, group));
-    }
-};
-
-static constexpr zwp_input_method_v2_listener input_method_listener{
-    .activate = [](void *, zwp_input_method_v2 *) {},
-    .deactivate = [](void *, zwp_input_method_v2 *) {},
-    .surrounding_text = [](void *, zwp_input_method_v2 *, const char *, uint32_t, uint32_t) {},
-    .text_change_cause = [](void *, zwp_input_method_v2 *, uint32_t) {},
-    .content_type = [](void *, zwp_input_method_v2 *, uint32_t, uint32_t) {},
-    .done = [](void *, zwp_input_method_v2 *) {},
-    .unavailable = [](void *, zwp_input_method_v2 *) {},
-};
-
-input_method::input_method(seat &s)
-    : manager(bind<zwp_input_method_manager_v2>(s, zwp_input_method_manager_v2_interface)),
-      object(zwp_input_method_manager_v2_get_input_method(manager.get(), s.get()))
-{
-    zwp_input_method_v2_add_listener(object.get(), &input_method_listener, this);
-}
-
-input_method::~input_method() = default;
-
-void input_method::grab_keyboard()
-{
-    static constexpr zwp_input_method_keyboard_grab_v2_listener listener{
-        .keymap = input_method_events::keymap,
-        .key = input_method_events::key,
-        .modifiers = input_method_events::modifiers,
-        .repeat_info = [](void *, zwp_input_method_keyboard_grab_v2 *, int32_t, int32_t) {},
-    };
-    grab.reset(zwp_input_method_v2_grab_keyboard(object.get()));
-    zwp_input_method_keyboard_grab_v2_add_listener(grab.get(), &listener, this);
-}
-
-void input_method::release_keyboard()
-{
-    grab.reset();
-}
-
-std::vector<std::string> input_method::take()
-{
-    return std::exchange(events, {});
 }
 
 struct idle_events {

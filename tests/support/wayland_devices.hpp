@@ -1,5 +1,5 @@
-// What a client can do besides having windows: type and point by virtual devices, take shortcuts or all keys
-// for itself, ask for a window's activation, and wait for the user to be idle.
+// What a client can do besides having windows: type and point by virtual devices, take shortcuts for itself,
+// ask for a window's activation, and wait for the user to be idle.
 #pragma once
 
 #include "wayland_seat.hpp"
@@ -78,29 +78,6 @@ private:
     proxy<xdg_activation_v1> manager;
     proxy<xdg_activation_token_v1> request;
     std::string token;
-};
-
-// An input method that takes the keyboard. Hears "key down 30" and "modifiers 1 0 0".
-class input_method
-{
-public:
-    explicit input_method(seat &s);
-    ~input_method();
-    input_method(const input_method &) = delete;
-    input_method &operator=(const input_method &) = delete;
-
-    void grab_keyboard();
-    void release_keyboard();
-    std::vector<std::string> take();
-    [[nodiscard]] int keymaps() const { return keymap_events; }
-
-private:
-    friend struct input_method_events;
-    proxy<zwp_input_method_manager_v2> manager;
-    proxy<zwp_input_method_v2> object;
-    proxy<zwp_input_method_keyboard_grab_v2> grab;
-    std::vector<std::string> events;
-    int keymap_events = 0;
 };
 
 // Tells "idle" as soon as the user is, and "active" when that ends.

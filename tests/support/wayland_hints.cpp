@@ -1,6 +1,7 @@
 #include "wayland_hints.hpp"
 
 #include "content-type-v1-client-protocol.h"
+#include "idle-inhibit-unstable-v1-client-protocol.h"
 #include "tearing-control-v1-client-protocol.h"
 
 namespace test
@@ -26,6 +27,13 @@ game_hint::game_hint(const window &w)
         static_cast<wp_content_type_manager_v1 *>(w.owner().bind(wp_content_type_manager_v1_interface, 1))};
     object.reset(wp_content_type_manager_v1_get_surface_content_type(manager.get(), w.get()));
     wp_content_type_v1_set_content_type(object.get(), WP_CONTENT_TYPE_V1_TYPE_GAME);
+}
+
+idle_inhibitor::idle_inhibitor(client &c, wl_surface *surface)
+{
+    const proxy<zwp_idle_inhibit_manager_v1> manager{
+        static_cast<zwp_idle_inhibit_manager_v1 *>(c.bind(zwp_idle_inhibit_manager_v1_interface, 1))};
+    object.reset(zwp_idle_inhibit_manager_v1_create_inhibitor(manager.get(), surface));
 }
 
 } // namespace test

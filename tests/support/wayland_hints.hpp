@@ -1,5 +1,5 @@
-// What a window says about the pictures that it draws. Counts for the compositor from the surface's next
-// commit.
+// What a client says about a surface: of the pictures that it draws, which counts for the compositor from the
+// surface's next commit, and that the user watches it.
 #pragma once
 
 #include "wayland_client.hpp"
@@ -27,6 +27,16 @@ public:
 
 private:
     proxy<wp_content_type_v1> object;
+};
+
+// That the user is not idle while the surface can be seen. Ends with the object.
+class idle_inhibitor
+{
+public:
+    idle_inhibitor(client &c, wl_surface *surface);
+
+private:
+    proxy<zwp_idle_inhibitor_v1> object;
 };
 
 } // namespace test

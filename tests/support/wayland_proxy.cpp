@@ -3,12 +3,17 @@
 #include "content-type-v1-client-protocol.h"
 #include "cursor-shape-v1-client-protocol.h"
 #include "ext-idle-notify-v1-client-protocol.h"
+#include "ext-session-lock-v1-client-protocol.h"
+#include "idle-inhibit-unstable-v1-client-protocol.h"
 #include "input-method-unstable-v2-client-protocol.h"
 #include "keyboard-shortcuts-inhibit-unstable-v1-client-protocol.h"
 #include "pointer-constraints-unstable-v1-client-protocol.h"
+#include "pointer-gestures-unstable-v1-client-protocol.h"
 #include "primary-selection-unstable-v1-client-protocol.h"
 #include "relative-pointer-unstable-v1-client-protocol.h"
+#include "tablet-v2-client-protocol.h"
 #include "tearing-control-v1-client-protocol.h"
+#include "text-input-unstable-v3-client-protocol.h"
 #include "virtual-keyboard-unstable-v1-client-protocol.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 #include "xdg-activation-v1-client-protocol.h"
@@ -67,6 +72,16 @@ void destroy_proxy::operator()(ext_idle_notification_v1 *object) const
 void destroy_proxy::operator()(ext_idle_notifier_v1 *object) const
 {
     ext_idle_notifier_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(ext_session_lock_manager_v1 *object) const
+{
+    ext_session_lock_manager_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(ext_session_lock_surface_v1 *object) const
+{
+    ext_session_lock_surface_v1_destroy(object);
 }
 
 void destroy_proxy::operator()(wp_content_type_manager_v1 *object) const
@@ -139,6 +154,16 @@ void destroy_proxy::operator()(zwp_confined_pointer_v1 *object) const
     zwp_confined_pointer_v1_destroy(object);
 }
 
+void destroy_proxy::operator()(zwp_idle_inhibit_manager_v1 *object) const
+{
+    zwp_idle_inhibit_manager_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_idle_inhibitor_v1 *object) const
+{
+    zwp_idle_inhibitor_v1_destroy(object);
+}
+
 void destroy_proxy::operator()(zwp_input_method_keyboard_grab_v2 *object) const
 {
     zwp_input_method_keyboard_grab_v2_release(object);
@@ -152,6 +177,11 @@ void destroy_proxy::operator()(zwp_input_method_manager_v2 *object) const
 void destroy_proxy::operator()(zwp_input_method_v2 *object) const
 {
     zwp_input_method_v2_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_input_popup_surface_v2 *object) const
+{
+    zwp_input_popup_surface_v2_destroy(object);
 }
 
 void destroy_proxy::operator()(zwp_keyboard_shortcuts_inhibit_manager_v1 *object) const
@@ -172,6 +202,26 @@ void destroy_proxy::operator()(zwp_locked_pointer_v1 *object) const
 void destroy_proxy::operator()(zwp_pointer_constraints_v1 *object) const
 {
     zwp_pointer_constraints_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_pointer_gesture_hold_v1 *object) const
+{
+    zwp_pointer_gesture_hold_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_pointer_gesture_pinch_v1 *object) const
+{
+    zwp_pointer_gesture_pinch_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_pointer_gesture_swipe_v1 *object) const
+{
+    zwp_pointer_gesture_swipe_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_pointer_gestures_v1 *object) const
+{
+    zwp_pointer_gestures_v1_release(object);
 }
 
 void destroy_proxy::operator()(zwp_primary_selection_device_manager_v1 *object) const
@@ -202,6 +252,41 @@ void destroy_proxy::operator()(zwp_relative_pointer_manager_v1 *object) const
 void destroy_proxy::operator()(zwp_relative_pointer_v1 *object) const
 {
     zwp_relative_pointer_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_tablet_manager_v2 *object) const
+{
+    zwp_tablet_manager_v2_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_tablet_pad_v2 *object) const
+{
+    zwp_tablet_pad_v2_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_tablet_seat_v2 *object) const
+{
+    zwp_tablet_seat_v2_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_tablet_tool_v2 *object) const
+{
+    zwp_tablet_tool_v2_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_tablet_v2 *object) const
+{
+    zwp_tablet_v2_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_text_input_manager_v3 *object) const
+{
+    zwp_text_input_manager_v3_destroy(object);
+}
+
+void destroy_proxy::operator()(zwp_text_input_v3 *object) const
+{
+    zwp_text_input_v3_destroy(object);
 }
 
 void destroy_proxy::operator()(zwp_virtual_keyboard_manager_v1 *object) const

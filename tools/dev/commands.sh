@@ -61,13 +61,13 @@ run_tests() { # DIRECTORY MESON-TEST-ARGUMENTS...
 	local directory=build/$1
 	shift
 	# A program that dies must not be counted by what an earlier run of it left behind.
-	rm -f "$directory"/meson-logs/testlog.junit.xml "$directory"/tests/*/*.xml
+	rm -f "$directory"/meson-logs/testlog*.junit.xml "$directory"/tests/*/*.xml
 	# Builds what the tests need. On a slow or busy machine, the tests need more time than their own limits allow.
 	inside meson test -C "$directory" --timeout-multiplier 3 --print-errorlogs "$@" >&2
 }
 
 dev_test() {
-	local builds=(dev sanitized) chosen=() status=0 build
+	local builds=(dev sanitized) chosen=() names=() status=0 build
 	while [ $# -gt 0 ]; do
 		case $1 in
 		--quick) builds=(dev) ;;
@@ -77,10 +77,12 @@ dev_test() {
 			shift
 			;;
 		-*) fail "test knows --quick, --filter PATTERN and names of tests, not '$1'" ;;
-		*) chosen+=("$1") ;;
+		*) names+=("$1") ;;
 		esac
 		shift
 	done
+	# All tests keep the machine busy by themselves; those of a few files would not.
+	[ ${#names[@]} -eq 0 ] || chosen+=(--wrapper "$project/tools/run-in-parts" "${names[@]}")
 	prepare
 	for build in "${builds[@]}"; do
 		case $build in

@@ -1,0 +1,44 @@
+// A program that ends when it is told to, as helpers do that crash: cued_child FIFO.
+// Reads one cue there: "segv", "abort", or "exit N". Says "waiting" first, and "no cue" when it gets none.
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace
+{
+
+[[noreturn]] void die_of(int signal_number)
+{
+    const rlimit no_core{};
+    setrlimit(RLIMIT_CORE, &no_core);
+    signal(signal_number, SIG_DFL); // a sanitizer would take it for a bug
+    raise(signal_number);
+    _exit(99);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    FILE *cues = argc == 2 ? fopen(argv[1], "re") : nullptr;
+    if (cues == nullptr)
+        return 98;
+    puts("waiting");
+    fflush(stdout);
+    std::array<char, 64> line{};
+    const std::string_view cue = fgets(line.data(), int(line.size()), cues) != nullptr ? line.data() : "";
+    fclose(cues);
+    if (cue == "segv\n")
+        die_of(SIGSEGV);
+    if (cue == "abort\n")
+        die_of(SIGABRT);
+    if (cue.starts_with("exit "))
+        return atoi(&line[5]);
+    puts("no cue");
+    return 97;
+}
