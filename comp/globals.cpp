@@ -7,6 +7,7 @@
 #include "input/seat_requests.hpp"
 #include "input/shortcuts_inhibitor.hpp"
 #include "outputs/gamma.hpp"
+#include "sandbox.hpp"
 #include "server.hpp"
 #include "session_listeners.hpp"
 #include "windows/attention.hpp"
@@ -87,7 +88,9 @@ bool globals_create_first(vantore_server &server)
     wlr_fractional_scale_manager_v1_create(display, 1);
     wlr_alpha_modifier_v1_create(display);
     wlr_single_pixel_buffer_manager_v1_create(display);
-    wlr_security_context_manager_v1_create(display);
+    server.security_contexts = wlr_security_context_manager_v1_create(display);
+    if (server.security_contexts != nullptr)
+        sandbox_filter_globals(server);
     create_cursor_shape(server);
     create_shortcuts_inhibit(server);
     if (wlr_xdg_foreign_registry *registry = wlr_xdg_foreign_registry_create(display)) {

@@ -11,6 +11,7 @@
 #include "ipc/socket.hpp"
 #include "records.hpp"
 #include "timer.hpp"
+#include "wayland_socket.hpp"
 
 #include <array>
 #include <vector>
@@ -18,8 +19,12 @@
 struct vantore_server {
     std::vector<listener *> session_listeners; // members of this record; see session_listeners.hpp
     wl_display *display = nullptr;
+    wayland_socket socket;
+    listener new_client; // any Wayland client connects
+    wlr_security_context_manager_v1 *security_contexts = nullptr; // null when it could not be made
     wlr_backend *backend = nullptr;
     wlr_backend *headless = nullptr; // hosts virtual outputs; null unless the backend is a multi-backend
+    listener backend_destroy, display_backend_destroy;
     wlr_session *session = nullptr; // null without a login session
     listener session_active, session_destroy;
     wlr_renderer *renderer = nullptr;

@@ -1,8 +1,10 @@
 #include "spawn.hpp"
 
+#include "descriptors.hpp"
 #include "platform.hpp"
 
 #include <csignal>
+#include <fcntl.h>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,19 +13,37 @@
 // closing quote still fit into the 4096 bytes of the launcher's buffer.
 static constexpr size_t launcher_line_limit = 4090;
 
-// Everything is inherited but the block of SIGHUP, which only our event loop needs: shells would hand it on,
-// and nothing would end with its terminal.
-static void release_hangups()
+// A program that starts without one of its standard descriptors would take the first file that it opens for
+// it.
+static void open_standard_descriptors()
 {
-    sigset_t hangup;
-    sigemptyset(&hangup);
-    sigaddset(&hangup, SIGHUP);
-    sigprocmask(SIG_UNBLOCK, &hangup, nullptr);
+    for (int fd = 0; fd <= 2; fd++) {
+        const int flags = fcntl(fd, F_GETFD);
+        if (flags >= 0 && (flags & FD_CLOEXEC) == 0)
+            continue;
+        const int nothing = open("/dev/null", fd == 0 ? O_RDONLY : O_WRONLY);
+        if (nothing >= 0 && nothing != fd) {
+            dup2(nothing, fd);
+            close(nothing);
+        }
+    }
+}
+
+// What the compositor has set up for itself ends here: no signal is blocked or ignored, and the limit of
+// descriptors is the one that the session was started with.
+static void forget_our_ways()
+{
+    sigset_t none;
+    sigemptyset(&none);
+    signal(SIGPIPE, SIG_DFL);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    descriptors_restore_limit();
+    open_standard_descriptors();
 }
 
 [[noreturn]] static void become(const char *const argv[])
 {
-    release_hangups();
+    forget_our_ways();
     execvp(argv[0], const_cast<char *const *>(argv));
     _exit(127);
 }

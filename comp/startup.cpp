@@ -7,6 +7,7 @@
 #include "broadcast.hpp"
 #include "config/load.hpp"
 #include "config/settings_apply.hpp"
+#include "descriptors.hpp"
 #include "globals.hpp"
 #include "graphics.hpp"
 #include "input/buttons.hpp"
@@ -30,6 +31,7 @@
 #include "session_listeners.hpp"
 #include "spawn.hpp"
 #include "windows/fullscreen.hpp"
+#include "windows/subsurface_guard.hpp"
 #include "windows/xwayland.hpp"
 #include "workspaces/workspace.hpp"
 
@@ -42,6 +44,10 @@
 static wl_display *g_display; // for the signal handler
 // wl_display_run forgets a termination that came before it.
 static volatile sig_atomic_t g_exit_requested;
+
+// Bytes of events that wait for a client which does not read. A mouse of 1000 Hz fills libwayland's own 4096
+// within a few hundredths of a second, and a client that is late would be disconnected.
+static constexpr size_t client_buffer_size = 1024 * 1024;
 
 static void handle_exit_signal(int)
 {
@@ -72,7 +78,11 @@ static bool create_display(vantore_server &server)
 {
     server.display = wl_display_create();
     g_display = server.display;
-    return made(server.display != nullptr, "Wayland display");
+    if (!made(server.display != nullptr, "Wayland display"))
+        return false;
+    wl_display_set_default_max_buffer_size(server.display, client_buffer_size);
+    guard_subsurface_requests(server);
+    return true;
 }
 
 static void destroy_display(vantore_server &server)
@@ -100,17 +110,57 @@ static bool install_signal_handlers(vantore_server &)
     return true;
 }
 
+// The library destroys the backend when the login session ends under it, and a part of it when a GPU is
+// unbound or the compositor around a nested session ends. It asserts then that nobody listens any more.
+static void handle_backend_destroy(vantore_server &server)
+{
+    wlr_log(WLR_ERROR, "vantore-comp: the backend has gone, ending");
+    for (listener *l :
+         {&server.backend_destroy, &server.display_backend_destroy, &server.new_output, &server.new_input})
+        unlisten(*l);
+    server.backend = server.headless = nullptr;
+    wl_display_terminate(server.display);
+}
+
+static void handle_display_backend_destroy(vantore_server &server)
+{
+    wlr_log(WLR_ERROR, "vantore-comp: the display backend has gone, ending");
+    unlisten(server.display_backend_destroy);
+    wl_display_terminate(server.display);
+}
+
+// The part that has the displays: the first that is neither for input nor the headless one that we add later.
+static void watch_display_backend(wlr_backend *part, void *data)
+{
+    auto &server = *static_cast<vantore_server *>(data);
+    const bool found = has_any(server.display_backend_destroy.link);
+    if (!found && !wlr_backend_is_libinput(part))
+        listen<&vantore_server::display_backend_destroy, handle_display_backend_destroy>(
+            server, part->events.destroy);
+}
+
+static bool watch_backend(vantore_server &server)
+{
+    listen<&vantore_server::backend_destroy, handle_backend_destroy>(server, server.backend->events.destroy);
+    if (wlr_backend_is_multi(server.backend))
+        wlr_multi_for_each_backend(server.backend, watch_display_backend, &server);
+    return true;
+}
+
+static void destroy_backend(vantore_server &server)
+{
+    unlisten(server.backend_destroy);
+    unlisten(server.display_backend_destroy);
+    if (server.backend != nullptr)
+        wlr_backend_destroy(server.backend);
+}
+
 static bool create_backend(vantore_server &server)
 {
     server.backend = wlr_backend_autocreate(wl_display_get_event_loop(server.display), &server.session);
     if (server.backend == nullptr)
         wlr_log(WLR_ERROR, "vantore-comp: backend failed");
-    return server.backend != nullptr;
-}
-
-static void destroy_backend(vantore_server &server)
-{
-    wlr_backend_destroy(server.backend);
+    return server.backend != nullptr && watch_backend(server);
 }
 
 static bool add_headless_backend(vantore_server &server)
@@ -241,8 +291,7 @@ static bool watch_outputs(vantore_server &server)
 // Outputs and input devices of the backend appear while it starts.
 static bool open_socket_and_start_backend(vantore_server &server)
 {
-    const char *socket = wl_display_add_socket_auto(server.display);
-    if (socket == nullptr) {
+    if (!wayland_socket_open(server.socket, server.display)) {
         wlr_log(WLR_ERROR, "vantore-comp: no socket");
         return false;
     }
@@ -252,8 +301,14 @@ static bool open_socket_and_start_backend(vantore_server &server)
     }
     startup_reprobe_arm(server);
     outputs_file_follow(server, VNT_EVT_OUTPUTS);
-    setenv("WAYLAND_DISPLAY", socket, 1);
+    setenv("WAYLAND_DISPLAY", server.socket.name.c_str(), 1);
     return true;
+}
+
+static void close_socket(vantore_server &server)
+{
+    startup_reprobe_cancel();
+    wayland_socket_close(server.socket);
 }
 
 static void disconnect_clients(vantore_server &server)
@@ -317,6 +372,7 @@ static void stop_following_outputs()
 static constexpr startup_step steps[]{
     {"log", always<log_start>},
     {"single-instance state", reset_single_instance_state},
+    {"descriptors", always<descriptors_raise_limit>},
     {"display", create_display, destroy_display},
     {"memory", nullptr, plainly<memory_trim_reset>},
     {"signals", install_signal_handlers},
@@ -356,7 +412,7 @@ static constexpr startup_step steps[]{
     {"seat", [](vantore_server &server) { return made(globals_create_seat(server), "seat"); }},
     {"last globals", always<globals_create_last>},
     {"clients", nullptr, disconnect_clients},
-    {"socket and backend", open_socket_and_start_backend, plainly<startup_reprobe_cancel>},
+    {"socket and backend", open_socket_and_start_backend, close_socket},
     {"announcement", announce_session},
     {"IPC", always<ipc_init>, ipc_finish},
     {"autostart", always<start_programs>},

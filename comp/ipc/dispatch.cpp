@@ -18,7 +18,7 @@ static constexpr std::string_view no_capture = R"({"ok":false})";
 static void run_command(vnt_ipc_client &client, uint32_t type, std::string_view payload)
 {
     ipc_run_command(*client.server, payload);
-    ipc_send_reply(client.fd, type, success);
+    ipc_reply(client, type, success);
 }
 
 template <void (*Query)(vantore_server &, strbuf &)>
@@ -26,13 +26,13 @@ static void answer_query(vnt_ipc_client &client, uint32_t type, std::string_view
 {
     strbuf text;
     Query(*client.server, text);
-    ipc_send_reply(client.fd, type, text.text());
+    ipc_reply(client, type, text.text());
 }
 
 static void subscribe(vnt_ipc_client &client, uint32_t type, std::string_view)
 {
     client.subscribed = true;
-    ipc_send_reply(client.fd, type, success);
+    ipc_reply(client, type, success);
 }
 
 // `Capture` returns -1 if there is nothing to show.
@@ -42,17 +42,17 @@ static void answer_capture(vnt_ipc_client &client, uint32_t type, std::string_vi
     strbuf meta;
     const int file = Capture(*client.server, payload, meta);
     if (file < 0) {
-        ipc_send_reply(client.fd, type, no_capture);
+        ipc_reply(client, type, no_capture);
         return;
     }
-    ipc_send_reply_fd(client.fd, type, meta.text(), file);
+    ipc_reply(client, type, meta.text(), {&file, 1});
     close(file);
 }
 
 // We can't hand out GPU buffers yet.
 static void refuse_capture(vnt_ipc_client &client, uint32_t type, std::string_view)
 {
-    ipc_send_reply(client.fd, type, no_capture);
+    ipc_reply(client, type, no_capture);
 }
 
 using request_handler = void (*)(vnt_ipc_client &client, uint32_t type, std::string_view payload);
@@ -75,5 +75,5 @@ void ipc_dispatch(vnt_ipc_client &client, uint32_t type, std::string_view payloa
     if (type < std::size(handlers))
         handlers[type](client, type, payload);
     else
-        ipc_send_reply(client.fd, type, unknown_type);
+        ipc_reply(client, type, unknown_type);
 }

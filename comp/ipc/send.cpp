@@ -1,36 +1,21 @@
+// What waits for a client is a queue of pieces. A piece carries its descriptors with its first byte, as
+// duplicates of the caller's; they are closed once that byte has gone.
+
 #include "send.hpp"
 
+#include "client.hpp"
 #include "frame.hpp"
+#include "transport.hpp"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 static constexpr size_t most_descriptors = 4;
-
-bool ipc_write_all(int fd, const char *data, size_t length)
-{
-    while (length > 0) {
-        const ssize_t written = write(fd, data, length);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            return false;
-        data += written;
-        length -= size_t(written);
-    }
-    return true;
-}
-
-void ipc_send_reply(int fd, uint32_t type, std::string_view payload)
-{
-    const ipc_header header = ipc_make_header(type, uint32_t(payload.size()));
-    if (ipc_write_all(fd, header.data(), header.size()))
-        ipc_write_all(fd, payload.data(), payload.size());
-}
 
 using control_space = std::array<char, CMSG_SPACE(sizeof(int) * most_descriptors)>;
 
@@ -49,41 +34,111 @@ static void attach_descriptors(msghdr &message, control_space &control, std::spa
     memcpy(CMSG_DATA(rights), fds.data(), fds.size_bytes());
 }
 
-// What sendmsg returns, -1 on an error.
-static ssize_t send_frame(int fd, uint32_t type, std::string_view payload, std::span<const int> fds,
-                          int flags)
+// How many bytes went out; -1 on an error, which is EAGAIN where there is no room.
+static ssize_t send_some(int fd, std::string_view bytes, std::span<const int> fds)
 {
-    ipc_header header = ipc_make_header(type, uint32_t(payload.size()));
-    std::array<iovec, 2> pieces{{
-        {.iov_base = header.data(), .iov_len = header.size()},
-        {.iov_base = const_cast<char *>(payload.data()), .iov_len = payload.size()},
-    }};
+    iovec piece{.iov_base = const_cast<char *>(bytes.data()), .iov_len = bytes.size()};
     msghdr message{};
-    message.msg_iov = pieces.data();
-    message.msg_iovlen = payload.empty() ? 1 : 2;
+    message.msg_iov = &piece;
+    message.msg_iovlen = 1;
     alignas(cmsghdr) control_space control{};
     attach_descriptors(message, control, fds);
     ssize_t sent = 0;
     do {
-        sent = sendmsg(fd, &message, flags);
+        sent = sendmsg(fd, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
     } while (sent < 0 && errno == EINTR);
     return sent;
 }
 
-void ipc_send_reply_fd(int fd, uint32_t type, std::string_view payload, int out_fd)
+static std::string make_frame(uint32_t type, std::string_view payload)
 {
-    ipc_send_reply_fds(fd, type, payload, {&out_fd, out_fd == -1 ? size_t{0} : size_t{1}});
+    const ipc_header header = ipc_make_header(type, uint32_t(payload.size()));
+    std::string frame{header.data(), header.size()};
+    frame += payload;
+    return frame;
 }
 
-void ipc_send_reply_fds(int fd, uint32_t type, std::string_view payload, std::span<const int> fds)
+static void watch_for_room(vnt_ipc_client &client)
 {
-    send_frame(fd, type, payload, fds, MSG_NOSIGNAL);
+    const uint32_t room = client.rest.empty() ? 0 : uint32_t{WL_EVENT_WRITABLE};
+    wl_event_source_fd_update(client.src.get(), WL_EVENT_READABLE | room);
 }
 
-int ipc_push_fds(int fd, uint32_t type, std::string_view payload, std::span<const int> fds)
+// False when so much waits already that the client is given up.
+static bool keep(vnt_ipc_client &client, std::string_view bytes, std::span<const int> fds)
 {
-    const ssize_t sent = send_frame(fd, type, payload, fds, MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (client.rest_bytes + bytes.size() > ipc_most_kept)
+        return false;
+    ipc_rest piece{.bytes = std::string{bytes}, .fds = {}};
+    for (const int fd : fds.first(std::min(fds.size(), most_descriptors)))
+        piece.fds.emplace_back(fcntl(fd, F_DUPFD_CLOEXEC, 0));
+    client.rest_bytes += bytes.size();
+    client.rest.push_back(std::move(piece));
+    watch_for_room(client);
+    return true;
+}
+
+// False when the connection has ended, or the client is given up.
+static bool send_or_keep(vnt_ipc_client &client, std::string_view frame, std::span<const int> fds)
+{
+    if (!client.rest.empty())
+        return keep(client, frame, fds);
+    const ssize_t sent = send_some(client.fd, frame, fds);
+    if (sent < 0 && errno != EAGAIN)
+        return false;
+    const size_t gone = size_t(std::max<ssize_t>(sent, 0));
+    if (gone == frame.size())
+        return true;
+    return keep(client, frame.substr(gone), gone > 0 ? std::span<const int>{} : fds);
+}
+
+void ipc_reply(vnt_ipc_client &client, uint32_t type, std::string_view payload, std::span<const int> fds)
+{
+    if (!send_or_keep(client, make_frame(type, payload), fds))
+        ipc_client_dispose(client);
+}
+
+void ipc_send_event(vnt_ipc_client &client, uint32_t type)
+{
+    const std::string frame = make_frame(type, {});
+    const bool told = client.rest.empty() ? send_some(client.fd, frame, {}) == ssize_t(frame.size())
+                                          : keep(client, frame, {});
+    if (!told)
+        ipc_client_dispose(client);
+}
+
+int ipc_push_fds(vnt_ipc_client &client, uint32_t type, std::string_view payload, std::span<const int> fds)
+{
+    if (!client.rest.empty())
+        return 0;
+    const std::string frame = make_frame(type, payload);
+    const ssize_t sent = send_some(client.fd, frame, fds);
     if (sent < 0)
         return 0;
-    return size_t(sent) == ipc_header_size + payload.size() ? 1 : -1;
+    return size_t(sent) == frame.size() ? 1 : -1;
+}
+
+// False when the socket has no room for all of the piece.
+static bool send_piece(vnt_ipc_client &client, ipc_rest &piece)
+{
+    std::array<int, most_descriptors> fds{};
+    for (size_t i = 0; i < piece.fds.size(); i++)
+        fds[i] = piece.fds[i].fd;
+    const ssize_t sent = send_some(client.fd, piece.bytes, std::span{fds}.first(piece.fds.size()));
+    if (sent < 0) {
+        if (errno != EAGAIN)
+            ipc_client_dispose(client);
+        return false;
+    }
+    piece.fds.clear();
+    piece.bytes.erase(0, size_t(sent));
+    client.rest_bytes -= size_t(sent);
+    return piece.bytes.empty();
+}
+
+void ipc_send_rest(vnt_ipc_client &client)
+{
+    while (!client.rest.empty() && send_piece(client, client.rest.front()))
+        client.rest.pop_front();
+    watch_for_room(client);
 }

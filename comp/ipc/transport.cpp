@@ -12,6 +12,7 @@
 #include "client.hpp"
 #include "dispatch.hpp"
 #include "frame.hpp"
+#include "send.hpp"
 #include "subscribers.hpp"
 
 #include <cerrno>
@@ -100,30 +101,30 @@ static bool run_requests(vnt_ipc_client &client)
     return state == ipc_frame_state::incomplete;
 }
 
-static int ipc_client_readable(int, uint32_t, void *data)
+static int ipc_client_ready(int, uint32_t mask, void *data)
 {
     auto &client = *static_cast<vnt_ipc_client *>(data);
+    if (!client.dead && (mask & WL_EVENT_WRITABLE) != 0)
+        ipc_send_rest(client);
+    if ((mask & ~uint32_t{WL_EVENT_WRITABLE}) == 0)
+        return 0;
     if (!client.dead && (!read_more(client) || !run_requests(client)))
         ipc_client_dispose(client);
     return 0;
 }
 
-static int ipc_accept(int listen_fd, uint32_t, void *data)
+static void ipc_accept(void *data, int fd)
 {
     auto &server = *static_cast<vantore_server *>(data);
-    const int fd = accept(listen_fd, nullptr, nullptr);
-    if (fd < 0)
-        return 0;
     fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK);
     auto *client = new vnt_ipc_client{};
     client->server = &server;
     client->fd = fd;
     wl_list_insert(&server.ipc.ipc_clients, &client->link);
     wl_event_loop *loop = wl_display_get_event_loop(server.display);
-    client->src.reset(wl_event_loop_add_fd(loop, fd, WL_EVENT_READABLE, ipc_client_readable, client));
+    client->src.reset(wl_event_loop_add_fd(loop, fd, WL_EVENT_READABLE, ipc_client_ready, client));
     if (client->src == nullptr)
         ipc_client_destroy(*client);
-    return 0;
 }
 
 std::array<char, 108> ipc_socket_path(pid_t pid)
@@ -145,37 +146,39 @@ static bool bind_to(int fd, std::span<const char> path)
     return bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0;
 }
 
-// False, with a log line, when there is no socket to listen on.
-static bool open_socket(vantore_server &server)
+// -1, with a log line, when there is no socket to listen on.
+static int open_socket(vantore_server &server)
 {
-    server.ipc.ipc_listen_fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (server.ipc.ipc_listen_fd < 0) {
+    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd < 0) {
         wlr_log(WLR_ERROR, "vantore-comp: IPC socket() failed: %s", strerror(errno));
-        return false;
+        return -1;
     }
     const auto path = ipc_socket_path(getpid());
-    if (!bind_to(server.ipc.ipc_listen_fd, path)) {
+    if (!bind_to(fd, path)) {
         wlr_log(WLR_ERROR, "vantore-comp: IPC bind('%s') failed: %s", path.data(), strerror(errno));
-        return false;
+        close(fd);
+        return -1;
     }
     server.ipc.ipc_path = path; // from here on ours to unlink
-    if (listen(server.ipc.ipc_listen_fd, backlog) < 0) {
+    if (listen(fd, backlog) < 0) {
         wlr_log(WLR_ERROR, "vantore-comp: IPC listen failed: %s", strerror(errno));
-        return false;
+        close(fd);
+        return -1;
     }
-    return true;
+    return fd;
 }
 
 void ipc_init(vantore_server &server)
 {
     unsetenv("VANTORESOCK");
-    if (!open_socket(server)) {
+    const int fd = open_socket(server);
+    if (fd < 0 || !listening_start(server.ipc.ipc_listen, server.display, fd, ipc_accept, &server)) {
+        if (fd >= 0)
+            close(fd);
         ipc_finish(server);
         return;
     }
-    server.ipc.ipc_listen_src =
-        wl_event_loop_add_fd(wl_display_get_event_loop(server.display), server.ipc.ipc_listen_fd,
-                             WL_EVENT_READABLE, ipc_accept, &server);
     broadcast_listen(ipc_tell_subscribers);
     setenv("VANTORESOCK", server.ipc.ipc_path.data(), 1);
     wlr_log(WLR_INFO, "vantore-comp: IPC listening on %s", server.ipc.ipc_path.data());
@@ -186,12 +189,7 @@ void ipc_finish(vantore_server &server)
     broadcast_unlisten(ipc_tell_subscribers);
     for (auto &client : each<&vnt_ipc_client::link>(server.ipc.ipc_clients))
         ipc_client_destroy(client);
-    if (server.ipc.ipc_listen_src != nullptr)
-        wl_event_source_remove(server.ipc.ipc_listen_src);
-    server.ipc.ipc_listen_src = nullptr;
-    if (server.ipc.ipc_listen_fd >= 0)
-        close(server.ipc.ipc_listen_fd);
-    server.ipc.ipc_listen_fd = -1;
+    listening_stop(server.ipc.ipc_listen);
     if (server.ipc.ipc_path[0] != '\0')
         unlink(server.ipc.ipc_path.data());
     server.ipc.ipc_path[0] = '\0';

@@ -119,7 +119,7 @@ static wlr_scene_tree *tree_of_parent(const wlr_xdg_popup &popup)
 
 void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup)
 {
-    ignore_early_reposition(popup);
+    guard_popup_requests(popup);
     if (has_dead_parent(*popup)) {
         wl_resource_post_error(popup->base->client->resource, XDG_WM_BASE_ERROR_INVALID_POPUP_PARENT,
                                "the parent of a popup is gone");

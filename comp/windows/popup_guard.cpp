@@ -24,7 +24,11 @@ static int dispatch_popup_request(const void *library, void *target, uint32_t op
         handlers.destroy(client, resource);
         break;
     case POPUP_GRAB:
-        handlers.grab(client, resource, resource_argument(arguments[0]), arguments[1].u);
+        if (popup != nullptr && popup->seat != nullptr)
+            wl_resource_post_error(resource, XDG_POPUP_ERROR_INVALID_GRAB,
+                                   "a popup can be grabbed only once");
+        else
+            handlers.grab(client, resource, resource_argument(arguments[0]), arguments[1].u);
         break;
     case POPUP_REPOSITION:
         if (popup == nullptr || popup->base->initialized)
@@ -34,7 +38,7 @@ static int dispatch_popup_request(const void *library, void *target, uint32_t op
     return 0;
 }
 
-void ignore_early_reposition(wlr_xdg_popup *popup)
+void guard_popup_requests(wlr_xdg_popup *popup)
 {
     wl_resource *resource = popup->resource;
     wl_resource_set_dispatcher(resource, dispatch_popup_request, resource->object.implementation,

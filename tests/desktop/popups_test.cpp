@@ -379,6 +379,23 @@ TEST_F(grabbing_menus, with_a_made_up_serial_end_like_others)
     EXPECT_FALSE(wlr_seat_keyboard_has_grab(server.seat));
 }
 
+TEST_F(grabbing_menus, that_grab_twice_end_their_client_and_nothing_else)
+{
+    auto &other = map("other", {200, 200});
+    place(other, 900, 300);
+    popup menu{*page, {.x = 20, .y = 30}, popup::draws::always, ears.get(), ears->press_serial()};
+    menu.grab(*ears, ears->press_serial());
+    EVENTUALLY(page->owner().error() != 0);
+    ASSERT_TRUE(page->owner().protocol_error().has_value());
+    EXPECT_EQ(page->owner().protocol_error()->interface, "xdg_popup");
+    settle();
+    pointer->release(BTN_LEFT);
+    point_at(*pointer, 910, 310);
+    pointer->press(BTN_LEFT);
+    settle();
+    EXPECT_TRUE(has_keyboard(other));
+}
+
 // Title bars
 
 struct title_bars : test::desktop {

@@ -34,12 +34,12 @@ TEST(startup_table, names_its_steps_in_order)
     for (const startup_step &step : startup_steps())
         names.push_back(step.name);
     EXPECT_THAT(names,
-                ElementsAre("log", "single-instance state", "display", "memory", "signals", "safe graphics",
-                            "workspaces, which outlive the outputs", "outputs file", "backend",
-                            "headless backend", "login session", "renderer", "render node", "allocator",
-                            "frame measurements", "cursor, which outlives the scene", "listeners",
-                            "first globals", "explicit sync", "scene", "scene graph", "configuration",
-                            "reduced motion", "presentation time", "accent", "workspaces",
+                ElementsAre("log", "single-instance state", "descriptors", "display", "memory", "signals",
+                            "safe graphics", "workspaces, which outlive the outputs", "outputs file",
+                            "backend", "headless backend", "login session", "renderer", "render node",
+                            "allocator", "frame measurements", "cursor, which outlives the scene",
+                            "listeners", "first globals", "explicit sync", "scene", "scene graph",
+                            "configuration", "reduced motion", "presentation time", "accent", "workspaces",
                             "workspaces' configuration", "hangup", "animation timer", "modifier timer",
                             "frames of covered windows", "outputs", "xdg shell", "XWayland",
                             "decoration manager", "layer shell", "cursor", "seat", "last globals", "clients",
@@ -438,6 +438,40 @@ TEST_F(desktop, a_second_session_in_the_same_process_starts_as_clean_as_the_firs
     EXPECT_EQ(second.next_toplevel_id, 0U);
     EXPECT_TRUE(wl_list_empty(&second.toplevels));
     server_finish(second);
+}
+
+// Runs the session until it ends by itself, with something that happens in its loop.
+void run_with(vantore_server &server, void (*happen)(void *server))
+{
+    wl_event_loop_add_idle(wl_display_get_event_loop(server.display), happen, &server);
+    server_run(server);
+}
+
+TEST_F(desktop, ends_in_order_when_the_backend_goes)
+{
+    plug("A", 800, 600);
+    map("w");
+    run_with(server, [](void *data) { wlr_backend_destroy(static_cast<vantore_server *>(data)->backend); });
+    EXPECT_EQ(server.backend, nullptr);
+    EXPECT_THAT(world.log(), HasSubstr("vantore-comp: the backend has gone, ending"));
+    EXPECT_NE(wl_list_empty(&server.outputs), 0);
+}
+
+TEST_F(desktop, ends_when_the_part_of_the_backend_goes_that_has_the_displays)
+{
+    map("w");
+    run_with(server, [](void *data) {
+        wlr_backend *displays = nullptr;
+        wlr_multi_for_each_backend(
+            static_cast<vantore_server *>(data)->backend,
+            [](wlr_backend *part, void *found) {
+                if (auto *&first = *static_cast<wlr_backend **>(found); first == nullptr)
+                    first = part;
+            },
+            &displays);
+        wlr_backend_destroy(displays);
+    });
+    EXPECT_THAT(world.log(), HasSubstr("vantore-comp: the display backend has gone, ending"));
 }
 
 } // namespace

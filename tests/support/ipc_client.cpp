@@ -1,5 +1,6 @@
 #include "ipc_client.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -85,6 +86,8 @@ void ipc_client::read_some()
 
 void ipc_client::parse()
 {
+    if (skip_nulls)
+        unparsed.erase(0, std::min(unparsed.find_first_not_of('\0'), unparsed.size()));
     size_t at = 0;
     while (unparsed.size() - at >= ipc_header_size) {
         uint32_t length = 0, type = 0;

@@ -29,6 +29,8 @@ public:
     void pump();
     // Reads nothing while it is false.
     bool reads = true;
+    // Passes over null bytes in front of a frame.
+    bool skip_nulls = false;
 
     // Queued until the socket takes them.
     void send_bytes(std::string_view bytes);

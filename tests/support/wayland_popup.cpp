@@ -63,6 +63,11 @@ popup::popup(client &owner, xdg_surface *parent, const placement &where, draws d
     wl_surface_commit(surface);
 }
 
+void popup::grab(const seat &grabs, uint32_t serial)
+{
+    xdg_popup_grab(object, grabs.get(), serial);
+}
+
 popup::popup(window &parent, const placement &where, draws draw_when, const seat *grabs, uint32_t serial)
     : popup(parent.owner(), parent.shell_surface(), where, draw_when, grabs, serial)
 {

@@ -38,6 +38,7 @@ public:
     void take_role_again(xdg_surface *parent, const placement &where);
     void attach_nothing(); // and commits
     void reposition(const placement &where, uint32_t token);
+    void grab(const seat &grabs, uint32_t serial);
     void destroy_surface(); // before its role: a client's mistake
     void destroy();
 

@@ -1,5 +1,6 @@
 #include "spawn.hpp"
 
+#include "descriptors.hpp"
 #include "platform.hpp"
 #include "support/isolation.hpp"
 
@@ -8,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -113,6 +115,37 @@ TEST(shell_line, may_be_hung_up_though_we_hold_hangups)
     const std::string blocked = output_of("exec grep SigBlk /proc/self/status");
     sigprocmask(SIG_SETMASK, &before, nullptr);
     EXPECT_EQ(blocked, "SigBlk:\t0000000000000000\n");
+}
+
+TEST(shell_line, may_write_into_a_pipe_that_is_closed_and_is_ended_by_that)
+{
+    const auto before = signal(SIGPIPE, SIG_IGN);
+    const std::string ignored = output_of("exec grep SigIgn /proc/self/status");
+    signal(SIGPIPE, before);
+    const unsigned long mask = strtoul(ignored.c_str() + ignored.find_last_of('\t') + 1, nullptr, 16);
+    EXPECT_EQ(mask & (1UL << (SIGPIPE - 1)), 0U) << ignored;
+}
+
+TEST(shell_line, has_its_standard_descriptors_open)
+{
+    const int input = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 10);
+    close(STDIN_FILENO);
+    const std::string open = output_of("readlink /proc/self/fd/0");
+    dup2(input, STDIN_FILENO);
+    close(input);
+    EXPECT_EQ(open, "/dev/null\n");
+}
+
+TEST(shell_line, has_the_limit_of_descriptors_that_the_session_found)
+{
+    rlimit found{};
+    getrlimit(RLIMIT_NOFILE, &found);
+    descriptors_raise_limit();
+    rlimit raised{};
+    getrlimit(RLIMIT_NOFILE, &raised);
+    EXPECT_EQ(raised.rlim_cur, found.rlim_max);
+    EXPECT_EQ(output_of("ulimit -Sn"), std::to_string(found.rlim_cur) + "\n");
+    setrlimit(RLIMIT_NOFILE, &found);
 }
 
 TEST(program, is_found_in_the_path_and_no_shell_reads_its_arguments)

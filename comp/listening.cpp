@@ -1,0 +1,69 @@
+#include "listening.hpp"
+
+#include <cerrno>
+#include <sys/socket.h>
+#include <unistd.h>
+
+static constexpr int rest_ms = 250;
+
+// It is said once for each time without descriptors, not for each attempt.
+static bool g_said_full;
+
+static bool is_full(int error)
+{
+    return error == EMFILE || error == ENFILE;
+}
+
+static void rest_a_while(listening_socket &l)
+{
+    if (!g_said_full)
+        wlr_log(WLR_ERROR, "vantore-comp: no descriptor is free; new connections wait until others end");
+    g_said_full = true;
+    wl_event_source_fd_update(l.source.get(), 0);
+    timer_arm(l.rest, rest_ms);
+}
+
+static int accept_connection(int fd, uint32_t, void *data)
+{
+    auto &l = *static_cast<listening_socket *>(data);
+    const int connection = accept4(fd, nullptr, nullptr, SOCK_CLOEXEC);
+    if (connection >= 0) {
+        g_said_full = false;
+        l.take(l.data, connection);
+    } else if (is_full(errno)) {
+        rest_a_while(l);
+    }
+    return 0;
+}
+
+static int listen_again(void *data)
+{
+    wl_event_source_fd_update(static_cast<listening_socket *>(data)->source.get(), WL_EVENT_READABLE);
+    return 0;
+}
+
+bool listening_start(listening_socket &l, wl_display *display, int fd,
+                     void (*take)(void *data, int connection), void *data)
+{
+    wl_event_loop *loop = wl_display_get_event_loop(display);
+    l.source.reset(wl_event_loop_add_fd(loop, fd, WL_EVENT_READABLE, accept_connection, &l));
+    l.rest = timer_create(display, listen_again, &l);
+    if (l.source == nullptr || l.rest == nullptr) {
+        l.source.reset();
+        l.rest.reset();
+        return false;
+    }
+    l.fd = fd;
+    l.take = take;
+    l.data = data;
+    return true;
+}
+
+void listening_stop(listening_socket &l)
+{
+    l.source.reset();
+    l.rest.reset();
+    if (l.fd >= 0)
+        close(l.fd);
+    l.fd = -1;
+}

@@ -1,0 +1,234 @@
+// What clients in a sandbox see, and connections while no descriptor is free.
+
+#include "support/desktop.hpp"
+#include "support/raw_client.hpp"
+#include "support/wayland_seat.hpp"
+
+#include <cstring>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using testing::HasSubstr;
+using testing::UnorderedElementsAreArray;
+
+namespace
+{
+
+const std::vector<std::string> open_globals{
+    "wl_shm",
+    "wl_compositor",
+    "wl_subcompositor",
+    "wl_data_device_manager",
+    "zwp_primary_selection_device_manager_v1",
+    "xdg_activation_v1",
+    "wp_viewporter",
+    "wp_fractional_scale_manager_v1",
+    "wp_alpha_modifier_v1",
+    "wp_single_pixel_buffer_manager_v1",
+    "wp_cursor_shape_manager_v1",
+    "zwp_keyboard_shortcuts_inhibit_manager_v1",
+    "zxdg_exporter_v1",
+    "zxdg_importer_v1",
+    "zxdg_exporter_v2",
+    "zxdg_importer_v2",
+    "wp_tearing_control_manager_v1",
+    "wp_content_type_manager_v1",
+    "wp_presentation",
+    "xdg_wm_base",
+    "zxdg_decoration_manager_v1",
+    "wl_seat",
+    "zxdg_output_manager_v1",
+    "zwp_relative_pointer_manager_v1",
+    "zwp_pointer_constraints_v1",
+};
+
+const std::vector<std::string> closed_globals{
+    "wp_security_context_manager_v1",
+    "zwp_virtual_keyboard_manager_v1",
+    "zwlr_virtual_pointer_manager_v1",
+    "xwayland_shell_v1",
+    "zwlr_layer_shell_v1",
+    "zwlr_screencopy_manager_v1",
+    "zwlr_export_dmabuf_manager_v1",
+    "zwlr_data_control_manager_v1",
+    "zwlr_gamma_control_manager_v1",
+};
+
+sockaddr_un address_of(const std::string &path)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    return address;
+}
+
+int connect_to(const std::string &path)
+{
+    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const sockaddr_un address = address_of(path);
+    EXPECT_EQ(connect(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0)
+        << strerror(errno);
+    return fd;
+}
+
+struct sockets : test::desktop {
+    std::vector<std::string> names_of(const test::client &c)
+    {
+        std::vector<std::string> names;
+        for (const test::global &g : c.globals())
+            names.push_back(g.interface);
+        return names;
+    }
+    std::string wayland_path() { return (world.runtime_directory() / getenv("WAYLAND_DISPLAY")).string(); }
+};
+
+// An engine that opens a socket for its sandbox, and a program that connects through it.
+struct sandboxes : sockets {
+    static constexpr uint16_t manager_create_listener = 1, context_set_engine = 1, context_commit = 4;
+
+    void SetUp() override
+    {
+        sockets::SetUp();
+        path = (world.runtime_directory() / "sandbox").string();
+        listening = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        const sockaddr_un address = address_of(path);
+        ASSERT_EQ(bind(listening, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+        ASSERT_EQ(listen(listening, 4), 0);
+        ASSERT_EQ(pipe2(life, O_CLOEXEC), 0);
+        int ends[2];
+        ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends), 0);
+        wl_client_create(server.display, ends[0]);
+        engine = std::make_unique<test::raw_client>(ends[1]);
+        EVENTUALLY((engine->read(), engine->knows("wp_security_context_manager_v1")));
+    }
+    void TearDown() override
+    {
+        program.reset();
+        engine.reset();
+        for (const int fd : {listening, life[0], life[1]})
+            close(fd);
+        settle();
+        desktop::TearDown();
+    }
+    void open_sandbox()
+    {
+        const uint32_t manager = engine->bind("wp_security_context_manager_v1", 1);
+        const uint32_t context = engine->new_id();
+        // Both descriptors go with one request.
+        std::vector<uint32_t> request;
+        test::raw_client::append(request, manager, manager_create_listener, {context});
+        ASSERT_TRUE(engine->send(request, std::array{listening, life[0]}));
+        ASSERT_TRUE(engine->request(context, context_commit, {}));
+        program = std::make_unique<test::raw_client>(connect_to(path));
+        EVENTUALLY((program->read(), program->knows("xdg_wm_base")));
+        settle();
+        program->read();
+    }
+
+    std::string path;
+    int listening = -1;
+    int life[2]{-1, -1}; // the engine holds the other end open for as long as its sandbox lives
+    std::unique_ptr<test::raw_client> engine, program;
+};
+
+TEST_F(sandboxes, see_what_a_program_needs_and_nothing_that_shows_or_controls_others)
+{
+    open_sandbox();
+    for (const std::string &name : open_globals)
+        EXPECT_TRUE(program->knows(name)) << name;
+    for (const std::string &name : closed_globals)
+        EXPECT_FALSE(program->knows(name)) << name;
+    EXPECT_EQ(program->globals_known(), open_globals.size());
+}
+
+TEST_F(sandboxes, are_decided_about_for_every_global_that_is_offered)
+{
+    std::vector<std::string> all = open_globals;
+    all.insert(all.end(), closed_globals.begin(), closed_globals.end());
+    EXPECT_THAT(names_of(connect()), UnorderedElementsAreArray(all));
+}
+
+// Takes every descriptor that the process may have.
+struct greed {
+    greed()
+    {
+        for (int fd = dup(0); fd >= 0; fd = dup(0))
+            taken.push_back(fd);
+    }
+    ~greed() { let_go(); }
+    void let_go()
+    {
+        for (const int fd : taken)
+            close(fd);
+        taken.clear();
+    }
+    std::vector<int> taken;
+};
+
+// Fewer descriptors than usual, so that taking them all is quick.
+struct few_descriptors {
+    few_descriptors()
+    {
+        getrlimit(RLIMIT_NOFILE, &found);
+        rlimit few = found;
+        few.rlim_cur = 512;
+        setrlimit(RLIMIT_NOFILE, &few);
+    }
+    ~few_descriptors() { setrlimit(RLIMIT_NOFILE, &found); }
+    rlimit found{};
+};
+
+int times_in(const std::string &text, const std::string &line)
+{
+    int times = 0;
+    for (size_t at = text.find(line); at != std::string::npos; at = text.find(line, at + 1))
+        times++;
+    return times;
+}
+
+TEST_F(sockets, wait_while_no_descriptor_is_free_and_say_so_once)
+{
+    const few_descriptors limit;
+    test::raw_client waiting{connect_to(wayland_path())}, another{connect_to(wayland_path())};
+    greed all;
+    for (int i = 0; i < 20; i++) {
+        wl_event_loop_dispatch(wl_display_get_event_loop(server.display), 0);
+        if (i % 5 == 4)
+            advance_clock_ms(250);
+    }
+    EXPECT_EQ(times_in(world.log(), "no descriptor is free"), 1);
+    all.let_go();
+    advance_clock_ms(250);
+    EVENTUALLY((waiting.read(), waiting.knows("wl_compositor")));
+    EVENTUALLY((another.read(), another.knows("wl_compositor")));
+}
+
+TEST_F(sockets, keep_a_client_that_does_not_read_for_a_while_under_a_fast_mouse)
+{
+    plug("A", 1280, 704);
+    test::made_up_pointer &mouse = plug_pointer();
+    test::window &w = map("slow", {400, 300});
+    test::seat ears{w.owner()};
+    settle();
+    const wlr_box box = toplevel_box(record(w));
+    // Nothing is pumped meanwhile, so the client does not read.
+    for (int i = 0; i < 10'000; i++)
+        point_at(mouse, box.x + 50 + i % 200, box.y + 50);
+    settle();
+    EXPECT_EQ(w.owner().error(), 0);
+    EVENTUALLY(ears.heard("motion 249,50"));
+}
+
+TEST_F(sockets, leave_nothing_behind_when_the_session_ends)
+{
+    const std::string path = wayland_path();
+    EXPECT_TRUE(std::filesystem::is_socket(path));
+    finish();
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_FALSE(std::filesystem::exists(path + ".lock"));
+}
+
+} // namespace
