@@ -153,7 +153,7 @@ sandbox_arguments() {
 		--unsetenv WAYLAND_DISPLAY --unsetenv WAYLAND_SOCKET --unsetenv DISPLAY
 		--setenv XDG_RUNTIME_DIR /run/user --setenv HOME /tmp/home --setenv CCACHE_DIR /var/cache/ccache
 		--setenv CCACHE_BASEDIR "$project" --setenv CCACHE_NOHASHDIR 1
-		--setenv CCACHE_SLOPPINESS pch_defines,time_macros
+		--setenv CCACHE_SLOPPINESS "pch_defines,time_macros"
 		--bind "$cache/lint" /var/cache/lint --setenv VANTORE_LINT_CACHE /var/cache/lint
 		--setenv XDG_CACHE_HOME /tmp/home/.cache --setenv XDG_CONFIG_HOME /tmp/home/.config
 		--setenv PATH /usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin --unsetenv LD_PRELOAD
