@@ -53,7 +53,7 @@ static bool begin_worker(void (*work)(void *data), void *data)
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
     if (!started)
         return false;
-    (void)w.release(); // the thread's by now
+    [[maybe_unused]] const worker *owned_by_thread = w.release();
     pthread_detach(thread);
     return true;
 }

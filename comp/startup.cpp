@@ -13,6 +13,7 @@
 #include "input/buttons.hpp"
 #include "input/cursor_image.hpp"
 #include "input/cursor_locate.hpp"
+#include "input/modes.hpp"
 #include "input/modifier_tap.hpp"
 #include "input/pointer.hpp"
 #include "ipc/transport.hpp"
@@ -447,6 +448,7 @@ void server_finish(vantore_server &server)
     signal(SIGINT, SIG_IGN);
     signal(SIGTERM, SIG_IGN);
     wlr_log(WLR_INFO, "vantore-comp: clean shutdown — tearing down");
+    end_modes(server);
     server.shutting_down = true;
     for (const startup_step &step : std::views::reverse(steps))
         if (step.end != nullptr)

@@ -111,17 +111,6 @@ static void drop_on_tile(vantore_toplevel &t)
         insert_beside(t, *target, zone);
 }
 
-// A float that was carried to another output joins the workspace that is shown there.
-static void join_output_under_cursor(vantore_toplevel &t)
-{
-    const vantore_output *o = current_output(*t.server);
-    if (o == nullptr || o->current_ws == nullptr || o->current_ws == t.workspace)
-        return;
-    toplevel_set_workspace(t, o->current_ws);
-    t.float_geo = toplevel_box(t);
-    settle_where_it_is(t);
-}
-
 static void drop(const ended_drag &drag)
 {
     vantore_toplevel &t = *drag.t;
@@ -132,7 +121,8 @@ static void drop(const ended_drag &drag)
         arrange_workspace(t.workspace);
         ipc_broadcast(*t.server, VNT_EVT_WORKSPACES);
     } else if (drag.moved) {
-        join_output_under_cursor(t);
+        if (join_output_under_cursor(t))
+            settle_where_it_is(t);
     }
 }
 

@@ -2,11 +2,13 @@
 
 #include "../config/settings.hpp"
 #include "../outputs/lookup.hpp"
+#include "../outputs/output.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../windows/showing.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
+#include "../workspaces/arrange.hpp"
 #include "../workspaces/stacks.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
@@ -136,8 +138,23 @@ void drag_end(vantore_server &server)
     vantore_toplevel *moved =
         server.drag.cursor_mode == VANTORE_CURSOR_MOVE ? server.drag.grabbed_toplevel : nullptr;
     reset_cursor_mode(server);
-    if (moved != nullptr)
-        restore_toplevel_parent(*moved);
+    if (moved == nullptr)
+        return;
+    restore_toplevel_parent(*moved);
+    if (toplevel_is_tiled(*moved))
+        arrange_workspace(moved->workspace); // back to its tile
+    else if (!moved->fullscreen)
+        join_output_under_cursor(*moved);
+}
+
+bool join_output_under_cursor(vantore_toplevel &t)
+{
+    const vantore_output *o = current_output(*t.server);
+    if (o == nullptr || o->current_ws == nullptr || o->current_ws == t.workspace)
+        return false;
+    toplevel_set_workspace(t, o->current_ws);
+    t.float_geo = toplevel_box(t);
+    return true;
 }
 
 void drag_window_leaves(vantore_server &server, const vantore_toplevel &t)

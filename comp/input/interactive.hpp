@@ -13,6 +13,9 @@ void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t e
 void reset_cursor_mode(vantore_server &server);
 // Ends the drag, if there is one. The window stays where it is and returns to the windows of its workspace.
 void drag_end(vantore_server &server);
+// A float that was carried to another output joins the workspace that is shown there. False where it has not
+// been.
+bool join_output_under_cursor(vantore_toplevel &t);
 void drag_window_leaves(vantore_server &server, const vantore_toplevel &t);
 
 // Call these when the pointer moved while a window is dragged.

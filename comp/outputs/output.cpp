@@ -42,8 +42,8 @@ static void output_destroy(vantore_output &o)
     vantore_server &server = *o.server;
     if (o.wlr_output == server.virtual_output)
         server.virtual_output = nullptr;
-    output_leaves(server, o.wlr_output);
     if (!server.shutting_down) { // the end of the session destroys the scene before the outputs
+        output_leaves(server, o.wlr_output);
         if (o.scene_output != nullptr)
             wlr_scene_output_destroy(o.scene_output);
         wlr_output_layout_remove(server.output_layout, o.wlr_output);

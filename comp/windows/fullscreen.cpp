@@ -68,6 +68,7 @@ static void apply_new_state(vantore_toplevel &t, const wlr_box &box)
 {
     refresh_showing(t);
     tl_place(t, box);
+    t.want_w = t.want_h = 0; // what a tile is to have only the arrangement says
     tl_set_fullscreen_state(t, t.fullscreen);
     dec_layout(t);
     arrange_workspace(t.workspace);
@@ -83,7 +84,8 @@ static void enter_fullscreen(vantore_toplevel &t)
         return;
     t.fullscreen = true;
     t.fs_demoted = false;
-    t.put_away = t.minimized;
+    const bool was_hidden_tab = t.stack_id != 0 && !t.scene_tree->node.enabled;
+    t.put_away = t.minimized || was_hidden_tab; // its client may ask for it at any time
     apply_new_state(t, output_layout_box(*o));
 }
 
@@ -112,7 +114,7 @@ void enforce_fullscreen_pos(vantore_toplevel &t)
     const wlr_scene_node &node = t.scene_tree->node;
     if (node.x != screen.x || node.y != screen.y)
         tl_move(t, screen.x, screen.y);
-    refresh_showing(t);
+    refresh_showing_alone(t);
 }
 
 static void fit(vantore_toplevel &t)

@@ -9,7 +9,7 @@
 static bool is_carried(const vantore_toplevel &t)
 {
     const vantore_drag &drag = t.server->drag;
-    return &t == drag.grabbed_toplevel && drag.cursor_mode == VANTORE_CURSOR_MOVE;
+    return &t == drag.grabbed_toplevel && drag.cursor_mode == VANTORE_CURSOR_MOVE && !t.fullscreen;
 }
 
 wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)
@@ -22,27 +22,33 @@ wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)
     return t.workspace != nullptr && !is_carried(t) ? t.workspace->tree : server.toplevel_tree;
 }
 
-// Of the windows that share a tile, only the one raised last is shown.
-static bool is_behind_in_stack(const vantore_toplevel &t)
+// Of the windows that share a tile, only the active one is shown: the one raised last. Null for no stack.
+static const vantore_toplevel *active_of_stack(const vantore_toplevel &t)
 {
-    return t.stack_id != 0 && tile_participates(t) && stack_active_member(*t.server, t.stack_id) != &t;
+    return t.stack_id != 0 ? stack_active_member(*t.server, t.stack_id) : nullptr;
 }
 
 // A fullscreen window may hang outside its workspace's tree, so hiding that tree does not hide the window.
-bool toplevel_is_enabled(const vantore_toplevel &t)
+static bool is_enabled(const vantore_toplevel &t, const vantore_toplevel *active)
 {
     if (!tl_mapped(t))
         return false;
     if (t.fullscreen && t.workspace != nullptr)
         return t.workspace->output != nullptr && !t.put_away;
-    return !t.minimized && !is_behind_in_stack(t);
+    const bool behind = t.stack_id != 0 && tile_participates(t) && active != &t;
+    return !t.minimized && !behind;
+}
+
+bool toplevel_is_enabled(const vantore_toplevel &t)
+{
+    return is_enabled(t, active_of_stack(t));
 }
 
 // Only hides the tabs, when the window no longer holds the tile of its stack. render_tabbar shows them.
-static void refresh_one(vantore_toplevel &t)
+static void refresh_one(vantore_toplevel &t, const vantore_toplevel *active)
 {
     wlr_scene_node &node = t.scene_tree->node;
-    const bool enabled = toplevel_is_enabled(t);
+    const bool enabled = is_enabled(t, active);
     if (wlr_scene_tree *parent = toplevel_parent_tree(t); parent != node.parent)
         wlr_scene_node_reparent(&node, parent);
     if (enabled != node.enabled)
@@ -51,14 +57,21 @@ static void refresh_one(vantore_toplevel &t)
         wlr_scene_node_set_enabled(&t.tabbar->node, false);
 }
 
+void refresh_showing_alone(vantore_toplevel &t)
+{
+    if (t.scene_tree != nullptr)
+        refresh_one(t, active_of_stack(t));
+}
+
 void refresh_showing(vantore_toplevel &t)
 {
     if (t.scene_tree == nullptr)
         return;
-    refresh_one(t);
+    const vantore_toplevel *active = active_of_stack(t);
+    refresh_one(t, active);
     if (t.stack_id == 0)
         return;
     for (auto &other : each<&vantore_toplevel::link>(t.server->toplevels))
         if (other.stack_id == t.stack_id)
-            refresh_one(other);
+            refresh_one(other, active);
 }

@@ -68,19 +68,23 @@ void toplevel_toggle_maximize(vantore_toplevel &t)
     tl_set_maximized(t, t.maximized);
 }
 
+static vantore_toplevel *first_other_shown(const vantore_toplevel &t)
+{
+    for (auto &other : each<&vantore_toplevel::link>(t.server->toplevels))
+        if (&other != &t && toplevel_visible(other))
+            return &other;
+    return nullptr;
+}
+
 void toplevel_minimize(vantore_toplevel &t)
 {
+    vantore_toplevel *next = first_other_shown(t); // before another tab of its stack shows
     t.minimized = true;
     tl_set_minimized(t, true);
     t.put_away = t.fullscreen;
     refresh_showing(t);
     visible_changed(*t.server);
-    for (auto &other : each<&vantore_toplevel::link>(t.server->toplevels)) {
-        if (&other != &t && toplevel_visible(other)) {
-            focus_toplevel_ex(&other, true);
-            break;
-        }
-    }
+    focus_toplevel_ex(next, true);
     arrange_workspace(t.workspace);
 }
 

@@ -136,6 +136,8 @@ static void xdg_toplevel_unmap(vantore_toplevel &t)
     window_leaves(t);
     leave_shown_windows(t);
     refresh_showing(t); // the scene removes the surface, but not the title bar
+    if (t.stack_id != 0)
+        arrange_workspace(t.workspace); // another tab shows, and the tabs are drawn anew
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     refocus_after_unmap(t);
 }

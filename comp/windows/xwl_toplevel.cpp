@@ -57,6 +57,7 @@ static void forget_earlier_map(vantore_toplevel &t)
 {
     t.fullscreen = t.maximized = t.minimized = t.put_away = t.snapped = false;
     t.stack_id = 0;
+    t.want_w = t.want_h = 0;
 }
 
 static void xwl_toplevel_map(vantore_toplevel &t)

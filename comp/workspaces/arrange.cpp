@@ -103,7 +103,7 @@ void arrange_workspace(vantore_workspace *ws)
     if (ws == nullptr)
         return;
     for (auto &t : each<&vantore_toplevel::ws_link>(ws->toplevels))
-        refresh_showing(t);
+        refresh_showing_alone(t);
     if (ws->output == nullptr)
         return;
     ws_rescue_offscreen_floats(*ws);

@@ -94,8 +94,8 @@ void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width)
 static void set_stack(vantore_toplevel &t, int stack_id)
 {
     const int left = std::exchange(t.stack_id, stack_id);
-    dec_layout(t);
     refresh_showing(t);
+    dec_layout(t); // after the tabs have been hidden, which take input too
     if (vantore_toplevel *next = stack_active_member(*t.server, left); next != nullptr && left != 0)
         refresh_showing(*next);
 }

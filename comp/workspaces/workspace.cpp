@@ -99,7 +99,7 @@ void refresh_workspace_visibility(vantore_server &server)
         wlr_scene_node_set_enabled(&ws.tree->node, ws.output != nullptr);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
         t.put_away = false;
-        refresh_showing(t);
+        refresh_showing_alone(t);
         tl_set_minimized(t, t.minimized || output_showing(t) == nullptr);
     }
     visible_changed(server);

@@ -608,6 +608,32 @@ TEST_F(drags, that_resize_end_when_a_lock_begins)
     EXPECT_EQ(box(*w), (wlr_box{200, 200, 400, 300}));
 }
 
+TEST_F(drags, of_a_tile_bring_it_back_to_its_tile_when_a_lock_begins)
+{
+    command("ws-layout 1 tiling");
+    map("other");
+    EVENTUALLY_EQ(box(*w).width, 704);
+    const wlr_box tile = box(*w);
+    press_at(300, 15);
+    go(900, 300);
+    ASSERT_NE(box(*w).x, tile.x);
+    session_lock_begin(server);
+    EXPECT_EQ(box(*w), tile);
+    pointer->release(BTN_LEFT);
+    server.locked = false;
+}
+
+TEST_F(drags, to_another_output_leave_the_window_there_when_a_lock_begins)
+{
+    plug("B", 1280, 704);
+    press_at(300, 185);
+    go(1280 + 400, 350);
+    session_lock_begin(server);
+    EXPECT_EQ(t().workspace, output("B").current_ws);
+    pointer->release(BTN_LEFT);
+    server.locked = false;
+}
+
 TEST_F(drags, show_no_preview_once_a_lock_has_begun)
 {
     press_at(300, 185);
