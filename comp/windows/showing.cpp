@@ -38,7 +38,7 @@ bool toplevel_is_enabled(const vantore_toplevel &t)
     return !t.minimized && !is_behind_in_stack(t);
 }
 
-// Only hides the tabs, when the window no longer holds the tile of its stack. render_tabbar shows them.
+// Hides the tabs when the window no longer holds the tile of its stack. Only render_tabbar shows them.
 static void refresh_one(vantore_toplevel &t)
 {
     wlr_scene_node &node = t.scene_tree->node;
