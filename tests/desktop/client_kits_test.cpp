@@ -1,5 +1,5 @@
-// What tests have to play clients of globals that the compositor does not offer yet. Each test makes the
-// global itself, and shows that it and the client hear each other.
+// The clients that tests play for globals that the compositor does not offer yet. Each test makes the global
+// itself, and shows that the global and the client hear each other.
 
 #include "support/desktop.hpp"
 #include "support/more_wlr.hpp"

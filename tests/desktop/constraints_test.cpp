@@ -180,7 +180,7 @@ TEST_F(gaming, a_hint_counts_from_the_surface_also_where_the_client_draws_shadow
     game->geometry(26, 20, 300, 200);
     game->fill(0xff00ff00);
     settle();
-    place(*game, 100, 100); // the content; the surface is at 74,80
+    place(*game, 100, 100); // places the content; the surface is at 74,80
     focus(*game);
     locked_pointer lock{*ears, game->get()};
     lock.hint(30, 40);

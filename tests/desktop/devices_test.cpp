@@ -45,7 +45,7 @@ struct devices : test::desktop {
         return watcher->capabilities();
     }
 
-    // A layout that no setting asks for, as a client would send it.
+    // The text of a keymap that no setting asks for, such as a client would send.
     std::string swiss_keymap()
     {
         auto &donor = plug_keyboard("donor");
@@ -220,7 +220,7 @@ TEST_F(devices, a_virtual_keyboard_turns_touch_off_until_the_next_device)
 
 TEST_F(devices, a_virtual_pointer_points_and_clicks)
 {
-    plug_pointer(); // for the seat's capability
+    plug_pointer(); // gives the seat the pointer capability
     settle();
     test::virtual_pointer hand{*watcher};
     const auto box = toplevel_box(record(*page));

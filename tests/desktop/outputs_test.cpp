@@ -181,7 +181,7 @@ TEST_F(outputs, left_without_a_workspace_take_an_orphan_with_windows_first)
     wlr_cursor_warp(server.cursor, nullptr, 640 * 4 + 10, 10); // out5, workspace 5
     test::window &w = map("w", {300, 200});
     EXPECT_EQ(record(w).workspace, &workspace(5));
-    output("out3").current_ws->output = nullptr; // workspace 3 is free too, without windows
+    output("out3").current_ws->output = nullptr; // workspace 3 is an orphan too, but it has no windows
     output("out3").current_ws = nullptr;
     output("out3").wlr_output->enabled = false;
     unplug("out5");
@@ -410,10 +410,10 @@ TEST_F(pointer_on_outputs, stays_where_it_is_when_every_output_is_disabled)
 
 TEST_F(pointer_on_outputs, takes_the_newest_of_two_equally_near_outputs)
 {
-    plug("D", 400, 300); // at 2200,0; its middle 2400,150
+    plug("D", 400, 300);
     for (const char *name : {"A", "B"})
         unplug(name);
-    // C's middle is 2000,150: 2200 lies between.
+    // The middles will be at 2000,150 and 2500,150.
     wlr_output_layout_add(server.output_layout, output("C").wlr_output, 1800, 0);
     wlr_output_layout_add(server.output_layout, output("D").wlr_output, 2300, 0);
     output("C").usable = {1800, 0, 400, 300};
