@@ -99,7 +99,7 @@ TEST_F(button_order, any_button_ends_a_tap_of_the_modifier_also_while_locked)
     EXPECT_THAT(heard(), Contains(VNT_EVT_LAUNCHER));
 }
 
-TEST_F(button_order, a_lock_knows_no_drags_bars_and_borders)
+TEST_F(button_order, a_lock_knows_no_drags_bars_or_borders)
 {
     keyboard->press(KEY_LEFTMETA);
     server.locked = true;
@@ -147,7 +147,7 @@ TEST_F(button_order, a_release_over_a_panel_ends_a_drag)
     EXPECT_EQ(t().scene_tree->node.parent, workspace(1).tree);
 }
 
-TEST_F(button_order, with_logo_every_button_but_the_right_one_moves_the_window_and_raises_it)
+TEST_F(button_order, with_logo_every_button_except_the_right_one_moves_and_raises_the_window)
 {
     keyboard->press(KEY_LEFTMETA);
     forget();

@@ -87,7 +87,7 @@ struct lock_kit : test::desktop {
     std::optional<session_lock> lock;
 };
 
-TEST_F(lock_kit, covers_an_output_is_told_that_it_locks_and_unlocks)
+TEST_F(lock_kit, covers_an_output_and_is_told_of_lock_and_unlock)
 {
     const test::lock_surface &cover = lock->cover("cover", locker->output_named("A"));
     EVENTUALLY(keeper.surface != nullptr);

@@ -185,7 +185,7 @@ TEST_F(decorations, are_not_hit_on_a_workspace_that_is_not_shown)
     EXPECT_EQ(region_at(200 + 237 + 5, 60 - 15), DEC_NONE);
 }
 
-TEST_F(decorations, show_what_a_window_does_not_answer)
+TEST_F(decorations, show_that_a_window_does_not_answer)
 {
     t().unresponsive = true;
     dec_forget_title(t());

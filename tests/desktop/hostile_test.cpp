@@ -29,8 +29,8 @@ struct hostile : test::desktop {
         place(*witness, 1000, 400);
     }
 
-    // Does everything that a client does with windows, menus, parts, transfers and devices. The line may break at
-    // any request.
+    // Does everything that a client does with windows, menus, parts, transfers and devices. The line may
+    // break at any request.
     void run_script(test::cut_line &line)
     {
         test::client &c = connect(line);

@@ -88,7 +88,7 @@ TEST_F(motion_order, a_lock_takes_the_pointer_from_a_client_that_holds_a_button)
     server.locked = false;
 }
 
-TEST_F(motion_order, of_a_drag_no_client_hears)
+TEST_F(motion_order, no_client_hears_of_a_drag)
 {
     // This panel lies above the dragged window.
     const test::layer_surface panel{other->owner(), {.size = {1280, 100}, .anchor = test::TOP}};

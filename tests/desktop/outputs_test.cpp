@@ -146,7 +146,7 @@ TEST_F(outputs, that_come_back_get_their_old_workspace)
     EXPECT_EQ(output("A").current_ws, &workspace(1));
 }
 
-TEST_F(outputs, with_long_names_are_still_recognised_by_their_first_63_characters_only_in_part)
+TEST_F(outputs, with_long_names_are_remembered_by_their_first_63_characters)
 {
     const std::string name(100, 'n');
     plug(name, 800, 600);
@@ -192,7 +192,7 @@ TEST_F(outputs, left_without_a_workspace_take_an_orphan_with_windows_first)
     EXPECT_EQ(output("out3").current_ws, &workspace(3));
 }
 
-TEST_F(outputs, the_pictures_hold_the_backdrop_where_nothing_else_is)
+TEST_F(outputs, pictures_show_the_backdrop_where_nothing_else_is)
 {
     plug("A", 320, 200);
     EVENTUALLY_EQ(pixel("A", 0, 0), 0xff0f121aU);

@@ -144,7 +144,7 @@ TEST_F(sandboxes, see_what_a_program_needs_and_nothing_that_shows_or_controls_ot
     EXPECT_EQ(program->globals_known(), open_globals.size());
 }
 
-TEST_F(sandboxes, are_decided_about_for_every_global_that_is_offered)
+TEST_F(sandboxes, have_a_decision_for_every_global_that_is_offered)
 {
     std::vector<std::string> all = open_globals;
     all.insert(all.end(), closed_globals.begin(), closed_globals.end());

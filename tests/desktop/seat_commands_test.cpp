@@ -87,7 +87,7 @@ TEST_F(scripted, move_goes_to_the_nearest_place_on_an_output)
     EXPECT_EQ(server.cursor->y, 0);
 }
 
-TEST_F(scripted, move_takes_what_is_no_number_for_nought)
+TEST_F(scripted, move_counts_what_is_not_a_number_as_zero)
 {
     command("seat move 200 200");
     command("seat move nan x");

@@ -226,7 +226,7 @@ TEST_F(unstarted_desktop, any_value_of_the_variable_allows_software_rendering)
                                        "(llvmpipe); per-pixel effects auto-disabled\n"));
 }
 
-TEST_F(desktop, a_software_renderer_is_found_out_and_said)
+TEST_F(desktop, a_software_renderer_is_noticed_and_logged)
 {
     EXPECT_TRUE(g_soft_render);
     EXPECT_FALSE(g_safe_graphics);

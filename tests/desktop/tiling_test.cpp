@@ -132,7 +132,7 @@ TEST_F(tiling, leaves_the_65th_window_where_it_was)
     EVENTUALLY(late.has(test::TILED)); // now it is the 64th
 }
 
-TEST_F(tiling, of_a_fixed_size_dialog_or_a_child_window_is_not_done)
+TEST_F(tiling, leaves_out_windows_of_fixed_size_and_child_windows)
 {
     window &parent = map("editor");
     window &dialog = parent.owner().create_window("dialog");
@@ -180,7 +180,7 @@ TEST_F(tiling, survives_an_area_narrower_than_its_gaps)
     }
 }
 
-TEST_F(tiling, does_not_save_a_float_with_one_pixel_on_the_output_but_one_with_none)
+TEST_F(tiling, brings_a_float_back_only_when_no_pixel_of_it_is_on_the_output)
 {
     window &w = map("float", {400, 300});
     record(w).floating = true;

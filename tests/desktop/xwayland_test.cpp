@@ -139,7 +139,7 @@ TEST_F(xwayland, starts_again_with_the_next_client_after_a_crash)
     EXPECT_TRUE(has_keyboard(w));
 }
 
-// The library itself starts no new X server when the last one started less than five seconds ago.
+// The library itself starts no other X server when one dies within five seconds of its start.
 TEST_F(xwayland, starts_again_each_time_that_it_crashes_early)
 {
     for (const bool with_windows : {true, false, true}) {
@@ -287,7 +287,7 @@ TEST_F(xwayland, window_may_say_what_it_is_before_it_maps)
     EXPECT_FALSE(record(game).fullscreen) << "said once, for one map";
 }
 
-TEST_F(xwayland, windows_follow_rules_but_for_their_place)
+TEST_F(xwayland, windows_follow_rules_except_for_their_place)
 {
     write_config("rules.conf", "game* -> float, workspace=3, skiptaskbar, place=top-right\n");
     x11_window &w = map_x11({.wm_class = "game-7"});
