@@ -11,7 +11,7 @@ struct vantore_cursor_shown {
     int applied_size = -1;
     bool cur_cursor_named = false;
     std::array<char, 48> cur_cursor_name{};
-    wlr_surface *cur_cursor_surface = nullptr; // cleared when it is destroyed
+    wlr_surface *cur_cursor_surface = nullptr; // cleared when the surface is destroyed
     int32_t cur_cursor_hx = 0, cur_cursor_hy = 0; // its hotspot
     listener cur_cursor_surface_destroy;
 };

@@ -90,7 +90,8 @@ void server_new_input(vantore_server &server, wlr_input_device *device)
     update_capabilities(server);
 }
 
-// Without touch, whatever else is attached: a remote session's clients are to see what its user has.
+// The user of a remote session has a pointer and a keyboard. Clients should see just these, so the seat loses
+// touch even when a touchscreen is attached.
 void server_new_virtual_keyboard(vantore_server &server, wlr_virtual_keyboard_v1 *keyboard)
 {
     guard_keymap_requests(keyboard);
@@ -103,7 +104,7 @@ void server_new_virtual_pointer(vantore_server &server, wlr_virtual_pointer_v1_n
     wlr_cursor_attach_input_device(server.cursor, &event->new_pointer->pointer.base);
 }
 
-// Null for the whole layout, and while no output is on.
+// Returns null for the whole layout, and also while no output is on.
 static const vantore_output *touch_target(vantore_server &server, wlr_input_device *device)
 {
     const std::string_view wish = text_of(g_touch_output);

@@ -4,7 +4,7 @@
 #include "../fwd.hpp"
 #include "../records.hpp"
 
-// Each device of the backend has one, whatever its type. Devices that clients make have none.
+// Every device of the backend has such a record, whatever its type. Devices that clients make have none.
 struct vantore_input_dev {
     list_link link; // server->input_devs, newest first
     wlr_input_device *device = nullptr;

@@ -1,5 +1,5 @@
-// Every key of every keyboard passes the stages below in their order; the first that takes the key ends its
-// way. No memory is kept of which presses were taken: a client may see a release without its press.
+// Every key of every keyboard passes through the stages below in their order, until one of them takes it. The
+// stages do not remember which presses they took, so a client may hear of a release without its press.
 
 #include "keyboard.hpp"
 
@@ -15,7 +15,7 @@
 #include <algorithm>
 #include <span>
 
-static constexpr uint32_t xkb_keycode_offset = 8; // X11 keycodes are evdev codes shifted by it
+static constexpr uint32_t xkb_keycode_offset = 8; // X11 keycodes are evdev codes plus this offset
 static constexpr xkb_keysym_t first_vt_keysym = XKB_KEY_XF86Switch_VT_1;
 static constexpr xkb_keysym_t last_vt_keysym = XKB_KEY_XF86Switch_VT_12;
 
@@ -25,17 +25,16 @@ struct key_event {
     const wlr_keyboard_key_event &raw;
     bool pressed;
     uint32_t modifiers; // of wlr_keyboard_modifier
-    // What the key means in its layout without Shift or AltGr. They lie in the keymap.
+    // What the key means in its layout without Shift or AltGr. The keymap owns the symbols.
     std::span<const xkb_keysym_t> base_syms;
 };
 
-// 0 for a key that means nothing.
 static xkb_keysym_t first_sym(const key_event &key)
 {
     return key.base_syms.empty() ? XKB_KEY_NoSymbol : key.base_syms.front();
 }
 
-// Null-safe: a keyboard whose layout never compiled has neither keymap nor state.
+// A keyboard whose layout never compiled has neither keymap nor state.
 static std::span<const xkb_keysym_t> base_syms(const wlr_keyboard *keyboard, xkb_keycode_t keycode)
 {
     if (keyboard->xkb_state == nullptr)
@@ -98,7 +97,7 @@ static bool run_bindings(const key_event &key)
 {
     if (!key.pressed || key.base_syms.empty())
         return false;
-    // An action may give the keyboard another keymap.
+    // An action may give the keyboard another keymap, and base_syms lies in this one.
     const handle<xkb_keymap, xkb_keymap_unref> kept{xkb_keymap_ref(key.keyboard->keymap)};
     bool taken = false;
     for (const xkb_keysym_t sym : key.base_syms)
@@ -157,7 +156,7 @@ static bool is_virtual(const vantore_keyboard &k)
     return wlr_input_device_get_virtual_keyboard(&k.wlr_keyboard->base) != nullptr;
 }
 
-// Null when there is none at all.
+// Returns null when there is no keyboard.
 static wlr_keyboard *best_keyboard(vantore_server &server)
 {
     for (auto &k : each<&vantore_keyboard::link>(server.keyboards))
@@ -184,7 +183,7 @@ void server_new_keyboard(vantore_server &server, wlr_input_device *device)
     auto *k = new vantore_keyboard{};
     k->server = &server;
     k->wlr_keyboard = wlr_keyboard_from_input_device(device);
-    if (!is_virtual(*k)) // those bring a keymap of their own
+    if (!is_virtual(*k)) // virtual keyboards bring a keymap of their own
         keyboard_apply_layout(k->wlr_keyboard);
     wlr_keyboard_set_repeat_info(k->wlr_keyboard, g_kb_repeat_rate, g_kb_repeat_delay);
     listen<&vantore_keyboard::modifiers, keyboard_handle_modifiers>(*k, k->wlr_keyboard->events.modifiers);

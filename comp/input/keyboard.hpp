@@ -11,5 +11,5 @@ struct vantore_keyboard {
     listener modifiers, key, destroy;
 };
 
-// Makes the record and sets the new keyboard on the seat. The record dies with its device.
+// Makes the record and puts the new keyboard on the seat. The record dies with its device.
 void server_new_keyboard(vantore_server &server, wlr_input_device *device);

@@ -1,5 +1,5 @@
-// The library's own handlers stay the resource's implementation, by which it recognises its resources; a
-// dispatcher in front of them decides what reaches them.
+// The library recognises its resources by their implementation, so its own handlers stay in place. A
+// dispatcher in front of them decides which requests reach them.
 
 #include "keymap_guard.hpp"
 
@@ -41,8 +41,8 @@ static bool write_whole(int fd, const std::vector<char> &bytes)
     return true;
 }
 
-// A memory file with the first `size` bytes of a client's file, which nobody else can change; -1 where the
-// client's is no file of that length. Only regular files are read: nothing else answers at once.
+// Copies the first `size` bytes of a client's file into a memory file, which nobody else can change. Returns
+// -1 on failure. Fails for everything except regular files, because other reads may block.
 static int private_copy(int fd, uint32_t size)
 {
     struct stat info{};
@@ -66,7 +66,7 @@ static void take_keymap(const struct zwp_virtual_keyboard_v1_interface &library,
     const int copy = private_copy(a[1].h, a[2].u);
     close(a[1].h);
     if (copy >= 0)
-        library.keymap(client, resource, a[0].u, copy, a[2].u); // closes the copy
+        library.keymap(client, resource, a[0].u, copy, a[2].u); // the library closes the copy
     else
         wl_client_post_implementation_error(client, "the keymap can't be read from its descriptor");
 }

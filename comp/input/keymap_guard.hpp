@@ -3,8 +3,8 @@
 
 #include "../wlr.hpp"
 
-// The library maps the keymap that a virtual keyboard brings, and reads as many bytes as the client says:
-// behind the end of a shorter file the process would die of SIGBUS. After this call, the keymap is read into
-// memory of our own first. A client whose file is shorter, larger than 16 MiB or no file at all is ended with
-// an error.
+// The library maps the keymap file of a virtual keyboard and reads as many bytes as the client says. If the
+// file is shorter, reading beyond its end kills the process with SIGBUS. After this call, we first copy each
+// keymap into memory of our own. An error ends the client when its file is shorter than it said or not a
+// regular file, or when the keymap is empty or larger than 16 MiB.
 void guard_keymap_requests(wlr_virtual_keyboard_v1 *keyboard);

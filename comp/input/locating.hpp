@@ -1,4 +1,4 @@
-// The state of the shaken pointer, as data. Times are those of mono_ms.
+// The state of the shaken pointer, as data. All times come from mono_ms.
 #pragma once
 
 #include "../wlr.hpp"

@@ -120,7 +120,7 @@ static bool may_be_pushed(const vantore_toplevel &other, const vantore_toplevel 
     return &other != &t && tl_mapped(other) && !other.minimized && !other.fullscreen;
 }
 
-// The leftmost and the rightmost of the others make room; a single one goes to the left.
+// Pushes the leftmost and the rightmost of the other windows aside. A single one goes to the left.
 static void push_neighbours(const vantore_toplevel &t, const wlr_box &usable)
 {
     vantore_toplevel *leftmost = nullptr, *rightmost = nullptr;

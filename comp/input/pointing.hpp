@@ -1,4 +1,4 @@
-// What is remembered of the pointer between two of its events, as data.
+// What the compositor remembers between two pointer events, as data.
 #pragma once
 
 #include "../fwd.hpp"
@@ -10,7 +10,7 @@ struct vantore_pointing {
     double ptr_grab_ox = 0, ptr_grab_oy = 0;
     // The position at which focus follows mouse last settled.
     double ffm_anchor_x = 0, ffm_anchor_y = 0;
-    // The window whose title bar is under the pointer. It is mapped. Null for none.
+    // The window whose title bar is under the pointer. Null for none, otherwise mapped.
     vantore_toplevel *hovered_toplevel = nullptr;
     // The last press on a title bar, for double clicks.
     uint32_t last_tb_msec = 0;

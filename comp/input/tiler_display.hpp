@@ -1,4 +1,4 @@
-// The picture of the Mouse Tiler: pads with their zones above a strip of workspace tiles.
+// Draws the picture of the Mouse Tiler: pads with their zones above a strip of workspace tiles.
 #pragma once
 
 #include "../cairo_buffer.hpp"
@@ -8,7 +8,7 @@
 
 struct mt_window_sketch {
     int tile; // index of its workspace's tile
-    wlr_fbox box; // in the picture
+    wlr_fbox box; // picture coordinates
 };
 
 struct mt_display {
@@ -17,5 +17,5 @@ struct mt_display {
     std::vector<mt_window_sketch> windows;
 };
 
-// The caller owns the picture until it is given to the scene.
+// The caller owns the picture until it gives it to the scene.
 cairo_buffer *mt_render(const mt_display &display);

@@ -1,4 +1,4 @@
-// A picture of the compositor's own above the windows: made when it is first shown, and hidden between.
+// A picture that the compositor shows above the windows. Its node is made when it first shows.
 #pragma once
 
 #include "../wlr.hpp"
@@ -6,11 +6,11 @@
 struct cairo_buffer;
 
 struct overlay {
-    wlr_scene_buffer *node = nullptr; // owned by the scene; null until it was shown once
+    wlr_scene_buffer *node = nullptr; // owned by the scene; null before the first show
 };
 
-// Shows the picture on top of the tree, its top left corner at a point of the layout. Takes the picture over
-// in any case. False, with nothing shown, when the scene has no memory for it.
+// Shows the picture on top of the tree, with its top left corner at a point in layout coordinates. Takes the
+// picture over even when it fails. Returns false when the scene has no memory for the node.
 bool overlay_show(overlay &shown, wlr_scene_tree *tree, cairo_buffer *picture, int lx, int ly);
 // Does nothing before the first show.
 void overlay_hide(overlay &shown);

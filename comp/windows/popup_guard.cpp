@@ -1,5 +1,5 @@
-// The library's own handlers stay the resource's implementation, by which it recognises its resources; a
-// dispatcher in front of them decides what reaches them.
+// The library recognises its resources by their implementation, so its own handlers stay in place. A
+// dispatcher in front of them decides which requests reach them.
 
 #include "popup_guard.hpp"
 

@@ -44,7 +44,7 @@ bool toplevel_is_enabled(const vantore_toplevel &t)
     return is_enabled(t, active_of_stack(t));
 }
 
-// Only hides the tabs, when the window no longer holds the tile of its stack. render_tabbar shows them.
+// Hides the tabs when the window no longer holds the tile of its stack. Only render_tabbar shows them.
 static void refresh_one(vantore_toplevel &t, const vantore_toplevel *active)
 {
     wlr_scene_node &node = t.scene_tree->node;

@@ -1,7 +1,7 @@
-// The request has to be looked at before the library has it: the library tells of a new subsurface with the
-// parent's commit. It has no word for a client that binds the global either, so we watch which resources
-// clients create. The object of the global gets our dispatcher with the first subsurface that is made through
-// it, which may still pass.
+// The library announces a new subsurface only when the parent commits, so we check the request before the
+// library handles it. The library does not announce that a client binds the global, so we watch which
+// resources the client creates. A new binding has no implementation yet. It gets our dispatcher when the
+// client makes its next subsurface, which passes unchecked.
 
 #include "subsurface_guard.hpp"
 
@@ -12,7 +12,7 @@
 #include <string_view>
 
 static constexpr int deepest = 64;
-static constexpr int most_bindings = 16; // of the global by one client; no program needs more than one
+static constexpr int most_bindings = 16; // of the global by one client; a program needs only one
 
 enum subcompositor_request : uint32_t { SUBCOMPOSITOR_DESTROY, SUBCOMPOSITOR_GET_SUBSURFACE };
 
@@ -24,7 +24,7 @@ struct watched_client {
     listener resource_created, destroy;
 };
 
-// How many surfaces stand above this one, until there are too many.
+// Counts the surfaces above this one, and stops when there are too many.
 static int depth_of(wlr_surface *surface)
 {
     int depth = 0;
@@ -38,7 +38,7 @@ static int depth_of(wlr_surface *surface)
     return depth;
 }
 
-// How many generations hang below a surface, those that wait for a commit included.
+// Counts the generations below a surface, including those that wait for a commit.
 static int height_of(const wlr_surface &surface)
 {
     int height = 0;
@@ -77,7 +77,7 @@ static int dispatch_subcompositor_request(const void *implementation, void *targ
     return 0;
 }
 
-// Putting it there again changes nothing.
+// A binding that already has the dispatcher does not change.
 static wl_iterator_result put_dispatcher(wl_resource *resource, void *)
 {
     if (std::string_view{wl_resource_get_class(resource)} == "wl_subcompositor")
@@ -104,7 +104,7 @@ static void forget_client(watched_client &watched)
     delete &watched;
 }
 
-// The library's listeners on clients are plain: they have no signals that could be named.
+// libwayland adds listeners on clients through functions. It shows no signal that listen<> could take.
 static void watch_client(wl_listener *, void *data)
 {
     auto *watched = new watched_client{};

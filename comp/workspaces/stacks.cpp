@@ -46,7 +46,7 @@ vantore_toplevel *stack_active_member(vantore_server &server, int stack_id)
     return nullptr;
 }
 
-// Cairo draws nothing any more after bytes that are no UTF-8.
+// Text that is not UTF-8 puts Cairo into an error state, in which it draws nothing more.
 static std::string tab_text(const vantore_toplevel &t)
 {
     for (const char *text : {tl_title(t), tl_app_id(t)})
@@ -90,7 +90,7 @@ void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width)
     forget_reach(active);
 }
 
-// Tabs take the place of the title bar.
+// The decorations change too, because a stack has tabs in place of the title bar.
 static void set_stack(vantore_toplevel &t, int stack_id)
 {
     const int left = std::exchange(t.stack_id, stack_id);

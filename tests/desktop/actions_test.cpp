@@ -11,7 +11,7 @@ using test::window;
 namespace
 {
 
-// A and B beside each other; two windows on a tiling workspace of A, the second one focused.
+// A and B stand side by side. A shows a tiling workspace with two windows, and the second has the focus.
 struct actions : test::desktop {
     void SetUp() override
     {
@@ -24,7 +24,7 @@ struct actions : test::desktop {
         second = &map("second");
         settle();
     }
-    // The default table's entry for an action.
+    // Runs the default chord of an action.
     void run(vnt_action act, int arg = 0)
     {
         const auto end = g_binds.begin() + g_bind_count;

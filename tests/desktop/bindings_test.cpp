@@ -1,4 +1,4 @@
-// What a pressed chord does, who may keep it from doing that, and what the client hears of it.
+// What a pressed chord does, who may prevent that, and what the client hears of it.
 
 #include "support/desktop.hpp"
 #include "support/wayland_devices.hpp"
@@ -28,7 +28,7 @@ constexpr test::size screen{1280, 704};
 constexpr const char *usual_terminals =
     "vantore-launch 'vantore-console || kitty || foot || x-terminal-emulator || xterm'";
 
-// Held keys and the one that is pressed last.
+// The held keys and the key that is pressed last.
 struct chord {
     std::vector<uint32_t> held;
     uint32_t key;
@@ -61,7 +61,7 @@ struct bindings : test::desktop {
         desktop::TearDown();
     }
 
-    // A window that fills the screen takes the keyboard; from now on its client's ears count.
+    // Maps a window that fills the screen and takes the keyboard. From now on, `ears` listens to its client.
     void start_game()
     {
         game = &map("game", screen);
@@ -84,7 +84,7 @@ struct bindings : test::desktop {
         config_parse_keybinds(server, path.c_str());
     }
 
-    // Presses the chord and lets it go. Says whether the client heard of the press.
+    // Presses the chord and releases it. Returns whether the client heard of the press.
     bool reaches_client(const chord &c)
     {
         for (const uint32_t key : c.held)
@@ -101,7 +101,7 @@ struct bindings : test::desktop {
         return came;
     }
 
-    // Programs started since the last call.
+    // Returns the programs that were started since the last call.
     std::vector<std::string> started()
     {
         const auto &all = world.spawned();
@@ -109,7 +109,7 @@ struct bindings : test::desktop {
         return {from, all.end()};
     }
 
-    // Runs the session while the chord is pressed; false when it goes on for long after.
+    // Runs the session and presses the chord. Returns false when the session still runs long afterwards.
     bool ends_session(const chord &c)
     {
         pending = &c;
@@ -147,7 +147,7 @@ struct bindings : test::desktop {
     const chord *pending = nullptr;
 };
 
-// Consumption
+// Who gets the keys
 
 TEST_F(bindings, take_the_press_from_the_client_and_leave_it_the_release)
 {

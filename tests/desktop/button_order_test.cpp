@@ -1,4 +1,4 @@
-// Who gets a button, one case before the other: in each test only one of them explains what happens.
+// Which case of a button press comes first. Each test has several cases, and only one explains the result.
 
 #include "support/drags.hpp"
 #include "support/wayland_constraints.hpp"
@@ -21,7 +21,7 @@ using testing::StartsWith;
 namespace
 {
 
-// Another window of 300x200 with a title bar at 800,300 has the keyboard; the first one is heard.
+// Another window of 300x200 with a title bar, at 800,300, has the keyboard. `ears` listens to the first one.
 struct button_order : drags {
     void SetUp() override
     {
@@ -99,7 +99,7 @@ TEST_F(button_order, any_button_ends_a_tap_of_the_modifier_also_while_locked)
     EXPECT_THAT(heard(), Contains(VNT_EVT_LAUNCHER));
 }
 
-TEST_F(button_order, a_lock_knows_no_drags_bars_and_borders)
+TEST_F(button_order, a_lock_knows_no_drags_bars_or_borders)
 {
     keyboard->press(KEY_LEFTMETA);
     server.locked = true;
@@ -147,7 +147,7 @@ TEST_F(button_order, a_release_over_a_panel_ends_a_drag)
     EXPECT_EQ(t().scene_tree->node.parent, workspace(1).tree);
 }
 
-TEST_F(button_order, with_logo_every_button_but_the_right_one_moves_the_window_and_raises_it)
+TEST_F(button_order, with_logo_every_button_except_the_right_one_moves_and_raises_the_window)
 {
     keyboard->press(KEY_LEFTMETA);
     forget();
@@ -229,7 +229,7 @@ TEST_F(button_order, a_client_has_the_keyboard_before_it_hears_of_the_press)
     pointer->release(BTN_LEFT);
 }
 
-// Whatever the press brings about, such as a menu that closes and gives the focus back.
+// A press may move the focus on, for example when it closes a menu that gives the focus back.
 TEST_F(button_order, a_press_leaves_its_window_on_top_though_it_moved_the_focus_on)
 {
     static vantore_toplevel *comes_up = nullptr;

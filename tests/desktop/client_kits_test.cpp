@@ -1,5 +1,5 @@
-// What tests have to play clients of globals that the compositor does not offer yet. Each test makes the
-// global itself, and shows that it and the client hear each other.
+// The clients that tests play for globals that the compositor does not offer yet. Each test makes the global
+// itself, and shows that the global and the client hear each other.
 
 #include "support/desktop.hpp"
 #include "support/more_wlr.hpp"
@@ -87,7 +87,7 @@ struct lock_kit : test::desktop {
     std::optional<session_lock> lock;
 };
 
-TEST_F(lock_kit, covers_an_output_is_told_that_it_locks_and_unlocks)
+TEST_F(lock_kit, covers_an_output_and_is_told_of_lock_and_unlock)
 {
     const test::lock_surface &cover = lock->cover("cover", locker->output_named("A"));
     EVENTUALLY(keeper.surface != nullptr);

@@ -13,7 +13,7 @@ using testing::IsEmpty;
 namespace
 {
 
-// Arms itself again whenever it fires, as an animation does.
+// Arms its timer again whenever it fires, as an animation does.
 struct metronome {
     explicit metronome(wl_display *display)
         : timer(timer_create(

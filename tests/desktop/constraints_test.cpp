@@ -180,7 +180,7 @@ TEST_F(gaming, a_hint_counts_from_the_surface_also_where_the_client_draws_shadow
     game->geometry(26, 20, 300, 200);
     game->fill(0xff00ff00);
     settle();
-    place(*game, 100, 100); // the content; the surface is at 74,80
+    place(*game, 100, 100); // places the content; the surface is at 74,80
     focus(*game);
     locked_pointer lock{*ears, game->get()};
     lock.hint(30, 40);
@@ -230,7 +230,7 @@ TEST_F(gaming, a_persistent_lock_comes_back_with_the_focus)
     EXPECT_EQ(lock.activations(), 2);
 }
 
-TEST_F(gaming, a_lock_for_once_is_over_with_the_focus)
+TEST_F(gaming, a_oneshot_lock_ends_with_the_focus)
 {
     window &other = map_other();
     focus(*game);
@@ -305,7 +305,7 @@ TEST_F(gaming, a_hint_outside_of_all_outputs_does_not_move_the_cursor)
     expect_cursor_at(300, 250);
 }
 
-TEST_F(gaming, a_lock_of_a_surface_that_is_no_windows_ignores_the_hint)
+TEST_F(gaming, a_lock_of_a_surface_without_a_window_ignores_the_hint)
 {
     active_windows = test::activity::may_lag;
     seat bar_ears{game->owner()};
@@ -346,7 +346,7 @@ TEST_F(gaming, a_window_that_unmaps_lets_go_of_the_pointer)
     expect_cursor_at(305, 255);
 }
 
-TEST_F(gaming, a_window_that_unmaps_ends_a_lock_for_once)
+TEST_F(gaming, a_window_that_unmaps_ends_a_oneshot_lock)
 {
     locked_pointer lock{*ears, game->get(), constraint_life::once};
     EVENTUALLY(lock.active());
@@ -436,7 +436,7 @@ TEST_F(gaming, a_pointer_outside_of_the_region_is_confined_once_it_is_inside)
     EXPECT_LT(server.cursor->x, 350);
 }
 
-TEST_F(gaming, a_confinement_to_a_surface_that_is_no_windows_leaves_the_motion_as_it_is)
+TEST_F(gaming, a_confinement_to_a_surface_without_a_window_leaves_the_motion_as_it_is)
 {
     active_windows = test::activity::may_lag;
     seat bar_ears{game->owner()};

@@ -29,7 +29,7 @@ struct locating : test::desktop {
         g_cursor_shake_magnify = true;
     }
 
-    // Ends at the moment of the shake.
+    // Shakes the pointer, and returns at the moment at which the shake counts.
     void shake()
     {
         for (int i = 0; i < 5; i++) {
@@ -39,7 +39,7 @@ struct locating : test::desktop {
         advance_clock_ms(0);
     }
 
-    // Fires the timer as often as it would by then.
+    // Moves the clock in steps, so that the timer fires as often as it would.
     void wait_ms(int ms)
     {
         for (int i = 0; i < ms; i++)
@@ -332,7 +332,7 @@ TEST_F(magnified, the_sizes_can_be_dropped_while_one_is_shown)
     for (const wlr_xcursor_manager *step : server.locating.xcursor_steps)
         EXPECT_EQ(step, nullptr);
     EXPECT_EQ(cursor_locate_mgr(server), server.xcursor_mgr);
-    output_state twice; // makes the cursor load its image anew, from what it holds
+    output_state twice; // makes the cursor load its image again, from the theme that it holds
     wlr_output_state_set_scale(&twice, 2);
     EXPECT_TRUE(wlr_output_commit_state(output("A").wlr_output, &twice));
     arrange_all_layers(server);

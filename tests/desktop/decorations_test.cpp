@@ -1,4 +1,4 @@
-// Title bars: when they show, where their parts lie, what they look like.
+// Title bars: when they show, where their parts lie, and what they look like.
 
 #include "support/desktop.hpp"
 
@@ -56,7 +56,7 @@ struct decorations : test::desktop {
         return made;
     }
     vantore_toplevel &t() { return record(*w); }
-    // Of the bar, the title and three buttons.
+    // Counts the visible parts among the bar, the title and the three buttons.
     int parts_shown()
     {
         int shown = 0;
@@ -185,7 +185,7 @@ TEST_F(decorations, are_not_hit_on_a_workspace_that_is_not_shown)
     EXPECT_EQ(region_at(200 + 237 + 5, 60 - 15), DEC_NONE);
 }
 
-TEST_F(decorations, show_what_a_window_does_not_answer)
+TEST_F(decorations, show_that_a_window_does_not_answer)
 {
     t().unresponsive = true;
     dec_forget_title(t());
@@ -279,7 +279,7 @@ TEST_F(decorations, are_see_through_over_blur_and_opaque_with_reduced_transparen
 
 TEST_F(decorations, take_another_accent_with_a_reload)
 {
-    focus_toplevel_ex(&record(*other), false); // the keyboard is elsewhere than the head of the list
+    focus_toplevel_ex(&record(*other), false); // the first window of the list does not have the keyboard
     world.write_config("appearance.conf", "dark = true\naccent = 3399ff\n");
     config_reload(server);
     const color &base = g_tb_unfocus;
@@ -290,7 +290,7 @@ TEST_F(decorations, take_another_accent_with_a_reload)
 
 TEST_F(decorations, are_drawn_anew_in_the_foreground_of_another_theme)
 {
-    // The lightest blue in a part of the bar, and the darkest.
+    // Returns the lightest and the darkest blue in a part of the bar.
     const auto blues = [&](int from, int to) {
         const test::image shown = picture("A");
         std::pair<uint32_t, uint32_t> found{0, 255};

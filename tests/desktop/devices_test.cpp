@@ -45,7 +45,7 @@ struct devices : test::desktop {
         return watcher->capabilities();
     }
 
-    // A layout that no setting asks for, as a client would send it.
+    // The text of a keymap that no setting asks for, such as a client would send.
     std::string swiss_keymap()
     {
         auto &donor = plug_keyboard("donor");
@@ -61,12 +61,12 @@ struct devices : test::desktop {
     std::unique_ptr<seat> watcher;
 };
 
-TEST_F(devices, none_make_no_capability)
+TEST_F(devices, give_the_seat_no_capability_while_there_are_none)
 {
     EXPECT_EQ(capabilities(), 0U);
 }
 
-TEST_F(devices, of_any_kind_make_a_pointer_and_what_they_are)
+TEST_F(devices, of_any_kind_give_the_seat_a_pointer_and_their_own_capability)
 {
     plug_switch("lid");
     EXPECT_EQ(capabilities(), POINTER);
@@ -91,7 +91,7 @@ TEST_F(devices, are_listed_newest_first_until_they_go)
     EXPECT_EQ(wl_list_length(&server.input_devs), 2);
 }
 
-TEST_F(devices, that_are_special_are_told_in_the_log)
+TEST_F(devices, other_than_keyboards_and_pointers_are_logged)
 {
     plug_touch("Screen 7");
     plug_tablet("Pen Board");
@@ -220,7 +220,7 @@ TEST_F(devices, a_virtual_keyboard_turns_touch_off_until_the_next_device)
 
 TEST_F(devices, a_virtual_pointer_points_and_clicks)
 {
-    plug_pointer(); // for the seat's capability
+    plug_pointer(); // gives the seat the pointer capability
     settle();
     test::virtual_pointer hand{*watcher};
     const auto box = toplevel_box(record(*page));

@@ -56,7 +56,7 @@ TEST_F(drags, that_are_double_clicks_maximize)
     EVENTUALLY_EQ(box(*w), (wlr_box{0, 30, 1280, 674}));
     settle();
     go(300, 15);
-    pointer->click(BTN_LEFT); // the memory is empty: a new first click, which unsnaps
+    pointer->click(BTN_LEFT); // a double click starts anew, so this is a first click, which unsnaps
     EXPECT_FALSE(t().maximized);
 }
 
@@ -274,7 +274,7 @@ TEST_F(drags, within_eight_pixels_do_not_snap)
 TEST_F(drags, dropped_in_the_middle_end_snapping)
 {
     press_at(300, 185);
-    t().snapped = true; // by a key, meanwhile
+    t().snapped = true; // as a key does meanwhile
     drop_at(500, 400);
     EXPECT_FALSE(t().snapped);
 }
@@ -311,7 +311,7 @@ TEST_F(drags, dropped_at_an_edge_or_on_another_output_focus_the_window)
     for (const double x : {5.0, 1280.0 + 300}) {
         const wlr_box before = box(*w);
         press_at(before.x + 100, before.y - 15);
-        focus_toplevel_ex(&record(other), true); // by a key, meanwhile
+        focus_toplevel_ex(&record(other), true); // as a key does meanwhile
         drop_at(x, 300);
         EXPECT_EQ(focused_toplevel(server), &t()) << x;
         settle();
@@ -322,7 +322,7 @@ TEST_F(drags, dropped_anywhere_leave_the_window_on_top)
 {
     window &other = map("other", {100, 100});
     press_at(300, 185);
-    focus_toplevel_ex(&record(other), true); // by a key, meanwhile
+    focus_toplevel_ex(&record(other), true); // as a key does meanwhile
     drop_at(500, 400);
     EXPECT_EQ(workspace(1).tree->children.prev, &t().scene_tree->node.link);
 }
@@ -414,7 +414,7 @@ TEST_F(drags, over_a_border_change_the_image_and_take_the_pointer_from_the_clien
     EXPECT_EQ(server.seat->pointer_state.focused_surface, nullptr);
     go(598, 498);
     EXPECT_EQ(text_of(server.cursor_shown.cur_cursor_name), "bottom_right_corner");
-    go(400, 203); // the top is the client's
+    go(400, 203); // the top edge belongs to the client
     EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(t()));
 }
 
@@ -452,7 +452,7 @@ struct corner_case {
 
 TEST_F(drags, with_logo_and_the_right_button_resize_from_the_nearest_corner)
 {
-    server.wm_modifier = WLR_MODIFIER_ALT; // it is Logo all the same
+    server.wm_modifier = WLR_MODIFIER_ALT; // Logo moves and resizes whatever this says
     keyboard->press(KEY_LEFTMETA);
     for (const corner_case &c : {corner_case{300, 300, WLR_EDGE_LEFT | WLR_EDGE_TOP},
                                  {500, 300, WLR_EDGE_RIGHT | WLR_EDGE_TOP},
@@ -470,7 +470,7 @@ TEST_F(drags, with_logo_and_the_right_button_resize_from_the_nearest_corner)
     drop_at(400, 350);
 }
 
-// A drag survives everything
+// What a drag survives
 
 TEST_F(drags, end_with_their_window)
 {

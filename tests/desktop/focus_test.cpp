@@ -1,4 +1,4 @@
-// Who has the keyboard, who wants it, and what the order of raising is.
+// Which window has the keyboard, which one wants it, and in which order windows were raised.
 
 #include "support/desktop.hpp"
 #include "support/wayland_devices.hpp"
@@ -51,7 +51,7 @@ TEST_F(focus, is_not_given_to_a_window_that_asks_for_it)
     EXPECT_TRUE(record(*low).urgent);
     EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WINDOWS));
     EXPECT_FALSE(low->has(test::ACTIVATED));
-    ask_attention(*low, low->get()); // it does already
+    ask_attention(*low, low->get()); // it has asked already
     EXPECT_THAT(heard(), IsEmpty());
 }
 
@@ -119,7 +119,7 @@ TEST_F(focus, goes_to_the_topmost_visible_window_without_raising_it)
     EVENTUALLY(low->has(test::ACTIVATED));
     EXPECT_EQ(focused_toplevel(server), &record(*high));
     wlr_scene_node_set_enabled(&record(*low).scene_tree->node, false);
-    focus_top_toplevel(server); // none: it stays where it is
+    focus_top_toplevel(server); // no window is visible, so the focus stays
     EXPECT_EQ(keyboard_focus(), tl_surface(record(*low)));
     for (window *w : {low, high})
         wlr_scene_node_set_enabled(&record(*w).scene_tree->node, true);

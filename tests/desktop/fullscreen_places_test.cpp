@@ -27,7 +27,7 @@ TEST_F(fullscreen_places, is_on_the_output_that_the_client_names)
 {
     plug("B", 800, 600);
     window &w = map("w");
-    w.auto_draw = false; // a commit brings it to the output of its workspace
+    w.auto_draw = false; // a commit would bring it to the output of its workspace
     w.request_fullscreen(w.owner().output_named("B"));
     EVENTUALLY(w.has(test::FULLSCREEN));
     EXPECT_EQ(record(w).scene_tree->node.x, screen_b.x);
@@ -52,7 +52,7 @@ TEST_F(fullscreen_places, of_a_float_is_where_it_was_dragged_and_its_workspace_f
 {
     plug("B", 800, 600);
     window &w = map("w");
-    place(w, 1280 - 319, 0); // one pixel more of it lies on B
+    place(w, 1280 - 319, 0); // its larger part lies on B, by one pixel
     w.request_fullscreen();
     EVENTUALLY_EQ(box(w), screen_b);
     EXPECT_EQ(record(w).workspace, output("B").current_ws);

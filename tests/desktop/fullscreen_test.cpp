@@ -1,5 +1,4 @@
-// Fullscreen windows: how they come and go, what they stand above, and what the rest of the desktop hears of
-// them.
+// Fullscreen windows: how they come and go, what they stand above, and what other programs hear of them.
 
 #include "support/fullscreen.hpp"
 

@@ -1,4 +1,4 @@
-// Clients that die, lie and overdo it.
+// Clients that die, send nonsense or send too much.
 
 #include "support/cut_line.hpp"
 #include "support/desktop.hpp"
@@ -15,7 +15,7 @@ using testing::IsEmpty;
 namespace
 {
 
-constexpr int most_requests = 360; // the script has no more
+constexpr int most_requests = 360; // the script makes no more than these
 constexpr int cuts_in_a_test = 20;
 
 struct hostile : test::desktop {
@@ -29,7 +29,7 @@ struct hostile : test::desktop {
         place(*witness, 1000, 400);
     }
 
-    // Everything that a client does with windows, menus, parts, transfers and devices, on a line that may
+    // Does everything that a client does with windows, menus, parts, transfers and devices. The line may
     // break at any request.
     void run_script(test::cut_line &line)
     {

@@ -84,7 +84,7 @@ TEST_F(hover_focus, leaves_a_window_alone_that_has_asked_for_the_pointer)
         EXPECT_EQ(keyboard_focus(), others);
     }
     settle();
-    pointer->move(7, 0); // the anchor has come along
+    pointer->move(7, 0); // the anchor has followed the pointer
     EXPECT_EQ(keyboard_focus(), others);
     pointer->move(1, 0);
     EXPECT_EQ(keyboard_focus(), tl_surface(t()));
@@ -132,7 +132,7 @@ TEST_F(hover_focus, rests_while_a_button_is_held)
 
 TEST_F(hover_focus, reaches_a_window_over_its_border)
 {
-    go(802, 350); // the compositor's, and the window's all the same
+    go(802, 350); // the border takes the pointer, but it still counts as the window
     EXPECT_EQ(keyboard_focus(), tl_surface(record(*other)));
     EXPECT_EQ(server.seat->pointer_state.focused_surface, nullptr);
 }

@@ -1,4 +1,4 @@
-// Snapshots of windows, outputs, regions and everything, and that taking one changes nothing else.
+// Snapshots of windows, outputs, regions and everything. Taking one changes nothing else.
 
 #include "support/desktop.hpp"
 
@@ -22,7 +22,7 @@ struct capture : test::desktop {
         c = &dial();
     }
 
-    // The picture of a reply's memory file, empty when the file and the reply disagree.
+    // Returns the picture in the reply's memory file, or nothing when the file and the reply disagree.
     test::image snapshot(std::string_view spec, vnt_ipc_msg type = VNT_MSG_CAPTURE)
     {
         const std::string reply = ask(*c, type, spec);
@@ -307,12 +307,12 @@ TEST_F(capture, of_an_output_composes_a_client_buffer_that_fills_it)
     EXPECT_EQ(picture.at(639, 511), red);
 }
 
-// How an output stands while a snapshot is taken between a change and the frame that shows it.
+// How an output is set up while a snapshot is taken between a change and the frame that shows it.
 struct change_on_the_way {
     const char *name;
     float scale;
     wl_output_transform transform;
-    int x, y; // of the buffer, within the window
+    int x, y; // buffer coordinates of a point in the window
 };
 
 class capture_amid_a_change : public capture, public testing::WithParamInterface<change_on_the_way>
@@ -329,7 +329,7 @@ TEST_P(capture_amid_a_change, leaves_the_next_frame_its_damage)
     });
     test::window &w = map_painted({200, 160}, red);
     ASSERT_EQ(pixel("A", p.x, p.y), red);
-    unlisten(output("A").frame); // holds back the frames that changes ask for
+    unlisten(output("A").frame); // holds back the frames for which changes ask
     for (const uint32_t colour : {blue, red, blue, red, blue}) { // more often than a swapchain has buffers
         w.fill(colour);
         settle();

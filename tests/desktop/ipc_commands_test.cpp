@@ -101,7 +101,7 @@ TEST_F(ipc_commands, pull_a_hidden_window_into_view)
     command("workspace 5");
     wlr_cursor_warp(server.cursor, nullptr, 1300, 100);
     command("focus " + id_of(w));
-    EXPECT_EQ(output("B").current_ws, &workspace(1)); // where the pointer is, not where it was
+    EXPECT_EQ(output("B").current_ws, &workspace(1)); // the output where the pointer is now
     EVENTUALLY(w.has(test::ACTIVATED));
 }
 

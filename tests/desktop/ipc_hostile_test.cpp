@@ -1,4 +1,4 @@
-// Clients of the IPC socket that misbehave: nothing stalls, nothing is left behind, nobody else suffers.
+// Clients that misbehave on the IPC socket. Nothing stalls, nothing is left behind, and nobody else suffers.
 
 #include "support/desktop.hpp"
 
@@ -32,7 +32,7 @@ struct ipc_hostile : test::desktop {
 
     int accepted() { return wl_list_length(&server.ipc.ipc_clients); }
 
-    // Requests that make sense, almost, and not at all.
+    // Returns a request that makes sense, almost makes sense, or makes none.
     std::string text()
     {
         static constexpr const char *words[]{"workspace",
@@ -89,9 +89,9 @@ struct ipc_hostile : test::desktop {
     {
         std::string bytes = frame();
         switch (below(10)) {
-        case 0: // half of one
+        case 0: // a part of a frame
             return bytes.substr(0, size_t(below(bytes.size() + 1)));
-        case 1: // a length that is a lie
+        case 1: // a wrong length
             bytes[6 + size_t(below(4))] = char(below(256));
             return bytes;
         case 2:
@@ -110,7 +110,7 @@ struct ipc_hostile : test::desktop {
             clients.emplace_back(server.ipc.ipc_path.data());
     }
 
-    std::mt19937 random{20240229}; // NOLINT: the same each time
+    std::mt19937 random{20240229}; // NOLINT: the same sequence in each run
 };
 
 void close_descriptors(test::ipc_client &c)

@@ -257,7 +257,7 @@ void fill_socket(int fd)
         }
 }
 
-// Takes away what fill_socket has put in front of the frames: they are all null.
+// Skips the null bytes that fill_socket wrote in front of the frames.
 void drain_filling(test::ipc_client &c)
 {
     c.skip_nulls = true;
@@ -317,7 +317,7 @@ TEST_F(ipc, descriptors_wait_in_line_with_their_reply)
     fill_socket(newest().fd);
     const int file = memfd_create("waits", MFD_CLOEXEC);
     ipc_reply(newest(), VNT_MSG_CAPTURE, "{}", {&file, 1});
-    close(file); // the reply has a duplicate
+    close(file); // the reply holds a duplicate
     drain_filling(c);
     EVENTUALLY_EQ(c.messages().size(), 1U);
     const int came = c.take_descriptor();
@@ -399,7 +399,7 @@ struct two_ends : testing::Test {
         close(ends[1]);
     }
     int ends[2];
-    vnt_ipc_client peer; // at ends[0]
+    vnt_ipc_client peer; // sends through ends[0]
 };
 
 ino_t inode(int fd)
@@ -409,7 +409,7 @@ ino_t inode(int fd)
     return about.st_ino;
 }
 
-// What arrives with one read: bytes and the identities of the files.
+// What arrives with one read: the bytes, and the inodes of the files.
 struct arrival {
     std::string bytes;
     std::vector<ino_t> files;

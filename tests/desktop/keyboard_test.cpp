@@ -1,4 +1,4 @@
-// Keys from made-up and virtual keyboards to clients, and the modifier that is more than a modifier.
+// Keys on their way from keyboards to clients, and what tapping and holding the modifier does.
 
 #include "support/desktop.hpp"
 #include "support/wayland_devices.hpp"
@@ -42,7 +42,7 @@ struct keys : test::desktop {
         desktop::TearDown();
     }
 
-    // The client knows of it when this returns.
+    // The client knows of the keyboard when this returns.
     made_up_keyboard &plug_keyboard(const std::string &name = "keyboard")
     {
         auto &keyboard = desktop::plug_keyboard(name);
@@ -50,7 +50,7 @@ struct keys : test::desktop {
         return keyboard;
     }
 
-    // What the client has heard, but for the keymap's first modifiers and the like.
+    // Returns the keys that the client has heard, without modifiers and other events.
     std::vector<std::string> heard_keys()
     {
         settle();
@@ -65,7 +65,7 @@ struct keys : test::desktop {
         return ears->take();
     }
 
-    // Events of the socket that concern the modifier.
+    // Returns the events of the socket that concern the modifier.
     std::vector<vnt_event> told()
     {
         settle();
@@ -149,7 +149,7 @@ TEST_F(keys, repeat_as_configured)
     plug_keyboard();
     EVENTUALLY_EQ(ears->repeat_rate(), 40);
     EXPECT_EQ(ears->repeat_delay(), 250);
-    g_kb_repeat_rate = 25; // no load of the configuration brings these back
+    g_kb_repeat_rate = 25; // loading the configuration would not reset these
     g_kb_repeat_delay = 600;
 }
 
@@ -434,7 +434,7 @@ TEST_F(keys, force_hiding_tells_only_when_something_was_shown)
 
 struct modifier_case {
     uint32_t configured;
-    std::vector<uint32_t> keys; // that count as it
+    std::vector<uint32_t> keys; // the keys that count as the configured modifier
     std::vector<uint32_t> others;
 };
 
@@ -474,7 +474,7 @@ TEST_F(keys, the_right_alt_key_counts_where_it_is_one)
 TEST_F(keys, shift_does_not_change_what_the_modifier_key_is)
 {
     auto &keyboard = plug_keyboard();
-    // A second level for the key: with Shift it is another.
+    // Gives the key a second level, so that it means another symbol with Shift.
     std::string keymap = keyboard.base.keymap_string;
     const size_t end_of_levels = keymap.find(']', keymap.find("key <LWIN>"));
     ASSERT_NE(end_of_levels, std::string::npos);

@@ -1,4 +1,4 @@
-// Popups of panels, and panels of clients that lie and overdo it.
+// Popups of panels, and panels of clients that send nonsense or too much.
 
 #include "support/layers.hpp"
 #include "support/wayland_popup.hpp"
@@ -64,7 +64,7 @@ struct hostile_layers : layers {
     static constexpr int highest = std::numeric_limits<int>::max();
 };
 
-// The protocol forbids it; the library lets it pass.
+// The protocol forbids this, but the library lets it pass.
 TEST_F(hostile_layers, of_no_size_without_anchors_get_all_that_there_is)
 {
     layer_surface &wide = show({.size = {0, 40}, .anchor = TOP | LEFT});

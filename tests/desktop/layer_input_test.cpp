@@ -156,7 +156,7 @@ TEST_P(layers_with_keyboard, do_not_take_it_while_the_session_is_locked)
     l.commit();
     settle();
     EXPECT_TRUE(has_keyboard(page));
-    EXPECT_EQ(box(l).width, 300); // it is arranged all the same
+    EXPECT_EQ(box(l).width, 300); // it is arranged nevertheless
     server.locked = false;
     l.commit();
     EVENTUALLY(has_keyboard(l));
@@ -294,7 +294,7 @@ TEST_F(pointed_layers, with_the_keyboard_keep_it_from_a_focus_that_follows_the_m
     launcher.destroy();
     settle();
     EXPECT_TRUE(has_keyboard(*high));
-    point_at(*pointer, 307, 150); // the anchor has come along
+    point_at(*pointer, 307, 150); // the anchor has followed the pointer
     EXPECT_TRUE(has_keyboard(*high));
     point_at(*pointer, 308, 150);
     EXPECT_TRUE(has_keyboard(*low));

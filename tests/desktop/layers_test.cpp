@@ -119,7 +119,7 @@ TEST_F(layers, are_told_their_size_with_their_first_commit_and_not_before)
     EXPECT_EQ(l.last_size(), (test::size{1280, 40}));
 }
 
-// Each draws at each configure.
+// Both clients draw at each configure, so an answer to each drawing would go on for ever.
 TEST_F(layers, rest_once_they_have_their_size)
 {
     layer_surface &panel = show(top_bar(40));
@@ -252,7 +252,7 @@ TEST_F(layers, leave_what_is_usable_for_maximized_windows)
     EVENTUALLY_EQ(toplevel_box(record(w)), (wlr_box{0, 40, 1280, 664}));
 }
 
-// A window that has got lost is brought back when its workspace is arranged.
+// Arranging a workspace brings back a window that lies outside, so such a window shows when it happens.
 TEST_F(layers, arrange_the_workspace_only_when_the_usable_box_changes)
 {
     layer_surface &panel = show(top_bar(40));
@@ -347,7 +347,7 @@ TEST_F(layers, that_name_an_output_that_has_gone_meanwhile_go_to_another)
     test::client &c = connect();
     test::unplug(test::made_up(output("B").wlr_output));
     layer_traits traits = top_bar(40);
-    traits.output = "B"; // the client has not heard yet
+    traits.output = "B"; // the client has not heard yet that B is gone
     layer_surface &l = create(c, traits);
     EVENTUALLY_EQ(usable("A"), (wlr_box{0, 40, 1280, 664}));
     EXPECT_EQ(l.owner().error(), 0);
@@ -364,7 +364,7 @@ TEST_F(layers, follow_their_output_when_its_place_or_size_changes)
     EXPECT_EQ(usable("B"), (wlr_box{0, 40, 640, 600}));
 }
 
-// Which of them is on top
+// Which surface is on top
 
 struct panels : layers {
     // The top layer's surfaces, from top to bottom.

@@ -1,4 +1,4 @@
-// The quick lookup of what lies at a point against the scene's own, over scenes put together at random.
+// Compares the quick lookup of what lies at a point with the scene's own lookup, over random scenes.
 
 #include "support/desktop.hpp"
 #include "support/wayland_layer.hpp"
@@ -20,8 +20,8 @@ using test::window;
 namespace
 {
 
-// Windows with geometry offsets, title bars, tabs, popups, subsurfaces and holes in their input, among hidden
-// ones, ones that are dragged or lifted, panels, and hints that are shown while one drags.
+// Windows with geometry offsets, title bars, tabs, popups, subsurfaces and holes in their input. Some are
+// hidden, dragged or lifted. Panels lie among them, and so do the hints that a drag shows.
 struct quick_lookup : test::desktop, testing::WithParamInterface<unsigned> {
     void SetUp() override
     {
@@ -41,7 +41,7 @@ struct quick_lookup : test::desktop, testing::WithParamInterface<unsigned> {
     }
     void TearDown() override
     {
-        for (window *w : windows) { // where the end of the session expects them
+        for (window *w : windows) { // the checks at the end of the session expect them so
             record(*w).overlay_lift = false;
             refresh_showing(record(*w));
         }
@@ -80,7 +80,7 @@ struct quick_lookup : test::desktop, testing::WithParamInterface<unsigned> {
             dec_hover_set(t, vantore_dec_region(below(5)));
         if (t.stack_id == 0 || sometimes())
             return;
-        cairo_t *cr = nullptr; // wider or narrower than the window
+        cairo_t *cr = nullptr; // the tabs may be wider or narrower than the window
         scene_buffer_set_cairo(t.tabbar, cairo_buffer_create(1 + below(500), tabbar_height, &cr));
         cairo_destroy(cr);
         wlr_scene_node_set_position(&t.tabbar->node, 0, -tabbar_height);
@@ -103,7 +103,7 @@ struct quick_lookup : test::desktop, testing::WithParamInterface<unsigned> {
         wlr_scene_node_set_enabled(&hint->node, sometimes());
     }
 
-    // Compared at so many points, between pixels too and beyond the output.
+    // Compares the lookups at random points, also between pixels and outside the output.
     void compare(int points)
     {
         for (int i = 0; i < points; i++) {
@@ -140,7 +140,7 @@ TEST_P(quick_lookup, finds_a_dragged_icon_and_what_lies_below_it)
                 act(desktop_toplevel_at(server, x, y, hit));
     };
     over_the_icon([&](vantore_toplevel *t) { expected.push_back(t); });
-    // A client's icon takes no input; this one would.
+    // A client's icon takes no input, but this one would.
     wlr_scene_rect *icon = wlr_scene_rect_create(server.drag_icon_tree, 600, 500, g_accent.data());
     wlr_scene_node_set_position(&icon->node, 300, 100);
     compare(1000);

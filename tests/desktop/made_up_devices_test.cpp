@@ -1,5 +1,5 @@
-// Events of made-up devices arrive at the compositor as those of real ones do: through the cursor, or the
-// device's own signals where the cursor has none.
+// Events of made-up devices reach the compositor as those of real devices do: through the cursor, or through
+// the device's own signals where the cursor has none.
 
 #include "support/desktop.hpp"
 #include "support/more_wlr.hpp"
@@ -124,7 +124,7 @@ struct made_up_devices : test::desktop {
         desktop::SetUp();
         plug("A", 1280, 704);
     }
-    // The cursor and the devices die with the session, and nobody may listen then.
+    // The cursor and the devices die with the session, and nobody may listen to them by then.
     void TearDown() override
     {
         for (listener *l : {&ear.begin, &ear.update, &ear.end, &ear.frame, &ear.cancel})

@@ -1,5 +1,4 @@
-// What a motion of the pointer means, one case before the other: in each test only one of them explains what
-// happens.
+// Which case of a pointer motion comes first. Each test has several cases, and only one explains the result.
 
 #include "support/drags.hpp"
 #include "support/wayland_constraints.hpp"
@@ -21,8 +20,8 @@ using testing::StartsWith;
 namespace
 {
 
-// Another window of 300x200 with a title bar at 800,200, the pointer in the middle of the first one, which
-// has the keyboard.
+// Another window of 300x200 with a title bar lies at 800,200. The pointer is in the middle of the first one,
+// which has the keyboard.
 struct motion_order : drags {
     void SetUp() override
     {
@@ -53,14 +52,14 @@ struct motion_order : drags {
         record(which).overlay_lift = on;
         restore_toplevel_parent(record(which));
     }
-    // As a tablet would: no constraint holds it back.
+    // Moves the pointer as a tablet would, so that no constraint holds it back.
     void jump(double lx, double ly) { pointer->move_to(lx / 1280, ly / 704); }
     [[nodiscard]] const wlr_surface *pointed() const { return server.seat->pointer_state.focused_surface; }
     const wlr_surface *surface_of(const window &of) { return tl_surface(record(of)); }
 
     window *other = nullptr;
     std::unique_ptr<seat> ears, other_ears;
-    // The right of each window's title bar.
+    // The close buttons of the windows, in layout coordinates.
     static constexpr double close_x = 584, others_close_x = 1084, bar_y = 185;
 };
 
@@ -89,9 +88,9 @@ TEST_F(motion_order, a_lock_takes_the_pointer_from_a_client_that_holds_a_button)
     server.locked = false;
 }
 
-TEST_F(motion_order, of_a_drag_no_client_hears)
+TEST_F(motion_order, no_client_hears_of_a_drag)
 {
-    // Above whatever is dragged.
+    // This panel lies above the dragged window.
     const test::layer_surface panel{other->owner(), {.size = {1280, 100}, .anchor = test::TOP}};
     settle();
     keyboard->press(KEY_LEFTMETA);
@@ -118,7 +117,7 @@ TEST_F(motion_order, while_a_button_is_held_neither_highlight_nor_image_nor_clie
     settle();
     go(others_close_x, bar_y);
     EXPECT_EQ(record(*other).hover_region, DEC_NONE);
-    go(802, 300); // the other's border
+    go(802, 300); // the other window's border
     EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "text"));
     go(1200, 650); // the desktop
     EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "text"));
@@ -243,7 +242,7 @@ TEST_F(motion_order, a_constraint_comes_and_goes_with_the_pointer_on_the_focused
 {
     const confined_pointer fence{*ears, w->get()};
     EVENTUALLY(fence.active());
-    jump(900, 300); // another client's
+    jump(900, 300); // in the other client's window
     EVENTUALLY(!fence.active());
     EXPECT_EQ(pointed(), surface_of(*other));
     jump(400, 350);

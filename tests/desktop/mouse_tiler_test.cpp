@@ -1,4 +1,4 @@
-// The display that comes up while a floating window is dragged, and what a drop on it does.
+// The display that appears while the user drags a floating window, and what a drop on it does.
 
 #include "support/drags.hpp"
 
@@ -90,7 +90,7 @@ TEST_F(tiler, focuses_what_it_has_placed)
     window &other = map("other", {100, 100});
     start_drag();
     point_at_zone(0);
-    focus_toplevel_ex(&record(other), true); // by a key, meanwhile
+    focus_toplevel_ex(&record(other), true); // as a key does meanwhile
     pointer->release(BTN_LEFT);
     EXPECT_EQ(focused_toplevel(server), &t());
 }
@@ -165,7 +165,7 @@ TEST_F(tiler, sends_the_window_to_a_workspace_and_follows)
 TEST_F(tiler, leaves_a_window_alone_that_is_dropped_beside_the_zones)
 {
     start_drag();
-    t().snapped = true; // by a key, meanwhile
+    t().snapped = true; // as a key does meanwhile
     go(hud_x + 3, hud_y + 3);
     EXPECT_EQ(server.tiler.mt_zone, -1);
     pointer->release(BTN_LEFT);
@@ -176,7 +176,7 @@ TEST_F(tiler, leaves_a_window_alone_that_is_dropped_beside_the_zones)
 TEST_F(tiler, leaves_a_window_maximized_that_is_so_already)
 {
     start_drag();
-    toplevel_toggle_maximize(t()); // by a key, meanwhile
+    toplevel_toggle_maximize(t()); // as a key does meanwhile
     EVENTUALLY_EQ(box(*w).width, 1280);
     point_at_zone(14);
     const wlr_box saved = t().saved_geo;

@@ -15,7 +15,7 @@ using testing::IsEmpty;
 namespace
 {
 
-// B on the right of A, each with its own workspace, the pointer on A.
+// B stands to the right of A. Each shows its own workspace, and the pointer is on A.
 struct moves : test::desktop {
     void SetUp() override
     {
@@ -110,7 +110,7 @@ TEST_F(moves, of_a_workspace_from_nowhere_leave_its_windows_in_place)
     command("move-workspace-to-output 1 B");
     EXPECT_EQ(shown("B"), &workspace(1));
     EXPECT_EQ(shown("A"), &workspace(5));
-    EXPECT_EQ(box(w), (wlr_box{1400, 138, 400, 300})); // rescued: it lay outside of B
+    EXPECT_EQ(box(w), (wlr_box{1400, 138, 400, 300})); // brought back, because it lay outside of B
 }
 
 TEST_F(moves, of_a_workspace_need_an_enabled_output_and_a_workspace)
@@ -244,7 +244,7 @@ TEST_F(moves, of_a_window_to_a_hidden_workspace_go_where_that_is_at_home)
     move_toplevel_to_workspace(record(w), 7);
     EXPECT_EQ(box(w), (wlr_box{1380, 200, 400, 300}));
     EXPECT_EQ(record(w).float_geo, (wlr_box{1281, 2, 3, 4}));
-    move_toplevel_to_workspace(record(w), 8); // it comes from no output
+    move_toplevel_to_workspace(record(w), 8); // it comes from a workspace that no output shows
     EXPECT_EQ(box(w).x, 1380);
 }
 

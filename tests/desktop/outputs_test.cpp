@@ -146,7 +146,7 @@ TEST_F(outputs, that_come_back_get_their_old_workspace)
     EXPECT_EQ(output("A").current_ws, &workspace(1));
 }
 
-TEST_F(outputs, with_long_names_are_still_recognised_by_their_first_63_characters_only_in_part)
+TEST_F(outputs, with_long_names_are_remembered_by_their_first_63_characters)
 {
     const std::string name(100, 'n');
     plug(name, 800, 600);
@@ -181,7 +181,7 @@ TEST_F(outputs, left_without_a_workspace_take_an_orphan_with_windows_first)
     wlr_cursor_warp(server.cursor, nullptr, 640 * 4 + 10, 10); // out5, workspace 5
     test::window &w = map("w", {300, 200});
     EXPECT_EQ(record(w).workspace, &workspace(5));
-    output("out3").current_ws->output = nullptr; // workspace 3 is free too, without windows
+    output("out3").current_ws->output = nullptr; // workspace 3 is an orphan too, but it has no windows
     output("out3").current_ws = nullptr;
     output("out3").wlr_output->enabled = false;
     unplug("out5");
@@ -192,7 +192,7 @@ TEST_F(outputs, left_without_a_workspace_take_an_orphan_with_windows_first)
     EXPECT_EQ(output("out3").current_ws, &workspace(3));
 }
 
-TEST_F(outputs, the_pictures_hold_the_backdrop_where_nothing_else_is)
+TEST_F(outputs, pictures_show_the_backdrop_where_nothing_else_is)
 {
     plug("A", 320, 200);
     EVENTUALLY_EQ(pixel("A", 0, 0), 0xff0f121aU);
@@ -410,10 +410,10 @@ TEST_F(pointer_on_outputs, stays_where_it_is_when_every_output_is_disabled)
 
 TEST_F(pointer_on_outputs, takes_the_newest_of_two_equally_near_outputs)
 {
-    plug("D", 400, 300); // at 2200,0; its middle 2400,150
+    plug("D", 400, 300);
     for (const char *name : {"A", "B"})
         unplug(name);
-    // C's middle is 2000,150: 2200 lies between.
+    // The middles will be at 2000,150 and 2500,150.
     wlr_output_layout_add(server.output_layout, output("C").wlr_output, 1800, 0);
     wlr_output_layout_add(server.output_layout, output("D").wlr_output, 2300, 0);
     output("C").usable = {1800, 0, 400, 300};

@@ -18,9 +18,9 @@ namespace
 
 constexpr int64_t one_ms = 1'000'000;
 
-int64_t g_render_time; // what a measured frame seems to have cost
+int64_t g_render_time; // in ns, what a measured frame seems to have cost
 
-// Of the frames in which an output showed the buffer, painted anew or not.
+// Counts the frames in which an output showed the buffer, whether or not it was painted anew.
 struct frame_counter {
     explicit frame_counter(wlr_scene_buffer &shown)
     {
@@ -32,7 +32,7 @@ struct frame_counter {
     listener frame_done;
 };
 
-// One output of 60 Hz, whose blanks come with each commit: the clock stands still.
+// One output of 60 Hz. The clock stands still, so each commit is presented at once.
 struct pacing : test::desktop {
     void SetUp() override
     {
@@ -60,7 +60,7 @@ struct pacing : test::desktop {
         };
     }
 
-    // A new picture of the window; the number of commits that it led to without any time passing.
+    // Draws a new picture of the window. Returns the number of commits that follow before any time passes.
     int redraw(window &w)
     {
         const int before = made->commits;
@@ -115,7 +115,7 @@ struct pacing : test::desktop {
     test::made_up_output *made = nullptr;
     std::list<test::tearing_hint> hints;
     bool refuses_tearing = false, refuses_pictures = false;
-    int tearing_asked = 0; // by tests and commits
+    int tearing_asked = 0; // counts test commits and real ones
     uint32_t colour = 0xff000000;
 };
 
@@ -133,7 +133,7 @@ TEST_F(pacing, waits_from_the_fourth_sample_on)
     window &w = map("w");
     learn(w);
     EXPECT_EQ(redraw(w), 0);
-    EXPECT_EQ(commits_within(10), 0); // 16.67 less 3 and a margin of 2
+    EXPECT_EQ(commits_within(10), 0); // 16.67 ms less 3 ms of painting and a margin of 2 ms
     EXPECT_EQ(commits_within(1), 1);
     EXPECT_EQ(pixel("A", 640, 352), colour);
 }
@@ -153,7 +153,7 @@ TEST_F(pacing, with_a_fixed_budget_waits_without_measuring)
 {
     window &w = map("w");
     g_max_render_time = 5;
-    redraw(w); // ends what may have been measured before
+    redraw(w); // ends a measurement that may be under way
     advance_clock_ms(20);
     settle();
     const render_times before = output("A").times;
@@ -234,7 +234,7 @@ TEST_F(pacing, goes_on_when_frames_can_not_be_measured)
     EXPECT_THAT(log, HasSubstr(line));
     EXPECT_EQ(log.find(line), log.rfind(line)) << "once";
     g_render_time = 3 * one_ms;
-    config(""); // a reload of the settings changes nothing of it
+    config(""); // a reload of the settings does not bring measuring back
     for (int i = 0; i < 6; i++)
         EXPECT_EQ(redraw(w), 1);
 }
@@ -305,7 +305,7 @@ TEST_F(pacing, ends_with_the_output)
 {
     window &w = map("w");
     learn(w);
-    EXPECT_EQ(redraw(w), 0); // waits, and a measurement may be under way
+    EXPECT_EQ(redraw(w), 0); // the output waits, and a measurement may be under way
     test::unplug(*made);
     advance_clock_ms(50);
     settle();
@@ -334,7 +334,7 @@ TEST_F(pacing, of_measured_frames_ends_without_leaks)
     window &w = map("w");
     output("A").times = {};
     w.fill(0xffff0000);
-    EVENTUALLY(output("A").rt_pending); // the fixture's end and the sanitizers look for the rest
+    EVENTUALLY(output("A").rt_pending); // the end of the session and the sanitizers check that nothing leaks
 }
 
 struct tearing : pacing {
@@ -347,7 +347,7 @@ TEST_F(tearing, is_for_a_fullscreen_window_that_asks_for_it)
     EXPECT_TRUE(output_wants_tearing(output("A")));
     tearing_asked = 0;
     EXPECT_EQ(redraw(w), 1);
-    EXPECT_EQ(tearing_asked, 2); // the test and the commit
+    EXPECT_EQ(tearing_asked, 2); // a test commit and the real one
     EXPECT_EQ(pixel("A", 640, 352), colour);
 }
 

@@ -16,7 +16,7 @@ using test::window;
 namespace
 {
 
-// A red window ends below the panel, which lets nearly everything through.
+// The right edge of a red window lies below the panel, and the panel is nearly transparent.
 struct panel_blur : test::layers {
     static constexpr int edge = 400, reach = 8, bar_height = 40;
 
@@ -42,11 +42,11 @@ struct panel_blur : test::layers {
     layer_surface &show_panel() { return show(see_through_bar("vantore-panel")); }
 
     int red_at(int x) { return int(pixel("A", x, bar_height / 2) >> 16 & 0xff); }
-    // The red reaches beyond its edge, and loses some before it.
+    // Blurred red reaches beyond the window's edge and is weaker inside it.
     bool is_blurred() { return red_at(edge + reach) > 40 && red_at(edge - reach) < 200; }
     bool is_sharp() { return red_at(edge + reach) < 20 && red_at(edge - reach) > 200; }
 
-    // Title bars, which have one of their own, hang elsewhere.
+    // Counts the blurs of panels. Title bars have blurs too, but these hang elsewhere.
     int blurs()
     {
         int count = 0;

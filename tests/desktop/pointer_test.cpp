@@ -184,7 +184,7 @@ TEST_F(pointing, a_pressed_button_follows_a_window_that_moves_under_the_pointer)
     go(110, 120);
     pointer->press(BTN_LEFT);
     place(*page, 105, 105);
-    go(111, 121); // within the surface: its own coordinates count again
+    go(111, 121); // within the surface, so its own coordinates count again
     (void)events();
     go(50, 50);
     settle();

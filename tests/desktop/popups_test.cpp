@@ -24,7 +24,7 @@ namespace
 
 enum adjustment : uint32_t { SLIDE_X = 1, SLIDE_Y = 2, FLIP_X = 4, FLIP_Y = 8, RESIZE_X = 16 };
 
-// A window of 400x300 at 100,100 on an output of 1280x704, and a second output at its right.
+// A window of 400x300 at 100,100 on an output of 1280x704, with a second output on the right.
 struct menus : test::desktop {
     void SetUp() override
     {
@@ -64,7 +64,7 @@ TEST_F(menus, flip_at_the_edge_of_the_output)
     move_to(900, 100);
     popup menu{*page, {.x = 350, .y = 30, .size = {150, 80}, .adjustment = FLIP_X}};
     EVENTUALLY_EQ(menu.configure_count(), 1);
-    EXPECT_EQ(menu.x(), 351 - 150); // from the other edge of the anchor, one pixel wide
+    EXPECT_EQ(menu.x(), 351 - 150); // from the other edge of the anchor, which is one pixel wide
 }
 
 TEST_F(menus, above_a_border_or_a_title_bar_take_the_click)
@@ -77,7 +77,7 @@ TEST_F(menus, above_a_border_or_a_title_bar_take_the_click)
     auto &pointer = plug_pointer();
     test::seat ears{page->owner()};
     settle();
-    popup menu{*page, {.x = 0, .y = 250, .size = {150, 150}}}; // over its window's border, and on
+    popup menu{*page, {.x = 0, .y = 250, .size = {150, 150}}}; // covers its window's border and more
     EVENTUALLY_EQ(pixel("A", 105, 355), 0xffd0d0d0U);
     for (const int y : {355, 480}) {
         point_at(pointer, 104, y);
@@ -123,10 +123,10 @@ TEST_F(menus, of_a_window_stay_with_the_output_of_its_corner)
 TEST_F(menus, nested_in_menus_keep_to_the_same_output_as_their_window)
 {
     move_to(1000, 100);
-    popup menu{*page, {.x = 250, .y = 30, .size = {100, 80}}}; // 1250..1350: it may lie across the edge
+    popup menu{*page, {.x = 250, .y = 30, .size = {100, 80}}}; // from 1250 to 1350, across the edge
     EVENTUALLY_EQ(menu.configure_count(), 1);
     EXPECT_EQ(menu.x(), 250);
-    popup submenu{menu, {.x = 90, .y = 10, .size = {100, 60}, .adjustment = SLIDE_X}}; // on B, but for this
+    popup submenu{menu, {.x = 90, .y = 10, .size = {100, 60}, .adjustment = SLIDE_X}}; // or it would be on B
     EVENTUALLY_EQ(submenu.configure_count(), 1);
     EXPECT_EQ(1000 + menu.x() + submenu.x(), 1280 - 100);
 }
@@ -210,7 +210,7 @@ TEST_F(menus, die_with_the_client_in_any_order_of_theirs)
             w.owner().vanish();
             break;
         case 1:
-            menu->destroy(); // above a living submenu: a protocol error
+            menu->destroy(); // a protocol error, because its submenu lives
             break;
         case 2:
             w.destroy_role();
@@ -408,7 +408,7 @@ struct title_bars : test::desktop {
     window &unmapped()
     {
         window &w = connect().create_window("page");
-        w.title("page"); // makes the toplevel
+        w.title("page"); // this makes the toplevel
         return w;
     }
 };
@@ -511,7 +511,7 @@ TEST_F(title_bars, of_a_mapped_window_may_not_start_late)
 {
     window &w = map("late");
     test::decoration deco{w};
-    // xdg-decoration wants its object before the first buffer.
+    // xdg-decoration requires the object to exist before the first buffer.
     EVENTUALLY(w.owner().protocol_error().has_value());
     EXPECT_EQ(w.owner().protocol_error(), (test::protocol_error{"zxdg_decoration_manager_v1", 0}));
     EXPECT_THAT(test::server_check(server), IsEmpty());

@@ -1,6 +1,6 @@
-// Random operations in a row, with every invariant checked after each. The normal run takes as many sequences
-// as fit into its time. VANTORE_TEST_SEQUENCES asks for a number of them instead, VANTORE_TEST_SEED for one
-// seed alone. A sequence that breaks a rule is shortened before it is told.
+// Runs random operations in a row and checks every invariant after each. A normal run takes as many sequences
+// as fit into its time. VANTORE_TEST_SEQUENCES sets their number instead. VANTORE_TEST_SEED picks one seed
+// alone. A sequence that breaks a rule is shortened before it is reported.
 
 #include "support/random_session.hpp"
 
@@ -14,11 +14,11 @@ constexpr size_t operations_in_a_sequence = 200;
 constexpr size_t most_shortenings = 80;
 
 struct outcome {
-    std::vector<std::string> broken; // rules, after the last operation
+    std::vector<std::string> broken; // the rules that the last operation broke
     std::string done, state;
 };
 
-// Ends at the first operation that breaks a rule.
+// Stops at the first operation that breaks a rule.
 outcome run(const std::vector<unsigned> &seeds, x11 windows_of_x11)
 {
     outcome result;
@@ -36,7 +36,7 @@ outcome run(const std::vector<unsigned> &seeds, x11 windows_of_x11)
     return result;
 }
 
-// Leaves out what is not needed for a rule to break, in ever smaller pieces.
+// Leaves out operations without which a rule still breaks, in ever smaller pieces.
 std::vector<unsigned> shortened(std::vector<unsigned> seeds, x11 windows_of_x11)
 {
     size_t runs = 0;

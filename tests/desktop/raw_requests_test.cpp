@@ -48,8 +48,7 @@ struct raw_requests : test::desktop {
         c->request(compositor, compositor_create_surface, {id});
         return id;
     }
-    // A chain of so many subsurfaces below a root, made from the root down; ends early when the client is
-    // ended.
+    // Makes a chain of subsurfaces from the root down. Stops when the compositor ends the client.
     void nest_downwards(int depth)
     {
         const uint32_t compositor = c->bind("wl_compositor", 5), sub = c->bind("wl_subcompositor", 1);
@@ -113,7 +112,7 @@ TEST_F(raw_requests, can_not_get_round_the_limit_with_a_new_binding_for_each_sub
 }
 
 struct keymap_requests : raw_requests {
-    // Brings a keymap of `said` bytes in a file of `there` bytes.
+    // Sends a file of `there` bytes as a keymap of `said` bytes.
     void send_keymap(uint32_t there, uint32_t said)
     {
         const int file = memfd_create("keymap", MFD_CLOEXEC);

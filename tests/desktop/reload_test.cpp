@@ -32,10 +32,10 @@ struct reload : test::desktop {
         (void)heard();
     }
 
-    // Without reading it yet.
+    // Writes a file that the compositor does not read yet.
     void write(const std::string &name, std::string_view text) const { world.write_config(name, text); }
 
-    // The program and the text of each notification.
+    // The text of each notification.
     [[nodiscard]] std::vector<std::string> notifications() const
     {
         std::vector<std::string> texts;
@@ -52,7 +52,7 @@ struct reload : test::desktop {
     }
 };
 
-// What starts one
+// What starts a reload
 
 struct reload_trigger {
     const char *name;
@@ -97,7 +97,7 @@ TEST_F(reload, waits_for_the_event_loop)
     EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WORKSPACES, VNT_EVT_RELOADED)) << "two signals are one";
 }
 
-// What it changes
+// What a reload changes
 
 TEST_F(reload, arranges_windows_with_the_new_gaps_and_layouts)
 {
@@ -292,7 +292,7 @@ TEST_F(reload, of_another_cursor_takes_it_from_the_client_that_set_its_own)
     editor.owner().destroy_surface(arrow);
 }
 
-// What it tells
+// What a reload tells
 
 TEST_F(reload, tells_of_workspaces_and_then_of_itself)
 {
@@ -329,7 +329,7 @@ TEST_F(reload, counts_anew_each_time)
     EXPECT_THAT(world.log(), HasSubstr("vantore-comp: config reloaded\n"));
 }
 
-// What it leaves behind
+// What a reload leaves behind
 
 ptrdiff_t open_files()
 {

@@ -144,14 +144,14 @@ TEST_F(sandboxes, see_what_a_program_needs_and_nothing_that_shows_or_controls_ot
     EXPECT_EQ(program->globals_known(), open_globals.size());
 }
 
-TEST_F(sandboxes, are_decided_about_for_every_global_that_is_offered)
+TEST_F(sandboxes, have_a_decision_for_every_global_that_is_offered)
 {
     std::vector<std::string> all = open_globals;
     all.insert(all.end(), closed_globals.begin(), closed_globals.end());
     EXPECT_THAT(names_of(connect()), UnorderedElementsAreArray(all));
 }
 
-// Takes every descriptor that the process may have.
+// Takes every descriptor that the process may still open.
 struct greed {
     greed()
     {
@@ -168,7 +168,7 @@ struct greed {
     std::vector<int> taken;
 };
 
-// Fewer descriptors than usual, so that taking them all is quick.
+// Lowers the limit of descriptors, so that taking them all is quick.
 struct few_descriptors {
     few_descriptors()
     {
@@ -214,7 +214,7 @@ TEST_F(sockets, keep_a_client_that_does_not_read_for_a_while_under_a_fast_mouse)
     test::seat ears{w.owner()};
     settle();
     const wlr_box box = toplevel_box(record(w));
-    // Nothing is pumped meanwhile, so the client does not read.
+    // Nothing runs the client meanwhile, so it does not read.
     for (int i = 0; i < 10'000; i++)
         point_at(mouse, box.x + 50 + i % 200, box.y + 50);
     settle();

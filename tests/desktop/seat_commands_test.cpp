@@ -1,4 +1,4 @@
-// The pointer in a script's hand, and the commands that help to find faults.
+// Commands with which scripts move the pointer, and commands that help to find faults.
 
 #include "support/desktop.hpp"
 #include "support/wayland_layer.hpp"
@@ -42,7 +42,7 @@ struct scripted : test::desktop {
         desktop::TearDown();
     }
 
-    // What the client has heard of a command.
+    // Runs a command and returns what the client heard.
     std::vector<std::string> heard_of(const std::string &words)
     {
         command("seat " + words);
@@ -87,7 +87,7 @@ TEST_F(scripted, move_goes_to_the_nearest_place_on_an_output)
     EXPECT_EQ(server.cursor->y, 0);
 }
 
-TEST_F(scripted, move_takes_what_is_no_number_for_nought)
+TEST_F(scripted, move_counts_what_is_not_a_number_as_zero)
 {
     command("seat move 200 200");
     command("seat move nan x");
@@ -341,7 +341,7 @@ TEST_F(layer_dump, writes_neither_through_links_nor_into_pipes)
     EXPECT_EQ(dump(), "mine");
     std::filesystem::remove(world.layer_dump());
     ASSERT_EQ(mkfifo(world.layer_dump().c_str(), 0600), 0);
-    command("dump-layers"); // would wait for a reader
+    command("dump-layers"); // opening the pipe must not wait for a reader
     std::filesystem::remove(world.layer_dump());
     std::filesystem::create_directory(world.layer_dump());
     command("dump-layers");

@@ -28,7 +28,7 @@ struct stacks : test::desktop {
         workspace(1).master_ratio = 0.5;
         command("ws-layout 1 tiling");
     }
-    // Maps windows and makes one stack of them, whose last one shows.
+    // Maps windows and makes one stack of them, which shows the last one.
     std::vector<window *> map_stack(int count)
     {
         std::vector<window *> members;
@@ -142,7 +142,7 @@ TEST_F(stacks, let_the_focused_member_go)
     EVENTUALLY_EQ(box(*members[1]), (wlr_box{640, 0, 640, 704}));
     EVENTUALLY_EQ(box(*members[0]), (wlr_box{0, 26, 640, 678})); // a stack of one
     EXPECT_TRUE(has_bar(*members[0]));
-    stack_ungroup_focused(server); // that has no stack any more
+    stack_ungroup_focused(server); // this window is in no stack any more
     EXPECT_THAT(heard(), IsEmpty());
 }
 
@@ -248,7 +248,7 @@ TEST_F(stacks, keep_their_number_on_another_workspace)
     command("ws-layout 2 tiling");
     move_toplevel_to_workspace(record(*members[1]), 2);
     EXPECT_EQ(record(*members[1]).stack_id, id);
-    // The member raised last is the active one wherever it is.
+    // The member that was raised last is the active one wherever it is.
     EXPECT_EQ(stack_active_member(server, id), &record(*members[1]));
     arrange_workspace(&workspace(1));
     EXPECT_EQ(record(*members[1]).scene_tree->node.y, 26);
@@ -280,7 +280,7 @@ TEST_F(stacks, find_the_tab_under_a_point)
     wlr_scene_node_set_enabled(&record(*members[3]).scene_tree->node, false);
     EXPECT_EQ(tab_at(server, 0, 0), nullptr);
     wlr_scene_node_set_enabled(&record(*members[3]).scene_tree->node,
-                               true); // the end of the test looks at it
+                               true); // the checks at the end look at it
 }
 
 // The bar's colours, 8 bits each.
@@ -297,7 +297,7 @@ TEST_F(stacks, draw_the_active_tab_brighter)
     EXPECT_EQ(pixel("A", 700, 2), inactive);
 }
 
-// Some pixel of the tab's text, which starts 9 pixels from its left edge.
+// Looks for a pixel of the tab's text, which starts 9 pixels from the tab's left edge.
 bool has_text(const test::image &picture, int tab_x)
 {
     for (int y = 4; y < 22; y++)
@@ -312,7 +312,7 @@ TEST_F(stacks, write_titles_of_any_bytes_and_a_dash_without_any)
     const auto members = map_stack(3);
     std::string cut;
     while (cut.size() < 600)
-        cut += "é"; // the mark of a hung window leaves half of one
+        cut += "é"; // with the mark of a hung window, the text is cut inside one
     members[0]->title(cut);
     members[1]->app_id("");
     members[1]->title("");

@@ -87,7 +87,7 @@ bool offers(const test::client &c, std::string_view interface)
     return std::ranges::contains(c.globals(), interface, &test::global::interface);
 }
 
-// Two libraries define the scene's calls; only one of them makes scenes with effects.
+// Two libraries define the scene's functions, but only one of them makes scenes with effects.
 TEST(linkage, takes_the_scene_from_the_library_with_effects)
 {
     Dl_info info{};
@@ -226,7 +226,7 @@ TEST_F(unstarted_desktop, any_value_of_the_variable_allows_software_rendering)
                                        "(llvmpipe); per-pixel effects auto-disabled\n"));
 }
 
-TEST_F(desktop, a_software_renderer_is_found_out_and_said)
+TEST_F(desktop, a_software_renderer_is_noticed_and_logged)
 {
     EXPECT_TRUE(g_soft_render);
     EXPECT_FALSE(g_safe_graphics);
@@ -440,7 +440,7 @@ TEST_F(desktop, a_second_session_in_the_same_process_starts_as_clean_as_the_firs
     server_finish(second);
 }
 
-// Runs the session until it ends by itself, with something that happens in its loop.
+// Runs the session until it ends by itself. `happen` is called in its event loop.
 void run_with(vantore_server &server, void (*happen)(void *server))
 {
     wl_event_loop_add_idle(wl_display_get_event_loop(server.display), happen, &server);

@@ -1,5 +1,5 @@
-// A text field and an input method, which tests play both. The compositor relays nothing between them yet:
-// each test makes the global itself, and shows that it and the client hear each other.
+// A text field and an input method, both played by tests. The compositor does not relay between them yet, so
+// each test makes the global itself and shows that the global and the client hear each other.
 
 #include "support/desktop.hpp"
 #include "support/more_wlr.hpp"

@@ -29,7 +29,7 @@ struct tile_drags : drags {
         settle();
         (void)heard();
     }
-    // Where a tile is in the order.
+    // The names of the tiles in their order.
     std::string order()
     {
         std::string result;
@@ -37,7 +37,7 @@ struct tile_drags : drags {
             result += tl_app_id(each_tile);
         return result;
     }
-    // From the bar of one tile to a point of another's column; columns are 320 wide.
+    // Drags the bar of one tile to a point in the column of another. Columns are 320 wide.
     void carry(int from, int to, double fx, double y)
     {
         drag(320 * from + 100, 10, 320 * to + 320 * fx, y);
@@ -89,7 +89,7 @@ TEST_F(tile_drags, to_the_top_32_pixels_of_a_tile_without_a_bar_stack_too)
     carry(0, 2, 0.1, 32);
     EXPECT_EQ(bare.stack_id, 0);
     EXPECT_EQ(order(), "bacd");
-    carry(0, 2, 0.1, 31.9); // b
+    carry(0, 2, 0.1, 31.9); // drags b
     EXPECT_NE(bare.stack_id, 0);
     EXPECT_EQ(record(*tiles[1]).stack_id, bare.stack_id);
 }
@@ -163,7 +163,6 @@ TEST_F(tile_drags, from_a_stack_leave_it_and_onto_the_own_tab_do_nothing)
     const int id = record(*tiles[0]).stack_id;
     keyboard->press(KEY_LEFTMETA);
     EVENTUALLY_EQ(box(*tiles[0]).y, 26);
-    // the stack is the first column; its tabs are b's and a's... by their order
     const wlr_box stack = box(*tiles[0]);
     press_at(stack.x + 50, 300);
     drop_at(stack.x + stack.width - 10, 300);

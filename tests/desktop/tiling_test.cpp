@@ -114,7 +114,7 @@ TEST_F(tiling, leaves_out_floating_minimized_and_fullscreen_windows)
         record(*tiles[1]).minimized = minimized;
         EXPECT_EQ(tile_participates(record(*tiles[1])), !minimized);
     }
-    record(*tiles[2]).fullscreen = false; // the end of the test looks at every window
+    record(*tiles[2]).fullscreen = false; // the checks at the end look at every window
     arrange();
 }
 
@@ -132,7 +132,7 @@ TEST_F(tiling, leaves_the_65th_window_where_it_was)
     EVENTUALLY(late.has(test::TILED)); // now it is the 64th
 }
 
-TEST_F(tiling, of_a_fixed_size_dialog_or_a_child_window_is_not_done)
+TEST_F(tiling, leaves_out_windows_of_fixed_size_and_child_windows)
 {
     window &parent = map("editor");
     window &dialog = parent.owner().create_window("dialog");
@@ -180,7 +180,7 @@ TEST_F(tiling, survives_an_area_narrower_than_its_gaps)
     }
 }
 
-TEST_F(tiling, does_not_save_a_float_with_one_pixel_on_the_output_but_one_with_none)
+TEST_F(tiling, brings_a_float_back_only_when_no_pixel_of_it_is_on_the_output)
 {
     window &w = map("float", {400, 300});
     record(w).floating = true;
@@ -206,7 +206,7 @@ TEST_F(tiling, moves_no_fullscreen_window_back)
     place(w, 5000, 5000);
     arrange();
     EXPECT_EQ(box(w).x, 5000);
-    record(w).fullscreen = false; // the end of the test looks at every window
+    record(w).fullscreen = false; // the checks at the end look at every window
     arrange();
 }
 
@@ -329,7 +329,7 @@ TEST_F(tiling, moves_a_tile_in_the_order_without_wrapping)
             indices.push_back(tile_index(record(*w)));
         return indices;
     };
-    record(*tiles[1]).floating = true; // is passed over
+    record(*tiles[1]).floating = true; // a float is passed over
     focus_toplevel_ex(&record(*tiles[0]), true);
     (void)heard();
     move_direction(server, -1, 0);
@@ -354,7 +354,7 @@ class resize_step : public tiling, public testing::WithParamInterface<resize_cas
 {
 };
 
-// From fresh weights, on the second of three tiles.
+// Resizes the second of three tiles, starting with fresh weights.
 TEST_P(resize_step, changes_what_the_mode_has)
 {
     const auto tiles = map_tiles(3);
@@ -471,7 +471,7 @@ TEST_F(tiling, follows_the_arrow_keys_to_the_nearest_tile)
     focus_direction(server, -1, 0);
     EXPECT_EQ(focused(), &record(*tiles[0]));
     EVENTUALLY(tiles[0]->has(test::ACTIVATED));
-    focus_direction(server, 1, 0); // both are equally near: the one raised last
+    focus_direction(server, 1, 0); // both are equally near, so the one raised last counts
     EXPECT_EQ(focused(), &record(*tiles[1]));
 }
 

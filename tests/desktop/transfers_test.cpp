@@ -18,7 +18,7 @@ using testing::IsEmpty;
 namespace
 {
 
-// Two clients, each with a window: the source at 100,100, the target at 700,100.
+// Two clients with a window each: the source at 100,100 and the target at 700,100.
 struct transfers : test::desktop {
     struct side {
         explicit side(window &w) : page(w), ears(w.owner()), clips(ears) {}

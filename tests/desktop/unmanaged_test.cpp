@@ -20,7 +20,7 @@ struct unmanaged : test::x11_desk {
     void SetUp() override
     {
         x11_desk::SetUp();
-        // A menu takes the keyboard, and the window that had it is not told.
+        // A menu takes the keyboard, and nobody tells the window that had it.
         active_windows = test::activity::may_lag;
     }
     vantore_unmanaged &menu_record(const x11_window &w) { return *find_unmanaged(w); }
@@ -87,8 +87,8 @@ TEST_F(unmanaged, windows_move_as_they_like_and_come_to_the_top)
     EXPECT_EQ(topmost(server.unmanaged), &menu_record(low).scene_tree->node);
 }
 
-// The X server asks nobody about such a window, but one that is about to become one may still have a request
-// under way.
+// The X server sends no requests for windows that place themselves. A managed window that becomes one may
+// still have a request under way.
 TEST_F(unmanaged, request_for_a_place_is_granted_as_it_stands)
 {
     x11_window &menu = map_unmanaged({});

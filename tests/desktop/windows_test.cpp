@@ -1,4 +1,4 @@
-// The life of xdg-shell windows: sizes, places, focus, requests, hung windows, clients that vanish.
+// The life of xdg-shell windows: sizes, places, focus, requests, hung windows, and clients that vanish.
 
 #include "support/desktop.hpp"
 

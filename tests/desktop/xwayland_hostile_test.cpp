@@ -32,11 +32,11 @@ struct x11_hostile : test::x11_desk {
         return std::distance(std::filesystem::directory_iterator{"/proc/self/fd"},
                              std::filesystem::directory_iterator{});
     }
-    // Also of those that no list of windows holds.
+    // Counts all nodes of the scene, including those of windows that no list holds.
     [[nodiscard]] int all_nodes() const { return test::scene_nodes(server.scene->tree); }
 };
 
-// From the desktop's own side of the socket the names are text of any bytes.
+// The names also go into replies on the IPC socket, and clients may put any bytes into them.
 TEST_F(x11_hostile, names_of_any_bytes_do_no_harm)
 {
     x11_window &w = map_x11();
@@ -148,7 +148,7 @@ TEST_F(x11_hostile, storm_of_maps_and_unmaps_leaves_what_the_last_one_says)
             settle();
     }
     EVENTUALLY(find_record(w) != nullptr);
-    settle(); // the last request to map it is behind us
+    settle(); // waits until the last request to map it is handled
     w.unmap();
     EVENTUALLY_EQ(find_record(w), nullptr);
     EXPECT_THAT(test::server_check(server), IsEmpty());
@@ -276,7 +276,7 @@ TEST_F(x11_hostile, menus_at_the_limits_do_no_harm)
         x11_window &menu = client.create(
             {.x = p.x, .y = p.y, .width = p.width, .height = p.height, .override_redirect = true});
         menu.map();
-        settle(); // the X server draws none of those beside its screen
+        settle(); // the X server does not draw menus outside its screen
         EXPECT_FALSE(focused_is_fullscreen(server));
         point_at(*pointer, 5, 5);
         menu.destroy();
@@ -315,7 +315,7 @@ TEST_F(x11_hostile, parent_that_goes_before_its_dialog_does_no_harm)
     EXPECT_THAT(broken_rules(), IsEmpty());
 }
 
-// A window may change sides in whatever state it is.
+// Windows that change sides, in each of the states that a window can have
 
 struct window_state {
     const char *name;
@@ -334,7 +334,7 @@ struct x11_state : x11_hostile, testing::WithParamInterface<window_state> {
         server.locked = false;
         x11_hostile::TearDown();
     }
-    // There are always two windows of one client, the second of which is in the state.
+    // Maps two windows of one client and brings the second one into the state.
     void map_in_state()
     {
         test::x11_client &client = connect_x11();
@@ -373,7 +373,7 @@ const window_state states[]{
     {"demoted",
      [](vantore_toplevel &t, made_up_pointer &) {
          toplevel_set_fullscreen(t, true);
-         focus_toplevel_ex(owner_of<&vantore_toplevel::link>(t.link.next), true); // the one before it
+         focus_toplevel_ex(owner_of<&vantore_toplevel::link>(t.link.next), true); // the window below it
      },
      [](const vantore_toplevel &t) { return t.fullscreen && t.fs_demoted; }},
     {"tiled", [](vantore_toplevel &t, made_up_pointer &) { make_tile(t); }, tile_participates},

@@ -76,7 +76,7 @@ TEST_F(x11_requests, can_not_resize_or_move_a_tile)
     EXPECT_EQ(box(w), (wlr_box{0, 30, 1280, 674}));
 }
 
-// A workspace on no output is never arranged, so its tiles have no size to be told.
+// A workspace on no output is never arranged, so its tiles have no size that clients could be told.
 TEST_F(x11_requests, do_not_shrink_a_tile_that_was_never_arranged)
 {
     workspace(3).layout = VANTORE_LAYOUT_TILING;

@@ -1,5 +1,4 @@
-// X11 windows: the X server's start and its ends, how windows come and go, and what they have in common with
-// others.
+// X11 windows: how the X server starts and ends, how windows come and go, and what they share with others.
 
 #include "support/server_check.hpp"
 #include "support/x11_desk.hpp"
@@ -27,7 +26,7 @@ namespace
 {
 
 struct xwayland : test::x11_desk {
-    // The library learns a new window's state only when it changes.
+    // The library reads the state only when it changes, so it changes after the library knows the window.
     x11_window &create_with_state(std::string_view name)
     {
         x11_window &w = connect_x11().create();
@@ -43,7 +42,7 @@ struct xwayland : test::x11_desk {
                              [](const std::string &line) { return line.contains("xrandr"); });
         return lines;
     }
-    // Of an X server that a client wants now.
+    // Waits until the X server that a client wants has failed to start.
     void expect_failed_start()
     {
         EVENTUALLY(server.xwayland->server->server_start != 0);
@@ -133,14 +132,14 @@ TEST_F(xwayland, starts_again_with_the_next_client_after_a_crash)
 {
     connect_x11();
     const pid_t first = x_server();
-    server.xwayland->server->server_start -= 10; // as one that has run for a while
+    server.xwayland->server->server_start -= 10; // as if it had run for a while
     kill_x_server();
     x11_window &w = map_x11();
     EXPECT_NE(x_server(), first);
     EXPECT_TRUE(has_keyboard(w));
 }
 
-// The library itself starts none within five seconds of the last.
+// The library itself starts no other X server when one dies within five seconds of its start.
 TEST_F(xwayland, starts_again_each_time_that_it_crashes_early)
 {
     for (const bool with_windows : {true, false, true}) {
@@ -267,7 +266,7 @@ TEST_F(xwayland, window_may_open_fullscreen)
     EXPECT_TRUE(w.has_state("FULLSCREEN"));
 }
 
-// As most do: all at once, before anybody could have heard of the window.
+// Most clients do so at once, before anybody can have heard of the window.
 TEST_F(xwayland, window_may_say_what_it_is_before_it_maps)
 {
     test::x11_client &client = connect_x11();
@@ -288,7 +287,7 @@ TEST_F(xwayland, window_may_say_what_it_is_before_it_maps)
     EXPECT_FALSE(record(game).fullscreen) << "said once, for one map";
 }
 
-TEST_F(xwayland, windows_follow_rules_but_for_their_place)
+TEST_F(xwayland, windows_follow_rules_except_for_their_place)
 {
     write_config("rules.conf", "game* -> float, workspace=3, skiptaskbar, place=top-right\n");
     x11_window &w = map_x11({.wm_class = "game-7"});
