@@ -1,4 +1,4 @@
-// What a session starts by itself: lines of autostart.conf and desktop entries.
+// Which programs a session starts by itself: the lines of autostart.conf and the desktop entries.
 
 #include "session/autostart.hpp"
 #include "session/desktop_entry.hpp"
@@ -26,7 +26,7 @@ struct autostart : testing::Test {
         std::ofstream{entries / name} << text;
     }
 
-    // What an entry with these lines in its section runs; empty for nothing.
+    // Returns what an entry with these lines in its section runs, or an empty text for nothing.
     [[nodiscard]] std::string run_by(std::string_view lines) const
     {
         const size_t before = world.spawned().size();
@@ -35,7 +35,7 @@ struct autostart : testing::Test {
         return world.spawned().size() > before ? world.spawned().back() : "";
     }
 
-    // An executable in PATH, or another file there.
+    // Writes a file into a directory of PATH, executable by default.
     void program(const std::string &name, mode_t mode = 0755) const
     {
         const auto path = world.directory() / "bin" / name;
@@ -294,7 +294,7 @@ TEST_F(autostart, builds_paths_of_up_to_1023_characters)
 {
     program("prog");
     const std::string bin = world.directory() / "bin";
-    const auto of_length = [&](size_t length) { // of the whole path, with slashes that mean nothing
+    const auto of_length = [&](size_t length) { // the whole path; extra slashes mean nothing
         setenv("PATH", (bin + std::string(length - bin.size() - 5, '/')).c_str(), 1);
         return autostart_prog_ok("prog");
     };

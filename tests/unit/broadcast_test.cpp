@@ -1,4 +1,4 @@
-// Who hears of an announcement.
+// Who receives an announcement, and in which order.
 
 #include "broadcast.hpp"
 

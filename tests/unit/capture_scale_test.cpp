@@ -1,4 +1,4 @@
-// Pictures made smaller, and put into memory files.
+// Pictures are scaled down and put into memory files.
 
 #include "ipc/capture_scale.hpp"
 #include "ipc/memory_file.hpp"

@@ -1,4 +1,4 @@
-// The files that are written where they are missing.
+// The default files, which are written where they are missing.
 
 #include "config/default_texts.hpp"
 #include "config/load.hpp"

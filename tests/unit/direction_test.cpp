@@ -1,4 +1,4 @@
-// How near a window lies in a direction.
+// How far away a window lies in a direction.
 
 #include "workspaces/direction.hpp"
 

@@ -1,4 +1,4 @@
-// The grammar of keybinds.conf and the default table, against lists of their own.
+// The grammar of keybinds.conf, and the default table against a list of this file's own.
 
 #include "config/commands.hpp"
 #include "config/files.hpp"
@@ -20,7 +20,7 @@ using testing::IsEmpty;
 namespace
 {
 
-// Modifier mask, key, number of the action, argument, command.
+// The modifier mask, the key, the action's number, the argument and the command.
 std::string describe(const vnt_bind &bind)
 {
     std::array<char, 64> key{};
@@ -47,7 +47,7 @@ std::vector<std::string> lines_of(std::string_view text)
     return lines;
 }
 
-// With the logo key, 64, as the modifier.
+// The modifier here is the logo key, 64.
 constexpr const char *defaults = R"(64 1 1 1
 65 1 2 1
 64 2 1 2
@@ -477,7 +477,7 @@ TEST_F(keybinds, that_focus_sideways_focus_left)
 
 TEST_F(keybinds, have_these_verbs)
 {
-    // What stands behind the sign, and the action, argument and command that it makes.
+    // The text after the sign, and the action, argument and command that it becomes.
     const std::vector<std::pair<const char *, const char *>> cases{
         {"workspace 3", "1 3"},
         {"workspace", "1 0"},
@@ -543,7 +543,7 @@ TEST(dir_to_delta, steps_along_one_axis)
     }
 }
 
-// The programs of the user's choice
+// The programs that the user chose
 
 struct commands : testing::Test {
     void choose(const std::string &text) const

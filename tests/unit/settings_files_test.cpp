@@ -1,4 +1,4 @@
-// The line grammars of the configuration files, what they do to each other, and the order of a load.
+// The line grammars of the configuration files, how the files affect each other, and the order of a load.
 
 #include "config/files.hpp"
 #include "config/keybinds.hpp"
