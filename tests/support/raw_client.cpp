@@ -25,7 +25,7 @@ uint32_t word_at(std::string_view bytes, size_t offset)
     return word;
 }
 
-// A string argument: its length with the final null, then the text, padded to words.
+// A string argument is its length with the final null, then the text, padded to whole words.
 std::string text_at(std::string_view body, size_t offset)
 {
     const uint32_t length = word_at(body, offset);
