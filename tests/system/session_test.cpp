@@ -151,7 +151,7 @@ TEST_F(session, goes_on_without_virtual_outputs_on_a_backend_that_takes_no_other
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
 
-TEST_F(session, goes_on_without_x11_programs_and_leaves_the_display_of_its_environment)
+TEST_F(session, goes_on_without_an_x_server_and_keeps_the_display_that_it_inherited)
 {
     world.environment["VANTORE_TEST_REFUSE"] = "xwayland";
     const auto display = world.directory() / "display";
@@ -181,7 +181,7 @@ TEST_P(ended_by, a_signal_in_order)
 
 INSTANTIATE_TEST_SUITE_P(all, ended_by, testing::Values(SIGINT, SIGTERM));
 
-TEST_F(session, takes_a_signal_at_any_moment_of_its_start_as_the_end)
+TEST_F(session, ends_on_a_signal_at_any_moment_of_its_start)
 {
     for (const char *moment : {"Creating headless backend", "Shaders Initialized",
                                "Starting headless backend", "output HEADLESS-1 online"}) {

@@ -24,7 +24,7 @@ TEST_F(message_tool, prints_json_into_a_pipe)
     EXPECT_THAT(output_of({"outputs"}), HasSubstr("\"name\":\"HEADLESS-1\""));
 }
 
-TEST_F(message_tool, tells_events_until_it_is_interrupted)
+TEST_F(message_tool, prints_events_until_it_is_interrupted)
 {
     test::process watcher = message({"subscribe"});
     EXPECT_TRUE(test::eventually([&] {

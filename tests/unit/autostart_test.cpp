@@ -96,7 +96,7 @@ TEST_F(autostart, passes_over_what_is_no_readable_file)
     EXPECT_THAT(world.spawned(), ElementsAre("good"));
 }
 
-TEST_F(autostart, lies_in_the_users_configuration_and_nowhere_else)
+TEST_F(autostart, reads_desktop_entries_only_from_the_users_configuration)
 {
     const auto at_home = world.directory() / "home" / ".config" / "autostart";
     std::filesystem::create_directories(at_home);
@@ -226,7 +226,7 @@ TEST(token_listed, compares_whole_entries)
         EXPECT_EQ(autostart_token_listed(c.list, c.token), c.listed) << c.list << " has " << c.token;
 }
 
-TEST(show_here, asks_for_one_of_the_two_names_and_for_none_of_them)
+TEST(show_here, heeds_lists_of_desktops_to_show_and_not_to_show_in)
 {
     EXPECT_TRUE(autostart_show_here("", ""));
     EXPECT_TRUE(autostart_show_here("Vantore;", ""));
@@ -257,7 +257,7 @@ TEST(field_codes, are_removed_and_two_percent_signs_are_one)
     }
 }
 
-TEST(field_codes, leave_what_fits)
+TEST(field_codes, are_cut_to_the_space_for_the_result)
 {
     std::array<char, 1024> out{};
     autostart_strip_fields(std::string(2000, 'x') + "%%", out);

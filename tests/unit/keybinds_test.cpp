@@ -205,7 +205,7 @@ TEST_P(with_any_modifier, alt_and_tab_are_bound)
 INSTANTIATE_TEST_SUITE_P(all, with_any_modifier,
                          testing::Values(WLR_MODIFIER_CTRL, WLR_MODIFIER_ALT, WLR_MODIFIER_LOGO));
 
-TEST_F(keybinds, leave_with_none_or_unbind)
+TEST_F(keybinds, are_removed_by_none_or_unbind)
 {
     read("$mod+f = none\n$mod+q = unbind\n");
     EXPECT_THAT(bound_to("64 f"), IsEmpty());
@@ -257,7 +257,7 @@ TEST_F(keybinds, that_spawn_nothing_are_no_error)
     EXPECT_EQ(g_config_errors, 0);
 }
 
-TEST_F(keybinds, that_were_removed_can_come_back_once)
+TEST_F(keybinds, can_be_added_again_after_they_were_removed)
 {
     read("$mod+b = none\n$mod+b = spawn x\n");
     EXPECT_THAT(bound_to("64 b"), ElementsAre("64 b 6 0 x"));
@@ -301,7 +301,7 @@ TEST_F(keybinds, keep_255_bytes_of_a_command)
     EXPECT_EQ(std::string_view{g_binds[86].spawn.data()}, std::string(255, 'y'));
 }
 
-TEST_F(keybinds, start_from_an_empty_entry)
+TEST_F(keybinds, keep_nothing_of_a_removed_entry)
 {
     add_bind(0, XKB_KEY_a, ACT_SPAWN, 7, "something");
     remove_bind(0, XKB_KEY_a);
