@@ -8,6 +8,6 @@ struct rendered {
     int width = 0, height = 0;
 };
 
-// Returns opaque pixels at the output's resolution, before its transform. The output's next frame keeps all
-// its damage.
+// Returns opaque pixels as the output's buffer holds them: in the pixels of its mode and with its transform
+// applied. The output's next frame keeps all its damage.
 rendered vnt_render_output_rgba(vantore_server &server, vantore_output &o);
