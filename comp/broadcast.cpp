@@ -5,7 +5,7 @@
 
 static constexpr size_t most_receivers = 4;
 
-static std::array<broadcast_receiver, most_receivers> receivers; // null where a place is free
+static std::array<broadcast_receiver, most_receivers> receivers; // free places are null
 
 void broadcast_listen(broadcast_receiver receiver)
 {
@@ -15,7 +15,7 @@ void broadcast_listen(broadcast_receiver receiver)
         *place = receiver;
 }
 
-// The receivers after it move up, so the order of registration stays.
+// Moves the later receivers up, so that the order of registration stays.
 void broadcast_unlisten(broadcast_receiver receiver)
 {
     std::ranges::fill(std::ranges::remove(receivers, receiver), nullptr);

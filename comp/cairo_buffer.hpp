@@ -1,4 +1,4 @@
-// Software-drawn pixels as buffers of the scene.
+// Buffers of the scene whose pixels cairo draws in software.
 #pragma once
 
 #include "color.hpp"
@@ -11,14 +11,16 @@ struct cairo_buffer {
     cairo_surface_t *surface; // owned, CAIRO_FORMAT_ARGB32
 };
 
-// A new transparent buffer and a context to draw on it, which the caller destroys after drawing. Sizes in
-// pixels; under 1 they become 1. The caller owns the buffer until it is given to scene_buffer_set_cairo.
+// Creates a transparent buffer and a context to draw on it. The caller destroys the context after drawing.
+// Sizes are pixels, and a size under 1 becomes 1. The caller owns the buffer until it is given to
+// scene_buffer_set_cairo.
 cairo_buffer *cairo_buffer_create(int w, int h, cairo_t **cr);
 
-// Takes over a finished image surface.
+// Makes a buffer of a finished image surface and takes over the surface.
 cairo_buffer *cairo_buffer_from_surface(cairo_surface_t *surf);
 
-// Shows the buffer in a scene node, which then holds the only reference: the caller keeps none.
+// Shows the buffer in a scene node, which then holds the only reference. The caller must not use the buffer
+// any more.
 void scene_buffer_set_cairo(wlr_scene_buffer *sb, cairo_buffer *b);
 
 void cairo_set_color(cairo_t *cr, const color &c);

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <sys/resource.h>
 
-static rlimit g_found_limit; // all zero until the limit was raised
+static rlimit g_found_limit; // all zero before the first call
 
 void descriptors_raise_limit()
 {

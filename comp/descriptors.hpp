@@ -1,10 +1,10 @@
-// The process's limit of open descriptors. Each client takes several, so the session takes as many as it may
-// have; what it starts gets the limit that the session was started with, because some programs can't cope
-// with a large one.
+// The process's limit of open descriptors. Each client takes several, so the session raises its limit as far
+// as it may. Some programs can't cope with a large limit, so those that we start get the one that the session
+// was started with.
 #pragma once
 
-// Raises the limit to the hard one and remembers what it was. Once in a process; later calls change nothing.
+// Raises the limit to the hard limit and remembers what it was. Later calls in the same process do nothing.
 void descriptors_raise_limit();
 
-// In a child, before it becomes another program: the limit as it was.
+// Restores the limit. A child calls this before it becomes another program.
 void descriptors_restore_limit();

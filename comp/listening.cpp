@@ -6,7 +6,7 @@
 
 static constexpr int rest_ms = 250;
 
-// It is said once for each time without descriptors, not for each attempt.
+// Each shortage of descriptors is logged once, not at each attempt.
 static bool g_said_full;
 
 static bool is_full(int error)

@@ -1,6 +1,5 @@
-// The scene's damage tracking takes a private buffer for the newest frame: what is painted into it still
-// counts as damage of every older buffer, and goes back to the damage of the next frame when the private
-// buffer dies.
+// The scene's damage tracking takes a private buffer for the newest frame. The older buffers still count what
+// was painted into it as damage. When the private buffer is destroyed, that damage passes to the next frame.
 
 #include "offscreen.hpp"
 
@@ -9,7 +8,7 @@
 
 #include <drm_fourcc.h>
 
-// Keeps the scene from handing a client's own buffer through, whose size and format are the client's.
+// Keeps the scene from passing a client's own buffer through, because that has the client's size and format.
 struct composition_lock {
     explicit composition_lock(wlr_output *locked) : output(locked)
     {

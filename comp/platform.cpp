@@ -41,7 +41,7 @@ static void *run_worker(void *raw)
     return nullptr;
 }
 
-// Signals are for the event loop's thread: a worker blocks them all.
+// The event loop's thread handles all signals, so a worker blocks them.
 static bool begin_worker(void (*work)(void *data), void *data)
 {
     auto w = std::make_unique<worker>(work, data);

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <string_view>
 
-// A global that is not in this table is closed to sandboxed clients. Each row was weighed: what would a
-// malicious program learn or do with it?
+// Sandboxed clients see only the globals in this table. For each we asked what a malicious program would
+// learn from it or do with it.
 static constexpr std::string_view open_to_sandboxes[]{
     // Showing itself
     "wl_compositor",
@@ -23,7 +23,8 @@ static constexpr std::string_view open_to_sandboxes[]{
     "wp_presentation",
     "wl_output",
     "zxdg_output_manager_v1",
-    // Windows: a handle is exported only for a window of its own, and imported only by who was given it.
+    // Windows. A program can export handles only for its own windows, and import only a handle that it was
+    // given.
     "xdg_wm_base",
     "zxdg_decoration_manager_v1",
     "xdg_activation_v1",
@@ -31,7 +32,7 @@ static constexpr std::string_view open_to_sandboxes[]{
     "zxdg_importer_v1",
     "zxdg_exporter_v2",
     "zxdg_importer_v2",
-    // Input: only while it has the focus. Emergency chords always pass an inhibitor.
+    // Input, only while the program has the focus. Emergency chords always pass an inhibitor.
     "wl_seat",
     "wl_data_device_manager",
     "zwp_primary_selection_device_manager_v1",

@@ -97,7 +97,7 @@ struct vantore_server {
 
     wlr_idle_notifier_v1 *idle_notifier = nullptr;
     bool locked = false; // nothing except the lock screen may be seen or reached
-    wlr_output *virtual_output = nullptr; // on the headless backend; null for none
+    wlr_output *virtual_output = nullptr; // on the headless backend; null if there is none
     vantore_ipc ipc;
 
     wlr_scene_tree *lock_tree = nullptr;

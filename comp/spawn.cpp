@@ -9,12 +9,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// A copied piece may end behind this many bytes of the line, never start there; the longest piece and the
-// closing quote still fit into the 4096 bytes of the launcher's buffer.
+// Copying stops once the line has this many bytes. The last piece may reach up to three bytes further. With
+// it, the closing quote and the final null, the line still fits into the 4096 bytes of the launcher's buffer.
 static constexpr size_t launcher_line_limit = 4090;
 
-// A program that starts without one of its standard descriptors would take the first file that it opens for
-// it.
+// Without this, a program that starts without one of its standard descriptors would use the first file that
+// it opens in its place.
 static void open_standard_descriptors()
 {
     for (int fd = 0; fd <= 2; fd++) {
@@ -29,8 +29,8 @@ static void open_standard_descriptors()
     }
 }
 
-// What the compositor has set up for itself ends here: no signal is blocked or ignored, and the limit of
-// descriptors is the one that the session was started with.
+// Undoes what the compositor has set up for itself. No signal stays blocked or ignored, and the limit of
+// descriptors becomes the one that the session was started with.
 static void forget_our_ways()
 {
     sigset_t none;

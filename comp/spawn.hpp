@@ -8,16 +8,16 @@
 // an intermediate child.
 void spawn_detached(const char *cmd);
 
-// Runs a user's command line through the desktop's launcher, which gets it as one quoted argument. Null or
-// empty does nothing. A line that does not fit into the launcher's 4096 bytes is cut.
+// Runs a user's command line through the desktop's launcher, which gets it as one quoted argument. Does
+// nothing for null or an empty line. Cuts a line that does not fit into the launcher's 4096 bytes.
 void spawn_app(const char *cmd);
 
-// Runs a program from PATH in the same way, without a shell. A null ends the list of the name and the
-// arguments.
+// Runs a program from PATH in the same way, without a shell. `argv` begins with the program's name and ends
+// with null.
 void spawn_program(const char *const argv[]);
 
-// The real forks. g_platform calls them, and everything else calls the functions above.
+// These really fork. g_platform calls them, and everything else calls the functions above.
 void fork_shell_line(const char *line);
 void fork_program(const char *const argv[]);
-// A direct child, which the caller reaps; -1 when there can be none.
+// Starts a direct child, which the caller reaps. Returns -1 on failure.
 pid_t fork_child(const char *line);

@@ -1,6 +1,7 @@
-// What stands in the table is the start, and read from below it is the end. What a step needs stands above
-// it. A few rows only end something: it has to outlive what was made after it. Clients can connect from the
-// socket on, but nothing of theirs is dispatched before the event loop runs.
+// The start runs the table from top to bottom, and the end runs it from bottom to top. Each step stands below
+// everything that it needs. A few rows have only an end. Each stands above the objects that its own object
+// has to outlive. Clients can connect once the socket is open, but nothing that they send is dispatched
+// before the event loop runs.
 
 #include "startup.hpp"
 
@@ -43,11 +44,11 @@
 #include <type_traits>
 
 static wl_display *g_display; // for the signal handler
-// wl_display_run forgets a termination that came before it.
+// wl_display_run forgets a termination that was requested before it began.
 static volatile sig_atomic_t g_exit_requested;
 
-// Bytes of events that wait for a client which does not read. A mouse of 1000 Hz fills libwayland's own 4096
-// within a few hundredths of a second, and a client that is late would be disconnected.
+// The bytes of events that may wait for a client that does not read. A mouse of 1000 Hz fills libwayland's
+// default of 4096 bytes within a few hundredths of a second, and a client that is late would be disconnected.
 static constexpr size_t client_buffer_size = 1024 * 1024;
 
 static void handle_exit_signal(int)
@@ -56,7 +57,7 @@ static void handle_exit_signal(int)
     wl_display_terminate(g_display);
 }
 
-// False, with a log line, when an object that everything needs could not be made.
+// Logs an error if an object that everything needs could not be made. Returns `success`.
 static bool made(bool success, const char *what)
 {
     if (!success)
@@ -92,8 +93,8 @@ static void destroy_display(vantore_server &server)
     g_display = nullptr;
 }
 
-// Until the event loop takes them. Threads of the graphics driver, which start before that, inherit the mask:
-// one that did not have it would get the signal, and with it end the process.
+// Blocks SIGHUP until the event loop handles it. The graphics driver starts its threads before then, and they
+// inherit this mask. A thread that did not block the signal would receive it and end the process.
 static void hold_hangups()
 {
     sigset_t hangup;
@@ -111,8 +112,8 @@ static bool install_signal_handlers(vantore_server &)
     return true;
 }
 
-// The library destroys the backend when the login session ends under it, and a part of it when a GPU is
-// unbound or the compositor around a nested session ends. It asserts then that nobody listens any more.
+// The library destroys the backend when the login session ends. It destroys a part of it when a GPU is
+// unbound or the compositor around a nested session ends. It then asserts that no listeners are left.
 static void handle_backend_destroy(vantore_server &server)
 {
     wlr_log(WLR_ERROR, "vantore-comp: the backend has gone, ending");
@@ -130,7 +131,8 @@ static void handle_display_backend_destroy(vantore_server &server)
     wl_display_terminate(server.display);
 }
 
-// The part that has the displays: the first that is neither for input nor the headless one that we add later.
+// Watches the part that has the displays: the first one that is not for input. Our headless part is added
+// only later.
 static void watch_display_backend(wlr_backend *part, void *data)
 {
     auto &server = *static_cast<vantore_server *>(data);
@@ -171,7 +173,7 @@ static bool add_headless_backend(vantore_server &server)
         wlr_log(WLR_INFO, "vantore-comp: no multi-backend — virtual outputs unavailable");
     wlr_backend *headless = wlr_headless_backend_create(wl_display_get_event_loop(server.display));
     if (headless != nullptr && multi && wlr_multi_backend_add(server.backend, headless))
-        server.headless = headless; // owned by the multi-backend from here
+        server.headless = headless; // the multi-backend owns it now
     else if (headless != nullptr)
         wlr_backend_destroy(headless);
     return true;
@@ -184,7 +186,7 @@ static void forget_session(vantore_server &server)
     server.session = nullptr;
 }
 
-// The seat daemon has hung up: without it there are no displays and no devices.
+// The seat daemon has hung up. Without it there are no displays and no devices.
 static void handle_session_destroy(vantore_server &server)
 {
     wlr_log(WLR_ERROR, "vantore-comp: the login session has gone, ending");
@@ -219,7 +221,7 @@ static void destroy_allocator(vantore_server &server)
     wlr_allocator_destroy(server.allocator);
 }
 
-// Before the renderer goes.
+// The measurements must be dropped before the renderer is destroyed.
 static void drop_measurements(vantore_server &server)
 {
     for (auto &o : each<&vantore_output::link>(server.outputs))
@@ -289,7 +291,7 @@ static bool watch_outputs(vantore_server &server)
     return true;
 }
 
-// Outputs and input devices of the backend appear while it starts.
+// The backend's outputs and input devices appear while it starts.
 static bool open_socket_and_start_backend(vantore_server &server)
 {
     if (!wayland_socket_open(server.socket, server.display)) {
@@ -334,7 +336,7 @@ static bool announce_session(vantore_server &)
     return true;
 }
 
-// A step that can't fail.
+// Makes a step of a function that can't fail.
 template <auto Begin> static bool always(vantore_server &server)
 {
     if constexpr (std::is_invocable_v<decltype(Begin), vantore_server &>)
@@ -444,7 +446,7 @@ void server_run(vantore_server &server)
 
 void server_finish(vantore_server &server)
 {
-    // A second Ctrl-C has nothing left to end.
+    // A second Ctrl-C would reach the handler while its display is being destroyed.
     signal(SIGINT, SIG_IGN);
     signal(SIGTERM, SIG_IGN);
     wlr_log(WLR_INFO, "vantore-comp: clean shutdown — tearing down");

@@ -1,5 +1,6 @@
-// The library can make such a socket, but gives no hand on it: it could not rest while no descriptor is free.
-// The names and the lock file are those of libwayland, so compositors of all kinds see each other's.
+// libwayland can open such a socket itself, but then we could not let it rest while no descriptor is free.
+// The names and the lock files are those of libwayland, so that we and other compositors respect each
+// other's.
 
 #include "wayland_socket.hpp"
 
@@ -20,7 +21,7 @@ static void take_client(void *data, int connection)
         close(connection);
 }
 
-// The lock of a name, or -1 when another compositor holds it.
+// Returns the descriptor that holds the lock, or -1 if another compositor holds it.
 static int lock_name(const std::string &path)
 {
     const int lock = open((path + ".lock").c_str(), O_CREAT | O_CLOEXEC | O_RDWR, 0660);
@@ -31,7 +32,7 @@ static int lock_name(const std::string &path)
     return -1;
 }
 
-// Who has the lock may take the name over from a compositor that died.
+// The caller holds the lock, so a socket that is still there was left by a compositor that died.
 static int bind_socket(const std::string &path)
 {
     sockaddr_un address{};

@@ -46,7 +46,8 @@ int vnt_capture_output_memfd(vantore_server &server, std::string_view name, int 
                              max_dim, meta);
 }
 
-// Copies the picture, whose corner lies at `origin`'s, into the part of the region that is `shared`.
+// Copies the `shared` part of the picture into the canvas, which shows the region. The picture's top left
+// corner lies at `origin`. All boxes are in layout coordinates.
 static void copy_shared(uint32_t *canvas, const wlr_box &region, const rendered &picture,
                         const wlr_box &origin, const wlr_box &shared)
 {
@@ -60,8 +61,8 @@ static void copy_shared(uint32_t *canvas, const wlr_box &region, const rendered 
     }
 }
 
-// The part of the region that the output shows; of width 0 where there is none. A client may ask for a region
-// at the end of the number range.
+// Returns the part of the region that the output shows, or a box of width 0 if there is none. A client may
+// ask for a region whose right or bottom edge does not fit an int.
 static wlr_box shared_box(const wlr_box &region, const wlr_box &output)
 {
     const int left = std::max(region.x, output.x), top = std::max(region.y, output.y);
@@ -72,7 +73,7 @@ static wlr_box shared_box(const wlr_box &region, const wlr_box &output)
     return {.x = left, .y = top, .width = right - left, .height = bottom - top};
 }
 
-// False when no output could add anything.
+// Returns false if no output added anything.
 static bool paint_region(vantore_server &server, uint32_t *canvas, const wlr_box &region)
 {
     bool painted = false;
@@ -103,7 +104,7 @@ int vnt_capture_layout_region(vantore_server &server, const wlr_box &region, int
     if (region.width < 1 || region.height < 1 || region.width > largest_region ||
         region.height > largest_region)
         return -1;
-    // Before any memory is asked for: a region may be as large as four gigabytes.
+    // This check comes before the allocation, because a region may need four gigabytes.
     if (!any_output_shares(server, region))
         return -1;
     const size_t pixels = size_t(region.width) * size_t(region.height);

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-// Bytes that wait for room in the socket, and descriptors that go with the first of them.
+// Bytes that wait for room in the socket, and the descriptors that go with the first of them.
 struct ipc_rest {
     std::string bytes;
     std::vector<descriptor> fds;
@@ -22,13 +22,13 @@ struct vnt_ipc_client {
     list_link link; // server->ipc.ipc_clients
     vantore_server *server = nullptr;
     int fd = -1;
-    event_source src; // fd is readable
-    wl_event_source *reap = nullptr; // idle, while condemned
-    handle<char, free> buf; // what was read and not handled yet: the first len of cap bytes
+    event_source src; // fires when fd is readable, or writable while rest is not empty
+    wl_event_source *reap = nullptr; // the idle source that frees a condemned client
+    handle<char, free> buf; // bytes read and not handled yet: the first len of cap
     size_t len = 0;
     size_t cap = 0;
-    std::deque<ipc_rest> rest; // what waits for room
-    size_t rest_bytes = 0; // in all of it
+    std::deque<ipc_rest> rest; // waits for room in the socket
+    size_t rest_bytes = 0; // all bytes in rest
     bool subscribed = false; // receives events
-    bool dead = false; // condemned: goes at the next idle moment, and is served no more
+    bool dead = false; // condemned: no longer served, freed at the next idle moment
 };

@@ -9,7 +9,7 @@ static void make_opaque(unsigned char *pixels, size_t count)
         pixels[i * 4 + 3] = 255;
 }
 
-// The buffer that was drawn into dies with the state and the swapchain.
+// The state and the swapchain own the buffer that is drawn into, and both go when this returns.
 rendered vnt_render_output_rgba(vantore_server &server, vantore_output &o)
 {
     const int width = o.wlr_output->width, height = o.wlr_output->height;

@@ -1,4 +1,4 @@
-// What an output shows, rendered once more into memory.
+// Renders once more, into memory, what an output shows.
 #pragma once
 
 #include "../offscreen.hpp"
@@ -8,6 +8,6 @@ struct rendered {
     int width = 0, height = 0;
 };
 
-// Opaque pixels at the output's resolution, before its transform. The next frame of the output loses nothing
-// by it.
+// Returns opaque pixels as the output's buffer holds them: in the pixels of its mode and with its transform
+// applied. The output's next frame keeps all its damage.
 rendered vnt_render_output_rgba(vantore_server &server, vantore_output &o);

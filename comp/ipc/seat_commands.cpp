@@ -10,7 +10,8 @@
 #include <linux/input-event-codes.h>
 #include <optional>
 
-// Beyond any layout; what a wheel makes of it still fits what clients are sent.
+// Limits layout coordinates and wheel notches. It lies beyond any layout, and a notch's 15 units times this
+// many still fit into the fixed-point numbers that clients receive.
 static constexpr double farthest = 500'000;
 static constexpr double wheel_distance = 15, wheel_discrete = 120; // of one notch
 static constexpr int drag_steps = 8;
@@ -34,7 +35,7 @@ static std::optional<uint32_t> seat_btn_code(const char *word)
     return found->code;
 }
 
-// What is no number is 0, and no number is beyond all bounds.
+// Returns 0 for text that is not a number, and limits numbers to `farthest` in both directions.
 static double number_in(const char *word)
 {
     const double number = strtod(word, nullptr);
@@ -102,7 +103,8 @@ static void run_drag(vantore_server &server, ipc_words &words)
               seat_btn_code(words.next()).value_or(BTN_LEFT));
 }
 
-// Of `[button] [x y]`: moves there, when both are given, and returns the button. An x alone is dropped.
+// Reads `[button] [x y]`, moves there if both coordinates are given, and returns the button. An x without a y
+// is dropped.
 static uint32_t aim_and_take_button(vantore_server &server, ipc_words &words)
 {
     const char *word = words.next();

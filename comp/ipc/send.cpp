@@ -1,5 +1,5 @@
-// What waits for a client is a queue of pieces. A piece carries its descriptors with its first byte, as
-// duplicates of the caller's; they are closed once that byte has gone.
+// Each client has a queue of pieces that wait for room in its socket. A piece holds duplicates of the
+// caller's descriptors. They travel with its first byte and are closed after that byte has gone out.
 
 #include "send.hpp"
 
@@ -34,7 +34,7 @@ static void attach_descriptors(msghdr &message, control_space &control, std::spa
     memcpy(CMSG_DATA(rights), fds.data(), fds.size_bytes());
 }
 
-// How many bytes went out; -1 on an error, which is EAGAIN where there is no room.
+// Returns how many bytes went out, or -1 on an error. The error is EAGAIN if the socket has no room.
 static ssize_t send_some(int fd, std::string_view bytes, std::span<const int> fds)
 {
     iovec piece{.iov_base = const_cast<char *>(bytes.data()), .iov_len = bytes.size()};
@@ -64,7 +64,7 @@ static void watch_for_room(vnt_ipc_client &client)
     wl_event_source_fd_update(client.src.get(), WL_EVENT_READABLE | room);
 }
 
-// False when so much waits already that the client is given up.
+// Returns false if the client's queue is too long already. The caller then gives the client up.
 static bool keep(vnt_ipc_client &client, std::string_view bytes, std::span<const int> fds)
 {
     if (client.rest_bytes + bytes.size() > ipc_most_kept)
@@ -78,7 +78,7 @@ static bool keep(vnt_ipc_client &client, std::string_view bytes, std::span<const
     return true;
 }
 
-// False when the connection has ended, or the client is given up.
+// Returns false if the connection has ended or the client's queue is too long.
 static bool send_or_keep(vnt_ipc_client &client, std::string_view frame, std::span<const int> fds)
 {
     if (!client.rest.empty())
@@ -118,7 +118,7 @@ int ipc_push_fds(vnt_ipc_client &client, uint32_t type, std::string_view payload
     return size_t(sent) == frame.size() ? 1 : -1;
 }
 
-// False when the socket has no room for all of the piece.
+// Returns false if the socket did not take the whole piece.
 static bool send_piece(vnt_ipc_client &client, ipc_rest &piece)
 {
     std::array<int, most_descriptors> fds{};

@@ -1,5 +1,5 @@
-// Frames on their way to a client. No socket is ever waited for: of a reply, what the socket can't take at
-// once is kept and sent when there is room.
+// Sends frames to a client. No function waits for a socket: it keeps the part of a reply that the socket
+// can't take at once, and sends it when there is room.
 #pragma once
 
 #include "../fwd.hpp"
@@ -11,18 +11,19 @@
 
 inline constexpr size_t ipc_most_kept = 8 * 1024 * 1024; // bytes that may wait for a client
 
-// A reply, with up to four descriptors, which stay the caller's. A client for which too much waits already is
-// condemned, and so is one whose connection has ended.
+// Sends a reply with up to four descriptors, which stay the caller's. Condemns the client if too much waits
+// for it already or its connection has ended.
 void ipc_reply(vnt_ipc_client &client, uint32_t type, std::string_view payload,
                std::span<const int> fds = {});
 
-// An event. It follows what waits for the client; otherwise a client that can't take it at once is condemned.
+// Sends an event. If something waits for the client, the event waits behind it. Otherwise a client that can't
+// take the event at once is condemned.
 void ipc_send_event(vnt_ipc_client &client, uint32_t type);
 
-// Something that is not worth waiting for, with up to four descriptors. 1 when the whole frame went out, -1
-// when a part of it did, so that the stream is damaged, 0 when nothing did, as with a client for which
-// something waits.
+// Sends something that is not worth waiting for, with up to four descriptors, which stay the caller's.
+// Returns 1 if the whole frame went out, and -1 if only a part did, which damages the stream. Returns 0 if
+// nothing did, which is always so while something waits for the client.
 int ipc_push_fds(vnt_ipc_client &client, uint32_t type, std::string_view payload, std::span<const int> fds);
 
-// The socket has room again: sends on what waits.
+// Call it when the socket has room again. Sends as much as possible of what waits.
 void ipc_send_rest(vnt_ipc_client &client);

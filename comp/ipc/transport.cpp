@@ -1,8 +1,8 @@
 // The IPC socket and its connections.
 //
-// A request is run within the callback that read it, and its reply written before the callback returns. No
-// client is ever freed there: its own event source may be what is running, or its record the next one of a
-// walk over all clients. It is condemned instead, and an idle source frees it.
+// A request runs within the callback that read it, and its reply is sent or queued before the callback
+// returns. Nothing in there frees a client, because the client's own event source may be running, or a walk
+// over all clients may be about to visit it. The client is condemned instead, and an idle source frees it.
 
 #include "transport.hpp"
 
@@ -54,7 +54,7 @@ void ipc_client_dispose(vnt_ipc_client &client)
     client.reap = wl_event_loop_add_idle(loop, ipc_client_reap_idle, &client);
 }
 
-// Room for n more bytes and one to spare; false without memory.
+// Makes room for n more bytes and one to spare. Returns false if there is no memory.
 static bool reserve(vnt_ipc_client &client, size_t n)
 {
     size_t cap = client.cap > 0 ? client.cap : first_capacity;
@@ -69,7 +69,7 @@ static bool reserve(vnt_ipc_client &client, size_t n)
     return grown != nullptr;
 }
 
-// False when the connection has ended or is no longer worth keeping.
+// Returns false if the connection has ended or is not worth keeping.
 static bool read_more(vnt_ipc_client &client)
 {
     std::array<char, read_size> bytes;
@@ -83,7 +83,7 @@ static bool read_more(vnt_ipc_client &client)
     return true;
 }
 
-// Runs the requests that are there whole. False when what follows them is no frame.
+// Runs all requests that have arrived completely. Returns false if the bytes after them can't begin a frame.
 static bool run_requests(vnt_ipc_client &client)
 {
     std::string_view rest{client.buf.get(), client.len};
@@ -142,11 +142,11 @@ static bool bind_to(int fd, std::span<const char> path)
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     copy_text(address.sun_path, text_of(path));
-    unlink(path.data()); // left by an earlier process of this id
+    unlink(path.data()); // left by an earlier process with this id
     return bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0;
 }
 
-// -1, with a log line, when there is no socket to listen on.
+// Logs a failure and returns -1.
 static int open_socket(vantore_server &server)
 {
     const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -160,7 +160,7 @@ static int open_socket(vantore_server &server)
         close(fd);
         return -1;
     }
-    server.ipc.ipc_path = path; // from here on ours to unlink
+    server.ipc.ipc_path = path; // ipc_finish unlinks it from now on
     if (listen(fd, backlog) < 0) {
         wlr_log(WLR_ERROR, "vantore-comp: IPC listen failed: %s", strerror(errno));
         close(fd);

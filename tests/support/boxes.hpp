@@ -1,4 +1,4 @@
-// wlr_box in expectations: compared and printed.
+// Lets expectations compare and print wlr_box.
 #pragma once
 
 #include "wlr.hpp"

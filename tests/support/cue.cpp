@@ -28,7 +28,7 @@ std::vector<std::string> cue::child() const
     return {cued_child_binary, path};
 }
 
-void cue::give(const std::string &line)
+void cue::give(const std::string &line) const
 {
     if (write(fd, line.data(), line.size()) != ssize_t(line.size()))
         ::abort();

@@ -11,25 +11,25 @@ namespace test
 class cue
 {
 public:
-    // Makes a FIFO there.
+    // Makes a FIFO at this path.
     explicit cue(std::filesystem::path where);
     ~cue();
     cue(const cue &) = delete;
     cue &operator=(const cue &) = delete;
 
-    // The command that starts a child that waits for the next cue.
+    // Returns the command of a child that waits for the next cue.
     [[nodiscard]] std::vector<std::string> child() const;
 
-    // For one child each: the next that reads, be it started already or later.
-    void segv() { give("segv\n"); }
-    void abort() { give("abort\n"); }
-    void exit(int status) { give("exit " + std::to_string(status) + "\n"); }
+    // Each call tells one child how to end: the next one that reads, even if it starts only later.
+    void segv() const { give("segv\n"); }
+    void abort() const { give("abort\n"); }
+    void exit(int status) const { give("exit " + std::to_string(status) + "\n"); }
 
 private:
-    void give(const std::string &line);
+    void give(const std::string &line) const;
 
     std::filesystem::path path;
-    int fd; // both ends, so that nobody waits for somebody to open the other
+    int fd; // open for both ends, so that neither side blocks when it opens its own
 };
 
 } // namespace test

@@ -1,5 +1,5 @@
-// A program that ends when it is told to, as helpers do that crash: cued_child FIFO.
-// Reads one cue there: "segv", "abort", or "exit N". Says "waiting" first, and "no cue" when it gets none.
+// A program that ends as it is told, for tests of crashing children: cued_child FIFO. It says "waiting",
+// reads one cue from the FIFO ("segv", "abort" or "exit N") and follows it. It says "no cue" if it gets none.
 
 #include <array>
 #include <csignal>
@@ -16,7 +16,7 @@ namespace
 {
     const rlimit no_core{};
     setrlimit(RLIMIT_CORE, &no_core);
-    signal(signal_number, SIG_DFL); // a sanitizer would take it for a bug
+    signal(signal_number, SIG_DFL); // a sanitizer would report the signal as a bug
     raise(signal_number);
     _exit(99);
 }

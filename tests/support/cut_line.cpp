@@ -13,8 +13,8 @@
 namespace test
 {
 
-static constexpr size_t header_size = 8; // object, then size and opcode
-static constexpr size_t most_descriptors = 28; // of one message, as the Wayland libraries send them
+static constexpr size_t header_size = 8; // the object, then size and opcode
+static constexpr size_t most_descriptors = 28; // the Wayland libraries send no more with one message
 
 static std::array<int, 2> connected_pair()
 {
@@ -26,7 +26,7 @@ static std::array<int, 2> connected_pair()
 
 struct parcel {
     std::vector<char> bytes;
-    std::vector<int> descriptors; // to be closed
+    std::vector<int> descriptors; // the receiver closes them
     bool hung_up = false;
 };
 
@@ -72,7 +72,7 @@ static void send(int fd, const char *bytes, size_t length, std::vector<int> &des
     const ssize_t sent = sendmsg(fd, &message, MSG_NOSIGNAL);
     const bool peer_has_gone = sent < 0 && (errno == EPIPE || errno == ECONNRESET);
     if (sent != ssize_t(length) && !peer_has_gone)
-        abort(); // a full socket is no part of any test
+        abort(); // no test fills a socket
     for (const int descriptor : descriptors)
         close(descriptor);
     descriptors.clear();

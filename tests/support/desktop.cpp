@@ -30,7 +30,8 @@ unstarted_desktop::unstarted_desktop()
 
 unstarted_desktop::~unstarted_desktop() = default;
 
-// The graphics driver opens files of its own with the first renderer of a process and keeps them.
+// Starts a first session, so that files which stay open don't count as leaks of a test. The graphics driver
+// opens some with the first renderer of a process and keeps them.
 static void warm_up()
 {
     static bool warm = false;
@@ -38,7 +39,7 @@ static void warm_up()
         return;
     const auto server = std::make_unique<vantore_server>();
     ASSERT_TRUE(server_start(*server));
-    // Its random numbers come from a device that stays open.
+    // A token takes its random number from a device that stays open.
     wlr_xdg_activation_token_v1_create(wlr_xdg_activation_v1_create(server->display));
     server_finish(*server);
 }
@@ -289,7 +290,7 @@ wl_client *unstarted_desktop::server_side(const client &c)
     return nullptr;
 }
 
-vantore_workspace &unstarted_desktop::workspace(int num)
+vantore_workspace &unstarted_desktop::workspace(int num) const
 {
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         if (ws.num == num)
@@ -311,7 +312,7 @@ void unstarted_desktop::pump()
     wl_event_loop_dispatch(wl_display_get_event_loop(server.display), 1);
 }
 
-bool unstarted_desktop::idle()
+bool unstarted_desktop::idle() const
 {
     for (auto &o : each<&vantore_output::link>(server.outputs))
         if (o.wlr_output->frame_pending || o.wlr_output->idle_frame != nullptr)
@@ -319,7 +320,8 @@ bool unstarted_desktop::idle()
     return true;
 }
 
-// What an X11 client asks for takes the way over the X server and the window manager, and back.
+// A request of an X11 client travels through the X server to the window manager, and its answer travels back.
+// That takes more rounds.
 void unstarted_desktop::settle()
 {
     const int rounds = x11_clients.empty() ? 2 : 4;
@@ -340,7 +342,7 @@ void unstarted_desktop::settle()
 
 x11_client &unstarted_desktop::connect_x11()
 {
-    static constexpr std::chrono::seconds longest_start{30}; // on a machine with more to do
+    static constexpr std::chrono::seconds longest_start{30}; // the machine may be busy
     x11_client &added = x11_clients.emplace_back(server.xwayland->display_name);
     (void)until([&] { return added.ready() || added.lost(); }, longest_start);
     if (!added.ready()) {
@@ -373,7 +375,7 @@ x11_window &unstarted_desktop::map_unmanaged(x11_traits traits)
     return w;
 }
 
-vantore_toplevel *unstarted_desktop::find_record(const x11_window &w)
+vantore_toplevel *unstarted_desktop::find_record(const x11_window &w) const
 {
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
         if (t.kind == VNT_XWL && t.xwl->window_id == w.id())
@@ -391,7 +393,7 @@ vantore_toplevel &unstarted_desktop::record(const x11_window &w)
     return *t;
 }
 
-vantore_unmanaged *unstarted_desktop::find_unmanaged(const x11_window &w)
+vantore_unmanaged *unstarted_desktop::find_unmanaged(const x11_window &w) const
 {
     for (auto &u : each<&vantore_unmanaged::link>(server.xwl_unmanaged))
         if (u.xwl->window_id == w.id())
@@ -399,7 +401,7 @@ vantore_unmanaged *unstarted_desktop::find_unmanaged(const x11_window &w)
     return nullptr;
 }
 
-// The compositor itself started a process in between, which has ended.
+// The X server is not our child, because the process that the compositor started in between has ended.
 pid_t unstarted_desktop::x_server() const
 {
     return x_server_of(server.xwayland->display_name);
@@ -447,7 +449,7 @@ void unstarted_desktop::advance_clock_ms(int ms)
             return 0;
         },
         &passed);
-    wl_event_source_timer_update(later, 2); // after the due ones, which have 1 ms
+    wl_event_source_timer_update(later, 2); // fires after the due ones, which are armed for 1 ms
     EVENTUALLY(passed);
     wl_event_source_remove(later);
 }

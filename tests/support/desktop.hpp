@@ -1,5 +1,5 @@
-// The whole compositor in the test's process, with made-up outputs and real Wayland clients in the same
-// thread. Each test starts and ends a session; nothing of it reaches the real desktop.
+// Runs the whole compositor in the test's process, with made-up outputs and with real Wayland clients in the
+// same thread. Each test starts and ends a session of its own, which never touches the real desktop.
 #pragma once
 
 #include "boxes.hpp"
@@ -24,7 +24,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-// Pumps the server and the clients until the condition holds, 5 seconds at most.
+// Pumps the server and the clients until the condition holds, for at most 5 seconds.
 #define EVENTUALLY(condition) \
     do { \
         EXPECT_TRUE(until([&] { return static_cast<bool>(condition); })) << #condition << '\n' << state(); \
@@ -50,24 +50,24 @@ protected:
     void TearDown() override;
 
     void start();
-    // The orderly end; TearDown does it where the test did not.
+    // Ends the session in order. TearDown calls it if the test did not.
     void finish();
 
-    // Writes compositor.conf, which the start reads; a session that runs reads it at once.
+    // Writes compositor.conf, which the start reads. A running session reads it at once.
     void config(std::string_view text);
-    // The same for another file of the configuration, by its name.
+    // Writes another file of the configuration directory in the same way.
     void write_config(const std::string &name, std::string_view text);
 
     // Outputs
     made_up_output &plug(output_traits traits);
     made_up_output &plug(const std::string &name, int width, int height);
     vantore_output &output(const std::string &name);
-    // What the output shows: its last committed picture.
+    // Returns the last picture that the output committed.
     image picture(const std::string &name);
-    // A pixel of what the output shows, opaque ARGB. 0 before the first picture.
+    // Returns a pixel of that picture as opaque ARGB, or 0 before the first picture.
     uint32_t pixel(const std::string &name, int x, int y);
 
-    // Input devices, of any name. They live until they are unplugged or the session ends.
+    // Plugs in input devices. They live until they are unplugged or the session ends.
     made_up_keyboard &plug_keyboard(const std::string &name = "keyboard");
     made_up_pointer &plug_pointer(const std::string &name = "pointer");
     made_up_touch &plug_touch(const std::string &name, const std::string &output_name = "");
@@ -77,47 +77,48 @@ protected:
     void unplug_device(made_up_keyboard &keyboard);
     void unplug_device(made_up_pointer &pointer);
     void unplug_device(made_up_touch &touch);
-    // Moves the pointer there in layout coordinates, as a mouse would.
+    // Moves the pointer to a place in layout coordinates, as a mouse would.
     void point_at(made_up_pointer &pointer, double lx, double ly) const;
 
     // Clients and windows
     client &connect();
-    // Through a line that may break: then the client has an error, maybe already when this returns. The line
-    // is pumped until it is forgotten, which cuts it.
+    // Connects through a line that may break. The client then has an error, maybe already when this returns.
+    // The line is pumped until forget() cuts it.
     client &connect(cut_line &line);
     void forget(cut_line &line);
-    // A new client's window, mapped with the size that it likes when it may choose.
+    // Maps a window of a new client. It draws at its preferred size when the compositor leaves the choice.
     window &map(const std::string &app_id, size preferred = {640, 480});
-    // The same for a window that the test has prepared.
+    // Maps a window that the test has prepared.
     window &map(window &w);
-    // The compositor's record of a window; fails the test when there is none.
+    // Returns the compositor's record of a window. Fails the test if there is none.
     vantore_toplevel &record(const window &w);
     vantore_toplevel *find_record(const window &w);
-    // Puts the window's content there, in layout coordinates.
+    // Moves the window's content to a place in layout coordinates.
     void place(const window &w, int lx, int ly);
-    // What the window's content covers, once the client has drawn it.
+    // Returns the window's content in layout coordinates, once the client has drawn it.
     wlr_box box(const window &w) { return toplevel_box(record(w)); }
     wl_client *server_side(const client &c);
-    vantore_workspace &workspace(int num);
+    vantore_workspace &workspace(int num) const;
 
-    // A new X11 client; the first one starts the X server. Ends the tests when it does not start.
+    // Connects a new X11 client. The first one starts the X server. Ends the test program if the X server
+    // does not start.
     x11_client &connect_x11();
-    // A new X11 client's window, mapped and managed.
+    // Maps a managed window of a new X11 client.
     x11_window &map_x11(const x11_traits &traits = {});
-    // The same for a window that the test has prepared.
+    // Maps a managed window that the test has prepared.
     x11_window &map_x11(x11_window &w);
-    // The same for one that is not managed.
+    // Maps an unmanaged window of a new X11 client.
     x11_window &map_unmanaged(x11_traits traits);
     vantore_toplevel &record(const x11_window &w);
-    vantore_toplevel *find_record(const x11_window &w);
+    vantore_toplevel *find_record(const x11_window &w) const;
     wlr_box box(const x11_window &w) { return toplevel_box(record(w)); }
-    vantore_unmanaged *find_unmanaged(const x11_window &w);
-    // The X server's process; 0 when none runs.
+    vantore_unmanaged *find_unmanaged(const x11_window &w) const;
+    // Returns the X server's process, or 0 when none runs.
     [[nodiscard]] pid_t x_server() const;
-    // Ends it as a crash does, and waits until the compositor knows.
+    // Kills the X server as a crash would, and waits until the compositor has noticed.
     void kill_x_server();
 
-    // Null when nobody has it.
+    // Returns null when no surface has the keyboard.
     [[nodiscard]] const wlr_surface *keyboard_focus() const
     {
         return server.seat->keyboard_state.focused_surface;
@@ -127,11 +128,11 @@ protected:
         return keyboard_focus() == tl_surface(record(w));
     }
 
-    // A new client of the IPC socket, that the server has accepted.
+    // Connects a new client to the IPC socket and waits until the server has accepted it.
     ipc_client &dial();
-    // Sends a request and waits for its reply; events that come meanwhile are dropped.
+    // Sends a request and waits for its reply. Drops the events that arrive before the reply.
     std::string ask(ipc_client &c, uint32_t type, std::string_view payload = {});
-    // The same for a command on a connection of its own.
+    // Sends a command on a connection of its own and expects it to succeed.
     void command(std::string_view text);
 
     // Waiting
@@ -146,19 +147,21 @@ protected:
         }
         return true;
     }
-    // The program's timers that are due by then have fired when this returns.
+    // Puts the clock forward. When this returns, the program's timers that became due have fired.
     void advance_clock_ms(int ms);
-    // The same, from one timer to the next: one that its handler arms again fires again on its way.
+    // Puts the clock forward from one timer to the next. A timer that its handler arms again fires again on
+    // the way.
     void run_clock(std::chrono::milliseconds time);
-    // Until everything that was sent has been answered and every output rests: what has not come by then does
-    // not come.
+    // Waits until everything that was sent has been answered and every output rests. An event that has not
+    // arrived by then will not arrive.
     void settle();
-    // The events that an IPC subscriber would have heard since the last call.
+    // Returns the events since the last call, as an IPC subscriber would have received them.
     std::vector<vnt_event> heard();
-    // Scene, windows and the log's end, for failure messages.
+    // Describes the scene, the windows and the end of the log, for failure messages.
     std::string state();
 
-    // A test in which a layer surface takes the keyboard says so; the end of the session looks for it.
+    // A test in which a layer surface takes the keyboard sets this to may_lag. The check at the end of the
+    // session reads it.
     activity active_windows = activity::follows_keyboard;
     isolation world;
     std::unique_ptr<vantore_server> server_record;
@@ -166,7 +169,7 @@ protected:
 
 private:
     void pump();
-    bool idle();
+    bool idle() const;
 
     struct connection {
         std::unique_ptr<client> side;
@@ -184,7 +187,7 @@ private:
     size_t descriptors_before = 0;
 };
 
-// A session that runs, without outputs.
+// A running session without outputs.
 class desktop : public unstarted_desktop
 {
 protected:

@@ -1,4 +1,4 @@
-// Dragging windows with the pointer: a window with a title bar, a pointer and a keyboard.
+// A session for dragging windows: a window with a title bar, a pointer and a keyboard.
 #pragma once
 
 #include "desktop.hpp"
@@ -11,7 +11,8 @@
 namespace test
 {
 
-// A window of 400x300 with a title bar, its content at 200,200 of 1280x704. The Mouse Tiler is off.
+// The window is 400x300 with a title bar, and its content lies at 200,200 on an output of 1280x704. The Mouse
+// Tiler is off.
 struct drags : desktop {
     void SetUp() override
     {
@@ -34,7 +35,7 @@ struct drags : desktop {
         return made;
     }
     void go(double lx, double ly) { point_at(*pointer, lx, ly); }
-    // Never the second press of a double click.
+    // Presses a button. The press never counts as the second one of a double click.
     void press_at(double lx, double ly, uint32_t button = BTN_LEFT)
     {
         server.pointing.last_tb_id = 0;

@@ -1,4 +1,4 @@
-// A session with fullscreen windows, and what other programs hear of them.
+// A session with fullscreen windows, and what other programs learn about them.
 #pragma once
 
 #include "layers.hpp"
@@ -10,7 +10,7 @@
 namespace test
 {
 
-// Output A of the fixture below; B is where a test plugs one of this size.
+// Output A of the fixture below, and B, where a test plugs in an output of this size.
 inline constexpr wlr_box screen_a{0, 0, 1280, 704}, screen_b{1280, 0, 800, 600};
 
 struct fullscreen_desk : layers {
@@ -37,7 +37,7 @@ struct fullscreen_desk : layers {
     }
     bool is_told(const window &w) { return w.has(FULLSCREEN); }
 
-    // The lines of the file for other programs; one line "none" where there is no file.
+    // Returns the lines of the file that other programs read, or one line "none" if there is no file.
     std::vector<std::string> file()
     {
         std::ifstream in{world.runtime_directory() / "vantore-fs"};

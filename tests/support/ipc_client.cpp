@@ -41,7 +41,7 @@ void ipc_client::vanish()
     ended = true;
 }
 
-// The queue of connections is short: a full one is tried again.
+// The compositor's queue of new connections is short. If it is full, the next pump tries again.
 void ipc_client::connect()
 {
     sockaddr_un address{};

@@ -1,4 +1,4 @@
-// A client of the IPC socket in the test's own thread: pumped, never blocking, well-behaved or not.
+// A client of the IPC socket in the test's own thread. It is pumped and never blocks, and it may misbehave.
 #pragma once
 
 #include "ipc/protocol.hpp"
@@ -19,36 +19,36 @@ struct ipc_message {
 class ipc_client
 {
 public:
-    // Connects when it is pumped.
+    // It connects when it is pumped.
     explicit ipc_client(std::string socket_path);
     ~ipc_client();
     ipc_client(const ipc_client &) = delete;
     ipc_client &operator=(const ipc_client &) = delete;
 
-    // Sends what is queued, reads what has arrived.
+    // Sends what is queued and reads what has arrived.
     void pump();
-    // Reads nothing while it is false.
+    // While this is false, it reads nothing.
     bool reads = true;
-    // Passes over null bytes in front of a frame.
+    // Skips null bytes in front of a frame.
     bool skip_nulls = false;
 
-    // Queued until the socket takes them.
+    // Queues the bytes until the socket takes them.
     void send_bytes(std::string_view bytes);
     void send(uint32_t type, std::string_view payload = {});
     [[nodiscard]] bool sent_all() const { return connected && to_send.empty(); }
     void vanish();
 
-    // The other side has hung up.
+    // Returns true once the other side has hung up.
     [[nodiscard]] bool hung_up() const { return ended; }
-    // Whole frames, without those that were taken out.
+    // Returns the whole frames that have arrived since the last take().
     [[nodiscard]] const std::vector<ipc_message> &messages() const { return arrived; }
-    // Codes of the events among them, in order.
+    // Returns the codes of the events among them, in order.
     [[nodiscard]] std::vector<vnt_event> events() const;
-    // The frames so far, which are forgotten.
+    // Returns the same frames and forgets them.
     std::vector<ipc_message> take();
-    // Bytes behind the last whole frame.
+    // Returns how many bytes have arrived after the last whole frame.
     [[nodiscard]] size_t left_over() const { return unparsed.size(); }
-    // A descriptor that came, -1 for none. The caller owns it.
+    // Returns a descriptor that arrived, which the caller then owns, or -1 if there is none.
     int take_descriptor();
 
 private:
@@ -67,7 +67,7 @@ private:
     std::vector<int> descriptors;
 };
 
-// A frame as a client sends it.
+// Returns a frame as a client sends it.
 std::string ipc_bytes(uint32_t type, std::string_view payload);
 
 } // namespace test

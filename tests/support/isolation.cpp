@@ -15,7 +15,7 @@ namespace test
 
 static constexpr std::array handled_signals{SIGINT, SIGTERM, SIGPIPE, SIGHUP};
 
-// What the replaced platform functions record; there is one isolation at a time.
+// What the replaced platform functions record. Only one isolation exists at a time.
 struct recording {
     std::vector<std::string> spawned;
     std::vector<std::vector<std::string>> programs;
@@ -46,7 +46,8 @@ static void replace_environment(const std::map<std::string, std::string> &variab
         setenv(name.c_str(), value.c_str(), 1);
 }
 
-// What a test needs from outside: where the renderer runs and how the sanitizers behave.
+// Tests need these variables from outside. They choose the renderer and configure the sanitizers and the
+// tests.
 static bool passes_through(std::string_view name)
 {
     return name.starts_with("ASAN_") || name.starts_with("LSAN_") || name.starts_with("UBSAN_") ||

@@ -1,4 +1,4 @@
-// Keeps a test away from the desktop of the person who runs it, and from other tests.
+// Keeps a test apart from the desktop of the person who runs it, and from other tests.
 #pragma once
 
 #include <csignal>
@@ -19,10 +19,10 @@ struct killed {
     friend bool operator==(const killed &, const killed &) = default;
 };
 
-// While it lives: HOME and all XDG directories lie in a directory of its own, PATH holds nothing, no display
-// and no bus is inherited, programs are recorded instead of started, signals recorded instead of sent, the
-// clock and the program's timers stand still until the clock is put forward, and the log is kept. Afterwards
-// the environment, the signal handlers and the signal mask are as they were.
+// While an object lives, HOME and all XDG directories lie in a directory of its own, PATH holds no programs,
+// and no display or bus is inherited. Programs are recorded instead of started, and signals instead of sent.
+// The clock and the program's timers stand still until a test puts the clock forward. The log is kept. The
+// destructor restores the environment, the signal handlers and the signal mask.
 class isolation
 {
 public:
@@ -35,30 +35,31 @@ public:
     [[nodiscard]] std::filesystem::path runtime_directory() const { return root / "run"; }
     [[nodiscard]] std::filesystem::path config_directory() const { return root / "config" / "vantore"; }
 
-    // The shell lines that would have been run.
+    // Returns the shell lines that would have run.
     [[nodiscard]] const std::vector<std::string> &spawned() const;
-    // The programs that would have been run without a shell, with their arguments.
+    // Returns the programs that would have run without a shell, with their arguments.
     [[nodiscard]] const std::vector<std::vector<std::string>> &programs() const;
     [[nodiscard]] const std::vector<killed> &killed_processes() const;
-    // The virtual terminals that were switched to.
+    // Returns the virtual terminals that were switched to.
     [[nodiscard]] const std::vector<unsigned> &virtual_terminals() const;
-    // Writes a file of the configuration directory. Returns where it lies.
+    // Writes a file into the configuration directory and returns its path.
     std::filesystem::path write_config(const std::string &name, std::string_view text) const;
-    // What /proc/cmdline is to hold.
+    // Sets what the program reads as /proc/cmdline.
     void kernel_command_line(const std::string &text);
-    // Arms the program's timers that are due by then for 1 ms of real time. True when there were any.
+    // Puts the clock forward and arms the timers that became due for 1 ms of real time. Returns true if there
+    // were any.
     bool advance_clock_ms(int ms);
-    // How long until the first of the program's timers is due; nothing when none is armed.
+    // Returns how long it takes until the next of the program's timers is due, or nothing if none is armed.
     [[nodiscard]] static std::optional<int> next_timer_ms();
-    // The clock that the program reads.
+    // Returns the time on the clock that the program reads.
     [[nodiscard]] static int64_t clock_ms();
-    // What every client's process is to be from now on.
+    // From now on, every client seems to belong to this process.
     void pretend_client_pid(pid_t pid);
 
-    // Where the command dump-layers writes.
+    // Returns the file that the command dump-layers writes.
     [[nodiscard]] const std::string &layer_dump() const { return layer_dump_path; }
 
-    // All log text so far.
+    // Returns all log text so far.
     [[nodiscard]] std::string log() const;
 
 private:

@@ -1,4 +1,4 @@
-// A session with layer surfaces, each of a client of its own unless the test says otherwise.
+// A session with layer surfaces. Each belongs to a client of its own unless the test says otherwise.
 #pragma once
 
 #include "desktop.hpp"
@@ -10,7 +10,7 @@
 namespace test
 {
 
-// An output of 1280x704.
+// The session has one output of 1280x704.
 struct layers : desktop {
     void SetUp() override
     {
@@ -24,7 +24,7 @@ struct layers : desktop {
         desktop::TearDown();
     }
 
-    // Of a client of its own.
+    // Creates a layer surface of a new client.
     layer_surface &create(const layer_traits &traits) { return create(connect(), traits); }
 
     layer_surface &create(client &owner, const layer_traits &traits)
@@ -34,7 +34,7 @@ struct layers : desktop {
         return l;
     }
 
-    // The same, and waits until it is mapped.
+    // Creates a layer surface of a new client and waits until it is mapped.
     layer_surface &show(const layer_traits &traits)
     {
         layer_surface &l = create(traits);
@@ -56,7 +56,7 @@ struct layers : desktop {
     using desktop::box;
     using desktop::has_keyboard;
 
-    // Its place and its size on the screen.
+    // Returns the surface's place and size on the screen.
     wlr_box box(const layer_surface &l)
     {
         const vantore_layer_surface *record = find(l);

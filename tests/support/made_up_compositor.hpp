@@ -1,5 +1,5 @@
-// The compositor's end of the IPC socket, played by a test: it says when to accept, what to read and what to
-// send.
+// The compositor's end of the IPC socket, played by a test. The test decides when to accept, what to read and
+// what to send.
 #pragma once
 
 #include <cstdint>
@@ -16,11 +16,11 @@ struct ipc_request {
     friend bool operator==(const ipc_request &, const ipc_request &) = default;
 };
 
-// A frame's bytes.
+// Returns the bytes of a frame.
 std::string ipc_frame_of(uint32_t type, std::string_view payload);
 
-// Listens from the start, for one connection at a time. What waits for the other end gives up after 10
-// seconds, and fails the test.
+// Listens from the start, for one connection at a time. A call that waits for the other end gives up after 10
+// seconds and fails the test.
 class made_up_compositor
 {
 public:
@@ -29,9 +29,9 @@ public:
     made_up_compositor(const made_up_compositor &) = delete;
     made_up_compositor &operator=(const made_up_compositor &) = delete;
 
-    // Accepts a connection and takes its first request.
+    // Accepts a connection and reads its first request.
     ipc_request hear();
-    // The descriptor, which stays the caller's, travels with the first byte.
+    // Sends the bytes. The descriptor travels with the first byte and stays the caller's.
     void say(std::string_view bytes, int fd = -1) const;
     void hang_up();
 

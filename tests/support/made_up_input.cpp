@@ -253,7 +253,7 @@ made_up_tablet::made_up_tablet(const std::string &name)
     wl_signal_init(&pen.events.destroy);
 }
 
-// A tool goes before its tablet does.
+// The tool must be destroyed before its tablet.
 made_up_tablet::~made_up_tablet()
 {
     wl_signal_emit_mutable(&pen.events.destroy, &pen);

@@ -1,4 +1,5 @@
-// Input devices that tests plug in and use. Their events carry a time that grows by one millisecond each.
+// Input devices that tests plug in and use. The time of their events grows by one millisecond with each
+// event.
 #pragma once
 
 #include "wlr.hpp"
@@ -26,7 +27,7 @@ struct made_up_keyboard {
     made_up_keyboard(const made_up_keyboard &) = delete;
     made_up_keyboard &operator=(const made_up_keyboard &) = delete;
 
-    // evdev codes, KEY_* of linux/input-event-codes.h
+    // Keys are evdev codes, KEY_* of linux/input-event-codes.h.
     void press(uint32_t key);
     void release(uint32_t key);
     void tap(uint32_t key);
@@ -43,21 +44,21 @@ struct made_up_pointer {
     made_up_pointer &operator=(const made_up_pointer &) = delete;
 
     void move(double dx, double dy);
-    void move_to(double x, double y); // shares of the layout, 0 to 1
+    void move_to(double x, double y); // fractions of the layout, 0 to 1
     void press(uint32_t button);
     void release(uint32_t button);
     void click(uint32_t button);
     void scroll(wl_pointer_axis orientation, double delta, int32_t discrete);
 
-    // Gestures of a touchpad. One at a time, as hardware makes them.
-    void swipe_begin(uint32_t fingers);
+    // Gestures of a touchpad. Only one is under way at a time, as with real hardware.
+    void swipe_begin(uint32_t count);
     void swipe_update(double dx, double dy);
     void swipe_end(bool cancelled = false);
-    void pinch_begin(uint32_t fingers);
-    // The scale is that since the beginning, the rotation in degrees since the last update.
+    void pinch_begin(uint32_t count);
+    // The scale counts from the beginning of the gesture, the rotation in degrees from the last update.
     void pinch_update(double dx, double dy, double scale, double rotation);
     void pinch_end(bool cancelled = false);
-    void hold_begin(uint32_t fingers);
+    void hold_begin(uint32_t count);
     void hold_end(bool cancelled = false);
 
     wlr_pointer base{};
@@ -70,7 +71,7 @@ struct made_up_touch {
     made_up_touch(const made_up_touch &) = delete;
     made_up_touch &operator=(const made_up_touch &) = delete;
 
-    // Shares of the device, 0 to 1. Each call is a frame of its own.
+    // Places are fractions of the device, 0 to 1. Each call is a frame of its own.
     void down(int32_t finger, double x, double y);
     void move(int32_t finger, double x, double y);
     void up(int32_t finger);
@@ -86,11 +87,11 @@ struct made_up_tablet {
     made_up_tablet(const made_up_tablet &) = delete;
     made_up_tablet &operator=(const made_up_tablet &) = delete;
 
-    // The pen comes near, moves, touches and leaves. Places are shares of the tablet, 0 to 1.
+    // The pen comes near, leaves, moves and touches. Places are fractions of the tablet, 0 to 1.
     void pen_in(double x, double y);
     void pen_out();
     void pen_to(double x, double y);
-    // The axes that `updated_axes` names; tablet, tool and time are filled in.
+    // Changes the axes that `updated_axes` names. The tablet, the tool and the time are filled in.
     void pen_axes(wlr_tablet_tool_axis_event event);
     void pen_press(); // with its tip
     void pen_release();
@@ -98,7 +99,7 @@ struct made_up_tablet {
 
     wlr_tablet base{};
     wlr_tablet_tool pen{};
-    double pen_x = 0, pen_y = 0; // where it was last
+    double pen_x = 0, pen_y = 0; // its last place
 };
 
 struct made_up_tablet_pad {
@@ -123,7 +124,7 @@ struct made_up_switch {
     wlr_switch base{};
 };
 
-// All devices of a made-up backend. A device is plugged out by erasing it.
+// All devices of a made-up backend. Erasing a device unplugs it.
 struct made_up_devices {
     std::list<made_up_keyboard> keyboards;
     std::list<made_up_pointer> pointers;

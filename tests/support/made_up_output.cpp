@@ -33,7 +33,7 @@ static void show(made_up_output &o, wlr_buffer *buffer)
     o.shown = buffer != nullptr ? wlr_buffer_lock(buffer) : nullptr;
 }
 
-// wlroots waits for a frame after every commit to an output that is on, with a buffer or without.
+// wlroots waits for a frame event after every commit to an output that is on, even a commit without a buffer.
 static bool on_after(const made_up_output &o, const wlr_output_state &state)
 {
     return (state.committed & WLR_OUTPUT_STATE_ENABLED) != 0 ? state.enabled : o.base.enabled;

@@ -1,5 +1,5 @@
-// Outputs that tests plug in and out and that answer as the test wants: modes, refusals, gamma, adaptive
-// sync. They keep the buffer that was committed last, so a test can look at the picture.
+// Outputs that tests plug in and out. They answer as the test wants: with modes, refusals, gamma and adaptive
+// sync. They keep the last committed buffer, so a test can look at the picture.
 #pragma once
 
 #include "made_up_input.hpp"
@@ -29,7 +29,7 @@ struct output_traits {
     int width = 0, height = 0; // before any mode is set
     std::vector<mode> modes;
     size_t gamma_size = 0;
-    // Asked for every state, by tests and commits alike.
+    // Decides about every state that is tested or committed.
     std::function<bool(const wlr_output_state &)> accepts = [](const wlr_output_state &) { return true; };
 };
 
@@ -42,7 +42,7 @@ struct made_up_output {
     std::list<wlr_output_mode> modes;
     wl_event_source *vblank = nullptr; // armed by each commit that shows something
     wlr_buffer *shown = nullptr; // locked
-    int commits = 0; // that were accepted
+    int commits = 0; // only those that were accepted
     int power_offs = 0;
     bool adaptive_sync = false;
     bool gamma_set = false;
@@ -55,19 +55,19 @@ struct made_up_backend {
     made_up_devices devices;
 };
 
-// Owned by the multi-backend that it is added to.
+// The multi-backend that it is added to owns it.
 made_up_backend *made_up_backend_create(wl_event_loop *loop);
 
-// Announces a new output. Owned by the backend until unplugged.
+// Announces a new output. The backend owns it until it is unplugged.
 made_up_output &plug_in(made_up_backend &backend, output_traits traits);
 void unplug(made_up_output &output);
-// Asks for that size, as when the window of a nested session is resized.
+// Requests a size, as a nested session does when its window is resized.
 void request_size(made_up_output &output, int width, int height);
 
-// Announces a device as the backend's own.
+// Announces a device that belongs to the backend.
 void announce_device(made_up_backend &backend, wlr_input_device &device);
 
-// The record of a wlr_output that plug_in made.
+// Returns the record of a wlr_output that plug_in made.
 made_up_output &made_up(wlr_output *output);
 
 } // namespace test

@@ -1,5 +1,5 @@
-// The tests of one ring are one program: "--file tiling" runs those of tiling_test.cpp. Of a filter besides,
-// only what lies in that file counts.
+// All tests of one ring are one program. "--file tiling" runs only the tests of tiling_test.cpp. A filter
+// given in addition chooses among those.
 
 #include <algorithm>
 #include <filesystem>
@@ -15,7 +15,7 @@
 namespace
 {
 
-// The value of "--file NAME", which is taken out of the arguments.
+// Returns the value of "--file NAME" and removes both from the arguments.
 std::optional<std::string> take_file(std::vector<char *> &arguments)
 {
     const auto option = std::ranges::find(arguments, std::string_view{"--file"}, [](const char *argument) {
@@ -37,7 +37,8 @@ bool matches_any(const std::string &patterns, const std::string &name)
     return false;
 }
 
-// Reads a filter as the framework does: what to run, and after a dash what not to.
+// Applies a filter as the framework does. The patterns before a dash choose tests, and those after it exclude
+// tests.
 bool passes(const std::string &filter, const std::string &name)
 {
     const size_t dash = filter.find('-');
@@ -46,7 +47,7 @@ bool passes(const std::string &filter, const std::string &name)
     return (wanted.empty() || matches_any(wanted, name)) && !matches_any(unwanted, name);
 }
 
-// Full names of the tests that the file defines.
+// Returns the full names of the tests that the file defines.
 std::vector<std::string> tests_of(const std::string &file)
 {
     std::vector<std::string> names;

@@ -8,7 +8,7 @@
 namespace test
 {
 
-// Holds `count` values, filled by the painter. The caller closes it.
+// Makes a file of `count` values that `paint` fills in. The caller closes it.
 template <class Value, class Paint> int memory_file(size_t count, Paint paint)
 {
     const size_t bytes = count * sizeof(Value);

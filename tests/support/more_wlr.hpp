@@ -1,4 +1,5 @@
-// wlroots' globals that the compositor does not offer yet, for the tests of their clients.
+// Globals of wlroots that the compositor does not offer yet. Tests of the clients for them need these
+// headers.
 #pragma once
 
 #include "wlr.hpp"

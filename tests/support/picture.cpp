@@ -37,7 +37,7 @@ image image::load(const std::filesystem::path &path)
 
 bool image::save(const std::filesystem::path &path) const
 {
-    std::error_code ignored; // an unwritable directory shows in the file
+    std::error_code ignored; // if the directory can't be made, writing the file fails
     std::filesystem::create_directories(path.parent_path(), ignored);
     png_image png{};
     png.version = PNG_IMAGE_VERSION;

@@ -103,7 +103,7 @@ bool process::says(const std::string &text)
     return true;
 }
 
-// What the test runner gives to every test: software rendering, sanitizer settings, preloads.
+// The test runner gives these variables to every test: software rendering, sanitizer settings and preloads.
 static bool comes_from_the_runner(const std::string &name)
 {
     return name.starts_with("WLR_RENDERER_") || name.starts_with("MESA_") || name.ends_with("SAN_OPTIONS") ||

@@ -1,4 +1,4 @@
-// The real binary, and other programs, as child processes in a world of their own.
+// Runs the real binary and other programs as child processes in a private environment.
 #pragma once
 
 #include <chrono>
@@ -14,7 +14,7 @@ namespace test
 
 using variables = std::map<std::string, std::string>;
 
-// A child whose output is collected. Killed, by its pid, when it is still alive at the end of the scope.
+// A child whose output is collected. If it is still alive at the end of the scope, it is killed by its pid.
 class process
 {
 public:
@@ -24,11 +24,12 @@ public:
     process &operator=(const process &) = delete;
 
     void send(int signal) const;
-    // The exit status, 128 + N when a signal N ended it; nothing when it is still running after 10 seconds.
+    // Returns the exit status, or 128 + N if signal N ended the child. Returns nothing if it still runs after
+    // 10 seconds.
     std::optional<int> wait();
-    // Everything written so far to stdout and stderr.
+    // Returns everything that the child has written to stdout and stderr so far.
     std::string output();
-    // False when the text has not been written after 10 seconds.
+    // Waits for the text in the output. Returns false if it has not appeared after 10 seconds.
     bool says(const std::string &text);
     [[nodiscard]] pid_t pid() const { return child; }
 
@@ -39,8 +40,8 @@ private:
     std::optional<int> status;
 };
 
-// A directory of its own, the variables that lead all of a session's files into it, and the renderer that
-// works without graphics hardware.
+// A private directory, the variables that lead all of a session's files into it, and those that choose a
+// renderer that works without graphics hardware.
 class private_world
 {
 public:
@@ -56,7 +57,7 @@ private:
     std::filesystem::path root;
 };
 
-// Asks again and again.
+// Checks the condition again and again until it holds or the time is over.
 template <class Condition>
 bool eventually(Condition holds, std::chrono::seconds most = std::chrono::seconds{30})
 {
@@ -67,7 +68,7 @@ bool eventually(Condition holds, std::chrono::seconds most = std::chrono::second
     return true;
 }
 
-// The command that starts the compositor, with the stand-ins for missing hardware preloaded.
+// Returns the command that starts the compositor, with stand-ins for missing hardware preloaded.
 std::vector<std::string> compositor();
 
 } // namespace test

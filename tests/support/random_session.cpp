@@ -26,7 +26,8 @@ static constexpr size_t most_clients = 8;
 static constexpr size_t most_windows = 24;
 static constexpr size_t most_panels = 6;
 
-// The software rasterizer reads whole tiles, also behind the end of a picture that ends within one.
+// The software rasterizer always reads whole tiles. If a picture ended within a tile, it would read beyond
+// the end of the picture.
 static int whole_tiles(int length)
 {
     return length / 64 * 64;
@@ -121,7 +122,7 @@ std::string random_session::trouble_window()
         return w->request_unmaximize(), "unmaximize";
     case 4:
         if (find_record(*w) == nullptr)
-            return "nothing"; // it has drawn nothing yet
+            return "nothing"; // the window has drawn nothing yet
         return w->fill(0xff00ff00), "draw";
     case 5:
         return w->request_unfullscreen(), "end fullscreen";
@@ -353,13 +354,13 @@ const random_session::operation random_session::operations[]{
     {&random_session::change_title_bar, 2},
 };
 
-// At the pointer's place in the layout, at rest or in the middle of a drag.
+// Points at any place in the layout or at a part of a window. A drag may be under way.
 std::string random_session::point()
 {
     vantore_toplevel *t = any_mapped();
     if (t == nullptr || below(3) == 0)
         return point_at(*pointer, below(3000), below(1000)), "point somewhere";
-    // A title bar or tab, a border, or the content.
+    // The point lies on a title bar or tab, on a border, or in the content.
     const wlr_box box = toplevel_box(*t);
     const int dx = below(2) == 0 ? below(size_t(box.width)) : below(2) * (box.width - 1);
     const int dy = below(2) == 0 ? -1 - below(30) : below(size_t(box.height));
@@ -406,12 +407,13 @@ std::string random_session::step(unsigned seed)
     while (chosen >= at->weight)
         chosen -= (at++)->weight;
     std::string done = (this->*at->run)();
-    if (below(2) == 0) // the others happen while messages are under way
+    if (below(2) == 0) // otherwise the next operation happens while messages are under way
         settle();
     return done;
 }
 
-// Tiles are only where they belong after an arrangement, which any operation may be followed by.
+// Tiles are certain to be in their places only after an arrangement. Any operation may be followed by one, so
+// this arranges them first.
 std::vector<std::string> random_session::broken()
 {
     std::vector<std::string> rules = server_check(server, active_windows);

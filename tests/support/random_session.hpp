@@ -1,4 +1,4 @@
-// A session in which anything may happen next.
+// A session in which random operations follow each other.
 #pragma once
 
 #include "desktop.hpp"
@@ -12,7 +12,7 @@
 namespace test
 {
 
-// What an operation chooses comes from its own seed, so that it does the same in a shorter sequence.
+// Each operation makes its choices from its own seed, so that it makes the same ones in a shorter sequence.
 class random_session : public desktop
 {
 public:
@@ -22,7 +22,7 @@ public:
     void end();
     void TestBody() override {}
 
-    // What was done.
+    // Runs one operation and returns what it did.
     std::string step(unsigned seed);
     std::vector<std::string> broken();
     std::string picture_of_it() { return state(); }

@@ -1,4 +1,4 @@
-// What X11 programs and menus do at random.
+// The random operations of X11 programs and menus.
 
 #include "random_session.hpp"
 
@@ -40,7 +40,7 @@ std::string random_session::trouble_popup()
     }
 }
 
-// A client that destroys the window first makes a mistake.
+// Destroying a window before its menus and decorations would be a client's mistake.
 void random_session::forget_parts_of(const window &owner)
 {
     std::erase_if(menus, [&](const menu &m) { return m.parent == &owner; });

@@ -25,7 +25,7 @@ uint32_t word_at(std::string_view bytes, size_t offset)
     return word;
 }
 
-// A string argument: its length with the final null, then the text, padded to words.
+// A string argument is its length with the final null, then the text, padded to whole words.
 std::string text_at(std::string_view body, size_t offset)
 {
     const uint32_t length = word_at(body, offset);
@@ -75,14 +75,14 @@ void raw_client::append(std::vector<uint32_t> &requests, uint32_t object, uint16
 }
 
 bool raw_client::request(uint32_t object, uint16_t opcode, std::initializer_list<uint32_t> words,
-                         int descriptor)
+                         int descriptor) const
 {
     std::vector<uint32_t> one;
     append(one, object, opcode, words);
     return send(one, descriptor >= 0 ? std::span<const int>{&descriptor, 1} : std::span<const int>{});
 }
 
-bool raw_client::send(const std::vector<uint32_t> &requests, std::span<const int> fds)
+bool raw_client::send(const std::vector<uint32_t> &requests, std::span<const int> fds) const
 {
     const auto *bytes = reinterpret_cast<const char *>(requests.data());
     size_t left = requests.size() * sizeof(uint32_t);

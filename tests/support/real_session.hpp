@@ -1,4 +1,4 @@
-// A session of the real binary that runs, and programs in it.
+// A running session of the real binary, and programs in it.
 #pragma once
 
 #include "picture.hpp"
@@ -14,14 +14,14 @@ class real_session : public testing::Test
 {
 protected:
     real_session();
-    // The orderly end.
+    // Ends the session in order.
     ~real_session() override;
 
-    // A program with the session's sockets in its environment.
+    // Runs a program with the session's sockets in its environment.
     [[nodiscard]] process run(const std::vector<std::string> &command) const;
-    // vantore-msg.
+    // Runs vantore-msg.
     [[nodiscard]] process message(std::vector<std::string> arguments) const;
-    // The output of a call of vantore-msg that is to succeed.
+    // Runs vantore-msg, which must succeed, and returns its output.
     [[nodiscard]] std::string output_of(const std::vector<std::string> &arguments) const;
 
     private_world world;

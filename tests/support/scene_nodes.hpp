@@ -1,4 +1,4 @@
-// How many nodes a scene has, those that no record knows included.
+// Counts the nodes of a scene, including those that no record knows.
 #pragma once
 
 #include "wlr.hpp"
@@ -8,7 +8,7 @@
 namespace test
 {
 
-// All nodes below the tree, or those of one type. The tree itself does not count.
+// Counts all nodes below the tree, or those of one type. The tree itself does not count.
 inline int scene_nodes(const wlr_scene_tree &tree, std::optional<wlr_scene_node_type> type = {})
 {
     int count = 0;

@@ -23,7 +23,7 @@ namespace test
 namespace
 {
 
-// Room enough for a column of two dozen tiles with gaps and title bars.
+// This much room is enough for a column of two dozen tiles with gaps and title bars.
 constexpr int most_room = 24 * (30 + 8 + 10);
 
 bool lies_in(const wlr_box &inner, const wlr_box &outer)
@@ -163,12 +163,12 @@ private:
         expect(output_of(server, surface.output) != nullptr, name + " is on an output that is there");
         expect(std::ranges::contains(server.layers, l.scene->tree->node.parent), name + " hangs in a layer");
         expect(tag_of(l.scene->tree->node) == &l.tag, name + " is known by its tag");
-        const bool off = surface.output != nullptr && !surface.output->enabled; // it is told later then
+        const bool off = surface.output != nullptr && !surface.output->enabled; // told its size once it is on
         expect(!surface.surface->mapped || off || l.told_width > 0,
                name + " was told a size before it was shown");
     }
 
-    bool is_listed(const vantore_toplevel *t)
+    [[nodiscard]] bool is_listed(const vantore_toplevel *t) const
     {
         for (const auto &other : each<&vantore_toplevel::link>(server.toplevels))
             if (&other == t)
@@ -176,7 +176,7 @@ private:
         return false;
     }
 
-    bool is_connected(const wl_client *wanted)
+    [[nodiscard]] bool is_connected(const wl_client *wanted) const
     {
         bool found = false;
         wl_client *client = nullptr;
@@ -184,7 +184,7 @@ private:
         return found;
     }
 
-    // What is remembered from one event to the next is there, and mapped.
+    // Whatever the server remembers from one event to the next must still exist and be mapped.
     void check_remembered()
     {
         const vantore_toplevel *grabbed = server.drag.grabbed_toplevel;
@@ -227,7 +227,7 @@ private:
                "the file vantore-fs exists iff a fullscreen window is visible");
     }
 
-    long times_listed(const vantore_toplevel &t)
+    [[nodiscard]] long times_listed(const vantore_toplevel &t) const
     {
         long times = 0;
         for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
@@ -246,7 +246,7 @@ struct tile {
     wlr_box box; // bars included
 };
 
-// Sizes that had to be raised to a pixel may overlap what lies beside them.
+// Without enough room, tiles are raised to a size of one pixel and may overlap their neighbours.
 bool has_room(const wlr_box &usable)
 {
     return usable.width > most_room && usable.height > most_room;
@@ -256,7 +256,7 @@ std::vector<tile> tiles_of(vantore_workspace &ws)
 {
     std::vector<tile> tiles;
     for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels)) {
-        // A stack shows one window, also when it has members elsewhere.
+        // A stack shows only one window, even if it has members on other workspaces.
         if (!tile_participates(t) || (t.stack_id != 0 && stack_active_member(*ws.server, t.stack_id) != &t))
             continue;
         const int bar = t.stack_id != 0 ? tabbar_height : titlebar_of(t);
@@ -304,7 +304,7 @@ std::vector<std::string> tiles_check(vantore_server &server)
 
 std::vector<std::string> lookup_check(const vantore_server &server)
 {
-    constexpr double step = 211.3; // not many points: this runs after every operation
+    constexpr double step = 211.3; // large, because this check runs after every operation
     std::vector<std::string> broken;
     wlr_box layout{};
     wlr_output_layout_get_box(server.output_layout, nullptr, &layout);

@@ -1,4 +1,4 @@
-// What must hold between any two events, whatever came before.
+// Checks what must hold between any two events.
 #pragma once
 
 #include "fwd.hpp"
@@ -9,20 +9,22 @@
 namespace test
 {
 
-// A layer surface takes the keyboard without a word to the window that had it.
+// A layer surface takes the keyboard without telling the window that had it. With may_lag, such a window may
+// still be active.
 enum class activity : bool { follows_keyboard, may_lag };
 
-// A sentence for each rule that is broken; empty when all is well.
+// Returns a sentence for each broken rule, so nothing when all is well.
 std::vector<std::string> server_check(vantore_server &server,
                                       activity active_windows = activity::follows_keyboard);
 
-// The same for the usable boxes of the outputs that are on. Tests may make boxes up that break it.
+// Checks the usable boxes of the outputs that are on in the same way. Tests may make up boxes that break its
+// rules.
 std::vector<std::string> usable_check(vantore_server &server);
 
-// The same for the tiles of the workspaces that are shown, which must have been arranged.
+// Checks the tiles of the visible workspaces in the same way. They must have been arranged.
 std::vector<std::string> tiles_check(vantore_server &server);
 
-// The same for the quick lookup of what lies at a point, which must find what the scene itself finds.
+// Checks in the same way that the quick lookup at a point finds what the scene itself finds there.
 std::vector<std::string> lookup_check(const vantore_server &server);
 
 } // namespace test

@@ -99,7 +99,7 @@ struct client_events {
     {
         auto &c = *static_cast<client *>(data);
         if (++c.answered == 1)
-            (void)c.roundtrip_begin(); // for the events of what the first list made us bind
+            (void)c.roundtrip_begin(); // for the events of the globals that the first list made us bind
         std::erase(c.roundtrips, callback);
         wl_callback_destroy(callback);
     }

@@ -1,5 +1,5 @@
-// A Wayland client in the test's own thread: it is pumped and never blocks, and it does what a test tells it
-// to, well-behaved or not.
+// A Wayland client in the test's own thread. It is pumped and never blocks. It does what a test tells it to
+// do, even if that is wrong.
 #pragma once
 
 #include <cstdint>
@@ -36,12 +36,12 @@ struct size {
 };
 std::ostream &operator<<(std::ostream &out, const size &s);
 
-// Bits of window states that a configure carries.
+// Bits for the states of a window in a configure.
 enum window_state : unsigned { MAXIMIZED = 1, FULLSCREEN = 2, RESIZING = 4, ACTIVATED = 8, TILED = 16 };
 
 struct configure {
     int width = 0, height = 0;
-    unsigned states = 0; // of window_state
+    unsigned states = 0; // bits of window_state
     uint32_t serial = 0;
     [[nodiscard]] test::size size() const { return {width, height}; }
 };
@@ -62,7 +62,7 @@ std::ostream &operator<<(std::ostream &out, const protocol_error &e);
 
 class client;
 
-// One xdg-shell window. Owned by its client; its address stays.
+// One xdg-shell window. Its client owns it, and its address never changes.
 class window
 {
 public:
@@ -82,41 +82,40 @@ public:
     void create_toplevel(); // with the app id
     void commit();
     void ack(); // the last configure
-    // Attaches a new solid buffer and commits.
+    // Attaches a new buffer of one colour and commits.
     void draw(test::size s, uint32_t argb);
     void unmap(); // attaches nothing and commits
     void destroy_toplevel();
     void destroy_role(); // toplevel and xdg_surface
     void destroy(); // everything
 
-    // All stages up to the first commit, those that are still to come. A window that was unmapped starts
-    // over.
+    // Goes through all remaining stages up to the first commit. A window that was unmapped starts over.
     void open();
-    // Another colour at the size that was drawn last.
+    // Draws another colour at the last size.
     void fill(uint32_t argb);
 
-    // Properties and requests. They create the toplevel where it isn't there.
+    // Properties and requests. They create the toplevel if there is none.
     void title(const std::string &text);
     void app_id(const std::string &text);
     void min_size(test::size s);
     void max_size(test::size s);
     void parent(window *other);
-    // In surface coordinates; sent with each commit.
+    // Surface coordinates. It is sent with each commit.
     void geometry(int x, int y, int width, int height);
-    // Only this part takes input; sent with the next commit.
+    // Only this part takes input. It is sent with the next commit.
     void input_region(int x, int y, int width, int height);
-    // This part hides what is behind it; sent with the next commit.
+    // This part hides what is behind it. It is sent with the next commit.
     void opaque_region(int x, int y, int width, int height);
-    // A subsurface of this size and place, drawn and desynchronised. The commit that shows it is the
-    // caller's.
+    // Adds a desynchronised subsurface at this place and draws it. The caller must commit the window to show
+    // it.
     void add_subsurface(int x, int y, test::size s);
     void request_maximize();
     void request_unmaximize();
-    void request_fullscreen(wl_output *output = nullptr); // null leaves the choice
+    void request_fullscreen(wl_output *output = nullptr); // null lets the compositor choose
     void request_unfullscreen();
     void request_minimize();
     void request_move(wl_seat *seat, uint32_t serial);
-    // A mask of xdg_toplevel's resize edges.
+    // `edges` is one of xdg_toplevel's resize edges.
     void request_resize(wl_seat *seat, uint32_t serial, uint32_t edges);
     void request_frame();
 
@@ -127,7 +126,7 @@ public:
     [[nodiscard]] bool has(window_state state) const { return (last().states & state) != 0; }
     [[nodiscard]] int closes() const { return close_events; }
     [[nodiscard]] int frames() const { return frame_callbacks; }
-    // Names of the outputs that the surface is on.
+    // Returns the names of the outputs that the surface is on.
     [[nodiscard]] std::vector<std::string> outputs() const;
     [[nodiscard]] uint32_t surface_id() const;
     [[nodiscard]] client &owner() const { return *owned_by; }
@@ -157,7 +156,7 @@ private:
     test::size drawn{0, 0};
     uint32_t colour = 0xff808080;
     bool opened = false;
-    int unmapped_at = 0; // the round trip after which no configure from before the unmap can come
+    int unmapped_at = 0; // round trip after which no configure from before the unmap can arrive
 };
 
 class gamma_control
@@ -189,35 +188,36 @@ public:
     client(const client &) = delete;
     client &operator=(const client &) = delete;
 
-    // Sends what is queued, reads what has arrived. Never blocks.
+    // Sends what is queued and reads what has arrived. Never blocks.
     void pump();
-    // The registry's first list is complete, and the outputs on it have told their names.
+    // Returns true once the registry's first list is complete and the outputs on it have sent their names.
     [[nodiscard]] bool ready() const { return answered >= 2; }
-    // 0, or the errno of the lost connection; EPROTO after a protocol error.
+    // Returns 0, or the errno of a lost connection, which is EPROTO after a protocol error.
     [[nodiscard]] int error() const;
-    // Nothing unless error() is EPROTO.
+    // Returns nothing unless error() is EPROTO.
     [[nodiscard]] std::optional<test::protocol_error> protocol_error() const;
-    // Asks the server for a sign of life; done once everything sent before has been handled.
+    // Starts a round trip. It is done once the server has handled everything that was sent before.
     int roundtrip_begin();
     [[nodiscard]] bool roundtrip_done(int id) const { return answered >= id; }
-    // Closes the socket as a crash does.
+    // Closes the socket as a crash would.
     void vanish();
 
-    // A window with the app id, without a surface yet.
+    // Creates a window with the app id but without a surface.
     window &create_window(const std::string &app_id);
     gamma_control &gamma(const std::string &output_name);
 
-    // Surfaces besides windows. The name is what events are told with.
+    // For surfaces that are not windows. Events are recorded with the name.
     wl_surface *create_surface(const std::string &name);
     void destroy_surface(wl_surface *surface);
-    // Attaches a new solid buffer and commits.
+    // Attaches a new buffer of one colour and commits.
     void paint(wl_surface *surface, test::size s, uint32_t argb);
     [[nodiscard]] std::string name_of(wl_surface *surface) const;
 
-    // Null when it is not there.
+    // Returns null if there is no such output.
     [[nodiscard]] wl_output *output_named(const std::string &name) const;
 
-    // A new object of a global that is there; the caller destroys it.
+    // Binds a global and returns the new object, which the caller destroys. Returns null if there is no such
+    // global.
     void *bind(const wl_interface &interface, uint32_t version);
     [[nodiscard]] xdg_wm_base *shell() const { return wm_base; }
     [[nodiscard]] wl_compositor *surfaces() const { return compositor; }
@@ -248,7 +248,7 @@ private:
     std::list<output> outputs;
     std::list<window> windows;
     std::map<wl_surface *, std::string> surface_names;
-    std::vector<wl_buffer *> buffers; // that the compositor holds
+    std::vector<wl_buffer *> buffers; // the compositor still holds them
     std::list<gamma_control> gamma_controls;
     std::vector<wl_callback *> roundtrips;
     int asked = 0, answered = 0;

@@ -1,4 +1,4 @@
-// What games ask of the pointer: to lock or confine it, and to hear how far it was moved all the same.
+// Games lock or confine the pointer, and still receive its relative motion.
 #pragma once
 
 #include "wayland_seat.hpp"
@@ -13,7 +13,7 @@ namespace test
 
 enum class constraint_life : uint32_t { once = 1, persistent = 2 };
 
-// In surface coordinates.
+// Surface coordinates.
 struct region_box {
     int x, y, width, height;
 };
@@ -26,7 +26,7 @@ public:
     locked_pointer(const locked_pointer &) = delete;
     locked_pointer &operator=(const locked_pointer &) = delete;
 
-    // Counts for the compositor from the surface's next commit.
+    // Takes effect with the surface's next commit.
     void hint(double sx, double sy);
     void destroy();
 
@@ -43,7 +43,7 @@ private:
 class confined_pointer
 {
 public:
-    // To the whole surface without a region.
+    // Without a region, the pointer is confined to the whole surface.
     confined_pointer(seat &s, wl_surface *surface, std::optional<region_box> region = {});
     ~confined_pointer();
     confined_pointer(const confined_pointer &) = delete;
@@ -58,7 +58,8 @@ private:
     int confines = 0, releases = 0;
 };
 
-// Hears "3,-4 raw 6,-8 at 5000": accelerated, unaccelerated, and microseconds.
+// Records "3,-4 raw 6,-8 at 5000": the accelerated motion, the unaccelerated motion, and the time in
+// microseconds.
 class relative_pointer
 {
 public:

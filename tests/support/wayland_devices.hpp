@@ -1,5 +1,5 @@
-// What a client can do besides having windows: type and point by virtual devices, take shortcuts for itself,
-// ask for a window's activation, and wait for the user to be idle.
+// A client can also type and point with virtual devices, inhibit shortcuts, ask for a window's activation,
+// and wait until the user is idle.
 #pragma once
 
 #include "wayland_seat.hpp"
@@ -10,14 +10,14 @@ namespace test
 class virtual_keyboard
 {
 public:
-    // Without a keymap yet.
+    // The keyboard has no keymap yet.
     explicit virtual_keyboard(seat &s);
     ~virtual_keyboard();
     virtual_keyboard(const virtual_keyboard &) = delete;
     virtual_keyboard &operator=(const virtual_keyboard &) = delete;
 
     void keymap(const std::string &text);
-    // The file may be shorter or longer than the size that is told.
+    // The file may be shorter or longer than the size that is sent.
     void keymap(int fd, uint32_t size);
     void key(uint32_t code, bool down);
     void modifiers(uint32_t depressed);
@@ -80,7 +80,7 @@ private:
     std::string token;
 };
 
-// Tells "idle" as soon as the user is, and "active" when that ends.
+// Records "idle" as soon as the user is idle, and "active" when that ends.
 class idle_watch
 {
 public:

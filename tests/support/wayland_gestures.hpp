@@ -1,4 +1,4 @@
-// What a client hears of a touchpad's gestures, as text in order: "swipe begin editor 3", "swipe update
+// The gestures of a touchpad that a client receives, as text in order: "swipe begin editor 3", "swipe update
 // 5,-2", "swipe end", "pinch begin editor 2", "pinch update 1,0 scale 1.5 turned 10", "pinch cancelled",
 // "hold begin editor 4", "hold end".
 #pragma once

@@ -1,5 +1,4 @@
-// What a client says about a surface: of the pictures that it draws, which counts for the compositor from the
-// surface's next commit, and that the user watches it.
+// What a client says about a surface. Hints about its pictures take effect with the surface's next commit.
 #pragma once
 
 #include "wayland_client.hpp"
@@ -8,7 +7,7 @@
 namespace test
 {
 
-// Whether frames may tear.
+// Says whether frames may tear.
 class tearing_hint
 {
 public:
@@ -19,7 +18,7 @@ private:
     proxy<wp_tearing_control_v1> object;
 };
 
-// That what it draws is a game.
+// Says that the surface shows a game.
 class game_hint
 {
 public:
@@ -29,7 +28,7 @@ private:
     proxy<wp_content_type_v1> object;
 };
 
-// That the user is not idle while the surface can be seen. Ends with the object.
+// Keeps the user from counting as idle while the surface can be seen. Ends with the object.
 class idle_inhibitor
 {
 public:

@@ -3,7 +3,7 @@
 #include <utility>
 #include <wayland-client.h>
 
-#define namespace namespace_ // what the protocol calls a parameter
+#define namespace namespace_ // the protocol has a parameter of this name
 #include "wlr-layer-shell-unstable-v1-client-protocol.h"
 #undef namespace
 

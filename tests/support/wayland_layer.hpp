@@ -1,4 +1,4 @@
-// A panel, dock or wallpaper of a test's client: a surface of the layer shell.
+// A panel, dock or wallpaper of a test's client, which is a surface of the layer shell.
 #pragma once
 
 #include "wayland_client.hpp"
@@ -10,7 +10,7 @@ struct zwlr_layer_surface_v1;
 namespace test
 {
 
-// Bits of zwlr_layer_surface_v1_anchor.
+// The bits of zwlr_layer_surface_v1_anchor.
 enum edges : uint32_t { TOP = 1, BOTTOM = 2, LEFT = 4, RIGHT = 8, ALL_EDGES = 15 };
 
 enum class layer : uint32_t { background, bottom, top, overlay };
@@ -21,25 +21,25 @@ struct margins {
 };
 
 struct layer_traits {
-    std::string name = "panel"; // its namespace, and what events are told with
+    std::string name = "panel"; // its namespace, and its name in recorded events
     test::layer on = layer::top;
-    std::string output; // empty: the compositor chooses
+    std::string output; // if empty, the compositor chooses
     test::size size{0, 0};
     uint32_t anchor = 0;
     int zone = 0;
     test::margins margins{};
     keyboard_wish keyboard = keyboard_wish::none;
     uint32_t argb = 0xff3060c0;
-    bool opens = true; // up to the first commit
+    bool opens = true; // runs its stages up to the first commit
 };
 
-// A bar along the top edge that reserves its own height.
+// Describes a bar along the top edge that reserves its own height.
 layer_traits top_bar(int height);
 
 class layer_surface
 {
 public:
-    // It acks, and draws at each configure.
+    // The surface acks each configure and then draws.
     layer_surface(client &owner, const layer_traits &traits);
     ~layer_surface();
     layer_surface(const layer_surface &) = delete;
@@ -47,7 +47,7 @@ public:
 
     bool auto_draw = true;
 
-    // Wishes, sent with the next commit.
+    // Requests that are sent with the next commit.
     void size(uint32_t width, uint32_t height);
     void anchor(uint32_t edges);
     void zone(int32_t pixels);
@@ -58,8 +58,8 @@ public:
     void commit();
     void draw(test::size s); // and commits
     void unmap(); // attaches nothing and commits
-    void adopt(xdg_popup *popup); // becomes the parent of a popup that has none
-    void destroy_surface(); // before its role: a client's mistake
+    void adopt(xdg_popup *popup); // becomes the parent of a popup without one
+    void destroy_surface(); // before its role, which is a client's mistake
     void destroy();
 
     [[nodiscard]] int configure_count() const { return configures; }
@@ -79,7 +79,7 @@ private:
     zwlr_layer_surface_v1 *object = nullptr;
     int configures = 0, close_events = 0;
     test::size told{0, 0};
-    int unmapped_at = 0; // the round trip after which no configure from before the unmap can come
+    int unmapped_at = 0; // round trip after which no configure from before the unmap can arrive
 };
 
 } // namespace test

@@ -67,7 +67,7 @@ session_lock::session_lock(client &c)
     ext_session_lock_v1_add_listener(object, &listener, this);
 }
 
-// The end of a client must not be a protocol error: one that holds the lock unlocks.
+// Destroying an active lock would be a protocol error, so a client that holds the lock unlocks the session.
 session_lock::~session_lock()
 {
     if (object != nullptr && is_locked)

@@ -11,7 +11,7 @@ namespace test
 
 class session_lock;
 
-// What a lock shows on one output.
+// A lock's surface on one output.
 class lock_surface
 {
 public:
@@ -48,14 +48,14 @@ public:
     session_lock(const session_lock &) = delete;
     session_lock &operator=(const session_lock &) = delete;
 
-    // The name is what events are told with. Its address stays.
+    // Creates a surface on an output. Events are recorded with the name. Its address never changes.
     lock_surface &cover(const std::string &name, wl_output *output);
     void unlock();
-    // Only one that was never locked, or was refused, may do that.
+    // Only a lock that was never active, or that was refused, may be destroyed.
     void destroy();
 
     [[nodiscard]] bool locked() const { return is_locked; }
-    // The compositor will not lock for this client, or has given up its lock.
+    // Returns true if the compositor has refused the lock or given it up.
     [[nodiscard]] bool finished() const { return is_finished; }
     [[nodiscard]] client &owner() const { return *owned_by; }
 
@@ -64,7 +64,7 @@ private:
     friend class lock_surface;
     client *owned_by;
     proxy<ext_session_lock_manager_v1> manager;
-    ext_session_lock_v1 *object; // how it ends depends on its state
+    ext_session_lock_v1 *object; // its state decides which request may destroy it
     std::list<lock_surface> surfaces;
     bool is_locked = false, is_finished = false;
 };

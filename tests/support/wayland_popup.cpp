@@ -26,7 +26,7 @@ struct popup_events {
         popup &p = self(data);
         p.configures++;
         xdg_surface_ack_configure(role, serial);
-        if (p.when == popup::draws::always && !p.done) // the last configure may come late
+        if (p.when == popup::draws::always && !p.done) // the last configure may arrive late
             p.owned_by->paint(p.surface, p.last_size, 0xffd0d0d0);
     }
 };

@@ -1,4 +1,4 @@
-// Menus and decoration objects of a test's windows.
+// Menus and decoration objects for a test's windows.
 #pragma once
 
 #include "wayland_client.hpp"
@@ -8,8 +8,8 @@
 namespace test
 {
 
-// Where a popup wants to be, in its parent's window geometry. Anchor and gravity are the bottom right
-// corners, so that it hangs below its anchor like a menu.
+// Where a popup wants to be, in its parent's window geometry. Its anchor and gravity are at the bottom right,
+// so that it hangs below its anchor like a menu.
 struct placement {
     int x = 0, y = 0; // of the anchor point
     test::size size{100, 60};
@@ -21,8 +21,9 @@ class popup
 public:
     enum class draws : bool { never, always };
 
-    // Opens it, up to its first commit. The parent's surface must have its role. It acks, and draws at each
-    // configure. With a seat it grabs the input, for the press of that serial.
+    // Opens a popup up to its first commit. The parent's surface must have its role. The popup acks each
+    // configure and then draws. With a seat it grabs the input, and `serial` is that of the press which
+    // opened it.
     popup(window &parent, const placement &where, draws when = draws::always, const seat *grabs = nullptr,
           uint32_t serial = 0);
     popup(popup &parent, const placement &where);
@@ -33,17 +34,17 @@ public:
     popup(const popup &) = delete;
     popup &operator=(const popup &) = delete;
 
-    // Destroys the popup and keeps its xdg_surface; then another popup of the same surface.
+    // Destroys the popup but keeps its xdg_surface. The second call makes another popup of that surface.
     void drop_role();
     void take_role_again(xdg_surface *parent, const placement &where);
     void attach_nothing(); // and commits
     void reposition(const placement &where, uint32_t token);
     void grab(const seat &grabs, uint32_t serial);
-    void destroy_surface(); // before its role: a client's mistake
+    void destroy_surface(); // before its role, which is a client's mistake
     void destroy();
 
     [[nodiscard]] int configure_count() const { return configures; }
-    // Relative to the parent's window geometry, as the compositor decided.
+    // The place that the compositor chose, relative to the parent's window geometry.
     [[nodiscard]] int x() const { return last_x; }
     [[nodiscard]] int y() const { return last_y; }
     [[nodiscard]] test::size size() const { return last_size; }
@@ -66,10 +67,10 @@ private:
     bool done = false;
 };
 
-// Of zxdg_toplevel_decoration_v1_mode.
+// The values of zxdg_toplevel_decoration_v1_mode.
 enum title_bar_mode : uint32_t { CLIENT_SIDE = 1, SERVER_SIDE = 2 };
 
-// What xdg-decoration says of a window.
+// A window's object of xdg-decoration.
 class decoration
 {
 public:
@@ -78,7 +79,7 @@ public:
     decoration(const decoration &) = delete;
     decoration &operator=(const decoration &) = delete;
 
-    void ask(uint32_t mode); // any number
+    void ask(uint32_t mode); // may be an invalid value
     void ask_nothing();
     [[nodiscard]] uint32_t mode() const { return last_mode; } // 0 before the first answer
     [[nodiscard]] int answers() const { return mode_events; }

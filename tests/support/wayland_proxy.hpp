@@ -1,4 +1,4 @@
-// Owners of client-side protocol objects.
+// Handles that own client-side protocol objects.
 #pragma once
 
 #include <memory>

@@ -1,6 +1,6 @@
-// A client's keyboard and pointer. What they hear is kept as text, in order: "keys enter editor",
-// "key down 30", "modifiers 1 0 0", "pointer enter editor 10,20", "motion 11,20", "button down 272",
-// "axis 0 15", "pointer leave editor".
+// A client's keyboard and pointer. They record their events as text, in order: "keys enter editor", "key down
+// 30", "modifiers 1 0 0", "pointer enter editor 10,20", "motion 11,20", "button down 272", "axis 0 15",
+// "pointer leave editor".
 #pragma once
 
 #include "wayland_client.hpp"
@@ -20,7 +20,7 @@ public:
     seat &operator=(const seat &) = delete;
 
     [[nodiscard]] uint32_t capabilities() const { return offered; } // of wl_seat_capability
-    // Everything heard since the last call.
+    // Returns all events since the last call.
     std::vector<std::string> take();
     [[nodiscard]] bool heard(const std::string &event) const;
     [[nodiscard]] const std::string &last_motion() const { return motion; }
@@ -31,11 +31,11 @@ public:
     [[nodiscard]] int repeat_delay() const { return delay; }
     [[nodiscard]] int frames() const { return frame_events; }
 
-    // Serials of the last press of a button or key, and of the last time the pointer came in.
+    // The serials of the last press of a button or key, and of the pointer's last entry.
     [[nodiscard]] uint32_t press_serial() const { return press; }
     [[nodiscard]] uint32_t enter_serial() const { return enter; }
 
-    // The surface becomes the cursor; null hides it.
+    // Makes the surface the cursor. Null hides the cursor.
     void set_cursor(wl_surface *surface, int hotspot_x, int hotspot_y);
     void set_shape(uint32_t shape); // of wp_cursor_shape_device_v1_shape
 

@@ -74,7 +74,7 @@ struct tablet_events {
         note(data, "button {} {}", state == ZWP_TABLET_TOOL_V2_BUTTON_STATE_PRESSED ? "down" : "up", code);
     }
 
-    // What a pad has besides buttons is not listened to.
+    // The client ignores the rings, strips and dials of a pad.
     static void pad_group(void *, zwp_tablet_pad_v2 *, zwp_tablet_pad_group_v2 *group)
     {
         zwp_tablet_pad_group_v2_destroy(group);

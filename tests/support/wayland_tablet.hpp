@@ -1,6 +1,6 @@
-// What a client hears of drawing tablets, as text in order: "tablet pad-one", "pen" when a tool has been
-// described, "in editor" when it comes near, "motion 10,20", "pressure 32767", "distance 100", "tilt 5,-5",
-// "down", "up", "button down 331", "out", "tablet removed", "pen removed".
+// The events of drawing tablets that a client receives, as text in order: "tablet pad-one", "pen" when a tool
+// has been described, "in editor" when it comes near, "motion 10,20", "pressure 32767", "distance 100", "tilt
+// 5,-5", "down", "up", "button down 331", "out", "tablet removed", "pen removed".
 #pragma once
 
 #include "wayland_seat.hpp"
@@ -20,7 +20,7 @@ public:
 
     std::vector<std::string> take();
     [[nodiscard]] bool heard(const std::string &event) const;
-    // The last tool's cursor; null hides it. Only while the tool is near.
+    // Sets the cursor of the last tool; null hides it. It has an effect only while the tool is near.
     void set_cursor(wl_surface *surface, int hotspot_x, int hotspot_y);
 
 private:

@@ -1,5 +1,5 @@
-// The two ends of an input method: the client with a text field, and the one that writes into it. What they
-// hear is kept as text, in order.
+// The two sides of text input: a client with a text field, and an input method that writes into it. They
+// record their events as text, in order.
 #pragma once
 
 #include "wayland_seat.hpp"
@@ -7,7 +7,8 @@
 namespace test
 {
 
-// A text field. Hears "enter editor", "leave editor", "preedit ni 2-2", "commit text", "delete 3,0", "done".
+// A text field. It records "enter editor", "leave editor", "preedit ni 2-2", "commit text", "delete 3,0" and
+// "done".
 class text_input
 {
 public:
@@ -16,7 +17,7 @@ public:
     text_input(const text_input &) = delete;
     text_input &operator=(const text_input &) = delete;
 
-    // They count for the compositor with the next commit.
+    // These take effect with the next commit.
     void enable();
     void disable();
     void surrounding(const std::string &text, int cursor, int anchor);
@@ -35,8 +36,9 @@ private:
     std::vector<std::string> events;
 };
 
-// Hears "activate", "deactivate", "surrounding text 2,4", "content 0 8", "cause 1", "done", "unavailable", of
-// a popup "rectangle 1,2 3x4", and while it holds the keyboard "key down 30" and "modifiers 1 0 0".
+// Records "activate", "deactivate", "surrounding text 2,4", "content 0 8", "cause 1", "done" and
+// "unavailable". For a popup it records "rectangle 1,2 3x4", and while it grabs the keyboard "key down 30"
+// and "modifiers 1 0 0".
 class input_method
 {
 public:
@@ -45,13 +47,13 @@ public:
     input_method(const input_method &) = delete;
     input_method &operator=(const input_method &) = delete;
 
-    // They count with the next commit.
+    // These take effect with the next commit.
     void preedit(const std::string &text, int cursor_begin, int cursor_end);
     void commit_string(const std::string &text);
     void delete_surrounding(uint32_t before, uint32_t after);
     void commit();
 
-    // The surface shows what the method offers, beside the text.
+    // Shows the surface beside the text as the method's popup.
     void show_popup(wl_surface *surface);
     void close_popup();
 

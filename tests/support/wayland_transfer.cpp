@@ -42,7 +42,7 @@ const std::string &incoming_text::read()
     return text;
 }
 
-// Short enough for a pipe's buffer.
+// The text must be short enough for a pipe's buffer.
 static void send_text(const std::string &text, int fd)
 {
     if (write(fd, text.data(), text.size()) != ssize_t(text.size()))
@@ -94,7 +94,7 @@ struct clipboard_events {
     }
     static void drop(void *data, wl_data_device *)
     {
-        self(data).dropped = true; // the offer stays until it is finished
+        self(data).dropped = true; // the offer stays until the drag is finished
         note(data, "drop");
     }
 

@@ -1,4 +1,4 @@
-// Clipboard, primary selection and drag and drop of a client. All offers are one text as "text/plain".
+// A client's clipboard, primary selection, and drag and drop. Every offer is one text as "text/plain".
 #pragma once
 
 #include "wayland_seat.hpp"
@@ -6,7 +6,7 @@
 namespace test
 {
 
-// A pipe whose other end somebody writes into.
+// A pipe that somebody else writes a text into.
 class incoming_text
 {
 public:
@@ -15,9 +15,9 @@ public:
     incoming_text(const incoming_text &) = delete;
     incoming_text &operator=(const incoming_text &) = delete;
 
-    // The end to write into; the caller closes it.
+    // Returns the end to write into, which the caller closes.
     [[nodiscard]] int open();
-    // What has arrived so far.
+    // Returns the text that has arrived so far.
     const std::string &read();
 
 private:
@@ -25,9 +25,8 @@ private:
     std::string text;
 };
 
-// What happens to drags is kept as text: "drag enter target 10,20", "drag motion 11,20", "drag leave",
-// "drop", and for one's own: "source target text/plain", "source cancelled", "source dropped",
-// "source finished".
+// Records drags as text: "drag enter target 10,20", "drag motion 11,20", "drag leave" and "drop". For its own
+// drags it records "source target text/plain", "source cancelled", "source dropped" and "source finished".
 class clipboard
 {
 public:
@@ -41,7 +40,7 @@ public:
     [[nodiscard]] bool has_offer() const { return selection != nullptr; }
     void paste(incoming_text &into);
 
-    // The icon may be null. Without `text` the drag has no source and stays within the client.
+    // The icon may be null. Without `text`, the drag has no source and stays within the client.
     void start_drag(window &origin, wl_surface *icon, const std::optional<std::string> &text,
                     uint32_t serial);
     void accept_drag(uint32_t enter_serial);

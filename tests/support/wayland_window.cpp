@@ -1,4 +1,4 @@
-// The window of a test's client.
+// The windows of a test's client.
 
 #include "wayland_client.hpp"
 

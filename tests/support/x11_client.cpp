@@ -76,7 +76,7 @@ x11_client::~x11_client()
         xcb_disconnect(connection);
 }
 
-// The library waits for the greeting of the X server, which starts only when the compositor sees the
+// The library waits until the X server greets it, and the X server starts only when the compositor sees the
 // connection.
 void x11_client::connect_and_prepare()
 {
@@ -133,7 +133,7 @@ static uint32_t window_of(const xcb_generic_event_t &event)
     case XCB_MOTION_NOTIFY:
     case XCB_ENTER_NOTIFY:
     case XCB_LEAVE_NOTIFY:
-        return as<xcb_button_press_event_t>(event).event; // the same place in each of them
+        return as<xcb_button_press_event_t>(event).event; // each of these events has the field at this place
     default:
         return 0;
     }
@@ -361,7 +361,7 @@ void x11_window::forge_configure_request(int width, int height)
     send_to_root(&request);
 }
 
-// These events begin alike: the parent, or the window again, and then the window.
+// These events begin alike: first the parent, or the window itself, and then the window.
 void x11_window::forge_event(uint8_t type)
 {
     struct {
@@ -436,7 +436,7 @@ void x11_window::handle(const xcb_generic_event_t &event)
         break;
     case XCB_FOCUS_IN:
     case XCB_FOCUS_OUT:
-        // Where nobody has the focus, the window under the X server's own pointer hears of it too.
+        // When no window has the focus, the one under the X server's own pointer receives these events too.
         if (as<xcb_focus_in_event_t>(event).detail != XCB_NOTIFY_DETAIL_POINTER)
             focused = (event.response_type & 0x7f) == XCB_FOCUS_IN;
         break;

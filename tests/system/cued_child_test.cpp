@@ -1,4 +1,4 @@
-// The program that tests of supervision let crash.
+// The child program that crashes on demand in tests of supervision.
 
 #include "support/cue.hpp"
 #include "support/process.hpp"

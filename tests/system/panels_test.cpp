@@ -1,4 +1,4 @@
-// Panels and wallpapers of other people's making, in the real compositor.
+// Panels and wallpaper programs that others wrote, in the real compositor.
 
 #include "support/real_session.hpp"
 
@@ -18,7 +18,7 @@ struct panels : test::real_session {
         world.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + (world.directory() / "bus").string();
     }
 
-    // The upper edge of the only window; -1 when there is none.
+    // Returns the upper edge of the only window, or -1 when there is none.
     [[nodiscard]] int window_top() const
     {
         const std::string list = output_of({"windows"});

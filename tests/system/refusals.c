@@ -1,4 +1,4 @@
-// Preload library for tests: makes chosen calls of the library fail, as hardware would.
+// A library that tests preload. It makes chosen calls of wlroots fail, as they do when hardware fails.
 // VANTORE_TEST_REFUSE names the call.
 #define _GNU_SOURCE
 #include <dlfcn.h>
@@ -18,7 +18,7 @@ bool wlr_backend_start(void *backend)
 	return !refused("start") && next(backend);
 }
 
-// The library itself relies on the truth.
+// wlroots itself relies on the true answer.
 static bool asked_by_the_compositor(void *return_address)
 {
 	Dl_info caller;

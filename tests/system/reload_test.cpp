@@ -1,4 +1,4 @@
-// The real binary starts programs of the user for real, and reloads on a real signal.
+// The real binary really starts the user's programs, and reloads on a real signal.
 
 #include "support/process.hpp"
 
@@ -22,8 +22,9 @@ struct programs : testing::Test {
         world.environment["PATH"] = (world.directory() / "bin").string() + ":" + world.environment["PATH"];
     }
 
-    // A program in PATH that writes a file: its arguments, one a line, and then the mask of signals that it
-    // blocks. The shell reads that itself, since it blocks more while it starts others.
+    // Writes a program into PATH. The program records its arguments, one a line, and then the mask of signals
+    // that it blocks. The shell itself reads that mask, because it blocks more signals while it starts other
+    // programs.
     void recording_program(const std::string &name) const
     {
         const auto path = world.directory() / "bin" / name;
@@ -42,7 +43,7 @@ mv '{0}.new' '{0}'
         return world.directory() / (name + ".record");
     }
 
-    // What the program wrote when it last ran; empty when it never did.
+    // Returns what the program wrote when it last ran, or an empty text if it never ran.
     [[nodiscard]] std::string recorded(const std::string &name) const
     {
         (void)eventually([&] { return std::filesystem::exists(record(name)); });
@@ -84,7 +85,7 @@ TEST_F(programs, of_both_autostart_sources_run_and_can_be_hung_up)
     end(compositor);
 }
 
-// Zombies too.
+// Includes zombies.
 std::string children_of(pid_t pid)
 {
     std::ifstream file{std::format("/proc/{0}/task/{0}/children", pid)};

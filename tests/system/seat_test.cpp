@@ -1,4 +1,4 @@
-// A script's hand on the pointer, in real programs.
+// Scripts move the pointer and press its buttons in real programs.
 
 #include "support/real_session.hpp"
 
@@ -12,13 +12,13 @@ namespace
 {
 
 struct scripted_seat : test::real_session {
-    // Clients have a pointer only once there is a device: a virtual keyboard will do.
+    // Clients have a pointer only once there is a device. A virtual keyboard is enough.
     scripted_seat()
     {
         EXPECT_THAT(run({"wtype", "-M", "shift", "-m", "shift"}).wait(), testing::Optional(0));
     }
 
-    // The content of the only window; of width 0 when there is none.
+    // The content of the only window; its width is 0 when there is none.
     struct box {
         int x = 0, y = 0, width = 0, height = 0;
     };
@@ -36,7 +36,7 @@ struct scripted_seat : test::real_session {
                 .height = std::stoi(found[4])};
     }
 
-    // A place in the window, for a command.
+    // Returns a point of the window in layout coordinates, as a command takes it.
     [[nodiscard]] std::string at(int x, int y) const
     {
         const box w = window();
@@ -59,7 +59,7 @@ std::string contents(const std::filesystem::path &path)
     return {std::istreambuf_iterator<char>{file}, {}};
 }
 
-// The terminal writes what it hears of the mouse as ESC [ < BUTTON ; COLUMN ; ROW and M, or m for a release.
+// The terminal writes mouse events as ESC [ < BUTTON ; COLUMN ; ROW, followed by M, or by m for a release.
 TEST_F(scripted_seat, points_clicks_drags_and_scrolls_in_a_terminal)
 {
     const auto mouse = world.directory() / "mouse";
@@ -71,7 +71,7 @@ TEST_F(scripted_seat, points_clicks_drags_and_scrolls_in_a_terminal)
     };
     EXPECT_TRUE(eventually([&] {
         seat("move " + at(100, 100));
-        seat("move " + at(200, 200)); // the first ones come before the terminal is ready
+        seat("move " + at(200, 200)); // the first commands run before the terminal is ready
         return contents(mouse).contains("\033[<35;");
     })) << foot.output();
     seat("click " + at(150, 150));
@@ -86,13 +86,13 @@ TEST_F(scripted_seat, points_clicks_drags_and_scrolls_in_a_terminal)
     EXPECT_TRUE(hears("\033\\[<64;")) << contents(mouse);
 }
 
-// More than a blinking text cursor and the look of what is under the pointer.
+// A blinking text cursor and a highlight under the pointer change fewer pixels than a menu does.
 bool shows_a_menu(const test::image &now, const test::image &before)
 {
     return !now.argb.empty() && test::compare(now, before, 0).pixels > 3000;
 }
 
-// The lowest row in which many pixels differ.
+// Returns the lowest row in which many pixels differ.
 int lower_edge(const test::image &now, const test::image &before)
 {
     const test::image differs = test::compare(now, before, 0).picture;

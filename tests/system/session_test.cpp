@@ -1,4 +1,4 @@
-// The real binary: its ends, its signals, and real programs in it.
+// The real binary: how it ends, its signals, and real programs in it.
 
 #include "support/picture.hpp"
 #include "support/process.hpp"
@@ -25,7 +25,7 @@ namespace
 {
 
 struct session : testing::Test {
-    // The last line of the log, without its stamp, level and place.
+    // Returns the last line of the log without its time stamp, level and source position.
     static std::string last_message(const std::string &log)
     {
         const size_t line = log.rfind('\n', log.size() - 2) + 1;
@@ -43,7 +43,7 @@ struct session : testing::Test {
         return {command, with_display};
     }
 
-    // A connection to a socket in the runtime directory; -1 when there is none.
+    // Connects to a socket in the runtime directory. Returns -1 when there is none.
     [[nodiscard]] int connect_to(const std::string &name) const
     {
         const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -77,7 +77,7 @@ TEST_F(session, ends_with_1_when_there_is_no_backend)
     EXPECT_EQ(last_message(compositor.output()), "vantore-comp: backend failed");
 }
 
-// What the dynamic linker said when it looked up a call that the binary makes.
+// Returns the dynamic linker's message about how it resolved a call of the binary, or "none".
 std::string binding_of(const std::string &all, const std::string &call)
 {
     std::istringstream lines{all};
@@ -87,10 +87,10 @@ std::string binding_of(const std::string &all, const std::string &call)
     return "none";
 }
 
-// Two libraries define these calls.
+// Two libraries define these functions.
 TEST_F(session, takes_the_scene_from_the_library_with_effects)
 {
-    world.environment["WLR_BACKENDS"] = "nonsense"; // it ends once it has been linked
+    world.environment["WLR_BACKENDS"] = "nonsense"; // the session ends right after the dynamic linking
     world.environment["LD_DEBUG"] = "bindings";
     world.environment["LD_DEBUG_OUTPUT"] = world.directory() / "bindings";
     test::process compositor = start();
@@ -105,7 +105,7 @@ TEST_F(session, ends_with_1_and_advice_when_there_is_no_renderer)
 {
     world.environment.erase("WLR_RENDERER_ALLOW_SOFTWARE");
     world.environment.erase("WLR_RENDERER_FORCE_SOFTWARE");
-    world.environment["WLR_RENDER_DRM_DEVICE"] = "/dev/null"; // also where there is a GPU
+    world.environment["WLR_RENDER_DRM_DEVICE"] = "/dev/null"; // so that a real GPU is not used
     test::process compositor = start();
     EXPECT_THAT(compositor.wait(), Optional(1));
     EXPECT_EQ(last_message(compositor.output()),
@@ -151,7 +151,7 @@ TEST_F(session, goes_on_without_virtual_outputs_on_a_backend_that_takes_no_other
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
 
-TEST_F(session, goes_on_without_x11_programs_and_leaves_the_display_of_its_environment)
+TEST_F(session, goes_on_without_an_x_server_and_keeps_the_display_that_it_inherited)
 {
     world.environment["VANTORE_TEST_REFUSE"] = "xwayland";
     const auto display = world.directory() / "display";
@@ -181,7 +181,7 @@ TEST_P(ended_by, a_signal_in_order)
 
 INSTANTIATE_TEST_SUITE_P(all, ended_by, testing::Values(SIGINT, SIGTERM));
 
-TEST_F(session, takes_a_signal_at_any_moment_of_its_start_as_the_end)
+TEST_F(session, ends_on_a_signal_at_any_moment_of_its_start)
 {
     for (const char *moment : {"Creating headless backend", "Shaders Initialized",
                                "Starting headless backend", "output HEADLESS-1 online"}) {
@@ -201,7 +201,7 @@ TEST_F(session, ignores_broken_pipes)
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
 
-// Connects as a client would and leaves without a word; many times, with half a request.
+// Each client connects, sends the first bytes of a request and leaves.
 TEST_F(session, survives_clients_that_vanish_in_the_middle_of_a_request)
 {
     test::process compositor = start();
@@ -218,7 +218,7 @@ TEST_F(session, survives_clients_that_vanish_in_the_middle_of_a_request)
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
 
-// A screenshot of the session, empty when it could not be taken.
+// Takes a screenshot of the session. Returns an empty picture on failure.
 test::image screenshot(session &s, const std::filesystem::path &path)
 {
     test::process grim = s.client({"grim", path});
@@ -281,7 +281,7 @@ TEST_F(session, types_into_a_terminal_through_a_virtual_keyboard)
     test::process foot =
         client({"foot", "sh", "-c", "touch " + ready.string() + "; cat > " + typed.string()});
     ASSERT_TRUE(eventually([&] { return std::filesystem::exists(ready); })) << foot.output();
-    // The first keys come while the terminal still learns that there is a keyboard.
+    // The first keys arrive while the terminal is still learning that there is a keyboard.
     EXPECT_TRUE(eventually([&] {
         return type(*this, {"Grüße, 世界!", "-k", "Return"}) && contents(typed).contains("\nGrüße, 世界!\n");
     }));
@@ -289,7 +289,7 @@ TEST_F(session, types_into_a_terminal_through_a_virtual_keyboard)
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
 
-// A hand and fingers in a session that runs elsewhere.
+// A user who types in a session that runs in another process.
 class remote_user
 {
 public:
@@ -330,7 +330,7 @@ private:
     std::unique_ptr<test::virtual_keyboard> keyboard;
 };
 
-// More than a blinking text cursor.
+// A blinking text cursor changes fewer pixels.
 bool differs(const test::image &one, const test::image &other)
 {
     return !one.argb.empty() && test::compare(one, other, 0).pixels > 3000;
@@ -350,7 +350,7 @@ TEST_F(session, opens_and_uses_the_menus_of_a_toolkit_program)
         << editor.output();
     remote_user user{connect_to("wayland-0")};
     ASSERT_TRUE(eventually([&] {
-        user.tap(KEY_ESC); // the last one may just have been late for the picture
+        user.tap(KEY_ESC); // the last one may have come just too late for the picture
         user.tap(KEY_F10);
         return differs(screenshot(*this, path), without_menu);
     })) << editor.output();

@@ -1,4 +1,5 @@
-// vantore-msg and the answers of a compositor that the test plays: whole, late, damaged, missing.
+// vantore-msg receives answers that are whole, late, damaged or missing, from a compositor that the test
+// plays.
 
 #include "ipc/protocol.hpp"
 #include "support/made_up_compositor.hpp"
@@ -42,7 +43,7 @@ struct vantore_msg : testing::Test {
         return {words, world.environment};
     }
 
-    // A line of shell in which $msg is the program and . a directory of the test's.
+    // Runs a line of shell, in which $msg is the program and . is a directory of the test.
     [[nodiscard]] test::process shell(const std::string &line) const
     {
         test::variables with_program = world.environment;
@@ -118,7 +119,7 @@ TEST_F(vantore_msg, takes_a_reply_of_megabytes)
     EXPECT_EQ(fs::file_size(directory / "listing"), reply.size() + 1);
 }
 
-// The master's end of a terminal that a child writes on.
+// The master end of a terminal that a child writes to.
 class terminal
 {
 public:
@@ -139,7 +140,7 @@ public:
     terminal &operator=(const terminal &) = delete;
 
     [[nodiscard]] std::string name() const { return ptsname(fd); }
-    // What the child, which has ended, wrote.
+    // Returns what the child wrote. The child must have ended.
     [[nodiscard]] std::string text() const
     {
         std::string text;
@@ -235,7 +236,7 @@ TEST_F(vantore_msg, ends_a_subscription_when_nobody_reads_the_lines_any_more)
     (void)compositor.hear();
     compositor.say(test::ipc_frame_of(VNT_MSG_SUBSCRIBE, success) +
                    test::ipc_frame_of(VNT_EVT_WINDOWS | ipc_event_bit, ""));
-    EXPECT_THAT(msg.wait(), Optional(0)); // the shell waits for both
+    EXPECT_THAT(msg.wait(), Optional(0)); // the shell waits for both programs
     EXPECT_EQ(msg.output(), "windows\n");
 }
 
@@ -247,8 +248,8 @@ TEST_F(vantore_msg, reports_a_refused_subscription)
     EXPECT_EQ(msg.output(), "vantore-msg: the compositor gives no events\n");
 }
 
-// Opaque red, half transparent green (premultiplied), transparent with colour left over, more colour than
-// alpha.
+// Opaque red, half transparent green (premultiplied), a transparent pixel with colour left over, and a pixel
+// with more colour than alpha.
 constexpr std::array<uint32_t, 4> captured{0xff0000ff, 0x80008000, 0x00ffffff, 0x404040ff};
 constexpr std::array<uint32_t, 4> straight{0xffff0000, 0x8000ff00, 0x00000000, 0x40ffffff};
 const char *const two_by_two = R"({"ok":true,"kind":"shm","w":2,"h":2,"stride":8})";

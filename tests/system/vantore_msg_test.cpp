@@ -1,4 +1,4 @@
-// vantore-msg against the real compositor, as people and scripts use it.
+// vantore-msg and the real compositor, as people and scripts use them.
 
 #include "support/places.hpp"
 #include "support/real_session.hpp"
@@ -24,7 +24,7 @@ TEST_F(message_tool, prints_json_into_a_pipe)
     EXPECT_THAT(output_of({"outputs"}), HasSubstr("\"name\":\"HEADLESS-1\""));
 }
 
-TEST_F(message_tool, tells_events_until_it_is_interrupted)
+TEST_F(message_tool, prints_events_until_it_is_interrupted)
 {
     test::process watcher = message({"subscribe"});
     EXPECT_TRUE(test::eventually([&] {
@@ -112,7 +112,7 @@ TEST(message_tool_alone, says_that_nobody_answers)
     EXPECT_THAT(tool.output(), HasSubstr("can't reach the compositor at "));
 }
 
-// Windows of a real terminal, and what the queries tell of them before and after a command.
+// Windows of a real terminal. The tests compare what the queries say before and after a command.
 struct window_commands : message_tool {
     window_commands()
     {
@@ -133,7 +133,7 @@ struct window_commands : message_tool {
     }
     [[nodiscard]] std::string windows() const { return output_of({"windows"}); }
     [[nodiscard]] std::string workspaces() const { return output_of({"workspaces"}); }
-    // The windows' objects, in the order of raising.
+    // Returns the JSON object of a window, without its last brace.
     [[nodiscard]] std::string of_window(const std::string &app) const
     {
         const std::string all = windows();

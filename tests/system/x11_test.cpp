@@ -19,7 +19,7 @@ struct x11_programs : test::real_session {
         world.environment["DISPLAY"] = display();
         world.environment["LC_ALL"] = "C.UTF-8";
     }
-    // The X display whose lock the compositor holds.
+    // Returns the X display whose lock file the compositor holds.
     [[nodiscard]] std::string display() const
     {
         for (int number = 0; number < 33; number++) {
@@ -41,7 +41,8 @@ struct x11_programs : test::real_session {
         std::ifstream file{world.directory() / name};
         return {std::istreambuf_iterator<char>{file}, {}};
     }
-    // Into the file "typed". The first key brings a new keymap, which the X server takes its time to compile.
+    // Types into the file "typed". The first key brings a new keymap, and the X server needs time to compile
+    // it.
     [[nodiscard]] bool types(const std::string &text) const
     {
         return eventually([&] {
@@ -83,8 +84,8 @@ TEST_F(x11_programs, may_still_be_starting_when_the_session_ends)
     EXPECT_TRUE(compositor.says("Starting Xwayland")) << compositor.output();
 }
 
-// As a launcher does: a window that no window manager has a say in, and that reads the keyboard below the
-// pointer.
+// Launchers work like this: no window manager manages their window, and it reads the keyboard while the
+// pointer is over it.
 TEST_F(x11_programs, may_read_the_keyboard_in_a_window_of_their_own_placing)
 {
     test::process launcher =
@@ -120,7 +121,7 @@ TEST_F(x11_programs, enter_and_leave_fullscreen_and_call_for_attention)
     ASSERT_TRUE(eventually([&] { return windows().contains(R"("focused":true)"); })) << xterm.output();
     const auto flips_to = [&](const char *state) {
         return eventually([&] {
-            test::process key = run({"xdotool", "key", "alt+Return"}); // xterm's own for it
+            test::process key = run({"xdotool", "key", "alt+Return"}); // xterm's own binding for fullscreen
             return key.wait() == 0 &&
                    eventually([&] { return windows().contains(state); }, std::chrono::seconds{8});
         });

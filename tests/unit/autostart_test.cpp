@@ -1,4 +1,4 @@
-// What a session starts by itself: lines of autostart.conf and desktop entries.
+// Which programs a session starts by itself: the lines of autostart.conf and the desktop entries.
 
 #include "session/autostart.hpp"
 #include "session/desktop_entry.hpp"
@@ -26,7 +26,7 @@ struct autostart : testing::Test {
         std::ofstream{entries / name} << text;
     }
 
-    // What an entry with these lines in its section runs; empty for nothing.
+    // Returns what an entry with these lines in its section runs, or an empty text for nothing.
     [[nodiscard]] std::string run_by(std::string_view lines) const
     {
         const size_t before = world.spawned().size();
@@ -35,7 +35,7 @@ struct autostart : testing::Test {
         return world.spawned().size() > before ? world.spawned().back() : "";
     }
 
-    // An executable in PATH, or another file there.
+    // Writes a file into a directory of PATH, executable by default.
     void program(const std::string &name, mode_t mode = 0755) const
     {
         const auto path = world.directory() / "bin" / name;
@@ -96,7 +96,7 @@ TEST_F(autostart, passes_over_what_is_no_readable_file)
     EXPECT_THAT(world.spawned(), ElementsAre("good"));
 }
 
-TEST_F(autostart, lies_in_the_users_configuration_and_nowhere_else)
+TEST_F(autostart, reads_desktop_entries_only_from_the_users_configuration)
 {
     const auto at_home = world.directory() / "home" / ".config" / "autostart";
     std::filesystem::create_directories(at_home);
@@ -226,7 +226,7 @@ TEST(token_listed, compares_whole_entries)
         EXPECT_EQ(autostart_token_listed(c.list, c.token), c.listed) << c.list << " has " << c.token;
 }
 
-TEST(show_here, asks_for_one_of_the_two_names_and_for_none_of_them)
+TEST(show_here, heeds_lists_of_desktops_to_show_and_not_to_show_in)
 {
     EXPECT_TRUE(autostart_show_here("", ""));
     EXPECT_TRUE(autostart_show_here("Vantore;", ""));
@@ -257,7 +257,7 @@ TEST(field_codes, are_removed_and_two_percent_signs_are_one)
     }
 }
 
-TEST(field_codes, leave_what_fits)
+TEST(field_codes, are_cut_to_the_space_for_the_result)
 {
     std::array<char, 1024> out{};
     autostart_strip_fields(std::string(2000, 'x') + "%%", out);
@@ -294,7 +294,7 @@ TEST_F(autostart, builds_paths_of_up_to_1023_characters)
 {
     program("prog");
     const std::string bin = world.directory() / "bin";
-    const auto of_length = [&](size_t length) { // of the whole path, with slashes that mean nothing
+    const auto of_length = [&](size_t length) { // the whole path; extra slashes mean nothing
         setenv("PATH", (bin + std::string(length - bin.size() - 5, '/')).c_str(), 1);
         return autostart_prog_ok("prog");
     };

@@ -1,4 +1,4 @@
-// Who hears of an announcement.
+// Who receives an announcement, and in which order.
 
 #include "broadcast.hpp"
 
@@ -45,7 +45,7 @@ TEST_F(broadcast, reaches_receivers_in_the_order_in_which_they_registered)
     EXPECT_THAT(heard, ElementsAre("first 2", "second 2"));
 }
 
-TEST_F(broadcast, reaches_a_receiver_once_that_registered_twice)
+TEST_F(broadcast, reaches_a_receiver_that_registered_twice_only_once)
 {
     broadcast_listen(first);
     broadcast_listen(first);

@@ -57,7 +57,7 @@ TEST(cairo_buffer, is_at_least_one_pixel_large)
 TEST(cairo_buffer, takes_a_finished_surface_over_with_its_size)
 {
     cairo_surface_t *surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 7, 5);
-    cairo_surface_reference(surface); // ours, to see the other one go
+    cairo_surface_reference(surface); // the test's own reference, which outlives the buffer's
     cairo_buffer *b = cairo_buffer_from_surface(surface);
     EXPECT_EQ(b->base.width, 7);
     EXPECT_EQ(b->base.height, 5);

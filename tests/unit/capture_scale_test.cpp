@@ -1,4 +1,4 @@
-// Pictures made smaller, and put into memory files.
+// Pictures are scaled down and put into memory files.
 
 #include "ipc/capture_scale.hpp"
 #include "ipc/memory_file.hpp"
@@ -33,7 +33,7 @@ TEST(capture_fit, never_enlarges)
     EXPECT_EQ(capture_fit({1000, 500}, 1000), (capture_size{1000, 500}));
 }
 
-TEST(capture_fit, knows_no_limit_of_0)
+TEST(capture_fit, takes_0_for_no_limit)
 {
     EXPECT_EQ(capture_fit({1000, 500}, 0), (capture_size{1000, 500}));
 }

@@ -1,4 +1,4 @@
-// The files that are written where they are missing.
+// The default files, which are written where they are missing.
 
 #include "config/default_texts.hpp"
 #include "config/load.hpp"
@@ -44,7 +44,7 @@ struct default_texts_of : testing::Test {
     std::filesystem::path directory = world.config_directory();
 };
 
-TEST_F(default_texts_of, an_empty_directory_are_seven_byte_for_byte)
+TEST_F(default_texts_of, an_empty_directory_are_these_seven_byte_for_byte)
 {
     config_write_defaults(directory.c_str());
     EXPECT_THAT(written(), testing::UnorderedElementsAreArray(file_names));
@@ -74,7 +74,7 @@ TEST_F(default_texts_of, files_that_exist_are_not_written)
     EXPECT_EQ(contents(directory / "appearance.conf"), expected("appearance.conf"));
 }
 
-TEST_F(default_texts_of, a_deleted_file_come_back_at_the_next_load)
+TEST_F(default_texts_of, a_deleted_file_are_written_again_at_the_next_load)
 {
     const auto server = std::make_unique<vantore_server>();
     config_load(*server);
@@ -91,7 +91,7 @@ TEST_F(default_texts_of, a_directory_that_does_not_exist_are_not_written)
     EXPECT_FALSE(std::filesystem::exists(directory / "missing"));
 }
 
-TEST_F(default_texts_of, what_is_no_file_leave_it_alone)
+TEST_F(default_texts_of, something_that_is_not_a_file_leave_it_alone)
 {
     std::filesystem::create_directory(directory / "rules.conf");
     config_write_defaults(directory.c_str());

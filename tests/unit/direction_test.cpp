@@ -1,4 +1,4 @@
-// How near a window lies in a direction.
+// How far away a window lies in a direction.
 
 #include "workspaces/direction.hpp"
 
@@ -30,7 +30,7 @@ TEST(direction_score, passes_over_what_lies_the_other_way)
     EXPECT_EQ(direction_score(here, {100, 140, 10, 10}, 0, -1), std::nullopt);
 }
 
-TEST(direction_score, asks_for_more_than_a_pixel)
+TEST(direction_score, needs_a_distance_of_more_than_one_pixel)
 {
     EXPECT_EQ(direction_score(here, {101, 100, 10, 10}, 1, 0), std::nullopt);
     EXPECT_EQ(direction_score(here, {101, 100, 11, 10}, 1, 0), 1.5);

@@ -1,4 +1,4 @@
-// Where dragged windows land, and what resizing makes of a box.
+// Where dragged windows land, and how resizing changes a box.
 
 #include "input/drag_zones.hpp"
 
@@ -56,7 +56,7 @@ struct snap_case {
     wlr_box box;
 };
 
-// An odd width and height below a panel.
+// The area has an odd width and height and lies below a panel.
 constexpr wlr_box usable{.x = 1000, .y = 30, .width = 1001, .height = 701};
 const snap_case snap_cases[]{
     {1000, 30, SNAP_TL, {1000, 30, 500, 350}},
@@ -114,7 +114,7 @@ TEST(resize_edges_in, are_eight_pixels_at_three_sides)
     EXPECT_EQ(resize_edges_in(box, 300, 491.9), 0U);
     EXPECT_EQ(resize_edges_in(box, 100, 499), uint32_t(WLR_EDGE_LEFT) | WLR_EDGE_BOTTOM);
     EXPECT_EQ(resize_edges_in(box, 499, 499), uint32_t(WLR_EDGE_RIGHT) | WLR_EDGE_BOTTOM);
-    EXPECT_EQ(resize_edges_in(box, 300, 200), 0U); // never the top
+    EXPECT_EQ(resize_edges_in(box, 300, 200), 0U); // the top edge never counts
     EXPECT_EQ(resize_edges_in(box, 100, 200), WLR_EDGE_LEFT);
     for (const auto &[x, y] : {std::pair{99.9, 300.0}, {500.0, 300.0}, {300.0, 199.9}, {300.0, 500.0}})
         EXPECT_EQ(resize_edges_in(box, x, y), 0U);

@@ -1,4 +1,4 @@
-// Configuration files that nobody would write.
+// Configuration files that nobody would write on purpose.
 
 #include "config/load.hpp"
 #include "config/settings_apply.hpp"
@@ -94,7 +94,7 @@ TEST_F(hostile_config, of_directories_leaves_the_defaults)
     expect_defaults();
 }
 
-// A reader of a FIFO would wait for a writer, and there is none.
+// Somebody who opened a FIFO for reading would wait for a writer, and there is none.
 TEST_F(hostile_config, of_fifos_leaves_the_defaults_and_waits_for_nobody)
 {
     std::filesystem::create_directories(world.config_directory());
@@ -104,7 +104,7 @@ TEST_F(hostile_config, of_fifos_leaves_the_defaults_and_waits_for_nobody)
     expect_defaults();
 }
 
-// While it lives, permissions bind this process even as root.
+// While an object lives, permissions apply to this process even if it runs as root.
 class bound_by_permissions
 {
 public:

@@ -1,4 +1,4 @@
-// Frames of the IPC socket, and the texts of its requests.
+// The frames of the IPC socket, and the texts of its requests.
 
 #include "ipc/frame.hpp"
 #include "ipc/request_text.hpp"

@@ -1,4 +1,4 @@
-// The grammar of keybinds.conf and the default table, against lists of their own.
+// The grammar of keybinds.conf, and the default table against a list of this file's own.
 
 #include "config/commands.hpp"
 #include "config/files.hpp"
@@ -20,7 +20,7 @@ using testing::IsEmpty;
 namespace
 {
 
-// Modifier mask, key, number of the action, argument, command.
+// The modifier mask, the key, the action's number, the argument and the command.
 std::string describe(const vnt_bind &bind)
 {
     std::array<char, 64> key{};
@@ -47,7 +47,7 @@ std::vector<std::string> lines_of(std::string_view text)
     return lines;
 }
 
-// With the logo key, 64, as the modifier.
+// The modifier here is the logo key, 64.
 constexpr const char *defaults = R"(64 1 1 1
 65 1 2 1
 64 2 1 2
@@ -205,7 +205,7 @@ TEST_P(with_any_modifier, alt_and_tab_are_bound)
 INSTANTIATE_TEST_SUITE_P(all, with_any_modifier,
                          testing::Values(WLR_MODIFIER_CTRL, WLR_MODIFIER_ALT, WLR_MODIFIER_LOGO));
 
-TEST_F(keybinds, leave_with_none_or_unbind)
+TEST_F(keybinds, are_removed_by_none_or_unbind)
 {
     read("$mod+f = none\n$mod+q = unbind\n");
     EXPECT_THAT(bound_to("64 f"), IsEmpty());
@@ -257,7 +257,7 @@ TEST_F(keybinds, that_spawn_nothing_are_no_error)
     EXPECT_EQ(g_config_errors, 0);
 }
 
-TEST_F(keybinds, that_were_removed_can_come_back_once)
+TEST_F(keybinds, can_be_added_again_after_they_were_removed)
 {
     read("$mod+b = none\n$mod+b = spawn x\n");
     EXPECT_THAT(bound_to("64 b"), ElementsAre("64 b 6 0 x"));
@@ -301,7 +301,7 @@ TEST_F(keybinds, keep_255_bytes_of_a_command)
     EXPECT_EQ(std::string_view{g_binds[86].spawn.data()}, std::string(255, 'y'));
 }
 
-TEST_F(keybinds, start_from_an_empty_entry)
+TEST_F(keybinds, keep_nothing_of_a_removed_entry)
 {
     add_bind(0, XKB_KEY_a, ACT_SPAWN, 7, "something");
     remove_bind(0, XKB_KEY_a);
@@ -477,7 +477,7 @@ TEST_F(keybinds, that_focus_sideways_focus_left)
 
 TEST_F(keybinds, have_these_verbs)
 {
-    // What stands behind the sign, and the action, argument and command that it makes.
+    // The text after the sign, and the action, argument and command that it becomes.
     const std::vector<std::pair<const char *, const char *>> cases{
         {"workspace 3", "1 3"},
         {"workspace", "1 0"},
@@ -543,7 +543,7 @@ TEST(dir_to_delta, steps_along_one_axis)
     }
 }
 
-// The programs of the user's choice
+// The programs that the user chose
 
 struct commands : testing::Test {
     void choose(const std::string &text) const

@@ -17,7 +17,8 @@ namespace
 const char *const arrow_line = "\n  ↑ expected on this GPU; further occurrences are counted, not logged\n";
 const char *const repeated = "Warning: Failed to use optimized blur";
 
-// The library's own messages arrive with their format: the compiler can't check one that a test makes up.
+// The library passes its own messages with their formats. The compiler can't check a format that a test makes
+// up.
 void log_format(wlr_log_importance level, const char *fmt, ...)
 {
     va_list args;
@@ -29,7 +30,7 @@ void log_format(wlr_log_importance level, const char *fmt, ...)
 struct log_sink : testing::Test {
     void SetUp() override { log_start(); }
 
-    // What has been logged since this was last asked.
+    // Returns what has been logged since the last call.
     std::string said()
     {
         const std::string all = world.log();

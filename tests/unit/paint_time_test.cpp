@@ -1,4 +1,4 @@
-// When an output paints, on exact numbers.
+// When an output paints, with exact numbers.
 
 #include "outputs/paint_time.hpp"
 

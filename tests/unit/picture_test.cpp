@@ -32,7 +32,7 @@ TEST(pictures, that_can_not_be_read_are_empty)
     EXPECT_TRUE(image::load("/nonexistent.png").argb.empty());
 }
 
-TEST(pictures, have_nothing_outside)
+TEST(pictures, are_transparent_outside_their_edges)
 {
     EXPECT_EQ(one(0xffffffff).at(0, 0), 0xffffffffU);
     EXPECT_EQ(one(0xffffffff).at(2, 0), 0U);

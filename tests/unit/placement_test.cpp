@@ -103,7 +103,8 @@ INSTANTIATE_TEST_SUITE_P(all, place,
                                          place_case{PLACE_BOTTOM_LEFT, 300, 200, {116, 424, 300, 200}},
                                          place_case{PLACE_CENTER, 300, 200, {450, 240, 300, 200}},
                                          place_case{PLACE_CENTER, 301, 201, {449, 239, 301, 201}},
-                                         // Larger than the area: halves are rounded towards zero here too.
+                                         // These windows are larger than the area. Halves are rounded towards
+                                         // zero here too.
                                          place_case{PLACE_CENTER, 1003, 605, {99, 38, 1003, 605}},
                                          place_case{PLACE_TOP_RIGHT, 2000, 200, {-916, 56, 2000, 200}}));
 

@@ -1,4 +1,4 @@
-// The real operating system behind the seams that other tests replace.
+// The real functions behind g_platform, which other tests replace.
 
 #include "platform.hpp"
 
@@ -13,7 +13,7 @@
 namespace
 {
 
-// Waits for a byte on the descriptor, ten seconds at most.
+// Waits up to ten seconds for a byte on the descriptor.
 bool hears_a_byte(int fd)
 {
     pollfd waited{.fd = fd, .events = POLLIN, .revents = 0};

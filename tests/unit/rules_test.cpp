@@ -1,4 +1,4 @@
-// rules.conf: what each line makes of a rule, and which rule counts for a window.
+// How the lines of rules.conf become rules, and which rule counts for a window.
 
 #include "config/files.hpp"
 #include "config/load.hpp"
@@ -28,7 +28,7 @@ struct rules : testing::Test {
         g_ws_cfg = {};
     }
 
-    // Pattern, workspace, floating, flags by their initials, place.
+    // The pattern, the workspace, whether it floats, the flags by their initials, and the place.
     static std::string describe(const app_rule &rule)
     {
         std::string flags;

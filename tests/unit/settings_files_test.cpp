@@ -1,4 +1,4 @@
-// The line grammars of the configuration files, what they do to each other, and the order of a load.
+// The line grammars of the configuration files, how the files affect each other, and the order of a load.
 
 #include "config/files.hpp"
 #include "config/keybinds.hpp"
@@ -129,7 +129,7 @@ TEST_F(settings_files, bring_numbers_inside_their_limits_only_where_there_is_a_f
     EXPECT_EQ(g_gap, 200);
 }
 
-TEST_F(settings_files, say_gestures_twice_and_input_goes_before)
+TEST_F(settings_files, take_gestures_from_input_rather_than_compositor)
 {
     compositor("gestures = false\n");
     EXPECT_FALSE(g_gestures);
@@ -225,7 +225,7 @@ TEST_F(settings_files, cut_the_names_of_outputs_and_know_them_again)
     EXPECT_THAT(overrides(), ElementsAre(name.substr(0, 63) + " /a 3 -1"));
 }
 
-TEST_F(settings_files, settle_on_the_standard_picture_or_on_none)
+TEST_F(settings_files, use_the_standard_wallpaper_or_none_where_none_is_chosen)
 {
     const auto picture = world.directory() / "picture.png";
     std::ofstream{picture} << "x";
@@ -305,7 +305,7 @@ TEST_F(settings_files, give_key_bindings_the_modifier_that_came_out)
     EXPECT_FALSE(has_bind(WLR_MODIFIER_ALT, XKB_KEY_f));
 }
 
-TEST_F(settings_files, lie_in_a_directory_that_is_made_with_its_parent_and_no_more)
+TEST_F(settings_files, lie_in_a_directory_that_is_created_with_at_most_its_parent)
 {
     const mode_t mask = umask(0);
     setenv("XDG_CONFIG_HOME", (world.directory() / "new").c_str(), 1);

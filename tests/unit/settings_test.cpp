@@ -1,4 +1,5 @@
-// Every key of the configuration files, against a list of its own: default, values, limits, and what stays.
+// Every key of the configuration files, against a list of this file's own: its default, values and limits,
+// and whether it stays when its line goes.
 
 #include "config/load.hpp"
 #include "config/settings_apply.hpp"
@@ -53,7 +54,7 @@ std::string modifier(const vantore_server &server)
     return std::to_string(server.wm_modifier);
 }
 
-// A machine may have the standard picture.
+// Shows the standard picture as no picture, because only some machines have it.
 std::string wallpaper(const vantore_server &)
 {
     const std::string path = show(g_wallpaper);
@@ -69,7 +70,7 @@ struct key_case {
     std::string (*now)(const vantore_server &);
     std::string initial;
     std::vector<value_case> values;
-    bool stays = false; // on the next load, without the key
+    bool stays = false; // whether the value stays when the next load finds no such key
 
     friend void PrintTo(const key_case &c, std::ostream *out) { *out << c.file << ' ' << c.key; }
 };

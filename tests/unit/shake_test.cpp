@@ -8,14 +8,14 @@ namespace
 {
 
 struct shaking : testing::Test {
-    // Moves there after so many milliseconds.
+    // Moves to a point after this many milliseconds.
     bool go(double x, double y = 0, int64_t after_ms = 20)
     {
         now += after_ms;
         return shake_feed(history, x, y, now);
     }
 
-    // There and back, so many strokes; how many of them it took, 0 for no shake.
+    // Moves back and forth for up to `most` strokes. Returns how many strokes made a shake, or 0 if none did.
     int strokes_until_shaken(double width, int most, int64_t after_ms = 20)
     {
         for (int i = 0; i < most; i++)

@@ -62,7 +62,7 @@ TEST_F(spawning, a_program_is_started_with_its_arguments)
     EXPECT_THAT(world.spawned(), IsEmpty());
 }
 
-// Starts something for real; returns what it wrote to file descriptor 1 of this process.
+// Starts something for real and returns what it wrote to this process's standard output.
 template <class Start> static std::string output_of(Start start)
 {
     int ends[2];

@@ -1,4 +1,4 @@
-// The boxes of tiles, from tables worked out by hand from the rules of each mode.
+// The boxes of tiles, from tables that were worked out by hand from the rules of each mode.
 
 #include "workspaces/tile_boxes.hpp"
 
@@ -28,7 +28,7 @@ std::vector<tile_weight> plain(size_t count)
 }
 
 const std::vector<tile_weight> uneven{{1.15, 0.5}, {0.3, 2.0}, {5.0, 0}, {0, 1.3}, {2.5, 0}};
-// What a panel of 31 pixels and gaps of 8 leave of 1366x768.
+// What a panel of 31 pixels and gaps of 8 leave of a screen of 1366x768.
 constexpr wlr_box laptop{.x = 8, .y = 39, .width = 1350, .height = 721};
 
 struct tiles_case {
@@ -365,7 +365,7 @@ TEST(tiles_in_columns, of_half_the_weight_get_a_fifth_beside_two_others)
 {
     const auto three =
         boxes({.mode = TM_COLUMNS, .area = {0, 0, 521, 10}, .gap = 8}, {{0.5, 0}, {0, 0}, {0, 0}});
-    // 505 pixels to share: 101, 202 and 202
+    // The three columns share 505 pixels as 101, 202 and 202.
     EXPECT_THAT(three,
                 ElementsAre(wlr_box{0, 0, 101, 10}, wlr_box{109, 0, 202, 10}, wlr_box{319, 0, 202, 10}));
 }

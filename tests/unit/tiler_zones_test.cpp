@@ -1,4 +1,4 @@
-// The Mouse Tiler's tables and where things lie in its display.
+// The Mouse Tiler's tables, and where things lie in its display.
 
 #include "input/tiler_zones.hpp"
 
@@ -32,7 +32,8 @@ TEST(tiler_tables, have_seven_pads)
     }
 }
 
-// Landing boxes on 1200x900 at 0,0 without gaps say where each zone lies; the cells are 1-based.
+// A box says where a window lands from a zone on 1200x900 at 0,0 without gaps. The pad, column and row count
+// from 1.
 struct zone_row {
     int pad, col, row;
     wlr_box box;
@@ -72,7 +73,7 @@ TEST(tiler_display, docks_below_or_above_the_panel)
 {
     EXPECT_EQ(mt_hud_box({0, 30, 1920, 1050}, true), (wlr_box{657, 52, 606, 144}));
     EXPECT_EQ(mt_hud_box({0, 30, 1920, 1050}, false), (wlr_box{657, 914, 606, 144}));
-    EXPECT_EQ(mt_hud_box({1920, 0, 601, 400}, true).x, 1918); // -5 / 2 towards zero
+    EXPECT_EQ(mt_hud_box({1920, 0, 601, 400}, true).x, 1918); // -5 / 2 is rounded towards zero
 }
 
 TEST(tiler_display, leaves_gaps_between_zones_but_not_at_the_pads_edges)
@@ -130,7 +131,7 @@ TEST(tiler_pick, is_the_workspace_tile_under_the_pointer)
     EXPECT_EQ(mt_pick_at(hud, 1103, 637), mt_pick{});
 }
 
-// All zero when there is nothing to draw.
+// Returns an all-zero box when there is nothing to draw.
 wlr_fbox sketch(int tile, const wlr_box &window, const wlr_box &usable)
 {
     return mt_miniature(tile, window, usable).value_or(wlr_fbox{});

@@ -1,4 +1,4 @@
-// Text of any bytes becomes text that parsers and fonts can take.
+// Arbitrary bytes become text that parsers and fonts can take.
 
 #include "utf8.hpp"
 

@@ -1,4 +1,4 @@
-// workspaces.conf, and what the workspaces take of it.
+// workspaces.conf, and what the workspaces take from it.
 
 #include "config/files.hpp"
 #include "config/load.hpp"
@@ -19,13 +19,13 @@ namespace
 struct workspaces_file : testing::Test {
     workspaces_file() { g_ws_cfg = {}; }
 
-    // On top of what was read before.
+    // Reads the text on top of what was read before.
     void read(std::string_view text) const
     {
         config_parse_workspaces(world.write_config("workspaces.conf", text).c_str());
     }
 
-    // Name, output, layout or "-" for none, tile mode.
+    // The name, the output, the layout or "-" for none, and the tile mode.
     static std::string line(size_t num)
     {
         const ws_cfg &cfg = g_ws_cfg[num];
