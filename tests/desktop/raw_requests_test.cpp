@@ -37,12 +37,12 @@ struct raw_requests : test::desktop {
         c.reset();
         desktop::TearDown();
     }
-    bool is_ended()
+    bool is_ended() const
     {
         c->read();
         return c->closed();
     }
-    uint32_t create_surface(uint32_t compositor)
+    uint32_t create_surface(uint32_t compositor) const
     {
         const uint32_t id = c->new_id();
         c->request(compositor, compositor_create_surface, {id});

@@ -11,7 +11,6 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-using testing::HasSubstr;
 using testing::UnorderedElementsAreArray;
 
 namespace
