@@ -86,7 +86,7 @@ struct sockets : test::desktop {
 
 // An engine that opens a socket for its sandbox, and a program that connects through it.
 struct sandboxes : sockets {
-    static constexpr uint16_t manager_create_listener = 1, context_set_engine = 1, context_commit = 4;
+    static constexpr uint16_t manager_create_listener = 1, context_commit = 4;
 
     void SetUp() override
     {
