@@ -64,14 +64,16 @@ static void watch_for_room(vnt_ipc_client &client)
     wl_event_source_fd_update(client.src.get(), WL_EVENT_READABLE | room);
 }
 
-// Returns false if the client's queue is too long already. The caller then gives the client up.
+// Returns false if the client's queue is too long already, or no descriptor is free for a duplicate. The caller then
+// gives the client up: a reply without its descriptor would be worse than none.
 static bool keep(vnt_ipc_client &client, std::string_view bytes, std::span<const int> fds)
 {
     if (client.rest_bytes + bytes.size() > ipc_most_kept)
         return false;
     ipc_rest piece{.bytes = std::string{bytes}, .fds = {}};
     for (const int fd : fds.first(std::min(fds.size(), most_descriptors)))
-        piece.fds.emplace_back(fcntl(fd, F_DUPFD_CLOEXEC, 0));
+        if (piece.fds.emplace_back(fcntl(fd, F_DUPFD_CLOEXEC, 0)).fd < 0)
+            return false;
     client.rest_bytes += bytes.size();
     client.rest.push_back(std::move(piece));
     watch_for_room(client);
