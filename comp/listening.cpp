@@ -53,6 +53,7 @@ bool listening_start(listening_socket &l, wl_display *display, int fd,
         l.rest.reset();
         return false;
     }
+    g_said_full = false; // in an earlier session
     l.fd = fd;
     l.take = take;
     l.data = data;

@@ -3,6 +3,8 @@
 
 #include "keymap_guard.hpp"
 
+#include "../request_guard.hpp"
+
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -96,7 +98,5 @@ static int dispatch_keyboard_request(const void *implementation, void *target, u
 
 void guard_keymap_requests(wlr_virtual_keyboard_v1 *keyboard)
 {
-    wl_resource *resource = keyboard->resource;
-    wl_resource_set_dispatcher(resource, dispatch_keyboard_request, resource->object.implementation,
-                               wl_resource_get_user_data(resource), resource->destroy);
+    put_in_front_of_library(keyboard->resource, dispatch_keyboard_request);
 }

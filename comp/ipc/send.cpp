@@ -64,8 +64,8 @@ static void watch_for_room(vnt_ipc_client &client)
     wl_event_source_fd_update(client.src.get(), WL_EVENT_READABLE | room);
 }
 
-// Returns false if the client's queue is too long already, or no descriptor is free for a duplicate. The caller then
-// gives the client up: a reply without its descriptor would be worse than none.
+// Returns false if the client's queue is too long already, or no descriptor is free for a duplicate. The
+// caller then gives the client up: a reply without its descriptor would be worse than none.
 static bool keep(vnt_ipc_client &client, std::string_view bytes, std::span<const int> fds)
 {
     if (client.rest_bytes + bytes.size() > ipc_most_kept)

@@ -3,6 +3,8 @@
 
 #include "layer_guard.hpp"
 
+#include "../request_guard.hpp"
+
 enum layer_request : uint32_t {
     LAYER_SET_SIZE,
     LAYER_SET_ANCHOR,
@@ -61,7 +63,5 @@ static int dispatch_layer_request(const void *library, void *target, uint32_t op
 
 void ignore_dismissed_popups(wlr_layer_surface_v1 *layer_surface)
 {
-    wl_resource *resource = layer_surface->resource;
-    wl_resource_set_dispatcher(resource, dispatch_layer_request, resource->object.implementation,
-                               wl_resource_get_user_data(resource), resource->destroy);
+    put_in_front_of_library(layer_surface->resource, dispatch_layer_request);
 }

@@ -3,6 +3,8 @@
 
 #include "popup_guard.hpp"
 
+#include "../request_guard.hpp"
+
 #include <xdg-shell-protocol.h>
 
 enum popup_request : uint32_t { POPUP_DESTROY, POPUP_GRAB, POPUP_REPOSITION };
@@ -40,7 +42,5 @@ static int dispatch_popup_request(const void *library, void *target, uint32_t op
 
 void guard_popup_requests(wlr_xdg_popup *popup)
 {
-    wl_resource *resource = popup->resource;
-    wl_resource_set_dispatcher(resource, dispatch_popup_request, resource->object.implementation,
-                               wl_resource_get_user_data(resource), resource->destroy);
+    put_in_front_of_library(popup->resource, dispatch_popup_request);
 }

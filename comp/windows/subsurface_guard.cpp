@@ -6,6 +6,7 @@
 #include "subsurface_guard.hpp"
 
 #include "../records.hpp"
+#include "../request_guard.hpp"
 #include "../server.hpp"
 
 #include <algorithm>
@@ -81,8 +82,7 @@ static int dispatch_subcompositor_request(const void *implementation, void *targ
 static wl_iterator_result put_dispatcher(wl_resource *resource, void *)
 {
     if (std::string_view{wl_resource_get_class(resource)} == "wl_subcompositor")
-        wl_resource_set_dispatcher(resource, dispatch_subcompositor_request, resource->object.implementation,
-                                   wl_resource_get_user_data(resource), resource->destroy);
+        put_in_front_of_library(resource, dispatch_subcompositor_request);
     return WL_ITERATOR_CONTINUE;
 }
 
