@@ -468,7 +468,7 @@ TEST_F(desktop, ends_when_the_part_of_the_backend_goes_that_has_the_displays)
                 if (auto *&first = *static_cast<wlr_backend **>(found); first == nullptr)
                     first = part;
             },
-            &displays);
+            static_cast<void *>(&displays));
         wlr_backend_destroy(displays);
     });
     EXPECT_THAT(world.log(), HasSubstr("vantore-comp: the display backend has gone, ending"));
