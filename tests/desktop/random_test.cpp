@@ -1,6 +1,7 @@
 // Runs random operations in a row and checks every invariant after each. A normal run takes as many sequences
-// as fit into its time. VANTORE_TEST_SEQUENCES sets their number instead. VANTORE_TEST_SEED picks one seed
-// alone. A sequence that breaks a rule is shortened before it is reported.
+// as fit into its time. VANTORE_TEST_SEQUENCES sets their number instead, and VANTORE_TEST_FIRST the seed of
+// the first one. VANTORE_TEST_SEED picks one seed alone. A sequence that breaks a rule is shortened before it
+// is reported.
 
 #include "support/random_session.hpp"
 
@@ -95,12 +96,13 @@ TEST(random_operations, break_no_rule)
     if (const auto seed = number_from_environment("VANTORE_TEST_SEED"); seed != 0)
         return expect_no_broken_rule(unsigned(seed));
     const auto wish = number_from_environment("VANTORE_TEST_SEQUENCES");
+    const auto first = std::max(1UL, number_from_environment("VANTORE_TEST_FIRST"));
     const auto end = std::chrono::steady_clock::now() + time_to_spend();
-    unsigned sequence = 0;
+    unsigned long played = 0;
     while (!HasFailure() &&
-           (wish != 0 ? sequence < wish : sequence == 0 || std::chrono::steady_clock::now() < end))
-        expect_no_broken_rule(++sequence);
-    std::cout << sequence << " sequences of " << operations_in_a_sequence << " operations\n";
+           (wish != 0 ? played < wish : played == 0 || std::chrono::steady_clock::now() < end))
+        expect_no_broken_rule(unsigned(first + played++));
+    std::cout << played << " sequences of " << operations_in_a_sequence << " operations\n";
 }
 
 } // namespace
