@@ -24,6 +24,7 @@
 #include "outputs/pacing.hpp"
 #include "outputs/perf_mode.hpp"
 #include "outputs/power.hpp"
+#include "padded_allocator.hpp"
 #include "presentation/animation.hpp"
 #include "reload.hpp"
 #include "scene_graph.hpp"
@@ -213,6 +214,8 @@ static bool create_allocator(vantore_server &server)
 {
     wlr_renderer_init_wl_display(server.renderer, server.display);
     server.allocator = wlr_allocator_autocreate(server.backend, server.renderer);
+    if (g_soft_render && server.allocator != nullptr)
+        server.allocator = padded_allocator_create(server.allocator);
     return made(server.allocator != nullptr, "buffer allocator");
 }
 

@@ -497,7 +497,8 @@ static std::string last_lines(const std::string &text, int count)
 
 std::string unstarted_desktop::state()
 {
-    std::string text = "state of the session:\n";
+    std::string text =
+        "the last wait took " + std::to_string(rounds_waited) + " rounds\nstate of the session:\n";
     for (auto &o : each<&vantore_output::link>(server.outputs))
         text += describe(o);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels))

@@ -140,7 +140,7 @@ protected:
     bool until(Condition holds, std::chrono::seconds limit = std::chrono::seconds{5})
     {
         const auto give_up = std::chrono::steady_clock::now() + limit;
-        while (!holds()) {
+        for (rounds_waited = 0; !holds(); rounds_waited++) {
             if (std::chrono::steady_clock::now() > give_up)
                 return holds();
             pump();
@@ -184,6 +184,7 @@ private:
     std::list<x11_client> x11_clients;
     made_up_backend *backend = nullptr;
     bool running = false;
+    size_t rounds_waited = 0; // by the last wait, for failure messages
     size_t descriptors_before = 0;
 };
 

@@ -26,11 +26,11 @@ static int vblank(void *data)
     return 0;
 }
 
-static void show(made_up_output &o, wlr_buffer *buffer)
+static void keep(wlr_buffer *&kept, wlr_buffer *buffer)
 {
-    if (o.shown != nullptr)
-        wlr_buffer_unlock(o.shown);
-    o.shown = buffer != nullptr ? wlr_buffer_lock(buffer) : nullptr;
+    if (kept != nullptr)
+        wlr_buffer_unlock(kept);
+    kept = buffer != nullptr ? wlr_buffer_lock(buffer) : nullptr;
 }
 
 // wlroots waits for a frame event after every commit to an output that is on, even a commit without a buffer.
@@ -58,9 +58,9 @@ static bool output_commit(wlr_output *output, const wlr_output_state *state)
         wl_event_source_timer_update(o.vblank, vblank_delay_ms);
     if ((state->committed & WLR_OUTPUT_STATE_ENABLED) != 0 && !state->enabled) {
         o.power_offs++;
-        show(o, nullptr);
+        keep(o.shown, nullptr);
     } else if ((state->committed & WLR_OUTPUT_STATE_BUFFER) != 0) {
-        show(o, state->buffer);
+        keep(o.shown, state->buffer);
     }
     return true;
 }
@@ -70,7 +70,8 @@ static void output_destroy(wlr_output *output)
     made_up_output &o = made_up(output);
     wlr_output_finish(output);
     wl_event_source_remove(o.vblank);
-    show(o, nullptr);
+    keep(o.shown, nullptr);
+    keep(o.cursor, nullptr);
     o.backend->outputs.remove_if([&](const made_up_output &other) { return &other == &o; });
 }
 
@@ -79,7 +80,17 @@ static size_t output_gamma_size(wlr_output *output)
     return made_up(output).traits.gamma_size;
 }
 
+static bool output_set_cursor(wlr_output *output, wlr_buffer *buffer, int, int)
+{
+    made_up_output &o = made_up(output);
+    if (o.traits.has_cursor_plane)
+        keep(o.cursor, buffer);
+    return o.traits.has_cursor_plane;
+}
+
 static constexpr wlr_output_impl output_impl{
+    .set_cursor = output_set_cursor,
+    .move_cursor = [](wlr_output *, int, int) { return true; },
     .destroy = output_destroy,
     .test = output_test,
     .commit = output_commit,

@@ -29,6 +29,7 @@ struct output_traits {
     int width = 0, height = 0; // before any mode is set
     std::vector<mode> modes;
     size_t gamma_size = 0;
+    bool has_cursor_plane = false; // takes cursor images of any size
     // Decides about every state that is tested or committed.
     std::function<bool(const wlr_output_state &)> accepts = [](const wlr_output_state &) { return true; };
 };
@@ -42,6 +43,7 @@ struct made_up_output {
     std::list<wlr_output_mode> modes;
     wl_event_source *vblank = nullptr; // armed by each commit that shows something
     wlr_buffer *shown = nullptr; // locked
+    wlr_buffer *cursor = nullptr; // locked; the image on the cursor plane
     int commits = 0; // only those that were accepted
     int power_offs = 0;
     bool adaptive_sync = false;
