@@ -119,7 +119,7 @@ dev_run() {
 dev_bench() {
 	prepare
 	configure bench --buildtype=release -Dbench=true -Dtests=true
-	compile bench
+	compile bench benchmarks
 	inside tools/run-benchmarks build/bench "$@"
 }
 
