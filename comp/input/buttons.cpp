@@ -16,9 +16,9 @@
 #include "idle.hpp"
 #include "interactive.hpp"
 #include "modifier_tap.hpp"
+#include "stages.hpp"
 
 #include <linux/input-event-codes.h>
-#include <span>
 
 static constexpr uint32_t double_click_ms = 400;
 
@@ -175,24 +175,9 @@ static bool release_and_drop(vantore_server &server, const wlr_pointer_button_ev
     return true;
 }
 
-using button_stage = bool (*)(vantore_server &server, const wlr_pointer_button_event &event);
-
-// The stages run in order until one takes the button.
-static constexpr button_stage press_stages[]{
-    give_to_lock_screen, press_on_layer_surface, press_with_logo, press_on_frame, press_on_client,
-};
-static constexpr button_stage release_stages[]{
-    give_to_lock_screen,
-    release_and_drop,
-};
-
-static void run_stages(std::span<const button_stage> stages, vantore_server &server,
-                       const wlr_pointer_button_event &event)
-{
-    for (const button_stage stage : stages)
-        if (stage(server, event))
-            return;
-}
+using press_stages =
+    stages<give_to_lock_screen, press_on_layer_surface, press_with_logo, press_on_frame, press_on_client>;
+using release_stages = stages<give_to_lock_screen, release_and_drop>;
 
 void server_cursor_button(vantore_server &server, wlr_pointer_button_event *event)
 {
@@ -200,8 +185,10 @@ void server_cursor_button(vantore_server &server, wlr_pointer_button_event *even
     if (g_debug_input)
         log_button(server, *event);
     shortcuts_force_hide(server); // any button ends a pending tap
-    const bool released = event->state == WL_POINTER_BUTTON_STATE_RELEASED;
-    run_stages(released ? std::span<const button_stage>{release_stages} : press_stages, server, *event);
+    if (event->state == WL_POINTER_BUTTON_STATE_RELEASED)
+        release_stages::run(server, *event);
+    else
+        press_stages::run(server, *event);
 }
 
 void server_cursor_axis(vantore_server &server, wlr_pointer_axis_event *event)

@@ -131,10 +131,11 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
     return hit.surface != nullptr ? owner_above(*node) : nullptr;
 }
 
-// Whether the point is on the window's title bar or body. Either one hides what lies behind it.
+// Whether the point, relative to the window, is on its title bar or body. Either one hides what lies behind
+// it.
 static bool covers_in_front(const vantore_toplevel &t, double rx, double ry)
 {
-    if (rx < 0 || ry < (t.ssd ? -titlebar_height : 0))
+    if (ry < (t.ssd ? -titlebar_height : 0))
         return false;
     const wlr_box geometry = tl_get_geometry(t);
     return rx < geometry.width && ry < geometry.height;
@@ -144,8 +145,11 @@ vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, 
                                        vantore_dec_region &region)
 {
     region = DEC_NONE;
+    const int x = pixel_at(lx), y = pixel_at(ly);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
         const wlr_scene_node &node = t.scene_tree->node;
+        if (x < node.x || y < node.y - titlebar_height) // most windows fail this cheap question
+            continue;
         const double rx = lx - node.x, ry = ly - node.y;
         if (!covers_in_front(t, rx, ry) || !tl_on_screen(t))
             continue;

@@ -11,6 +11,7 @@
 #include "input_method.hpp"
 #include "keymap.hpp"
 #include "modifier_tap.hpp"
+#include "stages.hpp"
 
 #include <algorithm>
 #include <span>
@@ -121,9 +122,8 @@ static bool give_to_client(const key_event &key)
     return true;
 }
 
-static constexpr bool (*stages[])(const key_event &) = {
-    switch_vt, give_to_lock_client, watch_modifier_tap, run_bindings, give_to_input_method, give_to_client,
-};
+using key_stages = stages<switch_vt, give_to_lock_client, watch_modifier_tap, run_bindings,
+                          give_to_input_method, give_to_client>;
 
 static void keyboard_handle_key(vantore_keyboard &k, wlr_keyboard_key_event *event)
 {
@@ -134,9 +134,7 @@ static void keyboard_handle_key(vantore_keyboard &k, wlr_keyboard_key_event *eve
                         .pressed = event->state == WL_KEYBOARD_KEY_STATE_PRESSED,
                         .modifiers = wlr_keyboard_get_modifiers(k.wlr_keyboard),
                         .base_syms = base_syms(k.wlr_keyboard, event->keycode + xkb_keycode_offset)};
-    for (auto *stage : stages)
-        if (stage(key))
-            return;
+    key_stages::run(key);
 }
 
 static void keyboard_handle_modifiers(vantore_keyboard &k)

@@ -13,6 +13,7 @@
 #include "idle.hpp"
 #include "interactive.hpp"
 #include "seat_requests.hpp"
+#include "stages.hpp"
 
 #include <utility>
 
@@ -255,18 +256,10 @@ static bool give_to_client(const motion &m)
     return true;
 }
 
-// The stages run in order until one takes the motion.
-static constexpr bool (*motion_stages[])(const motion &) = {
-    move_drag_icon,
-    give_to_lock_screen,
-    drag_window,
-    give_to_client,
-};
+using motion_stages = stages<move_drag_icon, give_to_lock_screen, drag_window, give_to_client>;
 
 void process_cursor_motion(vantore_server &server, uint32_t time_msec)
 {
     const motion m{.server = server, .time_msec = time_msec};
-    for (auto *stage : motion_stages)
-        if (stage(m))
-            return;
+    motion_stages::run(m);
 }
