@@ -312,6 +312,21 @@ void unstarted_desktop::pump()
     wl_event_loop_dispatch(wl_display_get_event_loop(server.display), 1);
 }
 
+static std::chrono::milliseconds clock_now(clockid_t clock)
+{
+    timespec now{};
+    clock_gettime(clock, &now);
+    return std::chrono::milliseconds{now.tv_sec * 1000 + now.tv_nsec / 1'000'000};
+}
+
+void unstarted_desktop::pump_timed()
+{
+    const auto began = clock_now(CLOCK_MONOTONIC), worked = clock_now(CLOCK_PROCESS_CPUTIME_ID);
+    pump();
+    last_wait.longest_round = std::max(last_wait.longest_round, clock_now(CLOCK_MONOTONIC) - began);
+    last_wait.longest_work = std::max(last_wait.longest_work, clock_now(CLOCK_PROCESS_CPUTIME_ID) - worked);
+}
+
 bool unstarted_desktop::idle() const
 {
     for (auto &o : each<&vantore_output::link>(server.outputs))
@@ -497,8 +512,10 @@ static std::string last_lines(const std::string &text, int count)
 
 std::string unstarted_desktop::state()
 {
-    std::string text =
-        "the last wait took " + std::to_string(rounds_waited) + " rounds\nstate of the session:\n";
+    std::string text = "the last wait took " + std::to_string(last_wait.rounds) + " rounds, the longest " +
+                       std::to_string(last_wait.longest_round.count()) + " ms with at most " +
+                       std::to_string(last_wait.longest_work.count()) +
+                       " ms of work\nstate of the session:\n";
     for (auto &o : each<&vantore_output::link>(server.outputs))
         text += describe(o);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels))

@@ -140,10 +140,10 @@ protected:
     bool until(Condition holds, std::chrono::seconds limit = std::chrono::seconds{5})
     {
         const auto give_up = std::chrono::steady_clock::now() + limit;
-        for (rounds_waited = 0; !holds(); rounds_waited++) {
+        for (last_wait = {}; !holds(); last_wait.rounds++) {
             if (std::chrono::steady_clock::now() > give_up)
                 return holds();
-            pump();
+            pump_timed();
         }
         return true;
     }
@@ -169,6 +169,7 @@ protected:
 
 private:
     void pump();
+    void pump_timed();
     bool idle() const;
 
     struct connection {
@@ -184,7 +185,13 @@ private:
     std::list<x11_client> x11_clients;
     made_up_backend *backend = nullptr;
     bool running = false;
-    size_t rounds_waited = 0; // by the last wait, for failure messages
+    // For failure messages: a wait that fails after a few long rounds was on a machine that stood still, or
+    // the compositor stood still.
+    struct {
+        size_t rounds = 0;
+        std::chrono::milliseconds longest_round{},
+            longest_work{}; // time passed, and processor time of the process
+    } last_wait;
     size_t descriptors_before = 0;
 };
 

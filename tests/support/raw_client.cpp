@@ -66,12 +66,12 @@ raw_client::~raw_client()
 }
 
 void raw_client::append(std::vector<uint32_t> &requests, uint32_t object, uint16_t opcode,
-                        std::initializer_list<uint32_t> words)
+                        std::span<const uint32_t> words)
 {
-    const auto size = uint32_t(header_size + words.size() * sizeof(uint32_t));
+    const auto size = uint32_t(header_size + words.size_bytes());
     requests.push_back(object);
     requests.push_back((size << 16) | opcode);
-    requests.insert(requests.end(), words);
+    requests.insert(requests.end(), words.begin(), words.end());
 }
 
 bool raw_client::request(uint32_t object, uint16_t opcode, std::initializer_list<uint32_t> words,
@@ -101,16 +101,29 @@ uint32_t raw_client::bind(const std::string &interface, uint32_t version)
 {
     EXPECT_TRUE(globals.contains(interface)) << interface;
     const uint32_t id = new_id();
-    const auto length = uint32_t(interface.size() + 1);
-    std::vector<uint32_t> text((length + 3) / 4);
-    memcpy(text.data(), interface.c_str(), length);
-    std::vector<uint32_t> words{registry, 0, globals[interface], length};
-    words.insert(words.end(), text.begin(), text.end());
-    words.push_back(version);
-    words.push_back(id);
-    words[1] = uint32_t(words.size() * sizeof(uint32_t)) << 16 | registry_bind;
-    send(words);
+    std::vector<uint32_t> words{globals[interface].name}, bytes;
+    append_text(words, interface);
+    words.insert(words.end(), {version, id});
+    append(bytes, registry, registry_bind, words);
+    send(bytes);
     return id;
+}
+
+void raw_client::append_text(std::vector<uint32_t> &words, std::string_view text)
+{
+    const size_t length = text.size() + 1;
+    words.push_back(uint32_t(length));
+    const size_t at = words.size();
+    words.resize(at + (length + 3) / 4);
+    memcpy(words.data() + at, text.data(), text.size());
+}
+
+std::map<std::string, uint32_t> raw_client::offered() const
+{
+    std::map<std::string, uint32_t> versions;
+    for (const auto &[interface, g] : globals)
+        versions[interface] = g.version;
+    return versions;
 }
 
 void raw_client::take_event(uint32_t object, uint16_t opcode, std::string_view body)
@@ -118,7 +131,7 @@ void raw_client::take_event(uint32_t object, uint16_t opcode, std::string_view b
     if (object == display && opcode == event_error)
         error_message = text_at(body, 8);
     else if (object == registry && opcode == event_global)
-        globals[text_at(body, 4)] = word_at(body, 0);
+        globals[text_at(body, 4)] = {.name = word_at(body, 0), .version = word_at(body, body.size() - 4)};
 }
 
 void raw_client::read()

@@ -31,14 +31,23 @@ public:
                  int descriptor = -1) const;
     // append() collects requests, and send() sends them all at once. The descriptors go with the first byte.
     static void append(std::vector<uint32_t> &requests, uint32_t object, uint16_t opcode,
-                       std::initializer_list<uint32_t> words);
+                       std::span<const uint32_t> words);
+    static void append(std::vector<uint32_t> &requests, uint32_t object, uint16_t opcode,
+                       std::initializer_list<uint32_t> words)
+    {
+        append(requests, object, opcode, std::span{words.begin(), words.size()});
+    }
     bool send(const std::vector<uint32_t> &requests, std::span<const int> fds = {}) const;
     // Returns the new object of a global. Fails the test if the global has not been announced.
     uint32_t bind(const std::string &interface, uint32_t version);
+    // Adds a string argument: its length with the final null, then the text, padded to whole words.
+    static void append_text(std::vector<uint32_t> &words, std::string_view text);
 
     // Reads what has arrived, without waiting.
     void read();
     [[nodiscard]] bool knows(const std::string &interface) const { return globals.contains(interface); }
+    // Returns the highest version of each global that has been announced, by interface.
+    [[nodiscard]] std::map<std::string, uint32_t> offered() const;
     [[nodiscard]] size_t globals_known() const { return globals.size(); }
     // Returns the message of the error that ended the connection, or an empty text before that.
     [[nodiscard]] const std::string &error() const { return error_message; }
@@ -49,7 +58,10 @@ private:
 
     int fd;
     uint32_t last_id = registry;
-    std::map<std::string, uint32_t> globals; // names in the registry, by interface
+    struct global {
+        uint32_t name, version;
+    };
+    std::map<std::string, global> globals; // by interface
     std::string unread;
     std::string error_message;
     bool has_closed = false;

@@ -1,0 +1,183 @@
+#include "sequences.hpp"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <iostream>
+#include <poll.h>
+#include <random>
+#include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace test
+{
+
+static constexpr size_t most_shortenings = 80;
+static constexpr std::chrono::seconds longest_run{120};
+
+// Leaves out operations without which a rule still breaks, in ever smaller pieces.
+static std::vector<unsigned> shortened(unsigned sequence, std::vector<unsigned> seeds, const player &play)
+{
+    size_t runs = 0;
+    for (size_t piece = seeds.size() / 2; piece > 0; piece /= 2) {
+        for (size_t from = 0; from + piece <= seeds.size() && runs < most_shortenings; runs++) {
+            std::vector<unsigned> without{seeds};
+            without.erase(without.begin() + ptrdiff_t(from), without.begin() + ptrdiff_t(from + piece));
+            if (play(sequence, without).broken.empty())
+                from += piece;
+            else
+                seeds = without;
+        }
+    }
+    return seeds;
+}
+
+static void expect_no_broken_rule(unsigned sequence, size_t operations, const player &play)
+{
+    std::mt19937 random{sequence};
+    std::vector<unsigned> seeds(operations);
+    std::ranges::generate(seeds, [&] { return unsigned(random()); });
+    if (play(sequence, seeds).broken.empty())
+        return;
+    const outcome last = play(sequence, shortened(sequence, seeds, play));
+    ADD_FAILURE() << "VANTORE_TEST_SEED=" << sequence << " breaks: " << testing::PrintToString(last.broken)
+                  << "\nafter\n"
+                  << last.done << last.state;
+}
+
+static unsigned long number_from_environment(const char *name)
+{
+    const char *text = getenv(name);
+    return text != nullptr ? strtoul(text, nullptr, 10) : 0;
+}
+
+// The sanitizers make everything several times slower.
+static std::chrono::seconds time_to_spend()
+{
+    if (const auto wish = number_from_environment("VANTORE_TEST_SECONDS"); wish != 0)
+        return std::chrono::seconds{wish};
+#ifdef __SANITIZE_ADDRESS__
+    return std::chrono::seconds{60};
+#else
+    return std::chrono::seconds{30};
+#endif
+}
+
+void play_sequences(size_t operations, const player &play)
+{
+    if (const auto seed = number_from_environment("VANTORE_TEST_SEED"); seed != 0)
+        return expect_no_broken_rule(unsigned(seed), operations, play);
+    const auto wish = number_from_environment("VANTORE_TEST_SEQUENCES");
+    const auto first = std::max(1UL, number_from_environment("VANTORE_TEST_FIRST"));
+    const auto end = std::chrono::steady_clock::now() + time_to_spend();
+    unsigned long played = 0;
+    while (!testing::Test::HasFailure() &&
+           (wish != 0 ? played < wish : played == 0 || std::chrono::steady_clock::now() < end))
+        expect_no_broken_rule(unsigned(first + played++), operations, play);
+    std::cout << played << " sequences of " << operations << " operations\n";
+}
+
+// A child reports with lines that begin with a letter.
+enum line_of_report : char { done = 'd', broken = 'b', state = 's' };
+
+static void write_lines(int pipe, line_of_report kind, std::string_view text)
+{
+    while (!text.empty()) {
+        const size_t length = std::min(text.find('\n'), text.size());
+        std::string line = char(kind) + std::string{text.substr(0, length)} + '\n';
+        for (std::string_view left = line; !left.empty();) {
+            const ssize_t n = write(pipe, left.data(), left.size());
+            if (n < 0)
+                return;
+            left.remove_prefix(size_t(n));
+        }
+        text.remove_prefix(std::min(length + 1, text.size()));
+    }
+}
+
+static outcome read_lines(const std::string &report)
+{
+    outcome o;
+    std::istringstream lines{report};
+    for (std::string line; std::getline(lines, line);) {
+        const std::string text = line.substr(std::min<size_t>(1, line.size()));
+        if (line.starts_with(broken))
+            o.broken.push_back(text);
+        else if (line.starts_with(done))
+            o.done += text + '\n';
+        else if (line.starts_with(state))
+            o.state += text + '\n';
+    }
+    return o;
+}
+
+[[noreturn]] static void run_child(const std::function<outcome(const say_what_was_done &)> &play, int pipe,
+                                   bool aloud)
+{
+    if (!aloud) {
+        const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        dup2(nothing, STDOUT_FILENO);
+        dup2(nothing, STDERR_FILENO);
+        close(nothing);
+    }
+    const outcome o = play([pipe](const std::string &line) { write_lines(pipe, done, line); });
+    for (const std::string &rule : o.broken)
+        write_lines(pipe, broken, rule);
+    write_lines(pipe, state, o.state);
+    exit(testing::Test::HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS); // looks for leaks under the sanitizers
+}
+
+// Reads until the other end is closed. Returns false if that takes too long.
+static bool read_all(int pipe, std::string &text)
+{
+    const auto give_up = std::chrono::steady_clock::now() + longest_run;
+    std::array<char, 4096> bytes;
+    for (;;) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(give_up - std::chrono::steady_clock::now());
+        pollfd waiting{.fd = pipe, .events = POLLIN, .revents = 0};
+        if (left.count() <= 0 || poll(&waiting, 1, int(left.count())) == 0)
+            return false;
+        const ssize_t n = read(pipe, bytes.data(), bytes.size());
+        if (n <= 0)
+            return true;
+        text.append(bytes.data(), size_t(n));
+    }
+}
+
+outcome play_in_child(const std::function<outcome(const say_what_was_done &)> &play, bool aloud)
+{
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0)
+        return {.broken = {"there is no pipe for the child"}, .done = {}, .state = {}};
+    std::cout.flush();
+    const pid_t child = fork();
+    if (child == 0) {
+        close(ends[0]);
+        run_child(play, ends[1], aloud);
+    }
+    close(ends[1]);
+    std::string report;
+    const bool ended = child > 0 && read_all(ends[0], report);
+    close(ends[0]);
+    if (child > 0 && !ended)
+        kill(child, SIGABRT);
+    int status = 0;
+    if (child > 0)
+        waitpid(child, &status, 0);
+    outcome o = read_lines(report);
+    if (!ended)
+        o.broken.emplace_back("it does not come to an end");
+    else if (WIFSIGNALED(status))
+        o.broken.push_back("it ends by signal " + std::to_string(WTERMSIG(status)));
+    else if (WEXITSTATUS(status) != 0)
+        o.broken.push_back("it ends with status " + std::to_string(WEXITSTATUS(status)));
+    return o;
+}
+
+} // namespace test
