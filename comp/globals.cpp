@@ -4,16 +4,22 @@
 #include "input/constraints.hpp"
 #include "input/cursor_image.hpp"
 #include "input/devices.hpp"
+#include "input/keymap_guard.hpp"
 #include "input/seat_requests.hpp"
 #include "input/shortcuts_inhibitor.hpp"
 #include "outputs/gamma.hpp"
+#include "outputs/screencopy_guard.hpp"
+#include "request_guards.hpp"
 #include "sandbox.hpp"
 #include "server.hpp"
 #include "session_listeners.hpp"
 #include "windows/attention.hpp"
 #include "windows/decoration_mode.hpp"
 #include "windows/layer.hpp"
+#include "windows/layer_guard.hpp"
 #include "windows/popup.hpp"
+#include "windows/popup_guard.hpp"
+#include "windows/subsurface_guard.hpp"
 #include "windows/xdg.hpp"
 
 #include <cstdlib>
@@ -26,6 +32,20 @@ static constexpr uint32_t layer_shell_version = 4;
 static constexpr uint32_t cursor_shape_version = 1;
 static constexpr uint32_t presentation_version = 2;
 static constexpr uint32_t ping_timeout_ms = 3000;
+
+static constexpr request_guard guards[]{
+    {"wl_subcompositor", dispatch_subcompositor_request},
+    {"xdg_popup", dispatch_popup_request},
+    {"zwlr_layer_surface_v1", dispatch_layer_request},
+    {"zwp_virtual_keyboard_v1", dispatch_keyboard_request},
+    {"zwlr_screencopy_frame_v1", dispatch_screencopy_request},
+    {"wp_security_context_manager_v1", dispatch_security_manager_request},
+};
+
+void globals_guard(vantore_server &server)
+{
+    guard_requests(server, guards);
+}
 
 // Logs that an optional global could not be made. The session starts without it.
 static void log_missing(const char *what, const char *consequence)

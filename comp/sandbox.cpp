@@ -3,7 +3,13 @@
 #include "server.hpp"
 
 #include <algorithm>
+#include <security-context-v1-protocol.h>
 #include <string_view>
+#include <sys/epoll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+enum manager_request : uint32_t { MANAGER_DESTROY, MANAGER_CREATE_LISTENER };
 
 // Sandboxed clients see only the globals in this table. For each we asked what a malicious program would
 // learn from it or do with it.
@@ -53,4 +59,51 @@ static bool may_see(const wl_client *client, const wl_global *global, void *data
 void sandbox_filter_globals(vantore_server &server)
 {
     wl_display_set_global_filter(server.display, may_see, &server);
+}
+
+static bool is_listening_socket(int fd)
+{
+    int listening = 0;
+    socklen_t length = sizeof listening;
+    return getsockopt(fd, SOL_SOCKET, SO_ACCEPTCONN, &listening, &length) == 0 && listening != 0;
+}
+
+// The event loop takes no descriptors of files and directories.
+static bool can_be_watched(int fd)
+{
+    const int poller = epoll_create1(EPOLL_CLOEXEC);
+    epoll_event nothing{};
+    const bool taken = poller >= 0 && epoll_ctl(poller, EPOLL_CTL_ADD, fd, &nothing) == 0;
+    if (poller >= 0)
+        close(poller);
+    return taken;
+}
+
+static void create_listener(const struct wp_security_context_manager_v1_interface &library,
+                            wl_resource *resource, const wl_argument *a)
+{
+    const int listening = a[1].h, life = a[2].h;
+    if (is_listening_socket(listening) && can_be_watched(life))
+        return library.create_listener(wl_resource_get_client(resource), resource, a[0].n, listening, life);
+    close(listening);
+    close(life);
+    wl_resource_post_error(resource, WP_SECURITY_CONTEXT_MANAGER_V1_ERROR_INVALID_LISTEN_FD,
+                           "a sandbox needs a listening socket and a descriptor that tells of its end");
+}
+
+int dispatch_security_manager_request(const void *implementation, void *target, uint32_t opcode,
+                                      const wl_message *, wl_argument *a)
+{
+    const auto &library =
+        *static_cast<const struct wp_security_context_manager_v1_interface *>(implementation);
+    auto *resource = static_cast<wl_resource *>(target);
+    switch (manager_request(opcode)) {
+    case MANAGER_DESTROY:
+        library.destroy(wl_resource_get_client(resource), resource);
+        break;
+    case MANAGER_CREATE_LISTENER:
+        create_listener(library, resource, a);
+        break;
+    }
+    return 0;
 }

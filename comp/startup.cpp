@@ -34,7 +34,6 @@
 #include "session_listeners.hpp"
 #include "spawn.hpp"
 #include "windows/fullscreen.hpp"
-#include "windows/subsurface_guard.hpp"
 #include "windows/xwayland.hpp"
 #include "workspaces/workspace.hpp"
 
@@ -84,7 +83,7 @@ static bool create_display(vantore_server &server)
     if (!made(server.display != nullptr, "Wayland display"))
         return false;
     wl_display_set_default_max_buffer_size(server.display, client_buffer_size);
-    guard_subsurface_requests(server);
+    globals_guard(server);
     return true;
 }
 

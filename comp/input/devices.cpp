@@ -6,7 +6,6 @@
 #include "../server.hpp"
 #include "../text.hpp"
 #include "keyboard.hpp"
-#include "keymap_guard.hpp"
 #include "libinput_settings.hpp"
 
 static void input_dev_handle_destroy(vantore_input_dev &dev)
@@ -94,7 +93,6 @@ void server_new_input(vantore_server &server, wlr_input_device *device)
 // touch even when a touchscreen is attached.
 void server_new_virtual_keyboard(vantore_server &server, wlr_virtual_keyboard_v1 *keyboard)
 {
-    guard_keymap_requests(keyboard);
     server_new_keyboard(server, &keyboard->keyboard.base);
     wlr_seat_set_capabilities(server.seat, WL_SEAT_CAPABILITY_POINTER | WL_SEAT_CAPABILITY_KEYBOARD);
 }

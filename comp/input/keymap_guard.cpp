@@ -1,9 +1,4 @@
-// The library recognises its resources by their implementation, so its own handlers stay in place. A
-// dispatcher in front of them decides which requests reach them.
-
 #include "keymap_guard.hpp"
-
-#include "../request_guard.hpp"
 
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -13,7 +8,7 @@
 #include <cerrno>
 #include <vector>
 
-static constexpr uint32_t largest_keymap = 16 * 1024 * 1024; // bytes
+static constexpr uint32_t largest_keymap = 1024 * 1024; // bytes
 
 enum keyboard_request : uint32_t { KEYBOARD_KEYMAP, KEYBOARD_KEY, KEYBOARD_MODIFIERS, KEYBOARD_DESTROY };
 
@@ -73,8 +68,8 @@ static void take_keymap(const struct zwp_virtual_keyboard_v1_interface &library,
         wl_client_post_implementation_error(client, "the keymap can't be read from its descriptor");
 }
 
-static int dispatch_keyboard_request(const void *implementation, void *target, uint32_t opcode,
-                                     const wl_message *, wl_argument *a)
+int dispatch_keyboard_request(const void *implementation, void *target, uint32_t opcode, const wl_message *,
+                              wl_argument *a)
 {
     const auto &library = *static_cast<const struct zwp_virtual_keyboard_v1_interface *>(implementation);
     auto *resource = static_cast<wl_resource *>(target);
@@ -94,9 +89,4 @@ static int dispatch_keyboard_request(const void *implementation, void *target, u
         break;
     }
     return 0;
-}
-
-void guard_keymap_requests(wlr_virtual_keyboard_v1 *keyboard)
-{
-    put_in_front_of_library(keyboard->resource, dispatch_keyboard_request);
 }

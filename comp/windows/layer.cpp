@@ -10,7 +10,6 @@
 #include "../visibility.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
-#include "layer_guard.hpp"
 #include "layer_placement.hpp"
 
 #include <algorithm>
@@ -211,7 +210,6 @@ static wlr_output *newest_output(vantore_server &server)
 
 void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *layer_surface)
 {
-    ignore_dismissed_popups(layer_surface);
     if (layer_surface->output == nullptr)
         layer_surface->output = newest_output(server);
     if (layer_surface->output == nullptr) {

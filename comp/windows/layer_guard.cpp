@@ -1,9 +1,4 @@
-// The library recognises its resources by their implementation, so its handlers stay in place. A dispatcher
-// in front of them decides which requests reach them.
-
 #include "layer_guard.hpp"
-
-#include "../request_guard.hpp"
 
 enum layer_request : uint32_t {
     LAYER_SET_SIZE,
@@ -18,8 +13,8 @@ enum layer_request : uint32_t {
     LAYER_SET_EXCLUSIVE_EDGE,
 };
 
-static int dispatch_layer_request(const void *library, void *target, uint32_t opcode, const wl_message *,
-                                  wl_argument *a)
+int dispatch_layer_request(const void *library, void *target, uint32_t opcode, const wl_message *,
+                           wl_argument *a)
 {
     const auto &handlers = *static_cast<const struct zwlr_layer_surface_v1_interface *>(library);
     auto *resource = static_cast<wl_resource *>(target);
@@ -59,9 +54,4 @@ static int dispatch_layer_request(const void *library, void *target, uint32_t op
         break;
     }
     return 0;
-}
-
-void ignore_dismissed_popups(wlr_layer_surface_v1 *layer_surface)
-{
-    put_in_front_of_library(layer_surface->resource, dispatch_layer_request);
 }

@@ -2,7 +2,6 @@
 
 #include "../records.hpp"
 #include "../server.hpp"
-#include "popup_guard.hpp"
 #include "reach.hpp"
 #include "toplevel.hpp"
 
@@ -119,7 +118,6 @@ static wlr_scene_tree *tree_of_parent(const wlr_xdg_popup &popup)
 
 void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup)
 {
-    guard_popup_requests(popup);
     if (has_dead_parent(*popup)) {
         wl_resource_post_error(popup->base->client->resource, XDG_WM_BASE_ERROR_INVALID_POPUP_PARENT,
                                "the parent of a popup is gone");

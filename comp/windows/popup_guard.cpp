@@ -1,9 +1,4 @@
-// The library recognises its resources by their implementation, so its own handlers stay in place. A
-// dispatcher in front of them decides which requests reach them.
-
 #include "popup_guard.hpp"
-
-#include "../request_guard.hpp"
 
 #include <xdg-shell-protocol.h>
 
@@ -14,8 +9,8 @@ static wl_resource *resource_argument(const wl_argument &argument)
     return reinterpret_cast<wl_resource *>(argument.o);
 }
 
-static int dispatch_popup_request(const void *library, void *target, uint32_t opcode, const wl_message *,
-                                  wl_argument *arguments)
+int dispatch_popup_request(const void *library, void *target, uint32_t opcode, const wl_message *,
+                           wl_argument *arguments)
 {
     const auto &handlers = *static_cast<const struct xdg_popup_interface *>(library);
     auto *resource = static_cast<wl_resource *>(target);
@@ -38,9 +33,4 @@ static int dispatch_popup_request(const void *library, void *target, uint32_t op
         break;
     }
     return 0;
-}
-
-void guard_popup_requests(wlr_xdg_popup *popup)
-{
-    put_in_front_of_library(popup->resource, dispatch_popup_request);
 }

@@ -5,7 +5,7 @@
 
 #include "server.hpp"
 
-#include <linux/input-event-codes.h>
+#include <array>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -19,6 +19,9 @@ namespace
 constexpr uint16_t compositor_create_surface = 0, surface_commit = 6;
 constexpr uint16_t subcompositor_get_subsurface = 1;
 constexpr uint16_t manager_create_virtual_keyboard = 0, virtual_keyboard_keymap = 0;
+constexpr uint16_t manager_create_listener = 1;
+constexpr uint16_t shm_create_pool = 0, pool_create_buffer = 0;
+constexpr uint16_t screencopy_capture_output = 0, frame_copy = 0;
 constexpr uint32_t xkb_v1 = 1;
 constexpr int deepest = 64;
 
@@ -26,6 +29,10 @@ struct raw_requests : test::desktop {
     void SetUp() override
     {
         desktop::SetUp();
+        connect_raw();
+    }
+    void connect_raw()
+    {
         int ends[2];
         ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends), 0);
         wl_client_create(server.display, ends[0]);
@@ -108,7 +115,49 @@ TEST_F(raw_requests, can_not_get_round_the_limit_with_a_new_binding_for_each_sub
         c->read();
     }
     EVENTUALLY(is_ended());
-    EXPECT_THAT(c->error(), HasSubstr("wl_subcompositor is bound too often"));
+    EXPECT_THAT(c->error(), HasSubstr("nested more than 64 deep"));
+}
+
+// The descriptors stay open in the session if nobody closes them, which the end of each test would notice.
+TEST_F(raw_requests, that_open_a_sandbox_without_a_listening_socket_leave_no_descriptor_behind)
+{
+    const int file = memfd_create("no socket", MFD_CLOEXEC);
+    const int socket_fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const sockaddr any_name{.sa_family = AF_UNIX, .sa_data = {}}; // the kernel picks one
+    ASSERT_EQ(bind(socket_fd, &any_name, sizeof any_name.sa_family), 0);
+    ASSERT_EQ(listen(socket_fd, 1), 0);
+    const std::array<std::array<int, 2>, 2> bad{{{file, file}, {socket_fd, file}}};
+    for (const auto &descriptors : bad) {
+        connect_raw();
+        const uint32_t manager = c->bind("wp_security_context_manager_v1", 1);
+        std::vector<uint32_t> request;
+        test::raw_client::append(request, manager, manager_create_listener, {c->new_id()});
+        ASSERT_TRUE(c->send(request, descriptors));
+        EVENTUALLY(is_ended());
+        EXPECT_THAT(c->error(), HasSubstr("needs a listening socket and a descriptor that tells of its end"));
+    }
+    close(file);
+    close(socket_fd);
+}
+
+TEST_F(raw_requests, that_capture_into_a_buffer_of_a_wrong_size_leave_nothing_behind)
+{
+    plug("A", 64, 64);
+    connect_raw();
+    const uint32_t shm = c->bind("wl_shm", 1), screencopy = c->bind("zwlr_screencopy_manager_v1", 3);
+    const uint32_t output = c->bind("wl_output", 1), pool = c->new_id();
+    const int file = memfd_create("picture", MFD_CLOEXEC);
+    ASSERT_EQ(ftruncate(file, 4096), 0);
+    c->request(shm, shm_create_pool, {pool, 4096}, file);
+    close(file);
+    const uint32_t buffer = c->new_id();
+    c->request(pool, pool_create_buffer, {buffer, 0, 16, 16, 64, 0});
+    const uint32_t frame = c->new_id();
+    c->request(screencopy, screencopy_capture_output, {frame, 0, output});
+    settle();
+    c->request(frame, frame_copy, {buffer});
+    EVENTUALLY(is_ended());
+    EXPECT_THAT(c->error(), HasSubstr("invalid buffer dimensions"));
 }
 
 struct keymap_requests : raw_requests {
