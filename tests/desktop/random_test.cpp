@@ -12,12 +12,12 @@ namespace
 
 constexpr size_t operations_in_a_sequence = 200;
 
-outcome play(unsigned sequence, const std::vector<unsigned> &seeds)
+outcome play(const test::run &run)
 {
     outcome result;
     random_session session;
-    session.begin(sequence % 4 == 1 ? x11::with : x11::without); // X servers take their time to start
-    for (const unsigned seed : seeds) {
+    session.begin(run.sequence % 4 == 1 ? x11::with : x11::without); // X servers take their time to start
+    for (const unsigned seed : run.seeds) {
         result.done += session.step(seed) + "\n";
         result.broken = session.broken();
         if (!result.broken.empty()) {

@@ -21,30 +21,33 @@ static constexpr size_t most_shortenings = 80;
 static constexpr std::chrono::seconds longest_run{120};
 
 // Leaves out operations without which a rule still breaks, in ever smaller pieces.
-static std::vector<unsigned> shortened(unsigned sequence, std::vector<unsigned> seeds, const player &play)
+static run shortened(run whole, const player &play)
 {
     size_t runs = 0;
-    for (size_t piece = seeds.size() / 2; piece > 0; piece /= 2) {
-        for (size_t from = 0; from + piece <= seeds.size() && runs < most_shortenings; runs++) {
-            std::vector<unsigned> without{seeds};
-            without.erase(without.begin() + ptrdiff_t(from), without.begin() + ptrdiff_t(from + piece));
-            if (play(sequence, without).broken.empty())
+    for (size_t piece = whole.seeds.size() / 2; piece > 0; piece /= 2) {
+        for (size_t from = 0; from + piece <= whole.seeds.size() && runs < most_shortenings; runs++) {
+            run without{whole};
+            const auto first = without.seeds.begin() + ptrdiff_t(from);
+            without.seeds.erase(first, first + ptrdiff_t(piece));
+            if (play(without).broken.empty())
                 from += piece;
             else
-                seeds = without;
+                whole = without;
         }
     }
-    return seeds;
+    return whole;
 }
 
 static void expect_no_broken_rule(unsigned sequence, size_t operations, const player &play)
 {
     std::mt19937 random{sequence};
-    std::vector<unsigned> seeds(operations);
-    std::ranges::generate(seeds, [&] { return unsigned(random()); });
-    if (play(sequence, seeds).broken.empty())
+    run whole{.sequence = sequence, .seeds = std::vector<unsigned>(operations), .aloud = false};
+    std::ranges::generate(whole.seeds, [&] { return unsigned(random()); });
+    if (play(whole).broken.empty())
         return;
-    const outcome last = play(sequence, shortened(sequence, seeds, play));
+    run shortest = shortened(whole, play);
+    shortest.aloud = true;
+    const outcome last = play(shortest);
     ADD_FAILURE() << "VANTORE_TEST_SEED=" << sequence << " breaks: " << testing::PrintToString(last.broken)
                   << "\nafter\n"
                   << last.done << last.state;

@@ -13,8 +13,14 @@ struct outcome {
     std::string done, state; // what the operations did, a line each, and what the session was like after them
 };
 
-// Plays one operation for each of the seeds, and stops at the first one that breaks a rule.
-using player = std::function<outcome(unsigned sequence, const std::vector<unsigned> &seeds)>;
+struct run {
+    unsigned sequence; // its number
+    std::vector<unsigned> seeds; // one for each operation
+    bool aloud; // what it prints will be read
+};
+
+// Plays the operations of a run, and stops at the first one that breaks a rule.
+using player = std::function<outcome(const run &)>;
 
 // Plays as many sequences as fit into its time, at least one. A sequence that breaks a rule fails the test
 // and ends the play. These environment variables change that:
@@ -26,7 +32,7 @@ void play_sequences(size_t operations, const player &play);
 
 // Runs in a child, so that a crash, a hang and a failed expectation are outcomes like any other. Nothing that
 // needs threads may have started in this process. `play` says what it did before it does the next thing, or
-// nobody would know after a crash. What the child prints is shown only with `aloud`.
+// nobody would know after a crash. The child prints nothing unless `aloud`.
 using say_what_was_done = std::function<void(const std::string &line)>;
 outcome play_in_child(const std::function<outcome(const say_what_was_done &)> &play, bool aloud);
 

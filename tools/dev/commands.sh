@@ -16,7 +16,7 @@ usage: ./dev COMMAND [ARGUMENTS]
   lint                       formatting, clang-tidy, header and text checks
   format                     format the sources
   bench [NAME...]            build and run the benchmarks
-  fuzz [SECONDS]             run each fuzz target for a minute, or for so long
+  fuzz [SECONDS]             send random requests for a minute, or for so long, and run each fuzz target as long
   help                       this text
 
 VANTORE_DEV_ENV=native or =rootfs chooses where to build; without it, native where everything is installed.
@@ -123,10 +123,20 @@ dev_bench() {
 	inside tools/run-benchmarks build/bench "$@"
 }
 
+# Plays random requests of hostile clients that no run has played before. A failure prints the seed.
+fuzz_requests() { # SECONDS
+	prepare
+	configure sanitized "${sanitize[@]}"
+	say "requests, for $1 seconds"
+	VANTORE_TEST_SECONDS=$1 VANTORE_TEST_FIRST=$(date +%s) inside meson test -C build/sanitized \
+		--timeout-multiplier 0 --verbose random_requests >&2
+}
+
 # Findings of a target go to build/fuzz/found. New corpus entries stay in build/fuzz/corpus, outside the tree.
 dev_fuzz() {
 	local seconds=${1:-60} source name status=0
 	[[ $seconds =~ ^[0-9]+$ ]] || fail "fuzz takes a number of seconds, not '$seconds'"
+	fuzz_requests "$seconds" || status=1
 	groups="base lint"
 	prepare
 	CXX=clang++ CC=clang configure fuzz "${sanitize[@]}" -Dtests=false -Dfuzz=true -Db_pch=false
