@@ -36,13 +36,13 @@ static constexpr uint32_t ping_timeout_ms = 3000;
 static constexpr request_guard guards[]{
     {"wl_subcompositor", dispatch_subcompositor_request},
     {"xdg_popup", dispatch_popup_request},
-    {"zwlr_layer_surface_v1", dispatch_layer_request},
-    {"zwp_virtual_keyboard_v1", dispatch_keyboard_request},
-    {"zwlr_screencopy_frame_v1", dispatch_screencopy_request},
-    {"wp_security_context_manager_v1", dispatch_security_manager_request},
+    {"zwlr_layer_surface_v1", dispatch_layer_surface_request},
+    {"zwp_virtual_keyboard_v1", dispatch_virtual_keyboard_request},
+    {"zwlr_screencopy_frame_v1", dispatch_screencopy_frame_request},
+    {"wp_security_context_manager_v1", dispatch_security_context_request},
 };
 
-void globals_guard(vantore_server &server)
+void globals_guard_requests(vantore_server &server)
 {
     guard_requests(server, guards);
 }

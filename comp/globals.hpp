@@ -7,7 +7,7 @@
 #include "fwd.hpp"
 
 // Guards the requests that the library trusts too much. Call it before any client connects.
-void globals_guard(vantore_server &server);
+void globals_guard_requests(vantore_server &server);
 // Creates what surfaces, selections and windows build on. Returns false without a compositor global.
 bool globals_create_first(vantore_server &server);
 // Offers explicit synchronisation if the GPU supports it and VANTORE_EXPLICIT_SYNC is not "0".

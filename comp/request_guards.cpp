@@ -1,7 +1,8 @@
-// A new object is announced before the library has given it its table of requests, so it can't have its
-// dispatcher at once, and the client's first request may follow in the same breath. A protocol logger hears
-// of a request right before it is handled. It would also hear of each event of each client, so it stays only
-// until the event loop is idle, when the dispatcher is put in place without it.
+// The library announces a new object before it sets the object's handlers, so a dispatcher that is set at
+// that moment would be overwritten. Waiting for the event loop is too late, because the client's next request
+// may already be in the buffer that libwayland is reading. A protocol logger hears of a request right before
+// it is handled. It also hears of each event of each client, so it stays only until the event loop is idle,
+// when the dispatcher is set without it.
 
 #include "request_guards.hpp"
 
@@ -11,7 +12,7 @@
 #include <algorithm>
 #include <string_view>
 
-static std::span<const request_guard> known_guards;
+static std::span<const request_guard> g_guards;
 
 // Lives as long as the client.
 struct watched_client {
@@ -23,9 +24,9 @@ struct watched_client {
 
 static const request_guard *guard_of(wl_resource *resource)
 {
-    const auto found = std::ranges::find(known_guards, std::string_view{wl_resource_get_class(resource)},
+    const auto found = std::ranges::find(g_guards, std::string_view{wl_resource_get_class(resource)},
                                          &request_guard::interface);
-    return found != known_guards.end() ? &*found : nullptr;
+    return found != g_guards.end() ? &*found : nullptr;
 }
 
 // The library's table stays the object's implementation, because the library recognises its objects by it. An
@@ -98,7 +99,7 @@ static void watch_client(wl_listener *, void *data)
 
 void guard_requests(vantore_server &server, std::span<const request_guard> guards)
 {
-    known_guards = guards;
+    g_guards = guards;
     server.new_client.notify = watch_client;
     wl_display_add_client_created_listener(server.display, &server.new_client);
     server.session_listeners.push_back(&server.new_client);

@@ -5,11 +5,14 @@
 #include "wlr.hpp"
 
 #include <span>
+#include <type_traits>
+
+// Gets every request to an object, with the library's table of handlers as its first argument.
+using request_dispatcher = std::remove_pointer_t<wl_dispatcher_func_t>;
 
 struct request_guard {
-    const char *interface; // of the objects whose requests it looks at
-    // Gets every request, with the library's table of handlers as its first argument.
-    wl_dispatcher_func_t dispatcher;
+    const char *interface; // of the objects whose requests the dispatcher gets
+    request_dispatcher *dispatcher;
 };
 
 // From now on, each object of these interfaces that a client creates has its guard before its first request.

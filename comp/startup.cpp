@@ -83,7 +83,7 @@ static bool create_display(vantore_server &server)
     if (!made(server.display != nullptr, "Wayland display"))
         return false;
     wl_display_set_default_max_buffer_size(server.display, client_buffer_size);
-    globals_guard(server);
+    globals_guard_requests(server);
     return true;
 }
 

@@ -135,7 +135,7 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
 // it.
 static bool covers_in_front(const vantore_toplevel &t, double rx, double ry)
 {
-    if (ry < (t.ssd ? -titlebar_height : 0))
+    if (rx < 0 || ry < (t.ssd ? -titlebar_height : 0))
         return false;
     const wlr_box geometry = tl_get_geometry(t);
     return rx < geometry.width && ry < geometry.height;
@@ -148,7 +148,8 @@ vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, 
     const int x = pixel_at(lx), y = pixel_at(ly);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
         const wlr_scene_node &node = t.scene_tree->node;
-        if (x < node.x || y < node.y - titlebar_height) // most windows fail this cheap question
+        // Rules out windows that begin to the right of the point or below it, without asking for their size.
+        if (x < node.x || y < node.y - titlebar_height)
             continue;
         const double rx = lx - node.x, ry = ly - node.y;
         if (!covers_in_front(t, rx, ry) || !tl_on_screen(t))

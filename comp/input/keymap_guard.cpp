@@ -8,7 +8,8 @@
 #include <cerrno>
 #include <vector>
 
-static constexpr uint32_t largest_keymap = 1024 * 1024; // bytes
+// In bytes. A keymap of the usual layouts has less than 0.1 MiB, and compiling one takes time in proportion.
+static constexpr uint32_t largest_keymap = 1024 * 1024;
 
 enum keyboard_request : uint32_t { KEYBOARD_KEYMAP, KEYBOARD_KEY, KEYBOARD_MODIFIERS, KEYBOARD_DESTROY };
 
@@ -60,6 +61,11 @@ static void take_keymap(const struct zwp_virtual_keyboard_v1_interface &library,
                         const wl_argument *a)
 {
     wl_client *client = wl_resource_get_client(resource);
+    const bool keyboard_is_gone = wl_resource_get_user_data(resource) == nullptr;
+    if (keyboard_is_gone) { // with its seat; the library would forget the descriptor
+        close(a[1].h);
+        return;
+    }
     const int copy = private_copy(a[1].h, a[2].u);
     close(a[1].h);
     if (copy >= 0)
@@ -68,8 +74,11 @@ static void take_keymap(const struct zwp_virtual_keyboard_v1_interface &library,
         wl_client_post_implementation_error(client, "the keymap can't be read from its descriptor");
 }
 
-int dispatch_keyboard_request(const void *implementation, void *target, uint32_t opcode, const wl_message *,
-                              wl_argument *a)
+static_assert(sizeof(struct zwp_virtual_keyboard_v1_interface) == 4 * sizeof(void (*)()),
+              "list the new request below");
+
+int dispatch_virtual_keyboard_request(const void *implementation, void *target, uint32_t opcode,
+                                      const wl_message *, wl_argument *a)
 {
     const auto &library = *static_cast<const struct zwp_virtual_keyboard_v1_interface *>(implementation);
     auto *resource = static_cast<wl_resource *>(target);

@@ -19,16 +19,21 @@ static void copy(copy_handler library, wl_resource *resource, wl_resource *targe
     if (buffer == nullptr)
         return library(client, resource, target);
     const size_t locks = buffer->n_locks;
-    library(client, resource, target);
     const wlr_screencopy_frame_v1 *frame = frame_of(resource);
-    const bool taken = frame != nullptr && frame->buffer == buffer;
+    const bool was_used = frame != nullptr && frame->buffer != nullptr;
+    library(client, resource, target);
+    frame = frame_of(resource); // the library may have ended it
+    const bool taken = !was_used && frame != nullptr && frame->buffer == buffer;
     if (!taken && buffer->n_locks > locks)
         wlr_buffer_unlock(buffer);
     wlr_buffer_unlock(buffer);
 }
 
-int dispatch_screencopy_request(const void *implementation, void *target, uint32_t opcode, const wl_message *,
-                                wl_argument *a)
+static_assert(sizeof(struct zwlr_screencopy_frame_v1_interface) == 3 * sizeof(void (*)()),
+              "list the new request below");
+
+int dispatch_screencopy_frame_request(const void *implementation, void *target, uint32_t opcode,
+                                      const wl_message *, wl_argument *a)
 {
     const auto &library = *static_cast<const struct zwlr_screencopy_frame_v1_interface *>(implementation);
     auto *resource = static_cast<wl_resource *>(target);

@@ -13,8 +13,11 @@ enum layer_request : uint32_t {
     LAYER_SET_EXCLUSIVE_EDGE,
 };
 
-int dispatch_layer_request(const void *library, void *target, uint32_t opcode, const wl_message *,
-                           wl_argument *a)
+static_assert(sizeof(struct zwlr_layer_surface_v1_interface) == 10 * sizeof(void (*)()),
+              "list the new request below");
+
+int dispatch_layer_surface_request(const void *library, void *target, uint32_t opcode, const wl_message *,
+                                   wl_argument *a)
 {
     const auto &handlers = *static_cast<const struct zwlr_layer_surface_v1_interface *>(library);
     auto *resource = static_cast<wl_resource *>(target);

@@ -5,6 +5,8 @@
 #include "reach.hpp"
 #include "toplevel.hpp"
 
+static constexpr int deepest = 64; // menus above one window
+
 struct vantore_popup {
     wlr_xdg_popup *xdg_popup = nullptr;
     vantore_server *server = nullptr;
@@ -109,6 +111,22 @@ static bool has_dead_parent(const wlr_xdg_popup &popup)
     return parent != nullptr && !has_role_object(*parent);
 }
 
+// Returns null unless the surface is a popup's.
+static const wlr_xdg_popup *popup_of(wlr_surface *surface)
+{
+    return surface != nullptr ? wlr_xdg_popup_try_from_wlr_surface(surface) : nullptr;
+}
+
+// Each level is walked at each commit, so a deep chain of menus would bring the session to a standstill.
+static bool is_nested_too_deep(const wlr_xdg_popup &popup)
+{
+    int depth = 1;
+    for (const wlr_xdg_popup *p = popup_of(popup.parent); p != nullptr && depth <= deepest;
+         p = popup_of(p->parent))
+        depth++;
+    return depth > deepest;
+}
+
 static wlr_scene_tree *tree_of_parent(const wlr_xdg_popup &popup)
 {
     wlr_xdg_surface *parent =
@@ -121,6 +139,11 @@ void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup)
     if (has_dead_parent(*popup)) {
         wl_resource_post_error(popup->base->client->resource, XDG_WM_BASE_ERROR_INVALID_POPUP_PARENT,
                                "the parent of a popup is gone");
+        return;
+    }
+    if (is_nested_too_deep(*popup)) {
+        wl_resource_post_error(popup->base->client->resource, XDG_WM_BASE_ERROR_INVALID_POPUP_PARENT,
+                               "menus are nested more than %d deep", deepest);
         return;
     }
     wlr_scene_tree *parent = tree_of_parent(*popup);

@@ -9,6 +9,8 @@ static wl_resource *resource_argument(const wl_argument &argument)
     return reinterpret_cast<wl_resource *>(argument.o);
 }
 
+static_assert(sizeof(struct xdg_popup_interface) == 3 * sizeof(void (*)()), "list the new request below");
+
 int dispatch_popup_request(const void *library, void *target, uint32_t opcode, const wl_message *,
                            wl_argument *arguments)
 {

@@ -42,6 +42,9 @@ static bool nests_too_deep(const wl_argument *a)
     return depth_of(parent) + 1 + height_of(*surface) > deepest;
 }
 
+static_assert(sizeof(struct wl_subcompositor_interface) == 2 * sizeof(void (*)()),
+              "list the new request below");
+
 int dispatch_subcompositor_request(const void *implementation, void *target, uint32_t opcode,
                                    const wl_message *, wl_argument *a)
 {

@@ -21,7 +21,12 @@ constexpr uint16_t subcompositor_get_subsurface = 1;
 constexpr uint16_t manager_create_virtual_keyboard = 0, virtual_keyboard_keymap = 0;
 constexpr uint16_t manager_create_listener = 1;
 constexpr uint16_t shm_create_pool = 0, pool_create_buffer = 0;
-constexpr uint16_t screencopy_capture_output = 0, frame_copy = 0;
+constexpr uint16_t screencopy_capture_output = 0, frame_copy = 0, frame_copy_with_damage = 2;
+constexpr uint16_t frame_event_buffer = 0, frame_event_ready = 2;
+constexpr uint16_t seat_release = 3;
+constexpr uint16_t shell_create_positioner = 1, shell_get_xdg_surface = 2;
+constexpr uint16_t positioner_set_size = 1, positioner_set_anchor_rect = 2;
+constexpr uint16_t xdg_surface_get_toplevel = 1, xdg_surface_get_popup = 2;
 constexpr uint32_t xkb_v1 = 1;
 constexpr int deepest = 64;
 
@@ -118,7 +123,7 @@ TEST_F(raw_requests, can_not_get_round_the_limit_with_a_new_binding_for_each_sub
     EXPECT_THAT(c->error(), HasSubstr("nested more than 64 deep"));
 }
 
-// The descriptors stay open in the session if nobody closes them, which the end of each test would notice.
+// The end of each test notices descriptors that stayed open, in this test and in those of captures.
 TEST_F(raw_requests, that_open_a_sandbox_without_a_listening_socket_leave_no_descriptor_behind)
 {
     const int file = memfd_create("no socket", MFD_CLOEXEC);
@@ -140,24 +145,78 @@ TEST_F(raw_requests, that_open_a_sandbox_without_a_listening_socket_leave_no_des
     close(socket_fd);
 }
 
-TEST_F(raw_requests, that_capture_into_a_buffer_of_a_wrong_size_leave_nothing_behind)
+TEST_F(raw_requests, that_nest_menus_more_than_64_deep_end_their_client)
 {
-    plug("A", 64, 64);
-    connect_raw();
-    const uint32_t shm = c->bind("wl_shm", 1), screencopy = c->bind("zwlr_screencopy_manager_v1", 3);
-    const uint32_t output = c->bind("wl_output", 1), pool = c->new_id();
-    const int file = memfd_create("picture", MFD_CLOEXEC);
-    ASSERT_EQ(ftruncate(file, 4096), 0);
-    c->request(shm, shm_create_pool, {pool, 4096}, file);
-    close(file);
-    const uint32_t buffer = c->new_id();
-    c->request(pool, pool_create_buffer, {buffer, 0, 16, 16, 64, 0});
-    const uint32_t frame = c->new_id();
-    c->request(screencopy, screencopy_capture_output, {frame, 0, output});
-    settle();
-    c->request(frame, frame_copy, {buffer});
+    const uint32_t compositor = c->bind("wl_compositor", 5), shell = c->bind("xdg_wm_base", 3);
+    const uint32_t window = create_surface(compositor), positioner = c->new_id();
+    c->request(shell, shell_create_positioner, {positioner});
+    c->request(positioner, positioner_set_size, {10, 10});
+    c->request(positioner, positioner_set_anchor_rect, {0, 0, 1, 1});
+    uint32_t parent = c->new_id();
+    c->request(shell, shell_get_xdg_surface, {parent, window});
+    c->request(parent, xdg_surface_get_toplevel, {c->new_id()});
+    for (int i = 0; i <= deepest; i++) {
+        settle();
+        EXPECT_FALSE(is_ended()) << i;
+        const uint32_t surface = create_surface(compositor), menu = c->new_id();
+        c->request(shell, shell_get_xdg_surface, {menu, surface});
+        c->request(menu, xdg_surface_get_popup, {c->new_id(), parent, positioner});
+        parent = menu;
+    }
+    EVENTUALLY(is_ended());
+    EXPECT_THAT(c->error(), HasSubstr("menus are nested more than 64 deep"));
+}
+
+struct captures : raw_requests {
+    void SetUp() override
+    {
+        raw_requests::SetUp();
+        plug("A", 64, 64);
+        connect_raw();
+        const uint32_t screencopy = c->bind("zwlr_screencopy_manager_v1", 3);
+        const uint32_t output = c->bind("wl_output", 1);
+        shm = c->bind("wl_shm", 1);
+        frame = c->new_id();
+        c->request(screencopy, screencopy_capture_output, {frame, 0, output});
+        EVENTUALLY(c->heard(frame, frame_event_buffer) != nullptr);
+        format = c->heard(frame, frame_event_buffer)->front();
+    }
+    uint32_t create_buffer(uint32_t side) const
+    {
+        const int file = memfd_create("picture", MFD_CLOEXEC);
+        EXPECT_EQ(ftruncate(file, off_t{side} * side * 4), 0);
+        const uint32_t pool = c->new_id();
+        c->request(shm, shm_create_pool, {pool, side * side * 4}, file);
+        close(file);
+        const uint32_t buffer = c->new_id();
+        c->request(pool, pool_create_buffer, {buffer, 0, side, side, side * 4, format});
+        return buffer;
+    }
+
+    uint32_t shm = 0, frame = 0, format = 0;
+};
+
+TEST_F(captures, into_a_buffer_of_a_wrong_size_leave_nothing_behind)
+{
+    c->request(frame, frame_copy, {create_buffer(16)});
     EVENTUALLY(is_ended());
     EXPECT_THAT(c->error(), HasSubstr("invalid buffer dimensions"));
+}
+
+TEST_F(captures, twice_into_one_buffer_leave_nothing_behind)
+{
+    const uint32_t buffer = create_buffer(64);
+    c->request(frame, frame_copy_with_damage, {buffer});
+    c->request(frame, frame_copy_with_damage, {buffer});
+    EVENTUALLY(is_ended());
+    EXPECT_THAT(c->error(), HasSubstr("already used"));
+}
+
+TEST_F(captures, into_a_buffer_of_the_right_size_succeed)
+{
+    c->request(frame, frame_copy, {create_buffer(64)});
+    EVENTUALLY(c->heard(frame, frame_event_ready) != nullptr);
+    EXPECT_FALSE(is_ended());
 }
 
 struct keymap_requests : raw_requests {
@@ -201,6 +260,28 @@ TEST_F(keymap_requests, of_a_pipe_end_their_client_without_waiting_for_it)
     EXPECT_THAT(c->error(), HasSubstr("the keymap can't be read"));
     close(pipe_ends[0]);
     close(pipe_ends[1]);
+}
+
+// The end of the test notices descriptors that stayed open.
+TEST_F(keymap_requests, to_a_keyboard_whose_seat_is_gone_leave_nothing_behind)
+{
+    const uint32_t manager = c->bind("zwp_virtual_keyboard_manager_v1", 1), seat = c->bind("wl_seat", 5);
+    const uint32_t keyboard = c->new_id();
+    c->request(manager, manager_create_virtual_keyboard, {seat, keyboard});
+    c->request(seat, seat_release, {});
+    const int file = memfd_create("keymap", MFD_CLOEXEC);
+    ASSERT_EQ(ftruncate(file, 4096), 0);
+    c->request(keyboard, virtual_keyboard_keymap, {xkb_v1, 4}, file);
+    close(file);
+    settle();
+    EXPECT_FALSE(is_ended());
+}
+
+TEST_F(keymap_requests, larger_than_a_mebibyte_end_their_client)
+{
+    send_keymap(1024 * 1024 + 1, 1024 * 1024 + 1);
+    EVENTUALLY(is_ended());
+    EXPECT_THAT(c->error(), HasSubstr("the keymap can't be read"));
 }
 
 TEST_F(keymap_requests, of_an_endless_size_end_their_client)

@@ -128,10 +128,20 @@ std::map<std::string, uint32_t> raw_client::offered() const
 
 void raw_client::take_event(uint32_t object, uint16_t opcode, std::string_view body)
 {
+    std::vector<uint32_t> &words = events[{object, opcode}];
+    words.resize(body.size() / sizeof(uint32_t));
+    memcpy(words.data(), body.data(), words.size() * sizeof(uint32_t));
     if (object == display && opcode == event_error)
         error_message = text_at(body, 8);
     else if (object == registry && opcode == event_global)
         globals[text_at(body, 4)] = {.name = word_at(body, 0), .version = word_at(body, body.size() - 4)};
+}
+
+const std::vector<uint32_t> *raw_client::heard(uint32_t object, uint16_t opcode)
+{
+    read();
+    const auto found = events.find({object, opcode});
+    return found != events.end() ? &found->second : nullptr;
 }
 
 void raw_client::read()

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace test
@@ -52,6 +53,9 @@ public:
     // Returns the message of the error that ended the connection, or an empty text before that.
     [[nodiscard]] const std::string &error() const { return error_message; }
     [[nodiscard]] bool closed() const { return has_closed; }
+    // Reads what has arrived, and returns the words of the object's last event of this kind, or null without
+    // one.
+    const std::vector<uint32_t> *heard(uint32_t object, uint16_t opcode);
 
 private:
     void take_event(uint32_t object, uint16_t opcode, std::string_view body);
@@ -63,6 +67,7 @@ private:
     };
     std::map<std::string, global> globals; // by interface
     std::string unread;
+    std::map<std::pair<uint32_t, uint16_t>, std::vector<uint32_t>> events; // by object and opcode
     std::string error_message;
     bool has_closed = false;
 };
