@@ -9,9 +9,11 @@ static constexpr int rest_ms = 250;
 // Each shortage of descriptors is logged once, not at each attempt.
 static bool g_said_full;
 
-static bool is_full(int error)
+// Whether the next attempt may succeed at once. A shortage of descriptors or memory lasts longer, and the
+// socket stays readable meanwhile.
+static bool is_passing(int error)
 {
-    return error == EMFILE || error == ENFILE;
+    return error == EAGAIN || error == EINTR || error == ECONNABORTED;
 }
 
 static void rest_a_while(listening_socket &l)
@@ -30,7 +32,7 @@ static int accept_connection(int fd, uint32_t, void *data)
     if (connection >= 0) {
         g_said_full = false;
         l.take(l.data, connection);
-    } else if (is_full(errno)) {
+    } else if (!is_passing(errno)) {
         rest_a_while(l);
     }
     return 0;

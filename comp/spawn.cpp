@@ -37,8 +37,8 @@ static void forget_our_ways()
     sigemptyset(&none);
     signal(SIGPIPE, SIG_DFL);
     sigprocmask(SIG_SETMASK, &none, nullptr);
+    open_standard_descriptors(); // before the limit, which may be lower than the next free number
     descriptors_restore_limit();
-    open_standard_descriptors();
 }
 
 [[noreturn]] static void become(const char *const argv[])

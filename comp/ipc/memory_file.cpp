@@ -23,7 +23,7 @@ int vnt_rgba_to_memfd(const void *full, int sw, int sh, size_t fstride, int max_
 {
     const capture_size source{.width = sw, .height = sh};
     const capture_size size = capture_fit(source, max_dim);
-    const int file = memfd_create("vnt-capture", 0);
+    const int file = memfd_create("vnt-capture", MFD_CLOEXEC);
     if (file < 0)
         return -1;
     if (!fill_file(file, full, source, fstride, size)) {

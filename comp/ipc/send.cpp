@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 static constexpr size_t most_descriptors = 4;
+static constexpr ptrdiff_t most_waiting_pictures = 16;
 
 using control_space = std::array<char, CMSG_SPACE(sizeof(int) * most_descriptors)>;
 
@@ -64,11 +65,21 @@ static void watch_for_room(vnt_ipc_client &client)
     wl_event_source_fd_update(client.src.get(), WL_EVENT_READABLE | room);
 }
 
+// Each waiting picture holds its memory, which its few bytes in the queue don't show.
+static bool has_room_for(const vnt_ipc_client &client, std::string_view bytes, std::span<const int> fds)
+{
+    if (client.rest_bytes + bytes.size() > ipc_most_kept)
+        return false;
+    return fds.empty() || std::ranges::count_if(client.rest, [](const ipc_rest &piece) {
+                              return !piece.fds.empty();
+                          }) < most_waiting_pictures;
+}
+
 // Returns false if the client's queue is too long already, or no descriptor is free for a duplicate. The
 // caller then gives the client up: a reply without its descriptor would be worse than none.
 static bool keep(vnt_ipc_client &client, std::string_view bytes, std::span<const int> fds)
 {
-    if (client.rest_bytes + bytes.size() > ipc_most_kept)
+    if (!has_room_for(client, bytes, fds))
         return false;
     ipc_rest piece{.bytes = std::string{bytes}, .fds = {}};
     for (const int fd : fds.first(std::min(fds.size(), most_descriptors)))
@@ -96,6 +107,8 @@ static bool send_or_keep(vnt_ipc_client &client, std::string_view frame, std::sp
 
 void ipc_reply(vnt_ipc_client &client, uint32_t type, std::string_view payload, std::span<const int> fds)
 {
+    if (client.dead) // its stream may be cut
+        return;
     if (!send_or_keep(client, make_frame(type, payload), fds))
         ipc_client_dispose(client);
 }

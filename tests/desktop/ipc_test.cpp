@@ -325,6 +325,22 @@ TEST_F(ipc, descriptors_wait_in_line_with_their_reply)
     close(came);
 }
 
+// A picture may be many megabytes large, which its reply does not show.
+TEST_F(ipc, client_that_lets_more_than_sixteen_pictures_wait_is_dropped)
+{
+    test::ipc_client &c = dial();
+    c.reads = false;
+    fill_socket(newest().fd);
+    const int file = memfd_create("picture", MFD_CLOEXEC);
+    for (int i = 0; i < 16; i++)
+        ipc_reply(newest(), VNT_MSG_CAPTURE, "{}", {&file, 1});
+    EXPECT_FALSE(newest().dead);
+    ipc_reply(newest(), VNT_MSG_CAPTURE, "{}", {&file, 1});
+    EXPECT_TRUE(newest().dead);
+    close(file);
+    EVENTUALLY_EQ(connections(), 0);
+}
+
 TEST_F(ipc, client_that_lets_eight_mebibytes_wait_is_dropped)
 {
     test::ipc_client &c = dial();
