@@ -373,4 +373,17 @@ TEST_F(session, publishes_its_outputs)
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
 
+TEST_F(session, that_is_nested_ends_in_order_when_the_session_around_it_is_killed)
+{
+    test::process around = start();
+    ASSERT_TRUE(around.says("running — WAYLAND_DISPLAY=wayland-0")) << around.output();
+    world.environment["WLR_BACKENDS"] = "wayland";
+    test::process nested = client(test::compositor());
+    ASSERT_TRUE(nested.says("output WL-1 online")) << nested.output();
+    ASSERT_TRUE(nested.says("running — WAYLAND_DISPLAY=wayland-1")) << nested.output();
+    around.send(SIGKILL);
+    EXPECT_THAT(nested.wait(), Optional(0)) << nested.output();
+    EXPECT_THAT(nested.output(), HasSubstr("the display backend has gone, ending"));
+}
+
 } // namespace
