@@ -12,7 +12,7 @@ namespace
 
 constexpr size_t operations_in_a_sequence = 200;
 
-outcome play(const test::run &run)
+outcome play(const test::sequence_run &run)
 {
     outcome result;
     random_session session;

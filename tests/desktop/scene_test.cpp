@@ -18,13 +18,13 @@ TEST_F(desktop, shows_windows_over_the_backdrop_the_newest_on_top)
     EXPECT_TRUE(test::matches_golden(picture("A"), "two-windows", 1));
 }
 
-TEST_F(desktop, draws_outputs_whose_sides_no_block_of_the_renderer_divides)
+TEST_F(desktop, draws_outputs_whose_sides_are_no_multiple_of_a_block)
 {
     for (const auto &[width, height] :
          {test::size{1001, 701}, test::size{1002, 702}, test::size{1003, 703}}) {
         const auto name = std::to_string(width);
         auto &drawn = plug(name, width, height);
-        settle();
+        EVENTUALLY(drawn.shown != nullptr);
         EXPECT_EQ(drawn.shown->width, width);
         EXPECT_EQ(drawn.shown->height, height);
         const test::image shown = picture(name);
@@ -33,7 +33,7 @@ TEST_F(desktop, draws_outputs_whose_sides_no_block_of_the_renderer_divides)
     }
 }
 
-TEST_F(desktop, draws_cursors_whose_sides_no_block_of_the_renderer_divides)
+TEST_F(desktop, draws_cursors_whose_sides_are_no_multiple_of_a_block)
 {
     test::output_traits traits{.name = "A", .width = 640, .height = 480};
     traits.has_cursor_plane = true;
@@ -45,7 +45,7 @@ TEST_F(desktop, draws_cursors_whose_sides_no_block_of_the_renderer_divides)
     point_at(pointer, 150, 150);
     settle();
     wl_surface *arrow = page.owner().create_surface("arrow");
-    for (int side = 29; side <= 32; side++) {
+    for (int side = 29; side < 32; side++) {
         ears.set_cursor(arrow, 0, 0);
         page.owner().paint(arrow, {side, side}, 0xffff0000);
         EVENTUALLY(screen.cursor != nullptr && screen.cursor->width == side);

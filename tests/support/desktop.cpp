@@ -3,8 +3,11 @@
 #include "config/load.hpp"
 #include "startup.hpp"
 
+#include <algorithm>
 #include <csignal>
+#include <ctime>
 #include <drm_fourcc.h>
+#include <filesystem>
 #include <format>
 #include <fstream>
 #include <sys/socket.h>
@@ -15,14 +18,15 @@ namespace test
 
 static std::vector<vnt_event> g_heard;
 
-// Returns what each open descriptor of this process stands for, in the order of their numbers.
+// Returns what each open descriptor of this process stands for. Leaves out the one that reads the list.
 static std::map<int, std::string> open_descriptors()
 {
     std::map<int, std::string> open;
     std::error_code failure;
+    const std::string list = "/proc/" + std::to_string(getpid()) + "/fd";
     for (const auto &entry : std::filesystem::directory_iterator{"/proc/self/fd"}) {
         const std::string target = std::filesystem::read_symlink(entry.path(), failure);
-        if (!failure && !target.starts_with("/proc/"))
+        if (!failure && target != list)
             open[atoi(entry.path().filename().c_str())] = target;
     }
     return open;
@@ -232,6 +236,18 @@ client &unstarted_desktop::connect()
     return added;
 }
 
+void unstarted_desktop::disconnect(client &c)
+{
+    connections.remove_if([&](const connection &other) { return other.side.get() == &c; });
+    settle();
+}
+
+void unstarted_desktop::disconnect(x11_client &c)
+{
+    x11_clients.remove_if([&](const x11_client &other) { return &other == &c; });
+    settle();
+}
+
 client &unstarted_desktop::connect(cut_line &line)
 {
     client &added = add_connection(line.client_end(), line.server_end());
@@ -317,22 +333,24 @@ void unstarted_desktop::pump()
     wl_event_loop_dispatch(wl_display_get_event_loop(server.display), 1);
 }
 
-static std::chrono::microseconds clock_now(clockid_t clock)
+static std::chrono::microseconds processor_time()
 {
     timespec now{};
-    clock_gettime(clock, &now);
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
     return std::chrono::seconds{now.tv_sec} + std::chrono::microseconds{now.tv_nsec / 1000};
 }
 
 std::chrono::microseconds unstarted_desktop::pump_timed()
 {
-    static constexpr std::chrono::microseconds most_that_counts{200'000};
-    const auto began = clock_now(CLOCK_MONOTONIC), worked = clock_now(CLOCK_PROCESS_CPUTIME_ID);
+    static constexpr std::chrono::microseconds longest_counted_round{200'000};
+    const auto began = std::chrono::steady_clock::now();
+    const auto worked = processor_time();
     pump();
-    const auto took = clock_now(CLOCK_MONOTONIC) - began;
+    const auto took =
+        std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - began);
     last_wait.longest_round = std::max(last_wait.longest_round, took);
-    last_wait.longest_work = std::max(last_wait.longest_work, clock_now(CLOCK_PROCESS_CPUTIME_ID) - worked);
-    return std::min(took, most_that_counts);
+    last_wait.longest_work = std::max(last_wait.longest_work, processor_time() - worked);
+    return std::min(took, longest_counted_round);
 }
 
 bool unstarted_desktop::idle() const
@@ -520,10 +538,10 @@ static std::string last_lines(const std::string &text, int count)
 
 std::string unstarted_desktop::state()
 {
-    std::string text = "the last wait took " + std::to_string(last_wait.rounds) + " rounds, the longest " +
-                       std::to_string(last_wait.longest_round.count()) + " us with at most " +
-                       std::to_string(last_wait.longest_work.count()) +
-                       " ms of work\nstate of the session:\n";
+    std::string text = std::format(
+        "the last wait took {} rounds, the longest {} ms, with at most {} ms of work\n"
+        "state of the session:\n",
+        last_wait.rounds, last_wait.longest_round.count() / 1000, last_wait.longest_work.count() / 1000);
     for (auto &o : each<&vantore_output::link>(server.outputs))
         text += describe(o);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels))

@@ -25,7 +25,8 @@
 #include <map>
 #include <memory>
 
-// Pumps the server and the clients until the condition holds, for at most 5 seconds.
+// Pumps the server and the clients until the condition holds. Gives up after 5 seconds, of which one round
+// counts for at most 0.2.
 #define EVENTUALLY(condition) \
     do { \
         EXPECT_TRUE(until([&] { return static_cast<bool>(condition); })) << #condition << '\n' << state(); \
@@ -83,6 +84,9 @@ protected:
 
     // Clients and windows
     client &connect();
+    // Closes the connection and destroys the client. References to it and to its windows are invalid then.
+    void disconnect(client &c);
+    void disconnect(x11_client &c);
     // Connects through a line that may break. The client then has an error, maybe already when this returns.
     // The line is pumped until forget() cuts it.
     client &connect(cut_line &line);
@@ -170,8 +174,8 @@ protected:
 
 private:
     void pump();
-    // Returns how long that took, for a wait that gives up one day. A long round counts little, because the
-    // software renderer compiles shaders for seconds where the machine is busy.
+    // Pumps once and returns how much of a wait's limit that uses up, at most 0.2 seconds. A busy machine can
+    // spend seconds in one round, when the software renderer compiles shaders.
     std::chrono::microseconds pump_timed();
     bool idle() const;
 
@@ -188,12 +192,12 @@ private:
     std::list<x11_client> x11_clients;
     made_up_backend *backend = nullptr;
     bool running = false;
-    // For failure messages: a wait that fails after a few long rounds was on a machine that stood still, or
-    // the compositor stood still.
+    // Shown in failure messages. A long round with little work means that the machine stood still; with much
+    // work, that the compositor did.
     struct {
         size_t rounds = 0;
-        std::chrono::microseconds longest_round{},
-            longest_work{}; // time passed, and processor time of the process
+        std::chrono::microseconds longest_round{};
+        std::chrono::microseconds longest_work{}; // processor time of the process in one round
     } last_wait;
     std::map<int, std::string> descriptors_before;
 };

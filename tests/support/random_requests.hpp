@@ -7,13 +7,16 @@
 
 #include <list>
 #include <map>
+#include <memory>
 #include <random>
 #include <set>
+#include <string>
+#include <vector>
 
 namespace test
 {
 
-// The kinds of requests that some compositor in this process has taken, as "interface.request".
+// Kinds of requests, as "interface.request".
 using request_kinds = std::set<std::string>;
 
 // Each operation makes its choices from its own seed, so that it makes the same ones in a shorter sequence.
@@ -28,6 +31,7 @@ public:
     std::string step(unsigned seed);
     std::vector<std::string> broken();
     std::string picture_of_it() { return state(); }
+    // Returns the kinds that hostile clients have sent in this session without being ended for it.
     [[nodiscard]] const request_kinds &taken() const { return kinds_taken; }
 
 private:
@@ -46,6 +50,7 @@ private:
         wl_client *side = nullptr; // null once the compositor has let it go
         listener gone;
         std::map<uint32_t, uint32_t> configured; // the serial of each object's last configure event
+        request_kinds sent; // in this step
     };
 
     int below(size_t limit) { return std::uniform_int_distribution<int>{0, int(limit) - 1}(random); }
@@ -71,7 +76,8 @@ private:
     bool sensible_arguments(peer &p, const object &on, const wl_message &kind, message &m);
 
     // Sends a request by its name and returns the object that it makes, or 0 if it makes none. The words are
-    // the other arguments in their order; a new object takes its place by itself.
+    // the other arguments in their order; the new object takes its place by itself, if what stands before it
+    // is one word each. Does nothing without an object to send it to.
     uint32_t ask(peer &p, const object &on, std::string_view request, std::vector<uint32_t> words = {});
     void send(peer &p, uint32_t id, uint16_t opcode, const message &m);
     // Gives the surface a buffer of its own and commits it.
@@ -82,7 +88,8 @@ private:
     std::string nearly_valid_request();
     std::string half_a_request();
     std::string bind_again();
-    std::string leave();
+    std::string leave(const peer &p);
+    std::string lose_a_client();
     std::string open_window();
     std::string open_popup();
     std::string open_panel();
@@ -108,7 +115,8 @@ private:
     window *witness = nullptr;
     wl_protocol_logger *logger = nullptr;
     std::list<peer> peers;
-    std::vector<int> kept; // descriptors whose other end a client has sent
+    std::vector<int>
+        kept; // our ends of pipes and sockets that a client has sent, and second descriptors of its files
     request_kinds kinds_taken;
     bool second_output = false;
     long last_step_ms = 0; // of this thread's processor time

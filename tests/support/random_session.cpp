@@ -26,13 +26,6 @@ static constexpr size_t most_clients = 8;
 static constexpr size_t most_windows = 24;
 static constexpr size_t most_panels = 6;
 
-// The software rasterizer always reads whole tiles. If a picture ended within a tile, it would read beyond
-// the end of the picture.
-static int whole_tiles(int length)
-{
-    return length / 64 * 64;
-}
-
 void random_session::begin(x11 windows_of_x11)
 {
     SetUp();
@@ -57,7 +50,7 @@ std::string random_session::plug_output()
     if (std::ranges::contains(plugged, name))
         return "nothing";
     plugged.push_back(name);
-    plug(name, whole_tiles(200 + below(1800)), whole_tiles(200 + below(1000)));
+    plug(name, 200 + below(1800), 200 + below(1000));
     return "plug " + name;
 }
 

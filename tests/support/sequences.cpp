@@ -6,11 +6,13 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <iostream>
 #include <poll.h>
 #include <random>
 #include <sstream>
+#include <string_view>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,15 +20,19 @@ namespace test
 {
 
 static constexpr size_t most_shortenings = 80;
+static constexpr std::chrono::seconds longest_shortening{60};
 static constexpr std::chrono::seconds longest_run{120};
 
 // Leaves out operations without which a rule still breaks, in ever smaller pieces.
-static run shortened(run whole, const player &play)
+static sequence_run shortened(sequence_run whole, const player &play)
 {
+    const auto end = std::chrono::steady_clock::now() + longest_shortening;
     size_t runs = 0;
     for (size_t piece = whole.seeds.size() / 2; piece > 0; piece /= 2) {
-        for (size_t from = 0; from + piece <= whole.seeds.size() && runs < most_shortenings; runs++) {
-            run without{whole};
+        for (size_t from = 0; from + piece <= whole.seeds.size() && runs < most_shortenings &&
+                              std::chrono::steady_clock::now() < end;
+             runs++) {
+            sequence_run without{whole};
             const auto first = without.seeds.begin() + ptrdiff_t(from);
             without.seeds.erase(first, first + ptrdiff_t(piece));
             if (play(without).broken.empty())
@@ -41,12 +47,14 @@ static run shortened(run whole, const player &play)
 static void expect_no_broken_rule(unsigned sequence, size_t operations, const player &play)
 {
     std::mt19937 random{sequence};
-    run whole{.sequence = sequence, .seeds = std::vector<unsigned>(operations), .aloud = false};
+    sequence_run whole{.sequence = sequence, .seeds = std::vector<unsigned>(operations), .prints = false};
     std::ranges::generate(whole.seeds, [&] { return unsigned(random()); });
     if (play(whole).broken.empty())
         return;
-    run shortest = shortened(whole, play);
-    shortest.aloud = true;
+    // The test runner may lose its patience with what follows.
+    std::cout << "VANTORE_TEST_SEED=" << sequence << " breaks a rule; shortening it\n" << std::flush;
+    sequence_run shortest = shortened(whole, play);
+    shortest.prints = true;
     const outcome last = play(shortest);
     ADD_FAILURE() << "VANTORE_TEST_SEED=" << sequence << " breaks: " << testing::PrintToString(last.broken)
                   << "\nafter\n"
@@ -86,13 +94,13 @@ void play_sequences(size_t operations, const player &play)
 }
 
 // A child reports with lines that begin with a letter.
-enum line_of_report : char { done = 'd', broken = 'b', state = 's' };
+enum class report : char { done = 'd', broken = 'b', state = 's', note = 'n' };
 
-static void write_lines(int pipe, line_of_report kind, std::string_view text)
+static void write_lines(int pipe, report kind, std::string_view text)
 {
     while (!text.empty()) {
         const size_t length = std::min(text.find('\n'), text.size());
-        std::string line = char(kind) + std::string{text.substr(0, length)} + '\n';
+        const std::string line = char(kind) + std::string{text.substr(0, length)} + '\n';
         for (std::string_view left = line; !left.empty();) {
             const ssize_t n = write(pipe, left.data(), left.size());
             if (n < 0)
@@ -103,36 +111,41 @@ static void write_lines(int pipe, line_of_report kind, std::string_view text)
     }
 }
 
-static outcome read_lines(const std::string &report)
+static outcome read_lines(const std::string &text)
 {
     outcome o;
-    std::istringstream lines{report};
+    std::istringstream lines{text};
     for (std::string line; std::getline(lines, line);) {
-        const std::string text = line.substr(std::min<size_t>(1, line.size()));
-        if (line.starts_with(broken))
-            o.broken.push_back(text);
-        else if (line.starts_with(done))
-            o.done += text + '\n';
-        else if (line.starts_with(state))
-            o.state += text + '\n';
+        const std::string rest = line.substr(std::min<size_t>(1, line.size()));
+        if (line.starts_with(char(report::broken)))
+            o.broken.push_back(rest);
+        else if (line.starts_with(char(report::note)))
+            o.notes.push_back(rest);
+        else if (line.starts_with(char(report::done)))
+            o.done += rest + '\n';
+        else if (line.starts_with(char(report::state)))
+            o.state += rest + '\n';
     }
     return o;
 }
 
 [[noreturn]] static void run_child(const std::function<outcome(const say_what_was_done &)> &play, int pipe,
-                                   bool aloud)
+                                   bool prints)
 {
-    if (!aloud) {
+    if (!prints) {
         const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
         dup2(nothing, STDOUT_FILENO);
         dup2(nothing, STDERR_FILENO);
         close(nothing);
     }
-    const outcome o = play([pipe](const std::string &line) { write_lines(pipe, done, line); });
+    const outcome o = play([pipe](const std::string &line) { write_lines(pipe, report::done, line); });
     for (const std::string &rule : o.broken)
-        write_lines(pipe, broken, rule);
-    write_lines(pipe, state, o.state);
-    exit(testing::Test::HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS); // looks for leaks under the sanitizers
+        write_lines(pipe, report::broken, rule);
+    for (const std::string &note : o.notes)
+        write_lines(pipe, report::note, note);
+    write_lines(pipe, report::state, o.state);
+    exit(testing::Test::HasFailure() ? EXIT_FAILURE
+                                     : EXIT_SUCCESS); // exit() also runs the sanitizers' leak check
 }
 
 // Reads until the other end is closed. Returns false if that takes too long.
@@ -153,26 +166,39 @@ static bool read_all(int pipe, std::string &text)
     }
 }
 
-outcome play_in_child(const std::function<outcome(const say_what_was_done &)> &play, bool aloud)
+static outcome failed(const std::string &why)
 {
+    return {.broken = {why}, .done = {}, .state = {}, .notes = {}};
+}
+
+static bool has_threads()
+{
+    return std::distance(std::filesystem::directory_iterator{"/proc/self/task"}, {}) > 1;
+}
+
+outcome play_in_child(const std::function<outcome(const say_what_was_done &)> &play, bool prints)
+{
+    if (has_threads())
+        return failed("this process has threads already; run the test alone");
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
-        return {.broken = {"there is no pipe for the child"}, .done = {}, .state = {}};
+        return failed("there is no pipe for the child");
     std::cout.flush();
     const pid_t child = fork();
     if (child == 0) {
         close(ends[0]);
-        run_child(play, ends[1], aloud);
+        run_child(play, ends[1], prints);
     }
     close(ends[1]);
     std::string report;
     const bool ended = child > 0 && read_all(ends[0], report);
     close(ends[0]);
-    if (child > 0 && !ended)
-        kill(child, SIGABRT);
+    if (child < 0)
+        return failed("there is no process for the child");
+    if (!ended)
+        kill(child, SIGKILL);
     int status = 0;
-    if (child > 0)
-        waitpid(child, &status, 0);
+    waitpid(child, &status, 0);
     outcome o = read_lines(report);
     if (!ended)
         o.broken.emplace_back("it does not come to an end");

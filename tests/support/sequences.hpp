@@ -11,16 +11,17 @@ namespace test
 struct outcome {
     std::vector<std::string> broken; // the rules that the last operation broke
     std::string done, state; // what the operations did, a line each, and what the session was like after them
+    std::vector<std::string> notes; // what else the player wants to know
 };
 
-struct run {
+struct sequence_run {
     unsigned sequence; // its number
     std::vector<unsigned> seeds; // one for each operation
-    bool aloud; // what it prints will be read
+    bool prints; // otherwise what a child prints is thrown away
 };
 
 // Plays the operations of a run, and stops at the first one that breaks a rule.
-using player = std::function<outcome(const run &)>;
+using player = std::function<outcome(const sequence_run &)>;
 
 // Plays as many sequences as fit into its time, at least one. A sequence that breaks a rule fails the test
 // and ends the play. These environment variables change that:
@@ -30,10 +31,11 @@ using player = std::function<outcome(const run &)>;
 //   VANTORE_TEST_SEED       the number of the only sequence
 void play_sequences(size_t operations, const player &play);
 
-// Runs in a child, so that a crash, a hang and a failed expectation are outcomes like any other. Nothing that
-// needs threads may have started in this process. `play` says what it did before it does the next thing, or
-// nobody would know after a crash. The child prints nothing unless `aloud`.
 using say_what_was_done = std::function<void(const std::string &line)>;
-outcome play_in_child(const std::function<outcome(const say_what_was_done &)> &play, bool aloud);
+
+// Runs in a child, so that a crash, a hang and a failed expectation are outcomes like any other. Breaks a
+// rule if this process already has threads, because a child would not have them. `play` says what it did
+// before it does the next thing, or nobody would know after a crash; its `done` is ignored.
+outcome play_in_child(const std::function<outcome(const say_what_was_done &)> &play, bool prints);
 
 } // namespace test
