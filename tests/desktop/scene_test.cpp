@@ -50,6 +50,7 @@ TEST_F(desktop, draws_cursors_whose_sides_are_no_multiple_of_a_block)
         page.owner().paint(arrow, {side, side}, 0xffff0000);
         EVENTUALLY(screen.cursor != nullptr && screen.cursor->width == side);
     }
+    page.owner().destroy_surface(arrow);
 }
 
 } // namespace

@@ -416,7 +416,7 @@ std::string random_requests::request()
         return "nothing";
     const int opcode = below(size_t(on.interface->method_count));
     const wl_message &kind = on.interface->methods[opcode];
-    const std::string name = std::format("{}@{}.{}", on.interface->name, on.id, kind.name);
+    std::string name = std::format("{}@{}.{}", on.interface->name, on.id, kind.name);
     if (atoi(kind.signature) > on.version || on.interface->name == std::string_view{"wl_registry"})
         return "nothing";
     if (lacks_argument(p, kind) && !one_in(50))

@@ -129,8 +129,9 @@ std::map<std::string, uint32_t> raw_client::offered() const
 void raw_client::take_event(uint32_t object, uint16_t opcode, std::string_view body)
 {
     std::vector<uint32_t> &words = events[{object, opcode}];
-    words.resize(body.size() / sizeof(uint32_t));
-    memcpy(words.data(), body.data(), words.size() * sizeof(uint32_t));
+    words.clear();
+    for (size_t at = 0; at + sizeof(uint32_t) <= body.size(); at += sizeof(uint32_t))
+        words.push_back(word_at(body, at));
     if (object == display && opcode == event_error)
         error_message = text_at(body, 8);
     else if (object == registry && opcode == event_global)
