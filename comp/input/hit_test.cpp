@@ -7,9 +7,15 @@
 #include <algorithm>
 #include <cmath>
 
-static bool may_hold(const vantore_reach &reach, int64_t x, int64_t y)
+static bool may_hold(const vantore_reach &reach, int x, int y)
 {
     return x >= reach.left && x < reach.right && y >= reach.top && y < reach.bottom;
+}
+
+// Wraps round where a window is two billion pixels away. It may then get a closer look, which finds nothing.
+static int distance(int from, int to)
+{
+    return int(uint32_t(to) - uint32_t(from));
 }
 
 static bool is_empty_tree(wlr_scene_node &node)
@@ -33,7 +39,7 @@ static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree
         if (!child->enabled)
             continue;
         const vantore_toplevel *t = toplevel_of(*child);
-        if (t != nullptr ? !may_hold(t->reach, int64_t{x} - child->x, int64_t{y} - child->y)
+        if (t != nullptr ? !may_hold(t->reach, distance(child->x, x), distance(child->y, y))
                          : is_empty_tree(*child))
             continue;
         const bool holds_windows = t == nullptr && (child == windows || &tree.node == windows);
