@@ -24,7 +24,7 @@ static long clients_wished()
     const char *wish = getenv("VANTORE_SOAK_CLIENTS");
     return wish != nullptr ? strtol(wish, nullptr, 10) : 10'000;
 }
-static const long clients = clients_wished(); // read before the test clears the environment
+static const long wished = clients_wished(); // read before the test clears the environment
 
 // Counts what clients could leave behind.
 struct census {
@@ -158,7 +158,7 @@ static void print(long clients, const census &c)
 
 TEST_F(soak, clients_come_and_go)
 {
-    ASSERT_GE(clients, rounds);
+    ASSERT_GE(wished, rounds);
     printf(" clients  descriptors  listeners  scene nodes  windows  heap MiB  private MiB\n");
     print(0, count());
     for (int i = 0; i < warm_up_clients; i++)
@@ -167,7 +167,7 @@ TEST_F(soak, clients_come_and_go)
     print(warm_up_clients, before);
     long done = 0;
     for (int round = 1; round <= rounds; round++) {
-        for (; done < clients * round / rounds; done++)
+        for (; done < wished * round / rounds; done++)
             one_client(int(done));
         print(done + warm_up_clients, count());
     }
