@@ -11,6 +11,7 @@
 #include "outputs/screencopy_guard.hpp"
 #include "request_guards.hpp"
 #include "sandbox.hpp"
+#include "sandbox_contexts.hpp"
 #include "server.hpp"
 #include "session_listeners.hpp"
 #include "windows/attention.hpp"
@@ -39,7 +40,6 @@ static constexpr request_guard guards[]{
     {"zwlr_layer_surface_v1", dispatch_layer_surface_request},
     {"zwp_virtual_keyboard_v1", dispatch_virtual_keyboard_request},
     {"zwlr_screencopy_frame_v1", dispatch_screencopy_frame_request},
-    {"wp_security_context_manager_v1", dispatch_security_context_request},
 };
 
 void globals_guard_requests(vantore_server &server)
@@ -108,9 +108,10 @@ bool globals_create_first(vantore_server &server)
     wlr_fractional_scale_manager_v1_create(display, 1);
     wlr_alpha_modifier_v1_create(display);
     wlr_single_pixel_buffer_manager_v1_create(display);
-    server.security_contexts = wlr_security_context_manager_v1_create(display);
-    if (server.security_contexts != nullptr)
+    if (sandbox_contexts_begin(server))
         sandbox_filter_globals(server);
+    else
+        log_missing("sandbox global", "programs in sandboxes connect like all others, or not at all");
     create_cursor_shape(server);
     create_shortcuts_inhibit(server);
     if (wlr_xdg_foreign_registry *registry = wlr_xdg_foreign_registry_create(display)) {

@@ -32,6 +32,8 @@ static int accept_connection(int fd, uint32_t, void *data)
     if (connection >= 0) {
         g_said_full = false;
         l.take(l.data, connection);
+    } else if (errno == EINVAL) {
+        l.source.reset(); // somebody has shut the socket down, and it stays readable for ever
     } else if (!is_passing(errno)) {
         rest_a_while(l);
     }
@@ -40,7 +42,8 @@ static int accept_connection(int fd, uint32_t, void *data)
 
 static int listen_again(void *data)
 {
-    wl_event_source_fd_update(static_cast<listening_socket *>(data)->source.get(), WL_EVENT_READABLE);
+    if (const auto &source = static_cast<listening_socket *>(data)->source; source != nullptr)
+        wl_event_source_fd_update(source.get(), WL_EVENT_READABLE);
     return 0;
 }
 

@@ -11,13 +11,15 @@
 
 #include <algorithm>
 #include <string_view>
+#include <vector>
 
 static std::span<const request_guard> g_guards;
 
 // Lives as long as the client.
 struct watched_client {
     wl_client *client = nullptr;
-    wl_protocol_logger *logger = nullptr; // these two exist while an object waits for its dispatcher
+    std::vector<uint32_t> waiting; // ids of objects without their dispatcher; some may be gone
+    wl_protocol_logger *logger = nullptr; // these two exist while an object waits
     wl_event_source *idle = nullptr;
     listener resource_created, destroy;
 };
@@ -31,12 +33,11 @@ static const request_guard *guard_of(wl_resource *resource)
 
 // The library's table stays the object's implementation, because the library recognises its objects by it. An
 // object that has its dispatcher already does not change.
-static wl_iterator_result put_dispatcher(wl_resource *resource, void *)
+static void put_dispatcher(wl_resource *resource)
 {
     if (const request_guard *guard = guard_of(resource))
         wl_resource_set_dispatcher(resource, guard->dispatcher, resource->object.implementation,
                                    wl_resource_get_user_data(resource), resource->destroy);
-    return WL_ITERATOR_CONTINUE;
 }
 
 static void handle_request(void *data, wl_protocol_logger_type direction,
@@ -45,7 +46,7 @@ static void handle_request(void *data, wl_protocol_logger_type direction,
     const auto *watched = static_cast<watched_client *>(data);
     if (direction == WL_PROTOCOL_LOGGER_REQUEST &&
         wl_resource_get_client(message->resource) == watched->client)
-        put_dispatcher(message->resource, nullptr);
+        put_dispatcher(message->resource);
 }
 
 static void stop_waiting(watched_client &watched)
@@ -56,19 +57,25 @@ static void stop_waiting(watched_client &watched)
         wl_event_source_remove(watched.idle);
     watched.logger = nullptr;
     watched.idle = nullptr;
+    watched.waiting.clear();
 }
 
 static void handle_idle(void *data)
 {
     auto *watched = static_cast<watched_client *>(data);
     watched->idle = nullptr; // the event loop has removed it
-    wl_client_for_each_resource(watched->client, put_dispatcher, nullptr);
+    for (const uint32_t id : watched->waiting)
+        if (wl_resource *resource = wl_client_get_object(watched->client, id))
+            put_dispatcher(resource);
     stop_waiting(*watched);
 }
 
 static void note_resource(watched_client &watched, wl_resource *resource)
 {
-    if (watched.idle != nullptr || guard_of(resource) == nullptr)
+    if (guard_of(resource) == nullptr)
+        return;
+    watched.waiting.push_back(wl_resource_get_id(resource));
+    if (watched.idle != nullptr)
         return;
     wl_display *display = wl_client_get_display(watched.client);
     watched.logger = wl_display_add_protocol_logger(display, handle_request, &watched);

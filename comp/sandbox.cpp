@@ -1,16 +1,10 @@
 #include "sandbox.hpp"
 
+#include "sandbox_contexts.hpp"
 #include "server.hpp"
 
 #include <algorithm>
-#include <fcntl.h>
-#include <security-context-v1-protocol.h>
 #include <string_view>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-enum manager_request : uint32_t { MANAGER_DESTROY, MANAGER_CREATE_LISTENER };
 
 // Sandboxed clients see only the globals in this table. For each we asked what a malicious program would
 // learn from it or do with it.
@@ -49,68 +43,13 @@ static constexpr std::string_view open_to_sandboxes[]{
     "zwp_keyboard_shortcuts_inhibit_manager_v1",
 };
 
-static bool may_see(const wl_client *client, const wl_global *global, void *data)
+static bool may_see(const wl_client *client, const wl_global *global, void *)
 {
-    const auto &server = *static_cast<vantore_server *>(data);
-    if (wlr_security_context_manager_v1_lookup_client(server.security_contexts, client) == nullptr)
-        return true;
-    return std::ranges::contains(open_to_sandboxes, std::string_view{wl_global_get_interface(global)->name});
+    return !is_sandboxed(client) ||
+           std::ranges::contains(open_to_sandboxes, std::string_view{wl_global_get_interface(global)->name});
 }
 
 void sandbox_filter_globals(vantore_server &server)
 {
-    wl_display_set_global_filter(server.display, may_see, &server);
-}
-
-static bool is_listening_socket(int fd)
-{
-    int listening = 0;
-    socklen_t length = sizeof listening;
-    return getsockopt(fd, SOL_SOCKET, SO_ACCEPTCONN, &listening, &length) == 0 && listening != 0;
-}
-
-// A pipe or a socket hangs up with its other end. Nothing else would ever end the sandbox.
-static bool can_hang_up(int fd)
-{
-    struct stat about{};
-    return fstat(fd, &about) == 0 && (S_ISFIFO(about.st_mode) || S_ISSOCK(about.st_mode));
-}
-
-// The library accepts connections without asking whether one still waits, and must not wait for one itself.
-static bool never_blocks(int fd)
-{
-    const int flags = fcntl(fd, F_GETFL);
-    return flags >= 0 && fcntl(fd, F_SETFL, flags | O_NONBLOCK) == 0;
-}
-
-static void create_listener(const struct wp_security_context_manager_v1_interface &library,
-                            wl_resource *resource, const wl_argument *a)
-{
-    const int listening = a[1].h, life = a[2].h;
-    if (is_listening_socket(listening) && never_blocks(listening) && can_hang_up(life))
-        return library.create_listener(wl_resource_get_client(resource), resource, a[0].n, listening, life);
-    close(listening);
-    close(life);
-    wl_resource_post_error(resource, WP_SECURITY_CONTEXT_MANAGER_V1_ERROR_INVALID_LISTEN_FD,
-                           "a sandbox needs a listening socket and a descriptor that tells of its end");
-}
-
-static_assert(sizeof(struct wp_security_context_manager_v1_interface) == 2 * sizeof(void (*)()),
-              "list the new request below");
-
-int dispatch_security_context_request(const void *implementation, void *target, uint32_t opcode,
-                                      const wl_message *, wl_argument *a)
-{
-    const auto &library =
-        *static_cast<const struct wp_security_context_manager_v1_interface *>(implementation);
-    auto *resource = static_cast<wl_resource *>(target);
-    switch (manager_request(opcode)) {
-    case MANAGER_DESTROY:
-        library.destroy(wl_resource_get_client(resource), resource);
-        break;
-    case MANAGER_CREATE_LISTENER:
-        create_listener(library, resource, a);
-        break;
-    }
-    return 0;
+    wl_display_set_global_filter(server.display, may_see, nullptr);
 }

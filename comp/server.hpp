@@ -21,7 +21,7 @@ struct vantore_server {
     wl_display *display = nullptr;
     wayland_socket socket;
     listener new_client; // any Wayland client connects
-    wlr_security_context_manager_v1 *security_contexts = nullptr; // null when it could not be made
+    list_head sandboxes; // sandbox_context
     wlr_backend *backend = nullptr;
     wlr_backend *headless = nullptr; // hosts virtual outputs; null unless the backend is a multi-backend
     listener backend_destroy, display_backend_destroy;

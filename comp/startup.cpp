@@ -27,6 +27,7 @@
 #include "padded_allocator.hpp"
 #include "presentation/animation.hpp"
 #include "reload.hpp"
+#include "sandbox_contexts.hpp"
 #include "scene_graph.hpp"
 #include "server.hpp"
 #include "session/autostart.hpp"
@@ -394,7 +395,8 @@ static constexpr startup_step steps[]{
     {"cursor, which outlives the scene", nullptr, destroy_cursor},
     {"listeners", nullptr, detach_session_listeners},
     {"first globals",
-     [](vantore_server &server) { return made(globals_create_first(server), "compositor global"); }},
+     [](vantore_server &server) { return made(globals_create_first(server), "compositor global"); },
+     sandbox_contexts_end},
     {"explicit sync", always<globals_create_explicit_sync>},
     {"scene", create_scene, destroy_scene},
     {"scene graph", build_scene_graph},

@@ -6,11 +6,14 @@
 
 #include <cstring>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utility>
 
+using testing::HasSubstr;
 using testing::UnorderedElementsAreArray;
 
 namespace
@@ -86,7 +89,7 @@ struct sockets : test::desktop {
 
 // An engine that opens a socket for its sandbox, and a program that connects through it.
 struct sandboxes : sockets {
-    static constexpr uint16_t manager_create_listener = 1, context_commit = 4;
+    static constexpr uint16_t manager_create_listener = 1, context_set_app_id = 2, context_commit = 4;
 
     void SetUp() override
     {
@@ -108,19 +111,24 @@ struct sandboxes : sockets {
         program.reset();
         engine.reset();
         for (const int fd : {listening, life[0], life[1]})
-            close(fd);
+            if (fd >= 0)
+                close(fd);
         settle();
         desktop::TearDown();
     }
-    void open_sandbox()
+    uint32_t open_context()
     {
         const uint32_t manager = engine->bind("wp_security_context_manager_v1", 1);
-        const uint32_t context = engine->new_id();
+        last_context = engine->new_id();
         // Both descriptors go with one request.
         std::vector<uint32_t> request;
-        test::raw_client::append(request, manager, manager_create_listener, {context});
-        ASSERT_TRUE(engine->send(request, std::array{listening, life[0]}));
-        ASSERT_TRUE(engine->request(context, context_commit, {}));
+        test::raw_client::append(request, manager, manager_create_listener, {last_context});
+        EXPECT_TRUE(engine->send(request, std::array{listening, life[0]}));
+        return last_context;
+    }
+    void open_sandbox()
+    {
+        ASSERT_TRUE(engine->request(open_context(), context_commit, {}));
         program = std::make_unique<test::raw_client>(connect_to(path));
         EVENTUALLY((program->read(), program->knows("xdg_wm_base")));
         settle();
@@ -128,6 +136,7 @@ struct sandboxes : sockets {
     }
 
     std::string path;
+    uint32_t last_context = 0;
     int listening = -1;
     int life[2]{-1, -1}; // the engine holds the other end open for as long as its sandbox lives
     std::unique_ptr<test::raw_client> engine, program;
@@ -148,6 +157,55 @@ TEST_F(sandboxes, have_a_decision_for_every_global_that_is_offered)
     std::vector<std::string> all = open_globals;
     all.insert(all.end(), closed_globals.begin(), closed_globals.end());
     EXPECT_THAT(names_of(connect()), UnorderedElementsAreArray(all));
+}
+
+TEST_F(sandboxes, go_on_when_the_client_that_opened_them_is_gone)
+{
+    open_sandbox();
+    engine.reset();
+    settle();
+    test::raw_client another{connect_to(path)};
+    EVENTUALLY((another.read(), another.knows("xdg_wm_base")));
+    EXPECT_FALSE(another.knows("zwlr_screencopy_manager_v1"));
+}
+
+TEST_F(sandboxes, end_when_their_life_ends_and_keep_their_programs)
+{
+    open_sandbox();
+    EXPECT_EQ(wl_list_length(&server.sandboxes), 1);
+    close(std::exchange(life[1], -1));
+    EVENTUALLY_EQ(wl_list_length(&server.sandboxes), 0);
+    settle();
+    program->read();
+    EXPECT_FALSE(program->closed());
+}
+
+TEST_F(sandboxes, that_shut_their_socket_down_leave_the_session_at_rest)
+{
+    open_sandbox();
+    ASSERT_EQ(shutdown(listening, SHUT_RDWR), 0);
+    settle();
+    wl_event_loop *loop = wl_display_get_event_loop(server.display);
+    wl_event_loop_dispatch(loop, 0);
+    pollfd work{.fd = wl_event_loop_get_fd(loop), .events = POLLIN, .revents = 0};
+    EXPECT_EQ(poll(&work, 1, 0), 0) << "the socket keeps the loop busy";
+}
+
+TEST_F(sandboxes, that_are_registered_twice_end_their_client)
+{
+    engine->request(open_context(), context_commit, {});
+    engine->request(last_context, context_commit, {});
+    EVENTUALLY((engine->read(), engine->closed()));
+    EXPECT_THAT(engine->error(), HasSubstr("registered already"));
+}
+
+TEST_F(sandboxes, that_are_named_twice_end_their_client)
+{
+    const uint32_t context = open_context();
+    for (int i = 0; i < 2; i++)
+        engine->request(context, context_set_app_id, {2, 'a'});
+    EVENTUALLY((engine->read(), engine->closed()));
+    EXPECT_THAT(engine->error(), HasSubstr("set already"));
 }
 
 // Takes every descriptor that the process may still open.
@@ -193,8 +251,12 @@ TEST_F(sockets, wait_while_no_descriptor_is_free_and_say_so_once)
     const few_descriptors limit;
     test::raw_client waiting{connect_to(wayland_path())}, another{connect_to(wayland_path())};
     greed all;
+    wl_event_loop *loop = wl_display_get_event_loop(server.display);
+    wl_event_loop_dispatch(loop, 0);
+    pollfd work{.fd = wl_event_loop_get_fd(loop), .events = POLLIN, .revents = 0};
+    EXPECT_EQ(poll(&work, 1, 0), 0) << "the socket keeps the loop busy";
     for (int i = 0; i < 20; i++) {
-        wl_event_loop_dispatch(wl_display_get_event_loop(server.display), 0);
+        wl_event_loop_dispatch(loop, 0);
         if (i % 5 == 4)
             advance_clock_ms(250);
     }

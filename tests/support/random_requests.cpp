@@ -24,6 +24,7 @@ static constexpr size_t most_objects = 400; // of a peer; it leaves when it has 
 static constexpr size_t most_kept = 16;
 static constexpr int longer_than_a_ping_ms = 3100;
 static constexpr uint16_t shm_create_pool = 0, pool_create_buffer = 0;
+static constexpr uint16_t frame_event_buffer = 0; // its format, width, height and stride
 // Far more than compiling a shader takes.
 #ifdef __SANITIZE_ADDRESS__
 static constexpr long too_long_ms = 30'000;
@@ -338,6 +339,7 @@ bool random_requests::sensible_arguments(peer &p, const object &on, const wl_mes
     const auto size = [this] { return uint32_t(1 + below(300)); };
     if (name == "wl_shm.create_pool") {
         m.fds.push_back(memory_file<unsigned>(65536, [](unsigned *) {}));
+        keep(dup(m.fds.back())); // it may shrink under the pool
         m.words = {p.wire->new_id(), 65536 * 4};
     } else if (name == "wl_shm_pool.create_buffer") {
         const auto width = uint32_t(1 + below(128)), height = uint32_t(1 + below(128));
@@ -354,6 +356,11 @@ bool random_requests::sensible_arguments(peer &p, const object &on, const wl_mes
         m.words = {p.configured[on.id]};
     } else if (name == "wl_surface.set_buffer_scale") {
         m.words = {uint32_t(1 + below(3))};
+    } else if (name.starts_with("zwlr_screencopy_frame_v1.copy")) {
+        const std::vector<uint32_t> *wanted = p.wire->heard(on.id, frame_event_buffer);
+        if (wanted == nullptr)
+            return false;
+        m.words = {create_buffer(p, int((*wanted)[1]), int((*wanted)[2]), (*wanted)[0])};
     } else if (name == "wl_surface.attach") {
         m.words = {any_object(p, "wl_buffer").id, 0, 0};
     } else if (name == "wp_security_context_manager_v1.create_listener") {
@@ -506,18 +513,26 @@ std::string random_requests::lose_a_client()
     return leave(any_peer());
 }
 
-void random_requests::draw(peer &p, const object &surface, int width, int height)
+uint32_t random_requests::create_buffer(peer &p, int width, int height, uint32_t format)
 {
     const object shm = any_object(p, "wl_shm");
-    if (shm.id == 0 || surface.id == 0)
-        return;
+    if (shm.id == 0)
+        return 0;
     const auto bytes = uint32_t(width * height * 4);
     const uint32_t pool = p.wire->new_id();
     const int file = memory_file<char>(bytes, [](char *) {});
     send(p, shm.id, shm_create_pool, {.words = {pool, bytes}, .fds = {file}});
     const uint32_t buffer = p.wire->new_id();
     send(p, pool, pool_create_buffer,
-         {.words = {buffer, 0, uint32_t(width), uint32_t(height), uint32_t(width) * 4, 1}, .fds = {}});
+         {.words = {buffer, 0, uint32_t(width), uint32_t(height), uint32_t(width) * 4, format}, .fds = {}});
+    return buffer;
+}
+
+void random_requests::draw(peer &p, const object &surface, int width, int height)
+{
+    if (surface.id == 0)
+        return;
+    const uint32_t buffer = create_buffer(p, width, height, WL_SHM_FORMAT_XRGB8888);
     ask(p, surface, "attach", {buffer, 0, 0});
     ask(p, surface, "damage", {0, 0, uint32_t(width), uint32_t(height)});
     ask(p, surface, "commit");

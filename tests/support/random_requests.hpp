@@ -80,6 +80,8 @@ private:
     // is one word each. Does nothing without an object to send it to.
     uint32_t ask(peer &p, const object &on, std::string_view request, std::vector<uint32_t> words = {});
     void send(peer &p, uint32_t id, uint16_t opcode, const message &m);
+    // Returns 0 if the client has no wl_shm.
+    uint32_t create_buffer(peer &p, int width, int height, uint32_t format);
     // Gives the surface a buffer of its own and commits it.
     void draw(peer &p, const object &surface, int width, int height);
 
