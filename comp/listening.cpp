@@ -1,6 +1,10 @@
 #include "listening.hpp"
 
+#include "descriptor.hpp"
+
 #include <cerrno>
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -25,16 +29,31 @@ static void rest_a_while(listening_socket &l)
     timer_arm(l.rest, rest_ms);
 }
 
+// The event loop needs a second descriptor for each connection. A connection that is accepted with the last
+// one would have to be closed at once instead of waiting.
+static int accept_with_one_to_spare(int fd)
+{
+    const descriptor spare{fcntl(fd, F_DUPFD_CLOEXEC, 0)};
+    return spare.fd >= 0 ? accept4(fd, nullptr, nullptr, SOCK_CLOEXEC) : -1;
+}
+
+// Whoever else holds the socket may shut it down. It then stays readable for ever.
+static bool is_shut_down(int fd)
+{
+    pollfd state{.fd = fd, .events = POLLRDHUP, .revents = 0};
+    return poll(&state, 1, 0) == 1;
+}
+
 static int accept_connection(int fd, uint32_t, void *data)
 {
     auto &l = *static_cast<listening_socket *>(data);
-    const int connection = accept4(fd, nullptr, nullptr, SOCK_CLOEXEC);
+    const int connection = accept_with_one_to_spare(fd), error = errno;
     if (connection >= 0) {
         g_said_full = false;
         l.take(l.data, connection);
-    } else if (errno == EINVAL) {
-        l.source.reset(); // somebody has shut the socket down, and it stays readable for ever
-    } else if (!is_passing(errno)) {
+    } else if (is_shut_down(fd)) {
+        l.source.reset();
+    } else if (!is_passing(error)) {
         rest_a_while(l);
     }
     return 0;

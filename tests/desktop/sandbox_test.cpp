@@ -159,6 +159,16 @@ TEST_F(sandboxes, have_a_decision_for_every_global_that_is_offered)
     EXPECT_THAT(names_of(connect()), UnorderedElementsAreArray(all));
 }
 
+TEST_F(sandboxes, do_not_see_a_global_that_nobody_has_thought_of)
+{
+    wl_global *added = wl_global_create(server.display, &wl_callback_interface, 1, nullptr,
+                                        [](wl_client *, void *, uint32_t, uint32_t) {});
+    EVENTUALLY((engine->read(), engine->knows("wl_callback")));
+    open_sandbox();
+    EXPECT_FALSE(program->knows("wl_callback"));
+    wl_global_destroy(added);
+}
+
 TEST_F(sandboxes, go_on_when_the_client_that_opened_them_is_gone)
 {
     open_sandbox();

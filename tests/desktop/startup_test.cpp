@@ -54,9 +54,9 @@ TEST(startup_table, ends_the_socket_the_clients_the_x_server_and_the_scene_befor
             names.push_back(step.name);
     EXPECT_THAT(names,
                 ElementsAre("IPC", "socket and backend", "clients", "XWayland", "frames of covered windows",
-                            "modifier timer", "animation timer", "hangup", "scene", "listeners",
-                            "cursor, which outlives the scene", "frame measurements", "allocator", "renderer",
-                            "login session", "backend", "outputs file",
+                            "modifier timer", "animation timer", "hangup", "scene", "first globals",
+                            "listeners", "cursor, which outlives the scene", "frame measurements",
+                            "allocator", "renderer", "login session", "backend", "outputs file",
                             "workspaces, which outlive the outputs", "memory", "display"));
 }
 

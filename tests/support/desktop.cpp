@@ -367,6 +367,7 @@ void unstarted_desktop::settle()
 {
     const int rounds = x11_clients.empty() ? 2 : 4;
     for (int round = 0; round < rounds; round++) {
+        pump(); // for clients that don't belong to this desktop
         for (x11_client &c : x11_clients)
             c.roundtrip_begin();
         EVENTUALLY(std::ranges::all_of(x11_clients, [](x11_client &c) { return c.roundtrip_done(); }));
