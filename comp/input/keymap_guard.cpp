@@ -1,15 +1,21 @@
 #include "keymap_guard.hpp"
 
+#include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <virtual-keyboard-unstable-v1-protocol.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
+#include <cstring>
+#include <string_view>
 #include <vector>
 
 // In bytes. A keymap of the usual layouts has less than 0.1 MiB, and compiling one takes time in proportion.
 static constexpr uint32_t largest_keymap = 1024 * 1024;
+// Each file of the system's layouts that a keymap names takes up to a millisecond to compile.
+static constexpr ptrdiff_t most_included_files = 1000;
 
 enum keyboard_request : uint32_t { KEYBOARD_KEYMAP, KEYBOARD_KEY, KEYBOARD_MODIFIERS, KEYBOARD_DESTROY };
 
@@ -39,15 +45,50 @@ static bool write_whole(int fd, const std::vector<char> &bytes)
     return true;
 }
 
-// Copies the first `size` bytes of a client's file into a memory file, which nobody else can change. Returns
-// -1 on failure. Fails for everything except regular files, because other reads may block.
+// Only files in memory can have seals. Everything else, even a regular file of a file system in user space,
+// may let its reader wait for ever.
+static bool lies_in_memory(int fd)
+{
+    return fcntl(fd, F_GET_SEALS) >= 0;
+}
+
+static bool same_letter(char a, char b)
+{
+    return tolower(static_cast<unsigned char>(a)) == b;
+}
+
+static ptrdiff_t times_in(std::string_view text, std::string_view word)
+{
+    ptrdiff_t times = 0;
+    while (const auto found = std::ranges::search(text, word, same_letter)) {
+        times++;
+        text = {found.end(), text.end()};
+    }
+    return times;
+}
+
+// Returns how many files the keymap names at most, for example three for `include "pc+us|de"`. The words that
+// may stand before the name, and the characters between names, mean other things too. Reading them as the
+// compiler does would be the only way to be exact, and any difference would let a keymap pass that names
+// more.
+static ptrdiff_t may_include(std::string_view text)
+{
+    ptrdiff_t names = 0;
+    for (const char *word : {"include", "augment", "override", "replace", "alternate"})
+        names += times_in(text, word);
+    return names == 0
+               ? 0
+               : names + std::ranges::count_if(text, [](char c) { return strchr("+|^", c) != nullptr; });
+}
+
+// Copies the first `size` bytes of a client's memory file into one that nobody else can change. Returns -1 if
+// the file can't be read, or if compiling its keymap would take too long.
 static int private_copy(int fd, uint32_t size)
 {
-    struct stat info{};
-    if (size == 0 || size > largest_keymap || fstat(fd, &info) != 0 || !S_ISREG(info.st_mode))
+    if (size == 0 || size > largest_keymap || !lies_in_memory(fd))
         return -1;
     std::vector<char> bytes(size);
-    if (!read_whole(fd, bytes))
+    if (!read_whole(fd, bytes) || may_include({bytes.data(), size}) > most_included_files)
         return -1;
     const int copy = memfd_create("keymap", MFD_CLOEXEC);
     if (copy >= 0 && write_whole(copy, bytes))

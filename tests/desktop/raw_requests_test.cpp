@@ -3,9 +3,11 @@
 #include "support/desktop.hpp"
 #include "support/raw_client.hpp"
 
+#include "input/keyboard.hpp"
 #include "server.hpp"
 
 #include <array>
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -228,6 +230,13 @@ struct keymap_requests : raw_requests {
         send_keymap_of(file, said);
         close(file);
     }
+    void send_keymap_text(const std::string &text)
+    {
+        const int file = memfd_create("keymap", MFD_CLOEXEC);
+        ASSERT_EQ(write(file, text.c_str(), text.size() + 1), ssize_t(text.size() + 1));
+        send_keymap_of(file, uint32_t(text.size() + 1));
+        close(file);
+    }
     void send_keymap_of(int file, uint32_t said)
     {
         const uint32_t manager = c->bind("zwp_virtual_keyboard_manager_v1", 1), seat = c->bind("wl_seat", 1);
@@ -260,6 +269,39 @@ TEST_F(keymap_requests, of_a_pipe_end_their_client_without_waiting_for_it)
     EXPECT_THAT(c->error(), HasSubstr("the keymap can't be read"));
     close(pipe_ends[0]);
     close(pipe_ends[1]);
+}
+
+// A file system in user space could let its reader wait for ever.
+TEST_F(keymap_requests, of_a_file_that_is_not_in_memory_end_their_client)
+{
+    const int file = open("/proc/self/status", O_RDONLY | O_CLOEXEC);
+    send_keymap_of(file, 16);
+    close(file);
+    EVENTUALLY(is_ended());
+    EXPECT_THAT(c->error(), HasSubstr("the keymap can't be read"));
+}
+
+TEST_F(keymap_requests, that_name_thousands_of_files_end_their_client)
+{
+    std::string names = "pc";
+    for (int i = 0; i < 1000; i++)
+        names += "+pc";
+    send_keymap_text("xkb_keymap { xkb_symbols { Include \"" + names + "\" }; };");
+    EVENTUALLY(is_ended());
+    EXPECT_THAT(c->error(), HasSubstr("the keymap can't be read"));
+}
+
+TEST_F(keymap_requests, of_layouts_of_the_system_are_taken)
+{
+    send_keymap_text("xkb_keymap { xkb_keycodes { include \"evdev+aliases(qwerty)\" }; xkb_types { include "
+                     "\"complete\" }; xkb_compat { include \"complete\" }; xkb_symbols { include "
+                     "\"pc+de+inet(evdev)\" }; };");
+    settle();
+    EXPECT_FALSE(is_ended());
+    const auto *keyboard = each<&vantore_keyboard::link>(server.keyboards).first();
+    ASSERT_NE(keyboard, nullptr);
+    ASSERT_NE(keyboard->wlr_keyboard->keymap, nullptr);
+    EXPECT_STREQ(xkb_keymap_layout_get_name(keyboard->wlr_keyboard->keymap, 0), "German");
 }
 
 // The end of the test notices descriptors that stayed open.
