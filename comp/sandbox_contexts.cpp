@@ -1,5 +1,5 @@
-// The library's own implementation waits for connections with a plain accept. A sandbox could hold up the session with
-// it, or keep it busy for ever, and it does not rest while no descriptor is free.
+// The library's own implementation waits for connections with a plain accept. A sandbox could hold up the
+// session with it, or keep it busy for ever, and it does not rest while no descriptor is free.
 
 #include "sandbox_contexts.hpp"
 
@@ -84,7 +84,8 @@ template <bool sandbox_context::*Given> static void set_name(wl_client *, wl_res
         wl_resource_post_error(resource, WP_SECURITY_CONTEXT_V1_ERROR_ALREADY_USED,
                                "the sandbox has been registered already");
     else if (std::exchange(context->*Given, true))
-        wl_resource_post_error(resource, WP_SECURITY_CONTEXT_V1_ERROR_ALREADY_SET, "the name has been set already");
+        wl_resource_post_error(resource, WP_SECURITY_CONTEXT_V1_ERROR_ALREADY_SET,
+                               "the name has been set already");
 }
 
 // The descriptor hung up, or can't do so any more.
@@ -173,8 +174,8 @@ static void create_listener(wl_client *client, wl_resource *manager, uint32_t id
                                "a sandbox needs a listening socket and a descriptor that tells of its end");
         return end_context(*context);
     }
-    context->resource = wl_resource_create(client, &wp_security_context_v1_interface,
-                                           wl_resource_get_version(manager), id);
+    context->resource =
+        wl_resource_create(client, &wp_security_context_v1_interface, wl_resource_get_version(manager), id);
     if (context->resource == nullptr) {
         wl_client_post_no_memory(client);
         return end_context(*context);
@@ -201,8 +202,8 @@ static void bind(wl_client *client, void *data, uint32_t version, uint32_t id)
 bool sandbox_contexts_begin(vantore_server &server)
 {
     static constexpr int version = 1;
-    return wl_global_create(server.display, &wp_security_context_manager_v1_interface, version, &server, bind) !=
-           nullptr;
+    return wl_global_create(server.display, &wp_security_context_manager_v1_interface, version, &server,
+                            bind) != nullptr;
 }
 
 void sandbox_contexts_end(vantore_server &server)

@@ -4,8 +4,8 @@
 #include "fwd.hpp"
 #include "wlr.hpp"
 
-// Offers the global. A sandbox hands over a listening socket. Whoever connects to it is a sandboxed client, until the
-// other end of a second descriptor is closed. Returns false if there is no memory for the global.
+// Offers the global. A sandbox hands over a listening socket. Whoever connects to it is a sandboxed client,
+// until the other end of a second descriptor is closed. Returns false if there is no memory for the global.
 bool sandbox_contexts_begin(vantore_server &server);
 // Closes the sockets of all sandboxes. Clients that are connected stay.
 void sandbox_contexts_end(vantore_server &server);

@@ -175,7 +175,7 @@ TEST_F(ipc_hostile, clients_that_vanish_within_a_request_are_forgotten)
     EXPECT_EQ(workspace(2).output, nullptr);
 }
 
-TEST_F(ipc_hostile, client_that_never_reads_its_replies_holds_nobody_up_and_nothing_is_kept_for_it)
+TEST_F(ipc_hostile, client_that_never_reads_its_replies_holds_nobody_up_and_its_requests_are_not_kept)
 {
     test::ipc_client &c = dial();
     const vnt_ipc_client &record = *each<&vnt_ipc_client::link>(server.ipc.ipc_clients).first();

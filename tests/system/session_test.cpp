@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
 #include <sstream>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -190,6 +191,18 @@ TEST_F(session, ends_on_a_signal_at_any_moment_of_its_start)
         compositor.send(SIGTERM);
         EXPECT_THAT(compositor.wait(), Optional(0)) << moment << '\n' << compositor.output();
     }
+}
+
+TEST_F(session, may_open_as_many_descriptors_as_the_machine_allows)
+{
+    std::vector<std::string> command{"/bin/sh", "-c", "ulimit -Sn 256 && exec \"$@\"", "sh"};
+    command.append_range(test::compositor());
+    test::process compositor{command, world.environment};
+    ASSERT_TRUE(compositor.says("IPC listening"));
+    rlimit limit{};
+    ASSERT_EQ(prlimit(compositor.pid(), RLIMIT_NOFILE, nullptr, &limit), 0);
+    EXPECT_GT(limit.rlim_cur, 256U);
+    EXPECT_EQ(limit.rlim_cur, limit.rlim_max);
 }
 
 TEST_F(session, ignores_broken_pipes)
