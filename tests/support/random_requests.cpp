@@ -22,6 +22,7 @@ namespace test
 static constexpr size_t most_peers = 3;
 static constexpr size_t most_objects = 400; // of a peer; it leaves when it has more
 static constexpr size_t most_kept = 16;
+static constexpr int largest_buffer = 2048; // pixels, in both directions
 static constexpr int longer_than_a_ping_ms = 3100;
 static constexpr uint16_t shm_create_pool = 0, pool_create_buffer = 0;
 static constexpr uint16_t frame_event_buffer = 0; // its format, width, height and stride
@@ -518,6 +519,8 @@ uint32_t random_requests::create_buffer(peer &p, int width, int height, uint32_t
     const object shm = any_object(p, "wl_shm");
     if (shm.id == 0)
         return 0;
+    width = std::clamp(width, 1, largest_buffer); // a capture may wish for any size
+    height = std::clamp(height, 1, largest_buffer);
     const auto bytes = uint32_t(width * height * 4);
     const uint32_t pool = p.wire->new_id();
     const int file = memory_file<char>(bytes, [](char *) {});
