@@ -54,6 +54,7 @@ struct vantore_server {
     listener xwayland_start, xwayland_lost, xwayland_ready, new_xwayland_surface;
     timer_source xwayland_revival;
     list_head toplevels; // vantore_toplevel.link, mapped windows, most recently raised first
+    list_head unresponsive; // vantore_toplevel.unresponsive_link, windows that do not respond
     list_head xwl_unmanaged; // vantore_unmanaged.link, newest first
     listener new_decoration;
     wlr_layer_shell_v1 *layer_shell = nullptr; // null when it could not be made

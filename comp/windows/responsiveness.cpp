@@ -2,6 +2,7 @@
 
 #include "../broadcast.hpp"
 #include "../presentation/decorations.hpp"
+#include "../server.hpp"
 #include "toplevel.hpp"
 
 static void set_unresponsive(vantore_toplevel &t, bool unresponsive)
@@ -9,6 +10,10 @@ static void set_unresponsive(vantore_toplevel &t, bool unresponsive)
     if (t.unresponsive == unresponsive)
         return;
     t.unresponsive = unresponsive;
+    if (unresponsive)
+        move_to_front(t.server->unresponsive, t.unresponsive_link);
+    else
+        unlink_from_list(t.unresponsive_link);
     if (t.scene_tree != nullptr) {
         dec_forget_title(t);
         dec_layout(t);
@@ -16,13 +21,32 @@ static void set_unresponsive(vantore_toplevel &t, bool unresponsive)
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
+// The library tells all windows of an xdg client. An X11 window hears only of its own ping.
+static bool was_asked_to_close(const vantore_toplevel &t)
+{
+    return t.kind == VNT_XWL ||
+           (t.close_ping != 0 && t.close_ping == t.xdg_toplevel->base->client->ping_serial);
+}
+
 void tl_handle_ping_timeout(vantore_toplevel &t)
 {
-    if (t.scene_tree != nullptr)
+    if (t.scene_tree != nullptr && was_asked_to_close(t))
         set_unresponsive(t, true);
 }
 
-void tl_note_sign_of_life(vantore_toplevel &t)
+// All X11 windows share the X server's connection, so their processes tell the clients apart.
+static bool share_client(const vantore_toplevel &a, const vantore_toplevel &b)
 {
-    set_unresponsive(t, false);
+    if (a.kind != b.kind)
+        return false;
+    if (a.kind == VNT_XWL)
+        return &a == &b || (a.xwl->pid > 0 && a.xwl->pid == b.xwl->pid);
+    return a.xdg_toplevel->base->client->client == b.xdg_toplevel->base->client->client;
+}
+
+void tl_note_sign_of_life(const vantore_toplevel &t)
+{
+    for (auto &other : each<&vantore_toplevel::unresponsive_link>(t.server->unresponsive))
+        if (share_client(t, other))
+            set_unresponsive(other, false);
 }

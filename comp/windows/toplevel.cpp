@@ -1,13 +1,15 @@
 // The adapter over the window's shell objects.
 //
 // A ping is sent only when somebody asks a window to close, so only a window that the user tried to close can
-// be found unresponsive. The next request to close kills the client. Any commit before that clears the mark.
+// be found unresponsive. The next request to close kills the client. Any commit of one of the client's
+// windows before that clears the mark.
 
 #include "toplevel.hpp"
 
 #include "../platform.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
+#include "xwl_events.hpp"
 
 #include <algorithm>
 #include <array>
@@ -239,14 +241,18 @@ pid_t tl_pid(const vantore_toplevel &t)
                              : g_platform.client_pid(wl_resource_get_client(t.xdg_toplevel->resource));
 }
 
+// The library sends an xdg client no second ping while it waits for the answer to the first, which then
+// counts for both.
 static void ask_to_close(vantore_toplevel &t)
 {
     if (t.kind == VNT_XWL) {
         wlr_xwayland_surface_close(t.xwl);
-        wlr_xwayland_surface_ping(t.xwl);
+        if (xwl_supports_ping(*t.xwl))
+            wlr_xwayland_surface_ping(t.xwl);
     } else {
         wlr_xdg_toplevel_send_close(t.xdg_toplevel);
         wlr_xdg_surface_ping(t.xdg_toplevel->base);
+        t.close_ping = t.xdg_toplevel->base->client->ping_serial;
     }
 }
 

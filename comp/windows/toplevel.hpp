@@ -67,7 +67,10 @@ struct vantore_toplevel {
     bool rule_follow = false; // its rule shows its workspace when it maps
     vantore_place place = PLACE_NONE; // used only while floating
     bool urgent = false; // until it is focused
-    bool unresponsive = false; // it did not answer a ping and has not committed since
+    // It was asked to close and did not answer the ping, and no window of its client has committed since.
+    bool unresponsive = false;
+    list_link unresponsive_link; // server->unresponsive, only while it is so
+    uint32_t close_ping = 0; // of VNT_XDG: the ping of the last request to close, 0 before the first
     listener ping_timeout;
     wlr_box float_geo{}; // the last floating box; width 0 means none yet
     bool tiled_state = false; // the last tiled state told to the client
@@ -140,7 +143,8 @@ wlr_box tl_least_size(const vantore_toplevel &t);
 vantore_reach tl_reach(const vantore_toplevel &t);
 // Returns the client's process as its socket or the X server tells it, or 0 when unknown.
 pid_t tl_pid(const vantore_toplevel &t);
-// Asks the window to close and pings it. A window already known to be unresponsive is killed.
+// Asks the window to close and pings it, if it supports that. A window already known to be unresponsive is
+// killed.
 void tl_close(vantore_toplevel &t);
 
 // Returns titlebar_height, even while the bar is hidden, or 0 when the client draws its own decorations.

@@ -22,6 +22,7 @@ static struct {
     // Types of messages that only the X server sends, to say which surface belongs to which window.
     xcb_atom_t surface_id, surface_serial;
     xcb_atom_t state, fullscreen, modal;
+    xcb_atom_t ping;
 } g_atoms;
 
 struct window_wish {
@@ -106,7 +107,8 @@ void xwl_watch_events(wlr_xwayland *xwayland)
                .surface_serial = atom_named(connection, "WL_SURFACE_SERIAL"),
                .state = atom_named(connection, "_NET_WM_STATE"),
                .fullscreen = atom_named(connection, "_NET_WM_STATE_FULLSCREEN"),
-               .modal = atom_named(connection, "_NET_WM_STATE_MODAL")};
+               .modal = atom_named(connection, "_NET_WM_STATE_MODAL"),
+               .ping = atom_named(connection, "_NET_WM_PING")};
     xwayland->user_event_handler = handle_first;
 }
 
@@ -118,4 +120,10 @@ xwl_wish xwl_take_wish(xcb_window_t window)
     const xwl_wish wish = found->wish;
     g_wishes.erase(found);
     return wish;
+}
+
+bool xwl_supports_ping(const wlr_xwayland_surface &xwl)
+{
+    const std::span protocols{xwl.protocols, xwl.protocols_len};
+    return std::ranges::contains(protocols, g_atoms.ping);
 }

@@ -17,3 +17,6 @@ void xwl_watch_events(wlr_xwayland *xwayland);
 // Returns and forgets what the window's _NET_WM_STATE said just before the map. The library replaces that
 // property without reading it.
 xwl_wish xwl_take_wish(xcb_window_t window);
+
+// Whether the window's client says that it answers pings (EWMH, _NET_WM_PING).
+bool xwl_supports_ping(const wlr_xwayland_surface &xwl);

@@ -581,6 +581,58 @@ TEST_F(hung_window, that_answers_its_ping_is_asked_again_and_not_killed)
     EXPECT_THAT(world.killed_processes(), IsEmpty());
 }
 
+TEST_F(hung_window, leaves_the_other_windows_of_its_client_unmarked)
+{
+    test::window &w = open_hung("Report");
+    test::window &other = map(w.owner().create_window("other"));
+    tl_close(record(w));
+    EVENTUALLY(record(w).unresponsive);
+    EXPECT_FALSE(record(other).unresponsive);
+    tl_close(record(other));
+    EVENTUALLY_EQ(other.closes(), 1);
+    EXPECT_THAT(world.killed_processes(), IsEmpty());
+}
+
+TEST_F(hung_window, is_not_one_that_answered_when_it_was_asked)
+{
+    test::window &w = open_hung("Report");
+    test::window &other = map(w.owner().create_window("other"));
+    w.owner().answer_pings = true;
+    tl_close(record(other));
+    EVENTUALLY_EQ(w.owner().pings(), 1);
+    settle();
+    w.owner().answer_pings = false;
+    tl_close(record(w));
+    EVENTUALLY(record(w).unresponsive);
+    EXPECT_FALSE(record(other).unresponsive);
+}
+
+TEST_F(hung_window, may_be_one_of_several_that_were_asked_at_once)
+{
+    test::window &w = open_hung("Report");
+    test::window &other = map(w.owner().create_window("other"));
+    tl_close(record(w));
+    tl_close(record(other));
+    EVENTUALLY(record(w).unresponsive && record(other).unresponsive);
+    EXPECT_EQ(w.owner().pings(), 1);
+}
+
+TEST_F(hung_window, comes_back_with_a_frame_of_another_window_of_its_client_and_of_no_other_client)
+{
+    test::window &w = open_hung("Report");
+    test::window &other = map(w.owner().create_window("other"));
+    test::window &stranger = map("stranger");
+    tl_close(record(w));
+    EVENTUALLY(record(w).unresponsive);
+    stranger.fill(0xff00ff00);
+    settle();
+    EXPECT_TRUE(record(w).unresponsive);
+    (void)heard();
+    other.fill(0xff00ff00);
+    EVENTUALLY(!record(w).unresponsive);
+    EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WINDOWS));
+}
+
 TEST_F(hung_window, long_titles_are_cut_to_the_buffer)
 {
     test::window &w = open_hung(std::string(2000, 'x').c_str());

@@ -559,6 +559,34 @@ TEST_F(xwayland, hung_window_is_marked_comes_back_with_a_frame_and_is_killed_by_
     EXPECT_THAT(world.killed_processes(), ElementsAre(test::killed{4711, SIGKILL}));
 }
 
+TEST_F(xwayland, window_that_supports_no_ping_is_never_pinged)
+{
+    x11_window &w = connect_x11().create();
+    w.without_ping();
+    map_x11(w);
+    tl_close(record(w));
+    EXPECT_FALSE(record(w).xwl->pinging);
+    EVENTUALLY_EQ(w.closes(), 1);
+}
+
+TEST_F(xwayland, hung_window_comes_back_with_a_frame_of_its_program_and_of_no_other)
+{
+    x11_window &w = map_x11();
+    x11_window &other = map_x11(connect_x11().create());
+    x11_window &stranger = map_x11();
+    record(w).xwl->pid = record(other).xwl->pid = 4711;
+    w.answers_pings = false;
+    tl_close(record(w));
+    wl_event_source_timer_update(record(w).xwl->ping_timer, 1); // the library waits for ten seconds
+    EVENTUALLY(record(w).unresponsive);
+    EXPECT_FALSE(record(other).unresponsive);
+    stranger.fill(0xff0000);
+    settle();
+    EXPECT_TRUE(record(w).unresponsive);
+    other.fill(0xff0000);
+    EVENTUALLY(!record(w).unresponsive);
+}
+
 // Dragging
 
 TEST_F(xwayland, window_follows_the_pointer_by_its_title_bar_and_learns_it)

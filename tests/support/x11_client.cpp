@@ -208,6 +208,11 @@ x11_window::x11_window(x11_client &owner, const x11_traits &traits) : owned_by(&
     change("WM_PROTOCOLS", XCB_ATOM_ATOM, {owner.atom("WM_DELETE_WINDOW"), owner.atom("_NET_WM_PING")});
 }
 
+void x11_window::without_ping()
+{
+    change("WM_PROTOCOLS", XCB_ATOM_ATOM, {owned_by->atom("WM_DELETE_WINDOW")});
+}
+
 void x11_window::map()
 {
     xcb_map_window(owned_by->connection, window);

@@ -54,6 +54,7 @@ public:
     void transient_for(const x11_window &other);
     void initial_state(std::string_view name); // "FULLSCREEN" for _NET_WM_STATE_FULLSCREEN
     void without_title_bar();
+    void without_ping(); // its client does not answer pings, and says so
     void urgency(bool on);
     void size_hints(int min_width, int min_height, int max_width, int max_height);
     // The property has items of 8 bits.
