@@ -53,4 +53,6 @@ void refocus_after_unmap(vantore_toplevel &t)
     const wlr_surface *focused = t.server->seat->keyboard_state.focused_surface;
     if (focused == nullptr || focused == tl_surface(t) || !focused->mapped)
         focus_top_toplevel(*t.server);
+    if (t.server->seat->keyboard_state.focused_surface != tl_surface(t))
+        deactivate_window(tl_surface(t)); // it was active while a panel had the keyboard
 }

@@ -18,5 +18,6 @@ void focus_new_window(vantore_toplevel &t);
 // Removes the window from server.toplevels and announces that it can no longer be seen.
 void leave_shown_windows(vantore_toplevel &t);
 
-// Focuses another window if the window that was unmapped had the keyboard, or if nobody has it.
+// Focuses another window if the window that was unmapped had the keyboard, or if nobody has it. The window is
+// active no more, unless it keeps the keyboard because no other window can be seen.
 void refocus_after_unmap(vantore_toplevel &t);

@@ -76,6 +76,15 @@ static vantore_toplevel *first_other_shown(const vantore_toplevel &t)
     return nullptr;
 }
 
+// If a panel has the keyboard, the window may still be the active one.
+static void give_up_focus(vantore_toplevel &t)
+{
+    if (t.server->seat->keyboard_state.focused_surface == tl_surface(t))
+        focus_clear(*t.server);
+    else
+        deactivate_window(tl_surface(t));
+}
+
 void toplevel_minimize(vantore_toplevel &t)
 {
     vantore_toplevel *next = first_other_shown(t); // before another tab of its stack shows
@@ -85,6 +94,7 @@ void toplevel_minimize(vantore_toplevel &t)
     refresh_showing(t);
     visible_changed(*t.server);
     focus_toplevel_ex(next, true);
+    give_up_focus(t);
     arrange_workspace(t.workspace);
 }
 

@@ -28,17 +28,28 @@ static void raise_to_top(vantore_toplevel &t)
 
 // Takes a surface, because its window may be in no list any more. A surface that was unmapped must not get a
 // configure before its client commits again, so only the scheduled state changes.
-static void deactivate(wlr_surface *surface)
+void deactivate_window(wlr_surface *surface)
 {
     if (wlr_xwayland_surface *xwl = wlr_xwayland_surface_try_from_wlr_surface(surface))
         return wlr_xwayland_surface_activate(xwl, false);
     wlr_xdg_toplevel *xdg = wlr_xdg_toplevel_try_from_wlr_surface(surface);
-    if (xdg == nullptr)
+    if (xdg == nullptr || !xdg->scheduled.activated)
         return;
     if (xdg->base->initialized)
         wlr_xdg_toplevel_set_activated(xdg, false);
     else
         xdg->scheduled.activated = false;
+}
+
+// The active window need not have the keyboard, because a panel or an X11 menu takes the keyboard without
+// deactivating it.
+static void deactivate_windows_except(vantore_server &server, const vantore_toplevel *kept)
+{
+    if (wlr_surface *focused = server.seat->keyboard_state.focused_surface)
+        deactivate_window(focused);
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (&t != kept)
+            deactivate_window(tl_surface(t));
 }
 
 using enter_function = void(wlr_seat *, wlr_surface *, const uint32_t *, size_t,
@@ -84,11 +95,9 @@ static bool bring_back(vantore_toplevel &t)
 
 static void hand_keyboard_to(vantore_toplevel &t)
 {
-    wlr_seat *seat = t.server->seat;
-    if (wlr_surface *previous = seat->keyboard_state.focused_surface)
-        deactivate(previous);
+    deactivate_windows_except(*t.server, &t);
     tl_set_activated(t, true);
-    keyboard_enter(seat, tl_surface(t));
+    keyboard_enter(t.server->seat, tl_surface(t));
     constrain_to_surface(*t.server, tl_surface(t));
 }
 
@@ -113,8 +122,7 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
 
 void focus_clear(vantore_server &server)
 {
-    if (wlr_surface *previous = server.seat->keyboard_state.focused_surface)
-        deactivate(previous);
+    deactivate_windows_except(server, nullptr);
     wlr_seat_keyboard_notify_clear_focus(server.seat);
     if (server.seat->keyboard_state.focused_surface != nullptr) // a grab holds it back, as in keyboard_enter
         wlr_seat_keyboard_clear_focus(server.seat);

@@ -9,7 +9,7 @@
 // keyboard. Null when there is none.
 vantore_toplevel *focused_toplevel(vantore_server &server);
 
-// Gives the window the keyboard. Windows get it only here. With `raise`, it also puts the window on top and
+// Gives the window the keyboard and makes it the only active window. Windows get the keyboard only here. With `raise`, it also puts the window on top and
 // at the head of server.toplevels. Does nothing for null, for an unmapped window, or while the session is
 // locked.
 void focus_toplevel_ex(vantore_toplevel *t, bool raise);
@@ -21,7 +21,10 @@ void keyboard_enter(wlr_seat *seat, wlr_surface *surface);
 // The same, except that a menu or a drag that holds the keyboard back keeps it.
 void keyboard_offer(wlr_seat *seat, wlr_surface *surface);
 
-// Takes the keyboard from whatever has it, and ends the pointer constraint.
+// Tells the window of this surface that it is not active any more. Does nothing for other surfaces.
+void deactivate_window(wlr_surface *surface);
+
+// Takes the keyboard from whatever has it, and ends the pointer constraint. No window is active then.
 void focus_clear(vantore_server &server);
 
 // Focuses the visible window raised last, without raising it. Without one, the seat's focus stays.

@@ -145,6 +145,16 @@ TEST_F(gaming, a_lock_holds_absolute_devices_too)
     EXPECT_THAT(moves.take(), ElementsAre(StartsWith("20,102 raw 20,102 at ")));
 }
 
+TEST_F(gaming, a_lock_ends_when_the_last_window_is_minimized)
+{
+    locked_pointer lock{*ears, game->get()};
+    EVENTUALLY(lock.active());
+    toplevel_minimize(record(*game));
+    EVENTUALLY(!lock.active());
+    EXPECT_EQ(server.active_constraint, nullptr);
+    EXPECT_EQ(keyboard_focus(), nullptr);
+}
+
 TEST_F(gaming, a_lock_without_the_keyboard_waits_for_it)
 {
     window &other = map_other();

@@ -6,6 +6,7 @@
 
 #include "config/settings.hpp"
 #include "input/hit_test.hpp"
+#include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
 #include <linux/input-event-codes.h>
@@ -65,6 +66,37 @@ TEST_P(layers_with_keyboard, hear_the_keys)
     test::made_up_keyboard &keys = plug_keyboard("another");
     keys.tap(KEY_A);
     EVENTUALLY(ears.heard("key down 30"));
+}
+
+TEST_P(layers_with_keyboard, do_not_leave_two_windows_active)
+{
+    window &page = map("page"), &editor = map("editor");
+    layer_surface &l = show(launcher());
+    EVENTUALLY(editor.has(test::ACTIVATED) && has_keyboard(l));
+    focus_toplevel_ex(&record(page), true);
+    EVENTUALLY(page.has(test::ACTIVATED));
+    EVENTUALLY(!editor.has(test::ACTIVATED));
+}
+
+TEST_P(layers_with_keyboard, do_not_keep_a_window_active_that_nobody_sees)
+{
+    window &page = map("page");
+    layer_surface &l = show(launcher());
+    toplevel_minimize(record(page));
+    EVENTUALLY(!page.has(test::ACTIVATED));
+    EXPECT_TRUE(has_keyboard(l));
+}
+
+TEST_P(layers_with_keyboard, do_not_keep_a_window_active_that_is_unmapped_meanwhile)
+{
+    window &page = map("page");
+    show(launcher());
+    page.unmap();
+    settle();
+    map("editor");
+    test::unplug(test::made_up(output("A").wlr_output));
+    map(page);
+    EXPECT_FALSE(page.has(test::ACTIVATED));
 }
 
 TEST_P(layers_with_keyboard, leave_the_window_its_active_look)

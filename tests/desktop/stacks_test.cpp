@@ -4,6 +4,7 @@
 
 #include "config/settings.hpp"
 #include "reload.hpp"
+#include "windows/states.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/direction.hpp"
 #include "workspaces/focus.hpp"
@@ -81,9 +82,7 @@ TEST_F(stacks, show_the_member_that_is_focused)
 TEST_F(stacks, show_the_next_member_when_the_active_one_goes)
 {
     const auto members = map_stack(3);
-    record(*members[2]).minimized = true;
-    wlr_scene_node_set_enabled(&record(*members[2]).scene_tree->node, false);
-    arrange_workspace(&workspace(1));
+    toplevel_minimize(record(*members[2]));
     EXPECT_TRUE(shows(*members[1]));
     EXPECT_TRUE(has_bar(*members[1]));
     members[1]->destroy();

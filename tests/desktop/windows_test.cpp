@@ -398,7 +398,21 @@ TEST_F(desk, a_window_that_is_minimized_hands_the_focus_to_the_next_one_that_sho
     EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(low)));
     EXPECT_EQ(focused_toplevel(server), &record(low));
     toplevel_minimize(record(low));
-    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(low))) << "nobody else shows";
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, nullptr) << "nobody else shows";
+    EVENTUALLY(!low.has(test::ACTIVATED));
+}
+
+TEST_F(desk, the_last_window_takes_its_tile_again_when_it_is_focused_after_a_minimize)
+{
+    test::window &w = map("w");
+    toplevel_minimize(record(w));
+    workspace(1).layout = VANTORE_LAYOUT_TILING;
+    settle();
+    (void)heard();
+    focus_toplevel_ex(&record(w), true);
+    EXPECT_EQ(server.seat->keyboard_state.focused_surface, tl_surface(record(w)));
+    EXPECT_THAT(heard(), Contains(VNT_EVT_WINDOWS));
+    EVENTUALLY(w.has(test::ACTIVATED) && w.has(test::TILED));
 }
 
 TEST_F(desk, a_window_that_becomes_the_clipboard_overlay_is_lifted_when_it_is_mapped_again)

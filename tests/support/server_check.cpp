@@ -47,6 +47,7 @@ public:
             check_layer_surface(l);
         for (auto &u : each<&vantore_unmanaged::link>(server.xwl_unmanaged))
             check_unmanaged(u);
+        check_active();
         check_remembered();
         check_fullscreen_file();
         return std::move(broken);
@@ -142,6 +143,17 @@ private:
         const bool active = t.xdg_toplevel->scheduled.activated;
         expect(active || !focused, name + " is active when it has the keyboard");
         expect(!active || focused || active_windows == activity::may_lag, name + " is active only then");
+    }
+
+    void check_active()
+    {
+        int active = 0;
+        for (const auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+            active += t.kind == VNT_XDG && t.xdg_toplevel->scheduled.activated ? 1 : 0;
+            expect(!t.minimized || server.seat->keyboard_state.focused_surface != tl_surface(t),
+                   "window " + std::to_string(t.id) + " has no keyboard while it is minimized");
+        }
+        expect(active <= 1, "at most one window is active");
     }
 
     void check_unmanaged(const vantore_unmanaged &u)

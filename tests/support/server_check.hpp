@@ -9,8 +9,8 @@
 namespace test
 {
 
-// A layer surface takes the keyboard without telling the window that had it. With may_lag, such a window may
-// still be active.
+// A layer surface takes the keyboard without telling the window that had it. With may_lag, one window may be
+// active without having the keyboard.
 enum class activity : bool { follows_keyboard, may_lag };
 
 // Returns a sentence for each broken rule, so nothing when all is well.
