@@ -8,7 +8,6 @@
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/focus.hpp"
-#include "../workspaces/stacks.hpp"
 #include "../workspaces/tiles.hpp"
 #include "button_log.hpp"
 #include "drag_release.hpp"

@@ -13,6 +13,7 @@
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
 #include "drag_zones.hpp"
+#include "hit_test.hpp"
 #include "interactive.hpp"
 #include "mouse_tiler.hpp"
 
@@ -92,7 +93,7 @@ static void drop_on_tile(vantore_toplevel &t)
 {
     vantore_server &server = *t.server;
     const double x = server.cursor->x, y = server.cursor->y;
-    if (vantore_toplevel *tab = tab_at(server, x, y)) {
+    if (vantore_toplevel *tab = tab_at(server, x, y, &t)) {
         stack_join(t, *tab);
         return;
     }

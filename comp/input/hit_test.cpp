@@ -2,6 +2,7 @@
 
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
+#include "../workspaces/stacks.hpp"
 #include "drag_zones.hpp"
 
 #include <algorithm>
@@ -27,7 +28,13 @@ struct lookup {
     const vantore_server &server;
     double lx, ly;
     double *nx, *ny;
+    const vantore_toplevel *except;
 };
+
+static bool may_be_hit(const lookup &at, const vantore_toplevel &t, int x, int y)
+{
+    return may_hold(t.reach, x, y) && &t != at.except;
+}
 
 // `x` and `y` are relative to the tree. This runs for every window at every motion of the pointer, so it must
 // stay cheap.
@@ -39,7 +46,7 @@ static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree
         if (!child->enabled)
             continue;
         const vantore_toplevel *t = toplevel_of(*child);
-        if (t != nullptr ? !may_hold(t->reach, distance(child->x, x), distance(child->y, y))
+        if (t != nullptr ? !may_be_hit(at, *t, distance(child->x, x), distance(child->y, y))
                          : is_empty_tree(*child))
             continue;
         const bool holds_windows = t == nullptr && (child == windows || &tree.node == windows);
@@ -60,9 +67,10 @@ static int pixel_at(double coordinate)
     return int(std::clamp(std::floor(coordinate), -farthest, farthest));
 }
 
-wlr_scene_node *scene_node_at(const vantore_server &server, double lx, double ly, double *nx, double *ny)
+wlr_scene_node *scene_node_at(const vantore_server &server, double lx, double ly, double *nx, double *ny,
+                              const vantore_toplevel *except)
 {
-    const lookup at{.server = server, .lx = lx, .ly = ly, .nx = nx, .ny = ny};
+    const lookup at{.server = server, .lx = lx, .ly = ly, .nx = nx, .ny = ny, .except = except};
     return top_child_at(at, server.scene->tree, pixel_at(lx), pixel_at(ly));
 }
 
@@ -134,46 +142,35 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
 {
     wlr_scene_node *node = node_below_drag_icon(server, lx, ly, hit);
     hit.surface = surface_of(node);
-    return hit.surface != nullptr ? owner_above(*node) : nullptr;
+    vantore_toplevel *t = node != nullptr ? owner_above(*node) : nullptr;
+    hit.frame = hit.surface == nullptr ? t : nullptr;
+    return hit.surface != nullptr ? t : nullptr;
 }
 
-// Whether the point, relative to the window, is on its title bar or body. Either one hides what lies behind
-// it.
-static bool covers_in_front(const vantore_toplevel &t, double rx, double ry)
+vantore_dec_region dec_region_of(const surface_hit &hit, double lx, double ly)
 {
-    if (rx < 0 || ry < (t.ssd ? -titlebar_height : 0))
-        return false;
-    const wlr_box geometry = tl_get_geometry(t);
-    return rx < geometry.width && ry < geometry.height;
-}
-
-vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, double ly,
-                                       vantore_dec_region &region)
-{
-    region = DEC_NONE;
-    const int x = pixel_at(lx), y = pixel_at(ly);
-    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
-        const wlr_scene_node &node = t.scene_tree->node;
-        // Rules out windows that begin to the right of the point or below it, without asking for their size.
-        if (x < node.x || y < node.y - titlebar_height)
-            continue;
-        const double rx = lx - node.x, ry = ly - node.y;
-        if (!covers_in_front(t, rx, ry) || !tl_on_screen(t))
-            continue;
-        if (ry >= 0)
-            return nullptr;
-        region = dec_region_at(tl_get_geometry(t).width, rx, ry);
-        return &t;
-    }
-    return nullptr;
+    if (hit.frame == nullptr || !hit.frame->ssd)
+        return DEC_NONE;
+    const wlr_scene_node &node = hit.frame->scene_tree->node;
+    const double rx = lx - node.x, ry = ly - node.y;
+    const int width = tl_get_geometry(*hit.frame).width; // the bar may be drawn wider
+    return rx >= 0 && rx < width ? dec_region_at(width, rx, ry) : DEC_NONE;
 }
 
 vantore_toplevel *decoration_at(const vantore_server &server, double lx, double ly,
                                 vantore_dec_region &region)
 {
-    region = DEC_NONE;
-    const bool hidden = hides_frames(surface_at(server, lx, ly).surface);
-    return hidden ? nullptr : window_decoration_at(server, lx, ly, region);
+    surface_hit hit;
+    desktop_toplevel_at(server, lx, ly, hit);
+    region = dec_region_of(hit, lx, ly);
+    return region != DEC_NONE ? hit.frame : nullptr;
+}
+
+vantore_toplevel *tab_at(const vantore_server &server, double lx, double ly, const vantore_toplevel *except)
+{
+    const wlr_scene_node *node = scene_node_at(server, lx, ly, nullptr, nullptr, except);
+    const vantore_toplevel *t = node != nullptr ? owner_above(*node) : nullptr;
+    return t != nullptr && node == &t->tabbar->node ? stack_tab_at(*t, lx) : nullptr;
 }
 
 uint32_t resize_edges_at(const vantore_toplevel &t, double lx, double ly)

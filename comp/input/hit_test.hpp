@@ -9,12 +9,14 @@
 struct surface_hit {
     wlr_surface *surface = nullptr; // null over the desktop and over what the compositor draws itself
     double sx = 0, sy = 0;
+    vantore_toplevel *frame = nullptr; // the window whose title bar or tabs are there
 };
 
 // Returns the topmost scene node that takes input there, or null. The answer is the same as that of the
-// scene's own lookup, but this one skips windows that the point can't touch. nx and ny are relative to the
-// node.
-wlr_scene_node *scene_node_at(const vantore_server &server, double lx, double ly, double *nx, double *ny);
+// scene's own lookup, but this one skips windows that the point can't touch, and one that the caller names.
+// nx and ny are relative to the node.
+wlr_scene_node *scene_node_at(const vantore_server &server, double lx, double ly, double *nx, double *ny,
+                              const vantore_toplevel *except = nullptr);
 
 // Returns the client surface at the point, whoever owns it.
 surface_hit surface_at(const vantore_server &server, double lx, double ly);
@@ -36,13 +38,18 @@ bool grabbing_layer_at(const vantore_server &server, double lx, double ly);
 // window, for example that of a panel.
 vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, double ly, surface_hit &hit);
 
+// Returns the part of a title bar that is at the point, where `hit` was found. DEC_NONE without a title bar.
+// Never returns DEC_GRIP.
+vantore_dec_region dec_region_of(const surface_hit &hit, double lx, double ly);
 // Returns the window whose title bar is at the point, and the part of the bar. Null where something lies
-// above it. The part is never DEC_GRIP.
+// above it.
 vantore_toplevel *decoration_at(const vantore_server &server, double lx, double ly,
                                 vantore_dec_region &region);
-// The same for a caller who knows that nothing above the windows is at the point.
-vantore_toplevel *window_decoration_at(const vantore_server &server, double lx, double ly,
-                                       vantore_dec_region &region);
+
+// Returns the member of a stack whose tab is at the point, or null. Looks through `except`, which may be
+// null.
+vantore_toplevel *tab_at(const vantore_server &server, double lx, double ly,
+                         const vantore_toplevel *except = nullptr);
 
 // Returns the resize border of a floating window at the point, as a mask of wlr_edges, or 0 elsewhere.
 uint32_t resize_edges_at(const vantore_toplevel &t, double lx, double ly);

@@ -6,6 +6,7 @@
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../windows/showing.hpp"
+#include "../windows/stacking.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/arrange.hpp"
@@ -110,7 +111,7 @@ static void let_go_of_other(vantore_toplevel &t)
     if (other == nullptr || !moved)
         return;
     restore_toplevel_parent(*other);
-    wlr_scene_node_raise_to_top(&t.scene_tree->node);
+    raise_with_dialogs(t);
 }
 
 void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t edges)

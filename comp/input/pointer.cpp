@@ -200,10 +200,8 @@ void hover_window_leaves(vantore_server &server, const vantore_toplevel &t)
 
 static void hover_decorations(vantore_server &server, const surface_hit &hit)
 {
-    vantore_dec_region region = DEC_NONE;
-    vantore_toplevel *hovered =
-        hides_frames(hit.surface) ? nullptr
-                                  : window_decoration_at(server, server.cursor->x, server.cursor->y, region);
+    const vantore_dec_region region = dec_region_of(hit, server.cursor->x, server.cursor->y);
+    vantore_toplevel *hovered = region != DEC_NONE ? hit.frame : nullptr;
     if (hovered != server.pointing.hovered_toplevel)
         pointer_leaves_decorations(server);
     server.pointing.hovered_toplevel = hovered;

@@ -4,6 +4,7 @@
 #include "../workspaces/stacks.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
+#include "stacking.hpp"
 #include "toplevel.hpp"
 
 static bool is_carried(const vantore_toplevel &t)
@@ -49,8 +50,10 @@ static void refresh_one(vantore_toplevel &t, const vantore_toplevel *active)
 {
     wlr_scene_node &node = t.scene_tree->node;
     const bool enabled = is_enabled(t, active);
-    if (wlr_scene_tree *parent = toplevel_parent_tree(t); parent != node.parent)
-        wlr_scene_node_reparent(&node, parent);
+    if (wlr_scene_tree *parent = toplevel_parent_tree(t); parent != node.parent) {
+        wlr_scene_node_reparent(&node, parent); // to its top
+        raise_dialogs(t);
+    }
     if (enabled != node.enabled)
         wlr_scene_node_set_enabled(&node, enabled);
     if (t.tabbar->node.enabled && (!enabled || t.stack_id == 0 || !tile_participates(t)))

@@ -10,6 +10,7 @@
 #include "../workspaces/workspace.hpp"
 #include "placement.hpp"
 #include "showing.hpp"
+#include "stacking.hpp"
 #include "toplevel.hpp"
 
 #include <algorithm>
@@ -101,5 +102,5 @@ void toplevel_minimize(vantore_toplevel &t)
 void restore_toplevel_parent(vantore_toplevel &t)
 {
     refresh_showing(t);
-    wlr_scene_node_raise_to_top(&t.scene_tree->node);
+    raise_with_dialogs(t);
 }

@@ -51,6 +51,17 @@ bool tl_mapped(const vantore_toplevel &t)
     return surface != nullptr && surface->mapped;
 }
 
+// The data of an X11 surface is the record of its window, or null.
+vantore_toplevel *tl_parent(const vantore_toplevel &t)
+{
+    if (t.kind == VNT_XWL) {
+        const wlr_xwayland_surface *parent = t.xwl->parent;
+        return parent != nullptr ? static_cast<vantore_toplevel *>(parent->data) : nullptr;
+    }
+    const wlr_xdg_toplevel *parent = t.xdg_toplevel->parent;
+    return parent != nullptr ? toplevel_of(*parent->base) : nullptr;
+}
+
 const char *tl_title(const vantore_toplevel &t)
 {
     static std::array<char, 512> marked;

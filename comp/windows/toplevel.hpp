@@ -101,6 +101,8 @@ inline vantore_toplevel *toplevel_of(const wlr_scene_node &node)
 // Null when the surface is gone, or when an X11 window has none yet.
 wlr_surface *tl_surface(const vantore_toplevel &t);
 bool tl_mapped(const vantore_toplevel &t);
+// Returns the window whose dialog this is, as the client says, or null. It need not be mapped.
+vantore_toplevel *tl_parent(const vantore_toplevel &t);
 // Returns the client's title, or "TITLE (Not Responding)" in a buffer that the next call overwrites. May be
 // null.
 const char *tl_title(const vantore_toplevel &t);

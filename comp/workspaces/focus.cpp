@@ -7,6 +7,7 @@
 #include "../visibility.hpp"
 #include "../windows/fullscreen.hpp"
 #include "../windows/showing.hpp"
+#include "../windows/stacking.hpp"
 #include "../windows/toplevel.hpp"
 #include "arrange.hpp"
 #include "workspace.hpp"
@@ -20,8 +21,7 @@ vantore_toplevel *focused_toplevel(vantore_server &server)
 
 static void raise_to_top(vantore_toplevel &t)
 {
-    wlr_scene_node_raise_to_top(&t.scene_tree->node);
-    tl_restack(t);
+    raise_with_dialogs(t);
     move_to_front(t.server->toplevels, t.link);
     refresh_showing(t); // its stack now shows this member
 }

@@ -9,9 +9,9 @@
 // keyboard. Null when there is none.
 vantore_toplevel *focused_toplevel(vantore_server &server);
 
-// Gives the window the keyboard and makes it the only active window. Windows get the keyboard only here. With `raise`, it also puts the window on top and
-// at the head of server.toplevels. Does nothing for null, for an unmapped window, or while the session is
-// locked.
+// Gives the window the keyboard and makes it the only active window. Windows get the keyboard only here. With
+// `raise`, it also puts the window on top, with its dialogs above it, and at the head of server.toplevels.
+// Does nothing for null, for an unmapped window, or while the session is locked.
 void focus_toplevel_ex(vantore_toplevel *t, bool raise);
 
 // Gives the surface the keyboard, even while a menu or a drag holds it back. Does not tell the previous

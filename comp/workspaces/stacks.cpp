@@ -156,27 +156,16 @@ void stack_cycle_focused(vantore_server &server)
         focus_toplevel_ex(all[size_t(members.index_of(*t) + 1) % all.size()], true);
 }
 
-static bool shows_tabs_at(const vantore_toplevel &t, double lx, double ly)
+vantore_toplevel *stack_tab_at(const vantore_toplevel &shown, double lx)
 {
-    if (t.stack_id == 0 || !t.tabbar->node.enabled || !tl_on_screen(t))
-        return false;
-    const wlr_box box = toplevel_box(t);
-    return lx >= box.x && lx < box.x + box.width && ly >= box.y - tabbar_height && ly < box.y;
-}
-
-vantore_toplevel *tab_at(vantore_server &server, double lx, double ly)
-{
-    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
-        if (!shows_tabs_at(t, lx, ly) || t.workspace == nullptr)
-            continue;
-        const stack_members members{*t.workspace, t.stack_id};
-        const auto tabs = members.all();
-        if (tabs.empty())
-            return nullptr;
-        const wlr_box box = toplevel_box(t);
-        const double tab_width = double(box.width) / double(tabs.size());
-        const int index = std::clamp(int((lx - box.x) / tab_width), 0, int(tabs.size()) - 1);
-        return tabs[size_t(index)];
-    }
-    return nullptr;
+    const wlr_box box = toplevel_box(shown);
+    if (shown.workspace == nullptr || lx < box.x || lx >= box.x + box.width)
+        return nullptr;
+    const stack_members members{*shown.workspace, shown.stack_id};
+    const auto tabs = members.all();
+    if (tabs.empty())
+        return nullptr;
+    const double tab_width = double(box.width) / double(tabs.size());
+    const int index = std::clamp(int((lx - box.x) / tab_width), 0, int(tabs.size()) - 1);
+    return tabs[size_t(index)];
 }

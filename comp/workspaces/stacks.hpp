@@ -39,8 +39,9 @@ void stack_ungroup_focused(vantore_server &server);
 // Shows the next member. The first follows the last.
 void stack_cycle_focused(vantore_server &server);
 
-// Returns the member whose tab is at this layout point, or null.
-vantore_toplevel *tab_at(vantore_server &server, double lx, double ly);
+// Returns the member whose tab is at this x, in layout coordinates, of the tabs that `shown` shows. Null beside
+// its content.
+vantore_toplevel *stack_tab_at(const vantore_toplevel &shown, double lx);
 
 // Takes the window out of its stack. The caller arranges the workspace.
 void stack_leave(vantore_toplevel &t);

@@ -185,6 +185,25 @@ TEST_F(decorations, are_not_hit_on_a_workspace_that_is_not_shown)
     EXPECT_EQ(region_at(200 + 237 + 5, 60 - 15), DEC_NONE);
 }
 
+TEST_F(decorations, are_hit_where_they_show_whatever_was_raised_last)
+{
+    window &dialog = w->owner().create_window("dialog");
+    dialog.parent(w);
+    dialog.preferred = {100, 60};
+    map(dialog);
+    place(dialog, 250, 20); // over the title bar
+    focus_toplevel_ex(&record(*w), true);
+    ASSERT_EQ(focused_toplevel(server), &t());
+    EXPECT_EQ(region_at(300, 45), DEC_NONE);
+    EXPECT_EQ(region_at(210, 45), DEC_TITLEBAR);
+    record(dialog).ssd = true;
+    dec_layout(record(dialog));
+    place(dialog, 250, 120); // its bar over the content
+    vantore_dec_region region = DEC_NONE;
+    EXPECT_EQ(decoration_at(server, 300, 110, region), &record(dialog));
+    EXPECT_EQ(region, DEC_TITLEBAR);
+}
+
 TEST_F(decorations, show_that_a_window_does_not_answer)
 {
     t().unresponsive = true;

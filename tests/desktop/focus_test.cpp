@@ -4,6 +4,7 @@
 #include "support/wayland_devices.hpp"
 #include "support/wayland_popup.hpp"
 
+#include "windows/fullscreen.hpp"
 #include "workspaces/focus.hpp"
 
 using test::activation;
@@ -30,6 +31,21 @@ struct focus : test::desktop {
         ASSERT_TRUE(until([&] { return token.has_token(); }));
         token.activate(surface);
         settle();
+    }
+    window &map_dialog(window &of, const std::string &name)
+    {
+        window &dialog = of.owner().create_window(name);
+        dialog.parent(&of);
+        return map(dialog);
+    }
+    // Returns the app ids of the first workspace's windows, the lowest first.
+    std::vector<std::string> from_below()
+    {
+        std::vector<std::string> names;
+        for (const auto &node : each<&wlr_scene_node::link>(workspace(1).tree->children))
+            if (const vantore_toplevel *t = toplevel_of(node))
+                names.emplace_back(tl_app_id(*t));
+        return names;
     }
     window *low = nullptr, *high = nullptr;
 };
@@ -90,6 +106,33 @@ TEST_F(focus, wished_for_before_the_first_map_is_remembered)
     EXPECT_EQ(low->owner().error(), 0);
     map(late);
     EXPECT_FALSE(record(late).urgent); // a new window gets the focus anyway
+}
+
+TEST_F(focus, raises_the_dialogs_of_a_window_with_it_in_their_order)
+{
+    window &first = map_dialog(*low, "first"), &nested = map_dialog(first, "nested");
+    map_dialog(*low, "second");
+    focus_toplevel_ex(&record(*high), true);
+    EXPECT_THAT(from_below(), ElementsAre("low", "first", "nested", "second", "high"));
+    focus_toplevel_ex(&record(*low), true);
+    EXPECT_THAT(from_below(), ElementsAre("high", "low", "first", "nested", "second"));
+    EXPECT_EQ(focused_toplevel(server), &record(*low));
+    EXPECT_TRUE(has_keyboard(*low));
+    focus_toplevel_ex(&record(first), true);
+    EXPECT_THAT(from_below(), ElementsAre("high", "low", "second", "first", "nested"));
+    focus_toplevel_ex(&record(nested), true);
+    EXPECT_THAT(from_below(), ElementsAre("high", "low", "second", "first", "nested"));
+}
+
+TEST_F(focus, leaves_dialogs_above_a_window_that_comes_back_to_their_tree)
+{
+    map_dialog(*low, "dialog");
+    toplevel_set_fullscreen(record(*low), true);
+    focus_toplevel_ex(&record(*low), true);
+    EXPECT_THAT(from_below(), ElementsAre("high", "dialog"));
+    focus_toplevel_ex(&record(*high), false); // demotes the other
+    EXPECT_THAT(from_below(), ElementsAre("high", "low", "dialog"));
+    settle();
 }
 
 TEST_F(focus, is_out_of_reach_during_a_lock)

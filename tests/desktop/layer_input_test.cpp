@@ -6,6 +6,7 @@
 
 #include "config/settings.hpp"
 #include "input/hit_test.hpp"
+#include "presentation/decorations.hpp"
 #include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
@@ -308,6 +309,7 @@ TEST_F(pointed_layers, may_go_while_the_pointer_is_in_them)
 TEST_F(pointed_layers, win_over_a_title_bar)
 {
     record(*low).ssd = true;
+    dec_layout(record(*low));
     place(*low, 0, 230);
     vantore_dec_region region = DEC_NONE;
     EXPECT_EQ(decoration_at(server, 300, 220, region), &record(*low));

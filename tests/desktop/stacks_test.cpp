@@ -3,6 +3,7 @@
 #include "support/desktop.hpp"
 
 #include "config/settings.hpp"
+#include "input/hit_test.hpp"
 #include "reload.hpp"
 #include "windows/states.hpp"
 #include "workspaces/arrange.hpp"
@@ -280,6 +281,23 @@ TEST_F(stacks, find_the_tab_under_a_point)
     EXPECT_EQ(tab_at(server, 0, 0), nullptr);
     wlr_scene_node_set_enabled(&record(*members[3]).scene_tree->node,
                                true); // the checks at the end look at it
+}
+
+TEST_F(stacks, have_no_tab_where_another_window_covers_them)
+{
+    const auto members = map_stack(2);
+    constexpr test::size above_size{300, 100};
+    window &above = connect().create_window("above");
+    above.preferred = above_size;
+    above.min_size(above_size);
+    above.max_size(above_size); // floats
+    map(above);
+    place(above, 0, 0);
+    EXPECT_EQ(tab_at(server, 10, 10), nullptr);
+    EXPECT_EQ(tab_at(server, 10, 10, &record(above)), &record(*members[0]));
+    EXPECT_EQ(tab_at(server, 700, 10), &record(*members[1]));
+    focus_toplevel_ex(&record(*members[1]), true);
+    EXPECT_EQ(tab_at(server, 10, 10), &record(*members[0]));
 }
 
 // The bar's colours, 8 bits each.

@@ -3,6 +3,7 @@
 #include "support/server_check.hpp"
 #include "support/x11_desk.hpp"
 
+#include "input/hit_test.hpp"
 #include "reload.hpp"
 #include "windows/states.hpp"
 #include "workspaces/arrange.hpp"
@@ -465,6 +466,25 @@ TEST_F(xwayland, click_raises_a_window_in_the_order_of_the_x_server_too)
     EXPECT_TRUE(has_keyboard(low));
     EXPECT_THAT(raised(), ElementsAre(record(low).id, record(high).id));
     EVENTUALLY(above(low, high));
+}
+
+TEST_F(xwayland, raised_window_takes_its_dialogs_along_in_the_order_of_the_x_server_too)
+{
+    test::x11_client &client = connect_x11();
+    x11_window &w = map_x11(client.create()), &dialog = client.create({.width = 100});
+    dialog.transient_for(w);
+    map_x11(dialog);
+    x11_window &other = map_x11(client.create());
+    focus_toplevel_ex(&record(w), true);
+    EXPECT_THAT(raised(), ElementsAre(record(w).id, record(other).id, record(dialog).id));
+    const auto height = [&](const x11_window &window) {
+        const std::vector<uint32_t> order = client.stacking();
+        return std::ranges::find(order, window.id()) - order.begin();
+    };
+    EVENTUALLY(height(other) < height(w) && height(w) < height(dialog));
+    surface_hit hit;
+    const wlr_box middle = box(dialog);
+    EXPECT_EQ(desktop_toplevel_at(server, middle.x + 50, middle.y + 50, hit), &record(dialog));
 }
 
 TEST_F(xwayland, raised_window_stays_below_menus_in_the_order_of_the_x_server)

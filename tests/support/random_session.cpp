@@ -79,6 +79,9 @@ std::string random_session::open_window()
         w.max_size({300, 200});
     }
     w.title("window"); // makes the toplevel
+    if (below(4) == 0 && !windows.empty())
+        if (window *parent = any_of(windows); &parent->owner() == &w.owner())
+            w.parent(parent);
     windows.push_back(&w);
     const bool draws_its_own = below(3) != 0;
     if (!draws_its_own)

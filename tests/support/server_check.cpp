@@ -115,6 +115,19 @@ private:
         expect(t.scene_tree->node.parent == toplevel_parent_tree(t), name + " hangs where it belongs");
         expect(t.scene_tree->node.enabled == toplevel_is_enabled(t), name + " shows iff its state says so");
         expect(box.width >= 1 && box.height >= 1, name + " has a size");
+        const vantore_toplevel *parent = tl_parent(t);
+        expect(parent == nullptr || !is_listed(parent) || !hangs_below(t, *parent),
+               name + " lies above the window whose dialog it is");
+    }
+
+    // False for windows of two trees.
+    static bool hangs_below(const vantore_toplevel &t, const vantore_toplevel &other)
+    {
+        const wl_list &siblings = t.scene_tree->node.parent->children;
+        const wl_list *at = t.scene_tree->node.link.next;
+        while (at != &siblings && at != &other.scene_tree->node.link)
+            at = at->next;
+        return at != &siblings;
     }
 
     void check_states(const vantore_toplevel &t, const std::string &name)
