@@ -11,6 +11,8 @@
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
 #include "layer_placement.hpp"
+#include "maximized.hpp"
+#include "placement.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -83,12 +85,6 @@ static wlr_box place_layers(vantore_server &server, const wlr_output *output, co
     return usable;
 }
 
-// wlr_box_equal considers all empty boxes equal.
-static bool same_box(const wlr_box &a, const wlr_box &b)
-{
-    return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
-}
-
 static void arrange_layers_without(vantore_server &server, wlr_output *output,
                                    const vantore_layer_surface *leaving)
 {
@@ -100,8 +96,10 @@ static void arrange_layers_without(vantore_server &server, wlr_output *output,
     vantore_output *o = output_of(server, output);
     if (o == nullptr || same_box(usable, o->usable))
         return;
+    const maximized_windows maximized{server};
     o->usable = usable;
     arrange_workspace(o->current_ws);
+    maximized.follow();
 }
 
 void arrange_layers(vantore_server &server, wlr_output *output)
@@ -109,10 +107,13 @@ void arrange_layers(vantore_server &server, wlr_output *output)
     arrange_layers_without(server, output, nullptr);
 }
 
+// Outputs that move take each other's former places, so all maximized windows are looked up first.
 void arrange_all_layers(vantore_server &server)
 {
+    const maximized_windows maximized{server};
     for (auto &o : each<&vantore_output::link>(server.outputs))
         arrange_layers(server, o.wlr_output);
+    maximized.follow();
 }
 
 void layer_surfaces_of_output_gone(vantore_server &server, const wlr_output *output)

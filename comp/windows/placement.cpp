@@ -11,6 +11,15 @@ wlr_box center_in(const wlr_box &area, int w, int h, int titlebar)
     return {.x = std::max(x, area.x), .y = std::max(y, area.y) + titlebar, .width = w, .height = h};
 }
 
+wlr_box with_bar_in(const wlr_box &area, const wlr_box &box, int titlebar)
+{
+    const int right = area.x + area.width, bottom = area.y + area.height;
+    return {.x = std::max(std::min(box.x, right - box.width), area.x),
+            .y = std::max(std::min(box.y, bottom), area.y + titlebar),
+            .width = box.width,
+            .height = box.height};
+}
+
 wlr_box float_box_in(const wlr_box &area, int titlebar)
 {
     if (area.width < 1 || area.height < 1)
@@ -43,6 +52,11 @@ wlr_box place_in(const wlr_box &area, int w, int h, vantore_place place)
 bool fills(const wlr_box &size, const wlr_box &screen)
 {
     return screen.width >= 1 && size.width >= screen.width && size.height >= screen.height;
+}
+
+bool same_box(const wlr_box &a, const wlr_box &b)
+{
+    return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
 }
 
 bool boxes_overlap(const wlr_box &a, const wlr_box &b)

@@ -6,6 +6,7 @@
 #include "../server.hpp"
 #include "../windows/placement.hpp"
 #include "../windows/showing.hpp"
+#include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "stacks.hpp"
 #include "tile_boxes.hpp"
@@ -13,6 +14,15 @@
 #include "workspace.hpp"
 
 #include <algorithm>
+
+static void rescue(vantore_toplevel &t, const wlr_box &screen, const wlr_box &usable)
+{
+    if (t.maximized)
+        return toplevel_fill(t, usable);
+    const wlr_box box = toplevel_box(t);
+    t.float_geo = with_bar_in(usable, center_in(screen, box.width, box.height, 0), titlebar_of(t));
+    tl_move(t, t.float_geo.x, t.float_geo.y);
+}
 
 // Brings back floats that lie wholly outside the workspace's output after an output was unplugged or moved. A
 // float with a single pixel on the output stays, even if that pixel lies under a panel.
@@ -27,8 +37,7 @@ static void ws_rescue_offscreen_floats(vantore_workspace &ws)
         const wlr_box box = toplevel_box(t);
         if (box.width < 1 || box.height < 1 || boxes_overlap(box, screen))
             continue;
-        t.float_geo = center_in(screen, box.width, box.height, 0);
-        tl_move(t, t.float_geo.x, t.float_geo.y);
+        rescue(t, screen, ws.output->usable);
     }
 }
 

@@ -119,6 +119,16 @@ void move_ws_to_adjacent_output(vantore_server &server, int dir)
         move_workspace_to_output(from->current_ws, *target);
 }
 
+// Brings a window along to its new workspace's output. The arrangement that follows places tiles.
+static void bring_along(vantore_toplevel &t, const vantore_output &target, const offset &by)
+{
+    if (t.maximized && !t.fullscreen)
+        toplevel_fill(t, target.usable);
+    else if (!toplevel_is_tiled(t) || t.fullscreen)
+        move_node(t, by);
+    move_float_geo(t, by);
+}
+
 // Returns where a window of the workspace would be seen: on the output that shows it, else at its home. May
 // be null.
 static vantore_output *destination_of(const vantore_workspace &ws)
@@ -135,14 +145,8 @@ void move_toplevel_to_workspace(vantore_toplevel &t, long num)
     const vantore_output *source = old != nullptr ? old->output : nullptr;
     vantore_output *target = destination_of(*ws);
     toplevel_set_workspace(t, ws);
-    if (source != nullptr && target != nullptr && source != target) {
-        const offset by = offset_between(*source, *target);
-        if (t.maximized && !t.fullscreen)
-            toplevel_fill(t, target->usable);
-        else if (!toplevel_is_tiled(t) || t.fullscreen)
-            move_node(t, by);
-        move_float_geo(t, by);
-    }
+    if (source != nullptr && target != nullptr && source != target)
+        bring_along(t, *target, offset_between(*source, *target));
     settle_fullscreen(t);
     arrange_workspace(old);
     arrange_workspace(ws);
@@ -174,9 +178,7 @@ void move_focused_to_adjacent_output(vantore_server &server, int dir)
         return;
     vantore_workspace *old = t->workspace;
     toplevel_set_workspace(*t, target->current_ws);
-    const offset by = offset_between(*source, *target);
-    move_node(*t, by);
-    move_float_geo(*t, by);
+    bring_along(*t, *target, offset_between(*source, *target));
     arrange_workspace(old);
     arrange_workspace(target->current_ws);
     focus_toplevel_ex(t, true);

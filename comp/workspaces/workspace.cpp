@@ -6,6 +6,7 @@
 #include "../text.hpp"
 #include "../visibility.hpp"
 #include "../windows/fullscreen.hpp"
+#include "../windows/maximized.hpp"
 #include "../windows/showing.hpp"
 #include "../windows/toplevel.hpp"
 
@@ -91,6 +92,7 @@ void ws_bind(vantore_workspace &ws, vantore_output &o)
     if (o.wlr_output->name != nullptr)
         copy_text(ws.pref_output, o.wlr_output->name);
     fit_fullscreen_windows(ws);
+    fit_maximized_windows(ws);
 }
 
 void refresh_workspace_visibility(vantore_server &server)

@@ -39,7 +39,8 @@ vantore_workspace *pick_workspace_for_output(vantore_server &server, const wlr_o
                                              const vantore_workspace *exclude);
 
 // Links the workspace and the output and remembers the output's name as the workspace's home. The workspace's
-// fullscreen windows then fill the output.
+// fullscreen windows then fill the output, and maximized ones its usable box if the output that they filled
+// has gone.
 void ws_bind(vantore_workspace &ws, vantore_output &o);
 
 // Shows the windows of workspaces that are on an output and hides the others.

@@ -4,6 +4,9 @@
 
 #include "config/settings.hpp"
 #include "outputs/power.hpp"
+#include "windows/fullscreen.hpp"
+#include "windows/states.hpp"
+#include "workspaces/transfer.hpp"
 
 using test::ALL_EDGES;
 using test::BOTTOM;
@@ -270,6 +273,55 @@ TEST_F(layers, arrange_the_workspace_only_when_the_usable_box_changes)
     panel.destroy();
     EVENTUALLY_EQ(toplevel_box(record(lost)).x, 540);
     EXPECT_EQ(usable(), (wlr_box{0, 0, 1280, 704}));
+}
+
+TEST_F(layers, change_the_size_of_maximized_windows_shown_or_not)
+{
+    window &w = map("w", {400, 300}), &hidden = map("hidden", {400, 300});
+    for (window *each : {&w, &hidden})
+        toplevel_toggle_maximize(record(*each));
+    move_toplevel_to_workspace(record(hidden), 5);
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 1280, 704}));
+    EVENTUALLY_EQ(box(hidden), (wlr_box{0, 0, 1280, 704}));
+    layer_surface &panel = show(top_bar(40));
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 40, 1280, 664}));
+    EVENTUALLY_EQ(box(hidden), (wlr_box{0, 40, 1280, 664}));
+    panel.destroy();
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 1280, 704}));
+    toplevel_toggle_maximize(record(w));
+    EVENTUALLY_EQ(box(w), (wlr_box{440, 202, 400, 300}));
+}
+
+TEST_F(layers, leave_maximized_windows_of_other_outputs_and_fullscreen_ones_alone)
+{
+    plug("B", 640, 640);
+    wlr_cursor_warp(server.cursor, nullptr, 1600, 300);
+    window &w = map("w", {400, 300}), &film = map("film", {400, 300});
+    for (window *each : {&w, &film})
+        toplevel_toggle_maximize(record(*each));
+    EVENTUALLY_EQ(box(w), (wlr_box{1280, 0, 640, 640}));
+    toplevel_set_fullscreen(record(film), true);
+    settle();
+    const int configures = w.configure_count();
+    const wlr_box screen = box(film);
+    show({.output = "A", .size = {0, 40}, .anchor = TOP | LEFT | RIGHT, .zone = 40});
+    show({.output = "B", .size = {0, 40}, .anchor = BOTTOM | LEFT | RIGHT, .zone = 40});
+    EVENTUALLY_EQ(box(w), (wlr_box{1280, 0, 640, 600}));
+    EXPECT_EQ(w.configure_count(), configures + 1);
+    EXPECT_EQ(box(film), screen);
+}
+
+TEST_F(layers, leave_the_title_bar_of_a_window_that_is_brought_back_in_reach)
+{
+    window &lost = map("lost", {200, 704});
+    record(lost).ssd = true;
+    place(lost, -5000, 0);
+    layer_surface &panel = show(top_bar(40));
+    EVENTUALLY_EQ(box(lost), (wlr_box{540, 70, 200, 704}));
+    place(lost, -5000, 0);
+    panel.destroy();
+    EVENTUALLY_EQ(box(lost), (wlr_box{540, 30, 200, 704}));
+    EXPECT_EQ(record(lost).float_geo, (wlr_box{540, 30, 200, 704}));
 }
 
 TEST_F(layers, that_go_or_hide_give_their_space_back_to_the_tiles)

@@ -4,6 +4,7 @@
 
 #include "config/settings.hpp"
 #include "text.hpp"
+#include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 #include "workspaces/transfer.hpp"
 
@@ -150,6 +151,16 @@ TEST_F(moves, of_the_shown_workspace_follow_the_arrow)
 }
 
 // A window to the next output
+
+TEST_F(moves, of_a_maximized_window_to_the_next_output_fill_it)
+{
+    window &w = map("w", {400, 300});
+    toplevel_toggle_maximize(record(w));
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 1280, 704}));
+    move_focused_to_adjacent_output(server, 1);
+    EXPECT_EQ(record(w).workspace, &workspace(2));
+    EVENTUALLY_EQ(box(w), (wlr_box{1280, 0, 640, 576}));
+}
 
 TEST_F(moves, of_a_window_to_the_next_output_keep_its_place_there)
 {

@@ -7,6 +7,8 @@
 #include "outputs/power.hpp"
 #include "outputs/rehome.hpp"
 #include "startup.hpp"
+#include "windows/states.hpp"
+#include "workspaces/switch.hpp"
 
 #include <fstream>
 
@@ -29,6 +31,16 @@ int wanted_width(const wlr_output_state &state)
 
 struct outputs : desktop {
     void unplug(const std::string &name) { test::unplug(test::made_up(output(name).wlr_output)); }
+
+    // Maximizes a new window on the output at this point.
+    test::window &map_maximized(double lx, double ly)
+    {
+        wlr_cursor_warp(server.cursor, nullptr, lx, ly);
+        test::window &w = map("maximized", {400, 300});
+        toplevel_toggle_maximize(record(w));
+        settle();
+        return w;
+    }
 
     std::vector<std::string> outputs_file()
     {
@@ -299,6 +311,54 @@ TEST_F(outputs, windows_follow_their_output_when_a_neighbour_goes_and_it_moves)
     unplug("A");
     EXPECT_EQ(output("B").usable, (wlr_box{0, 0, 1000, 700}));
     EXPECT_EQ(toplevel_box(record(w)), (wlr_box{300, 200, 400, 300}));
+}
+
+TEST_F(outputs, maximized_windows_stay_with_their_output_when_it_moves)
+{
+    for (const char *name : {"A", "B", "C"})
+        plug(name, 800, 600);
+    test::window &on_b = map_maximized(1200, 300), &on_c = map_maximized(2000, 300);
+    EVENTUALLY_EQ(box(on_c), (wlr_box{1600, 0, 800, 600}));
+    unplug("A");
+    EXPECT_EQ(output("B").usable, (wlr_box{0, 0, 800, 600}));
+    EVENTUALLY_EQ(box(on_b), (wlr_box{0, 0, 800, 600}));
+    EVENTUALLY_EQ(box(on_c), (wlr_box{800, 0, 800, 600}));
+}
+
+TEST_F(outputs, maximized_windows_follow_a_new_mode)
+{
+    auto &made = plug("A", 800, 600);
+    test::window &w = map_maximized(400, 300);
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 800, 600}));
+    request_size(made, 1200, 900);
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 1200, 900}));
+}
+
+TEST_F(outputs, maximized_windows_of_one_that_went_fill_that_of_their_workspace)
+{
+    plug("A", 800, 600);
+    plug("B", 1000, 700);
+    test::window &w = map_maximized(1300, 300);
+    EXPECT_EQ(record(w).workspace, &workspace(2));
+    unplug("B");
+    goto_workspace(server, 2);
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 800, 600}));
+    EXPECT_TRUE(record(w).maximized);
+    toplevel_toggle_maximize(record(w));
+    EVENTUALLY_EQ(box(w), (wlr_box{200, 150, 400, 300}));
+}
+
+TEST_F(outputs, maximized_windows_on_one_that_is_not_of_their_workspace_come_home_when_it_goes)
+{
+    plug("A", 800, 600);
+    plug("B", 1000, 700);
+    wlr_cursor_warp(server.cursor, nullptr, 400, 300);
+    test::window &w = map("w", {400, 300});
+    wlr_cursor_warp(server.cursor, nullptr, 1300, 300);
+    toplevel_toggle_maximize(record(w));
+    EVENTUALLY_EQ(box(w), (wlr_box{800, 0, 1000, 700}));
+    unplug("B");
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 800, 600}));
 }
 
 TEST_F(outputs, move_when_the_backend_resizes_their_neighbour)

@@ -39,6 +39,29 @@ TEST(center_in, keeps_a_window_that_only_its_title_bar_makes_too_tall_on_the_are
     EXPECT_EQ(center_in(screen, 100, 1060, 30), (wlr_box{910, 30, 100, 1060}));
 }
 
+TEST(with_bar_in, leaves_a_box_alone_whose_bar_lies_inside)
+{
+    EXPECT_EQ(with_bar_in(screen, {100, 30, 400, 3000}, 30), (wlr_box{100, 30, 400, 3000}));
+}
+
+TEST(with_bar_in, moves_a_box_as_little_as_it_can)
+{
+    constexpr wlr_box area{.x = 100, .y = 40, .width = 1000, .height = 500};
+    EXPECT_EQ(with_bar_in(area, {0, 0, 400, 300}, 30), (wlr_box{100, 70, 400, 300}));
+    EXPECT_EQ(with_bar_in(area, {900, 700, 400, 300}, 30), (wlr_box{700, 540, 400, 300}));
+}
+
+TEST(with_bar_in, keeps_the_left_end_of_a_bar_that_is_too_wide)
+{
+    EXPECT_EQ(with_bar_in(screen, {-40, 500, 3000, 300}, 30), (wlr_box{0, 500, 3000, 300}));
+}
+
+TEST(same_box, tells_empty_boxes_apart)
+{
+    EXPECT_TRUE(same_box({1, 2, 3, 4}, {1, 2, 3, 4}));
+    EXPECT_FALSE(same_box({0, 0, 0, 0}, {1, 0, 0, 0}));
+}
+
 struct float_box_case {
     wlr_box area;
     int titlebar;
