@@ -138,8 +138,10 @@ void finish_drag(vantore_server &server)
         .moved = has_moved(server),
     };
     reset_cursor_mode(server);
-    if (drag.t == nullptr || !drag.was_move)
+    if (drag.t == nullptr)
         return;
+    if (!drag.was_move)
+        return return_to_tile(*drag.t);
     const bool landed = g_tiler ? land_by_tiler(server, drag) : land_at_edge(server, drag);
     if (!landed)
         drop(drag);

@@ -101,6 +101,12 @@ static void begin_resize(vantore_toplevel &t, uint32_t edges)
     server.drag.resize_edges = edges;
 }
 
+void return_to_tile(const vantore_toplevel &t)
+{
+    if (tile_participates(t))
+        arrange_workspace(t.workspace);
+}
+
 // A client may ask for a drag while another window is dragged. The other window is put back below the new
 // one.
 static void let_go_of_other(vantore_toplevel &t)
@@ -108,7 +114,10 @@ static void let_go_of_other(vantore_toplevel &t)
     vantore_drag &drag = t.server->drag;
     const bool moved = drag.cursor_mode == VANTORE_CURSOR_MOVE;
     vantore_toplevel *other = std::exchange(drag.grabbed_toplevel, nullptr);
-    if (other == nullptr || !moved)
+    if (other == nullptr)
+        return;
+    return_to_tile(*other);
+    if (!moved)
         return;
     restore_toplevel_parent(*other);
     raise_with_dialogs(t);
@@ -136,16 +145,17 @@ void reset_cursor_mode(vantore_server &server)
 
 void drag_end(vantore_server &server)
 {
-    vantore_toplevel *moved =
-        server.drag.cursor_mode == VANTORE_CURSOR_MOVE ? server.drag.grabbed_toplevel : nullptr;
+    vantore_toplevel *t = server.drag.grabbed_toplevel;
+    const bool moved = server.drag.cursor_mode == VANTORE_CURSOR_MOVE;
     reset_cursor_mode(server);
-    if (moved == nullptr)
+    if (t == nullptr)
         return;
-    restore_toplevel_parent(*moved);
-    if (toplevel_is_tiled(*moved))
-        arrange_workspace(moved->workspace); // back to its tile
-    else if (!moved->fullscreen)
-        join_output_under_cursor(*moved);
+    return_to_tile(*t);
+    if (!moved)
+        return;
+    restore_toplevel_parent(*t);
+    if (!toplevel_is_tiled(*t) && !t->fullscreen)
+        join_output_under_cursor(*t);
 }
 
 bool join_output_under_cursor(vantore_toplevel &t)

@@ -13,6 +13,8 @@ void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t e
 void reset_cursor_mode(vantore_server &server);
 // Ends the drag, if there is one. The window stays where it is and returns to the windows of its workspace.
 void drag_end(vantore_server &server);
+// Puts a tile that was dragged back where the arrangement wants it. Does nothing to other windows.
+void return_to_tile(const vantore_toplevel &t);
 // A float that was carried to another output joins the workspace that is shown there. False where it has not
 // been.
 bool join_output_under_cursor(vantore_toplevel &t);

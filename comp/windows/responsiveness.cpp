@@ -3,6 +3,7 @@
 #include "../broadcast.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
+#include "../workspaces/stacks.hpp"
 #include "toplevel.hpp"
 
 static void set_unresponsive(vantore_toplevel &t, bool unresponsive)
@@ -17,6 +18,7 @@ static void set_unresponsive(vantore_toplevel &t, bool unresponsive)
     if (t.scene_tree != nullptr) {
         dec_forget_title(t);
         dec_layout(t);
+        stack_refresh_tabs(t);
     }
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }

@@ -15,6 +15,7 @@
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
+#include "../workspaces/stacks.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
 #include "app_rules.hpp"
@@ -205,10 +206,12 @@ static void request_fullscreen(vantore_toplevel &t)
 static void set_title(vantore_toplevel &t)
 {
     dec_refresh_title(t);
+    stack_refresh_tabs(t);
 }
 
 static void set_app_id(vantore_toplevel &t)
 {
+    stack_refresh_tabs(t); // a tab without a title shows the app id
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 

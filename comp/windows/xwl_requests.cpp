@@ -8,6 +8,7 @@
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../workspaces/focus.hpp"
+#include "../workspaces/stacks.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
 #include "attention.hpp"
@@ -141,14 +142,18 @@ static void xwl_handle_set_hints(vantore_toplevel &t)
 
 static void xwl_handle_set_title(vantore_toplevel &t)
 {
-    if (t.scene_tree != nullptr)
-        dec_refresh_title(t);
+    if (t.scene_tree == nullptr)
+        return;
+    dec_refresh_title(t);
+    stack_refresh_tabs(t);
 }
 
 static void xwl_handle_set_class(vantore_toplevel &t)
 {
-    if (t.scene_tree != nullptr)
-        ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
+    if (t.scene_tree == nullptr)
+        return;
+    stack_refresh_tabs(t); // a tab without a title shows the class
+    ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
 void xwl_listen_to_requests(vantore_toplevel &t)

@@ -11,6 +11,7 @@
 #include "arrange.hpp"
 #include "focus.hpp"
 #include "tiles.hpp"
+#include "transfer.hpp"
 #include "workspace.hpp"
 
 #include <algorithm>
@@ -90,6 +91,13 @@ void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width)
     forget_reach(active);
 }
 
+void stack_refresh_tabs(const vantore_toplevel &t)
+{
+    vantore_toplevel *active = t.stack_id != 0 ? stack_active_member(*t.server, t.stack_id) : nullptr;
+    if (active != nullptr && active->tabbar->node.enabled)
+        render_tabbar(*active, *active->workspace, active->tabbar->buffer->width);
+}
+
 // The decorations change too, because a stack has tabs in place of the title bar.
 static void set_stack(vantore_toplevel &t, int stack_id)
 {
@@ -127,6 +135,8 @@ void stack_join(vantore_toplevel &w, vantore_toplevel &target)
 {
     if (&w == &target)
         return;
+    if (w.workspace != target.workspace)
+        carry_to_workspace(w, *target.workspace);
     if (target.stack_id == 0)
         set_stack(target, w.server->next_stack_id++);
     set_stack(w, target.stack_id);

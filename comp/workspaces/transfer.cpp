@@ -136,20 +136,26 @@ static vantore_output *destination_of(const vantore_workspace &ws)
     return ws.output != nullptr ? ws.output : home_of(ws);
 }
 
+void carry_to_workspace(vantore_toplevel &t, vantore_workspace &ws)
+{
+    vantore_workspace *old = t.workspace;
+    const vantore_output *source = old != nullptr ? old->output : nullptr;
+    vantore_output *target = destination_of(ws);
+    toplevel_set_workspace(t, &ws);
+    if (source != nullptr && target != nullptr && source != target)
+        bring_along(t, *target, offset_between(*source, *target));
+    settle_fullscreen(t);
+    arrange_workspace(old);
+    arrange_workspace(&ws);
+}
+
 void move_toplevel_to_workspace(vantore_toplevel &t, long num)
 {
     vantore_workspace *ws = workspace_by_num(*t.server, num);
     vantore_workspace *old = t.workspace;
     if (ws == nullptr || ws == old)
         return;
-    const vantore_output *source = old != nullptr ? old->output : nullptr;
-    vantore_output *target = destination_of(*ws);
-    toplevel_set_workspace(t, ws);
-    if (source != nullptr && target != nullptr && source != target)
-        bring_along(t, *target, offset_between(*source, *target));
-    settle_fullscreen(t);
-    arrange_workspace(old);
-    arrange_workspace(ws);
+    carry_to_workspace(t, *ws);
     if (old != nullptr && old->output != nullptr) // a hidden workspace needs no focus
         focus_workspace_top(*old);
     ipc_broadcast(*t.server, VNT_EVT_WORKSPACES);

@@ -13,6 +13,8 @@ vantore_output *adjacent_output(vantore_server &server, const vantore_output *fr
 void move_workspace_to_output(vantore_workspace *ws, vantore_output &target);
 void move_ws_to_adjacent_output(vantore_server &server, int dir);
 
+// Moves the window to another workspace, and lays both out. The focus stays.
+void carry_to_workspace(vantore_toplevel &t, vantore_workspace &ws);
 // Moves the window. The view stays, and the old workspace keeps the focus. Does nothing when there is no such
 // workspace.
 void move_toplevel_to_workspace(vantore_toplevel &t, long num);

@@ -344,6 +344,20 @@ TEST_F(stacks, write_titles_of_any_bytes_and_a_dash_without_any)
     EXPECT_TRUE(has_text(picture("A"), 853));
 }
 
+TEST_F(stacks, show_a_new_title_at_once)
+{
+    const auto members = map_stack(2);
+    vantore_toplevel &shown = record(*members[1]);
+    const wlr_buffer *before = shown.tabbar->buffer;
+    members[0]->title("Another title");
+    EVENTUALLY(shown.tabbar->buffer != before);
+    EXPECT_EQ(shown.tabbar->buffer->width, 1280);
+    before = shown.tabbar->buffer;
+    members[1]->app_id("another");
+    EVENTUALLY(shown.tabbar->buffer != before);
+    EXPECT_FALSE(has_bar(*members[0]));
+}
+
 TEST_F(stacks, draw_a_bar_one_pixel_wide)
 {
     const auto members = map_stack(2);

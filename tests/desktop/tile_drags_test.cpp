@@ -2,6 +2,7 @@
 
 #include "support/drags.hpp"
 
+#include "session/lock.hpp"
 #include "workspaces/arrange.hpp"
 #include "workspaces/focus.hpp"
 #include "workspaces/stacks.hpp"
@@ -147,7 +148,37 @@ TEST_F(tile_drags, that_resize_drop_nothing)
     drop_at(320 * 3 + 160, 350, BTN_RIGHT);
     keyboard->release(KEY_LEFTMETA);
     EXPECT_EQ(order(), "abcd");
-    settle();
+    EVENTUALLY_EQ(box(*tiles[0]), (wlr_box{0, 30, 320, 674}));
+}
+
+TEST_F(tile_drags, that_resize_give_the_slot_back_when_a_lock_begins)
+{
+    keyboard->press(KEY_LEFTMETA);
+    press_at(100, 350, BTN_RIGHT);
+    keyboard->release(KEY_LEFTMETA);
+    go(320 * 3 + 160, 350);
+    EXPECT_NE(record(*tiles[0]).want_w, 320);
+    session_lock_begin(server);
+    EVENTUALLY_EQ(box(*tiles[0]), (wlr_box{0, 30, 320, 674}));
+    server.locked = false;
+}
+
+TEST_F(tile_drags, to_the_tabs_of_another_workspace_join_it)
+{
+    plug("B", 640, 512);
+    command("ws-layout 2 tiling");
+    wlr_cursor_warp(server.cursor, nullptr, 1400, 300);
+    window &tab = map("tab");
+    stack_toggle_focused(server);
+    EVENTUALLY_EQ(box(tab), (wlr_box{1280, 26, 640, 486}));
+    drag(100, 10, 1280 + 100, 10);
+    EXPECT_EQ(record(*tiles[0]).workspace, &workspace(2));
+    EXPECT_EQ(record(*tiles[0]).stack_id, record(tab).stack_id);
+    EVENTUALLY_EQ(box(*tiles[0]), (wlr_box{1280, 26, 640, 486}));
+    EXPECT_TRUE(toplevel_visible(record(*tiles[0])));
+    EXPECT_EQ(order(), "bcd");
+    EVENTUALLY_EQ(box(*tiles[1]).width, 1280 / 3);
+    EXPECT_EQ(focused_toplevel(server), &record(*tiles[0]));
 }
 
 TEST_F(tile_drags, that_end_where_they_began_fall_back_into_their_slot)

@@ -233,7 +233,7 @@ std::string random_session::change_stack()
         return stack_cycle_focused(server), "cycle a stack";
     default: {
         vantore_toplevel *w = any_mapped(), *target = any_mapped();
-        if (w == nullptr || w->workspace != target->workspace || !tile_participates(*target))
+        if (w == nullptr || !tile_participates(*target))
             return "nothing";
         return stack_join(*w, *target), "join a stack";
     }
