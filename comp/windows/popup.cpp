@@ -166,3 +166,18 @@ void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup)
     listen<&vantore_popup::reposition, xdg_popup_reposition>(*p, popup->events.reposition);
     listen<&vantore_popup::destroy, xdg_popup_destroy>(*p, popup->events.destroy);
 }
+
+static const wlr_xdg_popup *menu_with_grab(const vantore_server &server)
+{
+    for (auto &grab : each<&wlr_xdg_popup_grab::link>(server.xdg_shell->popup_grabs))
+        if (server.seat->pointer_state.grab == &grab.pointer_grab)
+            return each<&wlr_xdg_popup::grab_link>(grab.popups).first();
+    return nullptr;
+}
+
+void end_menus_of_others(const vantore_toplevel &t)
+{
+    const wlr_xdg_popup *menu = menu_with_grab(*t.server);
+    if (menu != nullptr && window_of(*menu) != &t)
+        wlr_seat_pointer_end_grab(t.server->seat); // tells all menus of the grab
+}

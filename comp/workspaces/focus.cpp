@@ -6,6 +6,7 @@
 #include "../server.hpp"
 #include "../visibility.hpp"
 #include "../windows/fullscreen.hpp"
+#include "../windows/popup.hpp"
 #include "../windows/showing.hpp"
 #include "../windows/stacking.hpp"
 #include "../windows/toplevel.hpp"
@@ -95,6 +96,7 @@ static bool bring_back(vantore_toplevel &t)
 
 static void hand_keyboard_to(vantore_toplevel &t)
 {
+    end_menus_of_others(t);
     deactivate_windows_except(*t.server, &t);
     tl_set_activated(t, true);
     keyboard_enter(t.server->seat, tl_surface(t));

@@ -364,6 +364,34 @@ TEST_F(grabbing_menus, do_not_keep_the_keyboard_from_a_window_that_opens)
     pointer->release(BTN_LEFT);
 }
 
+TEST_F(grabbing_menus, end_once_when_another_window_takes_the_keyboard)
+{
+    popup menu{*page, {.x = 20, .y = 30}, popup::draws::always, ears.get(), ears->press_serial()};
+    EVENTUALLY_EQ(menu.configure_count(), 1);
+    auto &other = map("other");
+    EVENTUALLY(menu.dismissed());
+    EXPECT_FALSE(wlr_seat_pointer_has_grab(server.seat));
+    EXPECT_FALSE(wlr_seat_keyboard_has_grab(server.seat));
+    focus_toplevel_ex(&record(*page), true);
+    focus_toplevel_ex(&record(other), true);
+    settle();
+    EXPECT_EQ(menu.times_dismissed(), 1);
+    pointer->release(BTN_LEFT);
+}
+
+TEST_F(grabbing_menus, stay_when_their_own_window_takes_the_keyboard)
+{
+    popup menu{*page, {.x = 20, .y = 30}, popup::draws::always, ears.get(), ears->press_serial()};
+    EVENTUALLY_EQ(menu.configure_count(), 1);
+    wlr_seat_keyboard_clear_focus(server.seat);
+    focus_toplevel_ex(&record(*page), true);
+    settle();
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(*page)));
+    EXPECT_FALSE(menu.dismissed());
+    EXPECT_TRUE(wlr_seat_pointer_has_grab(server.seat));
+    pointer->release(BTN_LEFT);
+}
+
 TEST_F(grabbing_menus, with_a_made_up_serial_end_like_others)
 {
     popup menu{*page, {.x = 20, .y = 30}, popup::draws::always, ears.get(), 4711};

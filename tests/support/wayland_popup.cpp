@@ -19,14 +19,14 @@ struct popup_events {
         p.last_y = y;
         p.last_size = {width, height};
     }
-    static void popup_done(void *data, xdg_popup *) { self(data).done = true; }
+    static void popup_done(void *data, xdg_popup *) { self(data).dismissals++; }
     static void repositioned(void *data, xdg_popup *, uint32_t token) { self(data).token = token; }
     static void surface_configure(void *data, xdg_surface *role, uint32_t serial)
     {
         popup &p = self(data);
         p.configures++;
         xdg_surface_ack_configure(role, serial);
-        if (p.when == popup::draws::always && !p.done) // the last configure may arrive late
+        if (p.when == popup::draws::always && p.dismissals == 0) // the last configure may arrive late
             p.owned_by->paint(p.surface, p.last_size, 0xffd0d0d0);
     }
 };

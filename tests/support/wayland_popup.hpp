@@ -48,7 +48,8 @@ public:
     [[nodiscard]] int x() const { return last_x; }
     [[nodiscard]] int y() const { return last_y; }
     [[nodiscard]] test::size size() const { return last_size; }
-    [[nodiscard]] bool dismissed() const { return done; }
+    [[nodiscard]] bool dismissed() const { return dismissals > 0; }
+    [[nodiscard]] int times_dismissed() const { return dismissals; }
     [[nodiscard]] uint32_t last_token() const { return token; }
     [[nodiscard]] xdg_surface *shell_surface() const { return role; }
     [[nodiscard]] xdg_popup *get() const { return object; }
@@ -64,7 +65,7 @@ private:
     int configures = 0, last_x = 0, last_y = 0;
     test::size last_size{0, 0};
     uint32_t token = 0;
-    bool done = false;
+    int dismissals = 0;
 };
 
 // The values of zxdg_toplevel_decoration_v1_mode.
