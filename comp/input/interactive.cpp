@@ -77,7 +77,8 @@ static void begin_move(vantore_toplevel &t)
     if (t.fullscreen || t.overlay_lift)
         return;
     refresh_showing(t);
-    wlr_scene_node_raise_to_top(&t.scene_tree->node);
+    refresh_showing_of_dialogs(t);
+    raise_with_dialogs(t);
 }
 
 // Returns the window geometry in layout coordinates, including its offset in the surface.
@@ -170,8 +171,10 @@ bool join_output_under_cursor(vantore_toplevel &t)
 
 void drag_window_leaves(vantore_server &server, const vantore_toplevel &t)
 {
-    if (&t == server.drag.grabbed_toplevel)
-        reset_cursor_mode(server);
+    if (&t != server.drag.grabbed_toplevel)
+        return;
+    reset_cursor_mode(server);
+    refresh_showing_of_dialogs(t);
 }
 
 static void show_box(wlr_scene_rect *rect, const wlr_box &box)

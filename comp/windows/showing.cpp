@@ -7,10 +7,16 @@
 #include "stacking.hpp"
 #include "toplevel.hpp"
 
+// The pointer carries a window together with its dialogs, or it would cover them.
 static bool is_carried(const vantore_toplevel &t)
 {
     const vantore_drag &drag = t.server->drag;
-    return &t == drag.grabbed_toplevel && drag.cursor_mode == VANTORE_CURSOR_MOVE && !t.fullscreen;
+    const vantore_toplevel *carried = drag.grabbed_toplevel;
+    if (carried == nullptr || drag.cursor_mode != VANTORE_CURSOR_MOVE || t.fullscreen)
+        return false;
+    const bool takes_along =
+        !carried->fullscreen && !carried->overlay_lift && carried->workspace == t.workspace;
+    return &t == carried || (takes_along && is_dialog_of(t, *carried));
 }
 
 wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)
@@ -64,6 +70,15 @@ void refresh_showing_alone(vantore_toplevel &t)
 {
     if (t.scene_tree != nullptr)
         refresh_one(t, active_of_stack(t));
+}
+
+// Starts with the window that was raised first, because each one comes to the top of its new tree.
+void refresh_showing_of_dialogs(const vantore_toplevel &t)
+{
+    const wl_list &windows = t.server->toplevels;
+    for (wl_list *at = windows.prev; at != &windows; at = at->prev)
+        if (auto &other = *owner_of<&vantore_toplevel::link>(at); is_dialog_of(other, t))
+            refresh_showing_alone(other);
 }
 
 void refresh_showing(vantore_toplevel &t)

@@ -5,7 +5,7 @@
 static constexpr int deepest = 64; // dialogs of dialogs
 
 // An X11 client may make windows each other's parents.
-static bool is_dialog_of(const vantore_toplevel &t, const vantore_toplevel &ancestor)
+bool is_dialog_of(const vantore_toplevel &t, const vantore_toplevel &ancestor)
 {
     const vantore_toplevel *parent = tl_parent(t);
     for (int depth = 0; parent != nullptr && depth < deepest; depth++) {

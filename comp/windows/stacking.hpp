@@ -3,6 +3,9 @@
 
 #include "../fwd.hpp"
 
+// Whether the window is a dialog of the other, or a dialog of such a dialog.
+bool is_dialog_of(const vantore_toplevel &t, const vantore_toplevel &ancestor);
+
 // Puts the window on top of the tree that it hangs in, and its dialogs of that tree above it. X11 windows are
 // raised in the X server's order as well.
 void raise_with_dialogs(vantore_toplevel &t);

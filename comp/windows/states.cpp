@@ -102,5 +102,6 @@ void toplevel_minimize(vantore_toplevel &t)
 void restore_toplevel_parent(vantore_toplevel &t)
 {
     refresh_showing(t);
+    refresh_showing_of_dialogs(t);
     raise_with_dialogs(t);
 }

@@ -78,7 +78,7 @@ struct vantore_toplevel {
     int last_w = 0, last_h = 0; // the geometry of the last commit
     listener map, unmap, commit, destroy;
     listener request_move, request_resize, request_maximize, request_minimize, request_fullscreen, set_title,
-        set_app_id;
+        set_app_id, set_parent;
 };
 
 // The height of a title bar above the content's origin, in layout pixels.

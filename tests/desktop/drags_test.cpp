@@ -6,6 +6,7 @@
 #include "support/wayland_seat.hpp"
 
 #include "input/cursor_image.hpp"
+#include "input/hit_test.hpp"
 #include "input/interactive.hpp"
 #include "session/lock.hpp"
 #include "text.hpp"
@@ -38,6 +39,37 @@ TEST_F(drags, of_the_title_bar_move_the_window)
     EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
     EXPECT_EQ(server.drag.grabbed_toplevel, nullptr);
     EXPECT_EQ(t().scene_tree->node.parent, workspace(1).tree);
+}
+
+TEST_F(drags, keep_the_dialogs_of_the_window_above_it)
+{
+    window &dialog = w->owner().create_window("dialog");
+    dialog.parent(w);
+    dialog.preferred = {200, 100};
+    map(dialog);
+    place(dialog, 300, 180); // over the bar and the content
+    surface_hit hit;
+    press_at(210, 190);
+    EXPECT_EQ(desktop_toplevel_at(server, 400, 220, hit), &record(dialog));
+    go(220, 200);
+    EXPECT_EQ(desktop_toplevel_at(server, 400, 220, hit), &record(dialog));
+    drop_at(230, 210);
+    EXPECT_EQ(desktop_toplevel_at(server, 400, 220, hit), &record(dialog));
+    EXPECT_EQ(record(dialog).scene_tree->node.parent, workspace(1).tree);
+}
+
+TEST_F(drags, of_a_window_that_goes_leave_its_dialogs_on_their_workspace)
+{
+    window &dialog = w->owner().create_window("dialog");
+    dialog.parent(w);
+    map(dialog);
+    focus_toplevel_ex(&t(), true);
+    press_at(210, 190);
+    EXPECT_EQ(record(dialog).scene_tree->node.parent, server.toplevel_tree);
+    w->unmap();
+    EVENTUALLY(find_record(*w) == nullptr);
+    EXPECT_EQ(record(dialog).scene_tree->node.parent, workspace(1).tree);
+    pointer->release(BTN_LEFT);
 }
 
 TEST_F(drags, with_the_right_button_on_the_bar_do_the_same)
