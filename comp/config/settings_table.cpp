@@ -132,6 +132,8 @@ static constexpr setting table[]{
      "swipes of three fingers; a line in input.conf overrides this one"},
     {compositor, "focus_follows_mouse", "", flag{&g_focus_follows_mouse, false},
      "a window gets the focus when the pointer moves over it"},
+    {compositor, "resize_border", "", whole{&g_resize_border, 8, 0, 32},
+     "pixels at the left, right and bottom edges of floating windows that resize them; 0 for none"},
     {compositor, "game_output", "", text{g_game_output},
      "the output for fullscreen X11 games; empty for the window's own"},
     {compositor, "shadows", "", flag{&g_shadows, true}, "shadows under floating windows"},

@@ -122,7 +122,7 @@ static bool press_on_decoration(vantore_server &server, const wlr_pointer_button
 static bool press_on_border(vantore_server &server, const wlr_pointer_button_event &event)
 {
     vantore_toplevel *t = event.button == BTN_LEFT ? window_under_cursor(server) : nullptr;
-    if (t == nullptr || (toplevel_is_tiled(*t) && !t->fullscreen))
+    if (t == nullptr)
         return false;
     const uint32_t edges = resize_edges_at(*t, server.cursor->x, server.cursor->y);
     if (edges == WLR_EDGE_NONE)

@@ -107,6 +107,12 @@ void server_new_constraint(vantore_server &server, wlr_pointer_constraint_v1 *co
         constrain_to_surface(server, surface);
 }
 
+bool constrains_pointer(const vantore_toplevel &t)
+{
+    const wlr_pointer_constraint_v1 *active = t.server->active_constraint;
+    return active != nullptr && active->surface == tl_surface(t);
+}
+
 bool pointer_is_constrained(vantore_server &server)
 {
     return server.active_constraint != nullptr &&

@@ -23,6 +23,8 @@ void constrain_to_surface(vantore_server &server, wlr_surface *surface);
 // Whether the surface has a constraint, in force or not.
 bool has_constraint(const vantore_server &server, wlr_surface *surface);
 
+// Whether this window's constraint is in force.
+bool constrains_pointer(const vantore_toplevel &t);
 // Whether a window's constraint is in force, wherever the pointer is.
 bool pointer_is_constrained(vantore_server &server);
 // Whether a lock is in force. The pointer then produces only relative motion.

@@ -5,7 +5,6 @@
 static constexpr int stack_strip = 32; // at the top of a tile
 static constexpr double middle_from = 0.3, middle_to = 0.7;
 static constexpr int snap_band = 24; // along the screen's edges, both ends included
-static constexpr int resize_border = 8;
 
 static bool in_middle(double fraction)
 {
@@ -72,14 +71,14 @@ snap_zone snap_zone_for(const wlr_box &usable, double cx, double cy, wlr_box &ou
     return left ? SNAP_LEFT : SNAP_RIGHT;
 }
 
-uint32_t resize_edges_in(const wlr_box &box, double lx, double ly)
+uint32_t resize_edges_in(const wlr_box &box, int border, double lx, double ly)
 {
     if (lx < box.x || lx >= box.x + box.width || ly < box.y || ly >= box.y + box.height)
         return WLR_EDGE_NONE;
-    uint32_t edges = ly >= box.y + box.height - resize_border ? WLR_EDGE_BOTTOM : WLR_EDGE_NONE;
-    if (lx < box.x + resize_border)
+    uint32_t edges = ly >= box.y + box.height - border ? WLR_EDGE_BOTTOM : WLR_EDGE_NONE;
+    if (lx < box.x + border)
         edges |= WLR_EDGE_LEFT;
-    else if (lx >= box.x + box.width - resize_border)
+    else if (lx >= box.x + box.width - border)
         edges |= WLR_EDGE_RIGHT;
     return edges;
 }

@@ -29,9 +29,9 @@ enum snap_zone : unsigned char {
 // Sets `out` to the landing box, except for SNAP_NONE.
 snap_zone snap_zone_for(const wlr_box &usable, double cx, double cy, wlr_box &out);
 
-// Returns the resize border of a floating window at the point, as a mask of wlr_edges, or 0 elsewhere. The
-// borders are the outermost pixels of its content at the left, the right and the bottom.
-uint32_t resize_edges_in(const wlr_box &box, double lx, double ly);
+// Returns the resize border of a window at the point, as a mask of wlr_edges, or 0 elsewhere. The borders are
+// the outermost pixels of its content at the left, the right and the bottom; `border` says how many.
+uint32_t resize_edges_in(const wlr_box &box, int border, double lx, double ly);
 
 // Returns the box with `edges` moved to the border point. The opposite edges stay, and the box does not
 // become smaller than the least size.

@@ -1,8 +1,11 @@
 #include "hit_test.hpp"
 
+#include "../config/settings.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/stacks.hpp"
+#include "../workspaces/tiles.hpp"
+#include "constraints.hpp"
 #include "drag_zones.hpp"
 
 #include <algorithm>
@@ -173,7 +176,16 @@ vantore_toplevel *tab_at(const vantore_server &server, double lx, double ly, con
     return t != nullptr && node == &t->tabbar->node ? stack_tab_at(*t, lx) : nullptr;
 }
 
+// The edges of a maximized or fullscreen window are the screen's edges, where people reach for scroll bars.
+// A client that constrains the pointer needs it up to its own edges.
+static bool has_resize_borders(const vantore_toplevel &t)
+{
+    return !toplevel_is_tiled(t) && !t.maximized && !t.fullscreen && !constrains_pointer(t);
+}
+
 uint32_t resize_edges_at(const vantore_toplevel &t, double lx, double ly)
 {
-    return resize_edges_in(toplevel_box(t), lx, ly);
+    if (!has_resize_borders(t))
+        return WLR_EDGE_NONE;
+    return resize_edges_in(toplevel_box(t), g_resize_border, lx, ly);
 }

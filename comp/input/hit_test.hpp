@@ -51,5 +51,6 @@ vantore_toplevel *decoration_at(const vantore_server &server, double lx, double 
 vantore_toplevel *tab_at(const vantore_server &server, double lx, double ly,
                          const vantore_toplevel *except = nullptr);
 
-// Returns the resize border of a floating window at the point, as a mask of wlr_edges, or 0 elsewhere.
+// Returns the window's resize border at the point, as a mask of wlr_edges, or 0 elsewhere. Only floating
+// windows have borders.
 uint32_t resize_edges_at(const vantore_toplevel &t, double lx, double ly);

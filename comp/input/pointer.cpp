@@ -176,8 +176,6 @@ static void enter_with_constraint(vantore_server &server, uint32_t time_msec, co
 // The border belongs to the compositor, although its pixels belong to the client.
 static bool enter_resize_border(vantore_server &server, const vantore_toplevel &t)
 {
-    if (toplevel_is_tiled(t) && !t.fullscreen)
-        return false;
     const uint32_t edges = resize_edges_at(t, server.cursor->x, server.cursor->y);
     if (edges == WLR_EDGE_NONE)
         return false;

@@ -5,6 +5,8 @@
 #include "support/wayland_layer.hpp"
 #include "support/wayland_popup.hpp"
 
+#include "windows/fullscreen.hpp"
+#include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 #include "workspaces/stacks.hpp"
 
@@ -206,6 +208,23 @@ TEST_F(button_order, a_border_starts_its_resize_and_raises_the_window)
     EXPECT_EQ(top(), &t());
     drop_at(202, 350);
     EXPECT_THAT(events(), Not(Contains(StartsWith("button"))));
+}
+
+TEST_F(button_order, the_edges_of_maximized_and_fullscreen_windows_are_the_clients)
+{
+    toplevel_toggle_maximize(t());
+    EVENTUALLY_EQ(box(*w), (wlr_box{0, 30, 1280, 674}));
+    forget();
+    press_at(1278, 350);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_THAT(events(), Contains("button down 272"));
+    drop_at(1278, 350);
+    toplevel_set_fullscreen(t(), true);
+    EVENTUALLY_EQ(box(*w), (wlr_box{0, 0, 1280, 704}));
+    press_at(640, 703);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    EXPECT_THAT(events(), Contains("button down 272"));
+    drop_at(640, 703);
 }
 
 TEST_F(button_order, another_button_on_a_border_only_focuses)

@@ -125,13 +125,21 @@ TEST_F(motion_order, while_a_button_is_held_neither_highlight_nor_image_nor_clie
     pointer->release(BTN_LEFT);
 }
 
-TEST_F(motion_order, a_border_frees_a_confined_pointer)
+TEST_F(motion_order, a_window_that_confines_the_pointer_has_no_borders_meanwhile)
 {
-    const confined_pointer fence{*ears, w->get()};
-    EVENTUALLY(fence.active());
-    pointer->move(-198, 0);
-    EXPECT_DOUBLE_EQ(server.cursor->x, 202);
-    EVENTUALLY(!fence.active());
+    {
+        const confined_pointer fence{*ears, w->get()};
+        EVENTUALLY(fence.active());
+        pointer->move(-198, 0);
+        EXPECT_DOUBLE_EQ(server.cursor->x, 202);
+        settle();
+        EXPECT_TRUE(fence.active());
+        EXPECT_EQ(pointed(), surface_of(*w));
+        pointer->click(BTN_LEFT);
+        EXPECT_THAT(ears->take(), Not(Contains("pointer leave w")));
+    }
+    EVENTUALLY_EQ(server.active_constraint, nullptr);
+    pointer->move(1, 0);
     EXPECT_EQ(pointed(), nullptr);
 }
 
@@ -147,7 +155,7 @@ TEST_F(motion_order, a_border_leaves_the_highlight_of_a_button_until_the_pointer
     EXPECT_FALSE(t().btn_hover->node.enabled);
 }
 
-TEST_F(motion_order, among_tiles_floating_and_fullscreen_windows_alone_have_borders)
+TEST_F(motion_order, floating_windows_alone_have_borders)
 {
     command("ws-layout 1 tiling");
     EVENTUALLY(box(*w).height == 674);
@@ -160,10 +168,25 @@ TEST_F(motion_order, among_tiles_floating_and_fullscreen_windows_alone_have_bord
     EXPECT_FALSE(is_at_border());
     t().floating = true;
     EXPECT_TRUE(is_at_border());
-    t().floating = false;
+    t().maximized = true;
+    EXPECT_FALSE(is_at_border());
+    t().maximized = false;
     t().fullscreen = true;
-    EXPECT_TRUE(is_at_border());
+    EXPECT_FALSE(is_at_border());
     t().fullscreen = false;
+}
+
+TEST_F(motion_order, the_width_of_the_borders_is_a_setting)
+{
+    config("resize_border = 20\n");
+    go(400, 350);
+    go(219, 350);
+    EXPECT_EQ(pointed(), nullptr);
+    go(220, 350);
+    EXPECT_EQ(pointed(), surface_of(*w));
+    config("resize_border = 0\n");
+    go(200, 499);
+    EXPECT_EQ(pointed(), surface_of(*w));
 }
 
 TEST_F(motion_order, over_a_window_the_image_is_the_clients_to_set)

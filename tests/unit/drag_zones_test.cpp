@@ -102,23 +102,23 @@ TEST(snap_zone_for, has_none_without_an_area)
     EXPECT_EQ(box, (wlr_box{1, 2, 3, 4}));
 }
 
-TEST(resize_edges_in, are_eight_pixels_at_three_sides)
+TEST(resize_edges_in, are_the_outermost_pixels_at_three_sides)
 {
     const wlr_box box{100, 200, 400, 300};
-    EXPECT_EQ(resize_edges_in(box, 100, 300), WLR_EDGE_LEFT);
-    EXPECT_EQ(resize_edges_in(box, 107.9, 300), WLR_EDGE_LEFT);
-    EXPECT_EQ(resize_edges_in(box, 108, 300), 0U);
-    EXPECT_EQ(resize_edges_in(box, 492, 300), WLR_EDGE_RIGHT);
-    EXPECT_EQ(resize_edges_in(box, 491.9, 300), 0U);
-    EXPECT_EQ(resize_edges_in(box, 300, 492), WLR_EDGE_BOTTOM);
-    EXPECT_EQ(resize_edges_in(box, 300, 491.9), 0U);
-    EXPECT_EQ(resize_edges_in(box, 100, 499), uint32_t(WLR_EDGE_LEFT) | WLR_EDGE_BOTTOM);
-    EXPECT_EQ(resize_edges_in(box, 499, 499), uint32_t(WLR_EDGE_RIGHT) | WLR_EDGE_BOTTOM);
-    EXPECT_EQ(resize_edges_in(box, 300, 200), 0U); // the top edge never counts
-    EXPECT_EQ(resize_edges_in(box, 100, 200), WLR_EDGE_LEFT);
+    EXPECT_EQ(resize_edges_in(box, 8, 100, 300), WLR_EDGE_LEFT);
+    EXPECT_EQ(resize_edges_in(box, 8, 107.9, 300), WLR_EDGE_LEFT);
+    EXPECT_EQ(resize_edges_in(box, 8, 108, 300), 0U);
+    EXPECT_EQ(resize_edges_in(box, 8, 492, 300), WLR_EDGE_RIGHT);
+    EXPECT_EQ(resize_edges_in(box, 8, 491.9, 300), 0U);
+    EXPECT_EQ(resize_edges_in(box, 8, 300, 492), WLR_EDGE_BOTTOM);
+    EXPECT_EQ(resize_edges_in(box, 8, 300, 491.9), 0U);
+    EXPECT_EQ(resize_edges_in(box, 8, 100, 499), uint32_t(WLR_EDGE_LEFT) | WLR_EDGE_BOTTOM);
+    EXPECT_EQ(resize_edges_in(box, 8, 499, 499), uint32_t(WLR_EDGE_RIGHT) | WLR_EDGE_BOTTOM);
+    EXPECT_EQ(resize_edges_in(box, 8, 300, 200), 0U); // the top edge never counts
+    EXPECT_EQ(resize_edges_in(box, 8, 100, 200), WLR_EDGE_LEFT);
     for (const auto &[x, y] : {std::pair{99.9, 300.0}, {500.0, 300.0}, {300.0, 199.9}, {300.0, 500.0}})
-        EXPECT_EQ(resize_edges_in(box, x, y), 0U);
-    EXPECT_EQ(resize_edges_in({0, 0, 10, 100}, 5, 50), WLR_EDGE_LEFT); // left wins in a narrow window
+        EXPECT_EQ(resize_edges_in(box, 8, x, y), 0U);
+    EXPECT_EQ(resize_edges_in({0, 0, 10, 100}, 8, 5, 50), WLR_EDGE_LEFT); // left wins in a narrow window
 }
 
 TEST(resized, moves_only_the_edges_that_are_dragged)
