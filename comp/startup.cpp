@@ -17,6 +17,7 @@
 #include "input/modes.hpp"
 #include "input/modifier_tap.hpp"
 #include "input/pointer.hpp"
+#include "input/resting_pointer.hpp"
 #include "ipc/transport.hpp"
 #include "log.hpp"
 #include "memory_trim.hpp"
@@ -410,6 +411,7 @@ static constexpr startup_step steps[]{
     {"animation timer", always<anim_start>, anim_stop},
     {"modifier timer", always<modifier_tap_start>, modifier_tap_stop},
     {"frames of covered windows", nullptr, plainly<bg_frame_timer_drop>},
+    {"resting pointer", nullptr, pointer_look_again_cancel},
     {"outputs", watch_outputs},
     {"xdg shell", [](vantore_server &server) { return made(globals_create_xdg_shell(server), "xdg shell"); }},
     {"XWayland", always<xwayland_create>, xwayland_destroy},

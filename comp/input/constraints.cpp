@@ -125,7 +125,16 @@ bool pointer_is_locked(const vantore_server &server)
            server.active_constraint->type == WLR_POINTER_CONSTRAINT_V1_LOCKED;
 }
 
-// A pointer outside the region moves freely until it is inside.
+// Without a region of its own, a constraint covers what takes input of its surface. The library notes that
+// only when the surface is committed next.
+static const pixman_region32_t &region_of(const wlr_pointer_constraint_v1 &constraint)
+{
+    const bool has_region = pixman_region32_not_empty(&constraint.region) ||
+                            pixman_region32_not_empty(&constraint.current.region);
+    return has_region ? constraint.region : constraint.surface->input_region;
+}
+
+// A pointer outside the region moves freely until it is inside. The region may extend beyond the screen.
 static bool confine_motion(vantore_server &server, const wlr_pointer_constraint_v1 &constraint,
                            const wlr_pointer_motion_event &event)
 {
@@ -134,9 +143,9 @@ static bool confine_motion(vantore_server &server, const wlr_pointer_constraint_
         return false;
     const double sx = server.cursor->x - origin->x, sy = server.cursor->y - origin->y;
     double nx = 0, ny = 0;
-    if (!wlr_region_confine(&constraint.region, sx, sy, sx + event.delta_x, sy + event.delta_y, &nx, &ny))
+    if (!wlr_region_confine(&region_of(constraint), sx, sy, sx + event.delta_x, sy + event.delta_y, &nx, &ny))
         return false;
-    wlr_cursor_warp(server.cursor, &event.pointer->base, origin->x + nx, origin->y + ny);
+    wlr_cursor_warp_closest(server.cursor, &event.pointer->base, origin->x + nx, origin->y + ny);
     process_cursor_motion(server, event.time_msec);
     return true;
 }

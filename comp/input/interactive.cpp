@@ -15,6 +15,8 @@
 #include "../workspaces/workspace.hpp"
 #include "drag_zones.hpp"
 #include "mouse_tiler.hpp"
+#include "pointer.hpp"
+#include "resting_pointer.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -135,6 +137,12 @@ void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t e
         begin_resize(t, edges);
 }
 
+void begin_requested_drag(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t edges)
+{
+    clear_pointer_focus(*t.server);
+    begin_interactive(t, mode, edges);
+}
+
 void reset_cursor_mode(vantore_server &server)
 {
     server.drag.cursor_mode = VANTORE_CURSOR_PASSTHROUGH;
@@ -142,6 +150,7 @@ void reset_cursor_mode(vantore_server &server)
     mt_hide(server);
     wlr_scene_node_set_enabled(&server.drag_hint->node, false);
     wlr_scene_node_set_enabled(&server.snap_preview->node, false);
+    pointer_look_again(server);
 }
 
 void drag_end(vantore_server &server)

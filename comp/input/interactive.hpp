@@ -9,6 +9,10 @@
 // maximized window that is moved returns to its earlier size, under the pointer.
 void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t edges);
 
+// The same for a drag that the window's client asked for while it held the pointer. The client hears that the
+// pointer leaves, because it gets no more motion.
+void begin_requested_drag(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t edges);
+
 // Forgets the drag and hides its hints. The window stays in the tree in which it was carried.
 void reset_cursor_mode(vantore_server &server);
 // Ends the drag, if there is one. The window stays where it is and returns to the windows of its workspace.

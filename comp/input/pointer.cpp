@@ -1,5 +1,6 @@
 #include "pointer.hpp"
 
+#include "../clock.hpp"
 #include "../config/settings.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
@@ -73,6 +74,7 @@ static void enter_and_deliver(vantore_server &server, uint32_t time_msec, const 
 struct motion {
     vantore_server &server;
     uint32_t time_msec;
+    bool pointer_rests = false; // the desktop has changed under it
 };
 
 static bool move_drag_icon(const motion &m)
@@ -146,9 +148,15 @@ static void move_anchor(vantore_server &server)
 }
 
 // The anchor keeps a resting pointer from giving the focus to windows that move under it.
-static void follow_mouse(vantore_server &server, vantore_toplevel &t)
+static void follow_mouse(const motion &m, vantore_toplevel &t)
 {
+    vantore_server &server = m.server;
     if (!g_focus_follows_mouse || wlr_seat_pointer_has_grab(server.seat))
+        return;
+    const bool is_another = std::exchange(server.pointing.ffm_window_id, t.id) != t.id;
+    if (m.pointer_rests && is_another)
+        move_anchor(server);
+    if (m.pointer_rests)
         return;
     wlr_surface *focused = server.seat->keyboard_state.focused_surface, *surface = tl_surface(t);
     if (has_constraint(server, surface) || keeps_keyboard(focused) || focused == surface)
@@ -159,7 +167,7 @@ static void follow_mouse(vantore_server &server, vantore_toplevel &t)
     focus_toplevel_ex(&t, false);
 }
 
-static void clear_pointer_focus(vantore_server &server)
+void clear_pointer_focus(vantore_server &server)
 {
     wlr_seat_pointer_clear_focus(server.seat);
     constrain_to_surface(server, nullptr);
@@ -223,12 +231,14 @@ static bool is_behind_overlay(const vantore_server &server, const vantore_toplev
 }
 
 // Handles borders and title bars before the client. Returns true when the client gets nothing.
-static bool pass_frames(vantore_server &server, vantore_toplevel *t, const surface_hit &hit)
+static bool pass_frames(const motion &m, vantore_toplevel *t, const surface_hit &hit)
 {
+    vantore_server &server = m.server;
     if (t == nullptr) {
+        server.pointing.ffm_window_id = 0;
         show_named_cursor(server, "default");
     } else {
-        follow_mouse(server, *t);
+        follow_mouse(m, *t);
         if (!hides_frames(hit.surface) && enter_resize_border(server, *t))
             return true;
     }
@@ -243,7 +253,7 @@ static bool give_to_client(const motion &m)
     vantore_toplevel *t = desktop_toplevel_at(server, server.cursor->x, server.cursor->y, hit);
     if (has_implicit_grab(server.seat)) {
         process_grabbed_motion(server, m.time_msec, hit);
-    } else if (!pass_frames(server, t, hit)) {
+    } else if (!pass_frames(m, t, hit)) {
         if (hit.surface == nullptr || is_behind_overlay(server, t))
             clear_pointer_focus(server);
         else
@@ -258,4 +268,24 @@ void process_cursor_motion(vantore_server &server, uint32_t time_msec)
 {
     const motion m{.server = server, .time_msec = time_msec};
     motion_stages::run(m);
+}
+
+// A locked pointer belongs to its client, whatever comes to lie above it. It still has to reach a window that
+// got the lock together with the keyboard.
+static bool is_locked_elsewhere(const vantore_server &server)
+{
+    return pointer_is_locked(server) && surface_at(server, server.cursor->x, server.cursor->y).surface !=
+                                            server.active_constraint->surface;
+}
+
+void process_resting_pointer(vantore_server &server)
+{
+    if (is_locked_elsewhere(server))
+        return;
+    const auto &state = server.seat->pointer_state;
+    const double sx = state.sx, sy = state.sy;
+    const motion m{.server = server, .time_msec = uint32_t(mono_ms()), .pointer_rests = true};
+    motion_stages::run(m);
+    if (state.sx != sx || state.sy != sy)
+        wlr_seat_pointer_notify_frame(server.seat); // no device sends one
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../wlr.hpp"
 
 #include <cstdint>
 
@@ -10,6 +11,10 @@ struct vantore_pointing {
     double ptr_grab_ox = 0, ptr_grab_oy = 0;
     // The position at which focus follows mouse last settled.
     double ffm_anchor_x = 0, ffm_anchor_y = 0;
+    // The window that the pointer was last seen over, by its id; 0 for none. Only for focus that follows the
+    // mouse.
+    uint32_t ffm_window_id = 0;
+    wl_event_source *look_again = nullptr; // the idle source that looks up a resting pointer; null for none
     // The window whose title bar is under the pointer. Null for none, otherwise mapped.
     vantore_toplevel *hovered_toplevel = nullptr;
     // The last press on a title bar, for double clicks.

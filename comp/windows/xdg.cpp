@@ -177,13 +177,13 @@ static bool may_drag(const vantore_toplevel &t, uint32_t serial)
 static void request_move(vantore_toplevel &t, wlr_xdg_toplevel_move_event *event)
 {
     if (may_drag(t, event->serial))
-        begin_interactive(t, VANTORE_CURSOR_MOVE, 0);
+        begin_requested_drag(t, VANTORE_CURSOR_MOVE, 0);
 }
 
 static void request_resize(vantore_toplevel &t, wlr_xdg_toplevel_resize_event *event)
 {
     if (may_drag(t, event->serial))
-        begin_interactive(t, VANTORE_CURSOR_RESIZE, event->edges);
+        begin_requested_drag(t, VANTORE_CURSOR_RESIZE, event->edges);
 }
 
 static void request_minimize(vantore_toplevel &t)

@@ -63,13 +63,13 @@ static bool may_drag(const vantore_toplevel &t)
 static void xwl_handle_request_move(vantore_toplevel &t)
 {
     if (may_drag(t))
-        begin_interactive(t, VANTORE_CURSOR_MOVE, 0);
+        begin_requested_drag(t, VANTORE_CURSOR_MOVE, 0);
 }
 
 static void xwl_handle_request_resize(vantore_toplevel &t, wlr_xwayland_resize_event *event)
 {
     if (may_drag(t))
-        begin_interactive(t, VANTORE_CURSOR_RESIZE, event->edges);
+        begin_requested_drag(t, VANTORE_CURSOR_RESIZE, event->edges);
 }
 
 static void xwl_handle_request_maximize(vantore_toplevel &t)

@@ -8,6 +8,8 @@
 #include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
+#include <linux/input-event-codes.h>
+
 using test::confined_pointer;
 using test::constraint_life;
 using test::layer_surface;
@@ -406,6 +408,62 @@ TEST_F(gaming, a_confined_pointer_moves_within_its_region_and_can_not_leave_it)
     EXPECT_TRUE(fence.active());
     settle();
     EXPECT_THAT(ears->take(), testing::IsSupersetOf({"motion 210,170", "motion 249,170", "motion 249,100"}));
+}
+
+TEST_F(gaming, without_a_region_the_pointer_is_confined_to_the_whole_window_at_once)
+{
+    confined_pointer fence{*ears, game->get()};
+    EVENTUALLY(fence.active());
+    pointer->move(-500, 0);
+    expect_cursor_at(100, 250);
+    pointer->move(500, 500);
+    EXPECT_GE(server.cursor->x, 499);
+    EXPECT_LT(server.cursor->x, 500);
+    EXPECT_LT(server.cursor->y, 400);
+    settle();
+    EXPECT_TRUE(fence.active());
+}
+
+TEST_F(gaming, without_a_region_the_pointer_is_confined_to_what_takes_input)
+{
+    game->input_region(50, 50, 200, 200);
+    game->commit();
+    settle();
+    confined_pointer fence{*ears, game->get()};
+    EVENTUALLY(fence.active());
+    pointer->move(-500, 0);
+    expect_cursor_at(150, 250);
+    game->input_region(20, 50, 200, 200);
+    game->commit();
+    settle();
+    pointer->move(-500, 0);
+    expect_cursor_at(120, 250);
+}
+
+TEST_F(gaming, a_confined_pointer_slides_along_the_edge_of_the_screen)
+{
+    place(*game, 1000, 100);
+    go(1270, 250);
+    confined_pointer fence{*ears, game->get()};
+    EVENTUALLY(fence.active());
+    pointer->move(50, 20); // the window goes on there, but the screen does not
+    EXPECT_GE(server.cursor->x, 1279);
+    EXPECT_LT(server.cursor->x, 1280);
+    EXPECT_DOUBLE_EQ(server.cursor->y, 270);
+}
+
+TEST_F(gaming, a_drag_that_the_client_asks_for_ends_its_confinement)
+{
+    confined_pointer fence{*ears, game->get()};
+    EVENTUALLY(fence.active());
+    pointer->press(BTN_LEFT);
+    settle();
+    game->request_move(ears->get(), ears->press_serial());
+    EVENTUALLY(!fence.active());
+    pointer->move(600, 0);
+    expect_cursor_at(900, 250);
+    pointer->release(BTN_LEFT);
+    EVENTUALLY(fence.active());
 }
 
 TEST_F(gaming, absolute_devices_ignore_a_confinement)

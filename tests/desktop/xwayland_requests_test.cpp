@@ -124,8 +124,11 @@ TEST_F(x11_requests, start_a_move)
 TEST_F(x11_requests, start_a_resize_at_the_edges_that_they_name)
 {
     x11_window &w = map_x11();
+    point_at(*pointer, 600, 350);
+    EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(w)));
     w.request_drag(4); // bottom right
     EVENTUALLY_EQ(server.drag.cursor_mode, VANTORE_CURSOR_RESIZE);
+    EXPECT_EQ(server.seat->pointer_state.focused_surface, nullptr);
     EXPECT_EQ(server.drag.resize_edges, uint32_t{WLR_EDGE_BOTTOM | WLR_EDGE_RIGHT});
     pointer->move(30, 40);
     EVENTUALLY_EQ(w.told(), (x11_place{490, 267, 330, 240}));

@@ -1,0 +1,11 @@
+// A pointer that rests while the desktop changes around it.
+#pragma once
+
+#include "../fwd.hpp"
+
+// Call this when something else may lie under the pointer although it has not moved. Once the event loop is
+// idle, the pointer is looked up anew, once for all calls until then. Does nothing while a window is dragged,
+// because the drag has the pointer and its end calls this again.
+void pointer_look_again(vantore_server &server);
+// Forgets the calls.
+void pointer_look_again_cancel(vantore_server &server);
