@@ -234,9 +234,10 @@ static bool is_behind_overlay(const vantore_server &server, const vantore_toplev
 static bool pass_frames(const motion &m, vantore_toplevel *t, const surface_hit &hit)
 {
     vantore_server &server = m.server;
+    if (hit.surface == nullptr)
+        show_named_cursor(server, "default");
     if (t == nullptr) {
         server.pointing.ffm_window_id = 0;
-        show_named_cursor(server, "default");
     } else {
         follow_mouse(m, *t);
         if (!hides_frames(hit.surface) && enter_resize_border(server, *t))

@@ -7,6 +7,7 @@
 #include "config/settings.hpp"
 #include "input/hit_test.hpp"
 #include "presentation/decorations.hpp"
+#include "text.hpp"
 #include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
@@ -284,6 +285,18 @@ TEST_F(pointed_layers, hold_presses_to_themselves)
     point_at(*pointer, 300, 150);
     pointer->click(BTN_LEFT);
     EXPECT_TRUE(has_keyboard(*low));
+}
+
+TEST_F(pointed_layers, keep_the_cursor_image_that_they_set)
+{
+    point_at(*pointer, 50, 150);
+    settle();
+    ears->set_shape(9); // text
+    settle();
+    point_at(*pointer, 60, 160);
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "text"));
+    point_at(*pointer, 1200, 600); // nobody's surface
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "default"));
 }
 
 TEST_F(pointed_layers, are_told_from_windows)

@@ -3,7 +3,9 @@
 #include "support/server_check.hpp"
 #include "support/x11_desk.hpp"
 
+#include "input/cursor_image.hpp"
 #include "input/hit_test.hpp"
+#include "text.hpp"
 #include "windows/fullscreen.hpp"
 #include "workspaces/focus.hpp"
 
@@ -141,6 +143,20 @@ TEST_F(unmanaged, window_is_a_surface_of_no_window_to_the_pointer)
     surface_hit hit;
     EXPECT_EQ(desktop_toplevel_at(server, 560, 310, hit), nullptr);
     EXPECT_EQ(hit.surface, menu_record(menu).xwl->surface);
+}
+
+TEST_F(unmanaged, menu_keeps_the_cursor_image_that_it_sets)
+{
+    map_unmanaged({.x = 550, .y = 300, .width = 50, .height = 50});
+    point_at(*pointer, 560, 310);
+    settle();
+    wlr_cursor_shape_manager_v1_request_set_shape_event event{};
+    event.seat_client = server.seat->pointer_state.focused_client;
+    event.device_type = WLR_CURSOR_SHAPE_MANAGER_V1_DEVICE_TYPE_POINTER;
+    event.shape = WP_CURSOR_SHAPE_DEVICE_V1_SHAPE_TEXT;
+    seat_request_set_cursor_shape(server, &event);
+    pointer->move(5, 5);
+    EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "text"));
 }
 
 TEST_F(unmanaged, menu_keeps_the_keyboard_from_a_pointer_that_hovers)
