@@ -31,9 +31,10 @@ std::optional<double> direction_score(const wlr_box &from, const wlr_box &candid
     return along + 1.5 * across;
 }
 
+// A window that can't be seen still tells where to look for another one, but its tabs can't be seen either.
 static vantore_toplevel *neighbour_tab(const vantore_toplevel &t, int dx)
 {
-    if (dx == 0 || t.stack_id == 0 || t.workspace == nullptr)
+    if (dx == 0 || t.stack_id == 0 || output_showing(t) == nullptr)
         return nullptr;
     const stack_members members{*t.workspace, t.stack_id};
     const int here = members.index_of(t);
@@ -85,7 +86,7 @@ static vantore_toplevel *neighbour_tile(vantore_toplevel &t, int dir)
 
 void move_focused_in_tiles(vantore_server &server, int dir)
 {
-    vantore_toplevel *t = focused_toplevel(server);
+    vantore_toplevel *t = command_target(server);
     if (t == nullptr || !tile_participates(*t))
         return;
     vantore_toplevel *other = neighbour_tile(*t, dir);
@@ -101,7 +102,7 @@ void move_focused_in_tiles(vantore_server &server, int dir)
 
 void move_direction(vantore_server &server, int dx, int dy)
 {
-    vantore_toplevel *t = focused_toplevel(server);
+    vantore_toplevel *t = command_target(server);
     if (t == nullptr || t->fullscreen)
         return;
     if (toplevel_is_tiled(*t)) {
@@ -160,7 +161,7 @@ static void resize_tile(vantore_toplevel &t, int dx, int dy)
 
 void resize_direction(vantore_server &server, int dx, int dy)
 {
-    vantore_toplevel *t = focused_toplevel(server);
+    vantore_toplevel *t = command_target(server);
     if (t == nullptr || t->fullscreen)
         return;
     if (toplevel_is_tiled(*t))

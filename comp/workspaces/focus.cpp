@@ -20,6 +20,12 @@ vantore_toplevel *focused_toplevel(vantore_server &server)
     return each<&vantore_toplevel::link>(server.toplevels).first();
 }
 
+vantore_toplevel *command_target(vantore_server &server)
+{
+    vantore_toplevel *t = focused_toplevel(server);
+    return t != nullptr && toplevel_visible(*t) ? t : nullptr;
+}
+
 static void raise_to_top(vantore_toplevel &t)
 {
     raise_with_dialogs(t);

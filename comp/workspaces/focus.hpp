@@ -5,9 +5,12 @@
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
-// Returns the window that commands and bindings act on: the one raised last, which need not have the
-// keyboard. Null when there is none.
+// Returns the window that was raised last, which need not have the keyboard nor be visible. Null when there
+// is none.
 vantore_toplevel *focused_toplevel(vantore_server &server);
+// Returns the window that key bindings act on: the one raised last. Null where the user can't see it, so that
+// no key closes or moves a window on a hidden workspace.
+vantore_toplevel *command_target(vantore_server &server);
 
 // Gives the window the keyboard and makes it the only active window. Windows get the keyboard only here. With
 // `raise`, it also puts the window on top, with its dialogs above it, and at the head of server.toplevels.

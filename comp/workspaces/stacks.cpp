@@ -121,7 +121,7 @@ static void arrange_and_announce(vantore_toplevel &t)
 
 void stack_toggle_focused(vantore_server &server)
 {
-    vantore_toplevel *t = focused_toplevel(server);
+    vantore_toplevel *t = command_target(server);
     if (t == nullptr || !tile_participates(*t))
         return;
     if (t->stack_id != 0)
@@ -148,7 +148,7 @@ void stack_join(vantore_toplevel &w, vantore_toplevel &target)
 
 void stack_ungroup_focused(vantore_server &server)
 {
-    vantore_toplevel *t = focused_toplevel(server);
+    vantore_toplevel *t = command_target(server);
     if (t == nullptr || t->stack_id == 0)
         return;
     stack_leave(*t);
@@ -157,7 +157,7 @@ void stack_ungroup_focused(vantore_server &server)
 
 void stack_cycle_focused(vantore_server &server)
 {
-    vantore_toplevel *t = focused_toplevel(server);
+    vantore_toplevel *t = command_target(server);
     if (t == nullptr || t->stack_id == 0 || t->workspace == nullptr)
         return;
     const stack_members members{*t->workspace, t->stack_id};

@@ -4,6 +4,7 @@
 
 #include "config/keybinds.hpp"
 #include "input/actions.hpp"
+#include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
 using test::window;
@@ -111,6 +112,57 @@ TEST_F(actions, send_a_workspace_to_the_next_output)
 {
     run(ACT_MOVE_WS_OUTPUT, 1);
     EXPECT_EQ(workspace(1).output, &output("B"));
+}
+
+TEST_F(actions, do_nothing_to_a_window_on_a_hidden_workspace)
+{
+    command("workspace 3");
+    ASSERT_EQ(focused_toplevel(server), &two());
+    for (const vnt_action act : {ACT_CLOSE, ACT_FULLSCREEN, ACT_MAXIMIZE, ACT_FLOAT, ACT_STACK_GROUP})
+        run(act);
+    run(ACT_MOVE, left);
+    run(ACT_RESIZE, right);
+    run(ACT_MOVE_WINDOW_OUTPUT, 1);
+    run(ACT_MOVE_TO_WS, 4);
+    settle();
+    EXPECT_EQ(second->closes(), 0);
+    EXPECT_FALSE(two().fullscreen || two().maximized || two().floating);
+    EXPECT_EQ(two().stack_id, 0);
+    EXPECT_EQ(two().workspace, &workspace(1));
+    EXPECT_EQ(each<&vantore_toplevel::ws_link>(workspace(1).toplevels).first(), &one());
+}
+
+TEST_F(actions, do_nothing_to_a_minimized_window)
+{
+    toplevel_minimize(two());
+    toplevel_minimize(one());
+    run(ACT_CLOSE);
+    run(ACT_FULLSCREEN);
+    settle();
+    EXPECT_EQ(first->closes() + second->closes(), 0);
+    EXPECT_FALSE(focused_toplevel(server)->fullscreen);
+}
+
+TEST_F(actions, reach_another_output_from_an_empty_workspace)
+{
+    wlr_cursor_warp(server.cursor, nullptr, 1400, 100);
+    window &there = map("there", {300, 200});
+    focus_toplevel_ex(&two(), true);
+    wlr_cursor_warp(server.cursor, nullptr, 100, 100);
+    command("workspace 3");
+    ASSERT_EQ(focused_toplevel(server), &two());
+    run(ACT_FOCUS, right);
+    EXPECT_EQ(keyboard_focus(), tl_surface(record(there)));
+}
+
+TEST_F(actions, give_no_keyboard_to_tabs_that_can_not_be_seen)
+{
+    run(ACT_STACK_GROUP);
+    one().stack_id = two().stack_id;
+    command("workspace 3");
+    ASSERT_EQ(focused_toplevel(server), &two());
+    run(ACT_FOCUS, left);
+    EXPECT_EQ(keyboard_focus(), nullptr);
 }
 
 } // namespace
