@@ -92,7 +92,7 @@ static bool give_to_lock_screen(const motion &m)
     const surface_hit hit = surface_at(server, server.cursor->x, server.cursor->y);
     show_named_cursor(server, "default");
     if (hit.surface == nullptr)
-        wlr_seat_pointer_clear_focus(server.seat);
+        wlr_seat_pointer_notify_clear_focus(server.seat);
     else
         enter_and_deliver(server, m.time_msec, hit);
     return true;
@@ -167,9 +167,10 @@ static void follow_mouse(const motion &m, vantore_toplevel &t)
     focus_toplevel_ex(&t, false);
 }
 
+// The target of a drag hears of it only through the seat's grab.
 void clear_pointer_focus(vantore_server &server)
 {
-    wlr_seat_pointer_clear_focus(server.seat);
+    wlr_seat_pointer_notify_clear_focus(server.seat);
     constrain_to_surface(server, nullptr);
 }
 

@@ -232,6 +232,38 @@ TEST_F(transfers, a_drag_dropped_on_the_desktop_is_cancelled)
     EVENTUALLY(source->clips.heard("source cancelled"));
 }
 
+struct place_of_nobody {
+    const char *name;
+    double lx, ly;
+};
+
+class drags_to_nobody : public transfers, public testing::WithParamInterface<place_of_nobody>
+{
+};
+
+TEST_P(drags_to_nobody, leave_their_target_and_reach_nobody)
+{
+    press_on_source();
+    source->clips.start_drag(source->page, nullptr, "cargo", source->ears.press_serial());
+    settle();
+    point_at(*pointer, 710, 120);
+    settle();
+    target->clips.accept_drag(target->clips.drag_serial());
+    settle();
+    (void)target->clips.take();
+    point_at(*pointer, GetParam().lx, GetParam().ly);
+    settle();
+    EXPECT_THAT(target->clips.take(), ElementsAre("drag leave"));
+    pointer->release(BTN_LEFT);
+    EVENTUALLY(source->clips.heard("source cancelled"));
+    EXPECT_THAT(target->clips.take(), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(over, drags_to_nobody,
+                         testing::Values(place_of_nobody{"the_desktop", 600, 600},
+                                         place_of_nobody{"a_border", 702, 200}),
+                         [](const auto &place) { return std::string{place.param.name}; });
+
 class vanishing_side : public transfers, public testing::WithParamInterface<const char *>
 {
 };
