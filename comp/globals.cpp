@@ -5,6 +5,7 @@
 #include "input/cursor_image.hpp"
 #include "input/devices.hpp"
 #include "input/keymap_guard.hpp"
+#include "input/resting_pointer.hpp"
 #include "input/seat_requests.hpp"
 #include "input/shortcuts_inhibitor.hpp"
 #include "outputs/gamma.hpp"
@@ -100,6 +101,8 @@ bool globals_create_first(vantore_server &server)
     server.compositor = wlr_compositor_create(display, compositor_version, server.renderer);
     if (server.compositor == nullptr)
         return false;
+    listen_until_end<&vantore_server::new_surface, server_new_surface>(server,
+                                                                       server.compositor->events.new_surface);
     wlr_subcompositor_create(display);
     wlr_data_device_manager_create(display);
     wlr_primary_selection_v1_device_manager_create(display);

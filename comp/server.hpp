@@ -30,6 +30,7 @@ struct vantore_server {
     wlr_renderer *renderer = nullptr;
     wlr_allocator *allocator = nullptr;
     wlr_compositor *compositor = nullptr;
+    listener new_surface;
     wlr_scene *scene = nullptr;
     wlr_scene_output_layout *scene_layout = nullptr;
 

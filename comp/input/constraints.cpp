@@ -3,6 +3,7 @@
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
 #include "pointer.hpp"
+#include "resting_pointer.hpp"
 
 #include <optional>
 
@@ -58,6 +59,7 @@ void constrain_to_surface(vantore_server &server, wlr_surface *surface)
     wlr_pointer_constraint_v1 *previous = server.active_constraint;
     if (c == previous)
         return;
+    pointer_look_again(server);
     if (previous != nullptr) {
         wlr_log(WLR_INFO, "constraint: deactivate (%s)", type_name(*previous));
         constraint_warp_to_hint(server, *previous);
@@ -80,6 +82,7 @@ static void constraint_handle_destroy(vantore_constraint &record)
     if (active) {
         constraint_warp_to_hint(server, *record.constraint);
         server.active_constraint = nullptr;
+        pointer_look_again(server);
     }
     delete &record;
 }

@@ -77,6 +77,13 @@ struct motion {
     bool pointer_rests = false; // the desktop has changed under it
 };
 
+// A pointer that nobody has moved yet has no image, and a desktop that changes under it does not give it one.
+static void show_image(const motion &m, const char *name)
+{
+    if (!m.pointer_rests || m.server.cursor_shown.has_begun)
+        show_named_cursor(m.server, name);
+}
+
 static bool move_drag_icon(const motion &m)
 {
     drag_icon_follow_cursor(m.server);
@@ -90,7 +97,7 @@ static bool give_to_lock_screen(const motion &m)
     if (!server.locked)
         return false;
     const surface_hit hit = surface_at(server, server.cursor->x, server.cursor->y);
-    show_named_cursor(server, "default");
+    show_image(m, "default");
     if (hit.surface == nullptr)
         wlr_seat_pointer_notify_clear_focus(server.seat);
     else
@@ -183,12 +190,13 @@ static void enter_with_constraint(vantore_server &server, uint32_t time_msec, co
 }
 
 // The border belongs to the compositor, although its pixels belong to the client.
-static bool enter_resize_border(vantore_server &server, const vantore_toplevel &t)
+static bool enter_resize_border(const motion &m, const vantore_toplevel &t)
 {
+    vantore_server &server = m.server;
     const uint32_t edges = resize_edges_at(t, server.cursor->x, server.cursor->y);
     if (edges == WLR_EDGE_NONE)
         return false;
-    show_named_cursor(server, resize_cursor_name(edges));
+    show_image(m, resize_cursor_name(edges));
     clear_pointer_focus(server);
     return true;
 }
@@ -236,12 +244,12 @@ static bool pass_frames(const motion &m, vantore_toplevel *t, const surface_hit 
 {
     vantore_server &server = m.server;
     if (hit.surface == nullptr)
-        show_named_cursor(server, "default");
+        show_image(m, "default");
     if (t == nullptr) {
         server.pointing.ffm_window_id = 0;
     } else {
         follow_mouse(m, *t);
-        if (!hides_frames(hit.surface) && enter_resize_border(server, *t))
+        if (!hides_frames(hit.surface) && enter_resize_border(m, *t))
             return true;
     }
     hover_decorations(server, hit);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../records.hpp"
 #include "../wlr.hpp"
 
 #include <cstdint>
@@ -15,6 +16,7 @@ struct vantore_pointing {
     // mouse.
     uint32_t ffm_window_id = 0;
     wl_event_source *look_again = nullptr; // the idle source that looks up a resting pointer; null for none
+    listener drag_destroy; // while a client's drag and drop is under way
     // The window whose title bar is under the pointer. Null for none, otherwise mapped.
     vantore_toplevel *hovered_toplevel = nullptr;
     // The last press on a title bar, for double clicks.

@@ -1,9 +1,18 @@
 #include "resting_pointer.hpp"
 
+#include "../records.hpp"
 #include "../server.hpp"
 #include "pointer.hpp"
 
 #include <utility>
+
+// Lives as long as the surface, whatever its role.
+struct watched_surface {
+    vantore_server *server = nullptr;
+    wlr_surface *surface = nullptr;
+    pixman_region32_t input{}; // what took input after the last commit
+    listener map, unmap, commit, destroy;
+};
 
 static void look_again(void *data)
 {
@@ -26,4 +35,39 @@ void pointer_look_again_cancel(vantore_server &server)
 {
     if (wl_event_source *pending = std::exchange(server.pointing.look_again, nullptr))
         wl_event_source_remove(pending);
+}
+
+static void surface_shown_or_hidden(watched_surface &watched)
+{
+    pointer_look_again(*watched.server);
+}
+
+// The region is cut to the surface's size, so it changes with the size too.
+static void surface_commit(watched_surface &watched)
+{
+    pixman_region32_t *now = &watched.surface->input_region;
+    if (pixman_region32_equal(&watched.input, now))
+        return;
+    pixman_region32_copy(&watched.input, now);
+    if (watched.surface->mapped)
+        pointer_look_again(*watched.server);
+}
+
+static void surface_destroy(watched_surface &watched)
+{
+    pixman_region32_fini(&watched.input);
+    delete &watched;
+}
+
+void server_new_surface(vantore_server &server, wlr_surface *surface)
+{
+    auto *watched = new watched_surface{};
+    watched->server = &server;
+    watched->surface = surface;
+    pixman_region32_init(&watched->input);
+    auto &events = surface->events;
+    listen<&watched_surface::map, surface_shown_or_hidden>(*watched, events.map);
+    listen<&watched_surface::unmap, surface_shown_or_hidden>(*watched, events.unmap);
+    listen<&watched_surface::commit, surface_commit>(*watched, events.commit);
+    listen<&watched_surface::destroy, surface_destroy>(*watched, events.destroy);
 }

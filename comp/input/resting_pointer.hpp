@@ -1,11 +1,18 @@
-// A pointer that rests while the desktop changes around it.
+// A pointer that rests while the desktop changes around it. Nothing runs here for a frame or a motion that
+// changes nothing.
 #pragma once
 
 #include "../fwd.hpp"
+#include "../wlr.hpp"
 
 // Call this when something else may lie under the pointer although it has not moved. Once the event loop is
 // idle, the pointer is looked up anew, once for all calls until then. Does nothing while a window is dragged,
 // because the drag has the pointer and its end calls this again.
 void pointer_look_again(vantore_server &server);
+
+// Handles the compositor's new_surface event. Surfaces that appear, go, or take input elsewhere than before
+// make the pointer look again.
+void server_new_surface(vantore_server &server, wlr_surface *surface);
+
 // Forgets the calls.
 void pointer_look_again_cancel(vantore_server &server);

@@ -1,6 +1,7 @@
 #include "seat_requests.hpp"
 
 #include "../server.hpp"
+#include "resting_pointer.hpp"
 
 void seat_request_set_selection(vantore_server &server, wlr_seat_request_set_selection_event *event)
 {
@@ -37,8 +38,15 @@ void seat_request_start_drag(vantore_server &server, wlr_seat_request_start_drag
         refuse_drag(server.seat, event->drag, event->serial);
 }
 
+static void drag_ends(vantore_pointing &pointing)
+{
+    unlisten(pointing.drag_destroy);
+    pointer_look_again(*owner_of<&vantore_server::pointing>(&pointing));
+}
+
 void seat_start_drag(vantore_server &server, wlr_drag *drag)
 {
+    listen<&vantore_pointing::drag_destroy, drag_ends>(server.pointing, drag->events.destroy);
     if (drag->icon == nullptr)
         return;
     wlr_scene_drag_icon_create(server.drag_icon_tree, drag->icon);

@@ -5,6 +5,7 @@
 #include "../workspaces/focus.hpp"
 #include "hit_test.hpp"
 #include "pointer.hpp"
+#include "resting_pointer.hpp"
 
 static uint32_t now_msec()
 {
@@ -26,4 +27,5 @@ void synthetic_button(vantore_server &server, uint32_t button, bool pressed)
                                    pressed ? WL_POINTER_BUTTON_STATE_PRESSED
                                            : WL_POINTER_BUTTON_STATE_RELEASED);
     wlr_seat_pointer_notify_frame(server.seat);
+    pointer_look_again(server);
 }

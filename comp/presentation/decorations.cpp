@@ -3,6 +3,7 @@
 #include "../cairo_buffer.hpp"
 #include "../config/settings.hpp"
 #include "../config/theme.hpp"
+#include "../input/resting_pointer.hpp"
 #include "../server.hpp"
 #include "../utf8.hpp"
 #include "../windows/reach.hpp"
@@ -207,6 +208,8 @@ static void place_bar(vantore_toplevel &t, int w)
 void dec_layout(vantore_toplevel &t)
 {
     const bool shown = shows_bar(t);
+    if (shown != t.titlebar->node.enabled)
+        pointer_look_again(*t.server);
     for (wlr_scene_node *node :
          {&t.titlebar->node, &t.title->node, &t.btn_min->node, &t.btn_max->node, &t.btn_close->node})
         wlr_scene_node_set_enabled(node, shown);

@@ -4,6 +4,7 @@
 #include "layer.hpp"
 
 #include "../input/constraints.hpp"
+#include "../input/resting_pointer.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
@@ -57,13 +58,22 @@ static void tell_size(vantore_layer_surface &l, const wlr_box &box)
     wlr_layer_surface_v1_configure(l.layer_surface, uint32_t(box.width), uint32_t(box.height));
 }
 
+static void move_node(vantore_layer_surface &l, int lx, int ly)
+{
+    wlr_scene_node &node = l.scene->tree->node;
+    if (node.x == lx && node.y == ly)
+        return;
+    wlr_scene_node_set_position(&node, lx, ly);
+    pointer_look_again(*l.server);
+}
+
 // Shrinks `usable` by the surface's exclusive zone. A surface that is not mapped reserves nothing.
 static void place_layer(vantore_layer_surface &l, const wlr_box &full, wlr_box &usable)
 {
     wlr_layer_surface_v1 *surface = l.layer_surface;
     const layer_wish wish = wish_of(surface->current);
     const wlr_box box = layer_box(wish, full, usable);
-    wlr_scene_node_set_position(&l.scene->tree->node, box.x, box.y);
+    move_node(l, box.x, box.y);
     tell_size(l, box);
     if (!surface->surface->mapped)
         return;

@@ -1,5 +1,6 @@
 #include "popup.hpp"
 
+#include "../input/resting_pointer.hpp"
 #include "../records.hpp"
 #include "../server.hpp"
 #include "reach.hpp"
@@ -13,6 +14,7 @@ struct vantore_popup {
     listener commit, reposition, destroy;
     wlr_scene_tree *tree = nullptr; // null after the window's tree took it along
     listener tree_destroy;
+    int shown_x = 0, shown_y = 0; // relative to its parent, as of the last commit
 };
 
 // Returns the xdg surface of the window that a chain of popups hangs from. Null when the chain is broken or
@@ -60,8 +62,19 @@ static void popup_unconstrain(const vantore_popup &p)
         wlr_xdg_positioner_rules_get_geometry(&scheduled.rules, &scheduled.geometry);
 }
 
+// The client may have moved its menu.
+static void note_place(vantore_popup &p)
+{
+    const wlr_box &now = p.xdg_popup->current.geometry;
+    if (now.x != p.shown_x || now.y != p.shown_y)
+        pointer_look_again(*p.server);
+    p.shown_x = now.x;
+    p.shown_y = now.y;
+}
+
 static void xdg_popup_commit(vantore_popup &p)
 {
+    note_place(p);
     if (!p.xdg_popup->base->initial_commit)
         return;
     popup_unconstrain(p);

@@ -1,5 +1,6 @@
 #include "showing.hpp"
 
+#include "../input/resting_pointer.hpp"
 #include "../server.hpp"
 #include "../workspaces/stacks.hpp"
 #include "../workspaces/tiles.hpp"
@@ -55,15 +56,19 @@ bool toplevel_is_enabled(const vantore_toplevel &t)
 static void refresh_one(vantore_toplevel &t, const vantore_toplevel *active)
 {
     wlr_scene_node &node = t.scene_tree->node;
+    wlr_scene_tree *parent = toplevel_parent_tree(t);
     const bool enabled = is_enabled(t, active);
-    if (wlr_scene_tree *parent = toplevel_parent_tree(t); parent != node.parent) {
+    const bool hides_tabs = t.tabbar->node.enabled && (!enabled || t.stack_id == 0 || !tile_participates(t));
+    if (parent == node.parent && enabled == node.enabled && !hides_tabs)
+        return;
+    if (parent != node.parent) {
         wlr_scene_node_reparent(&node, parent); // to its top
         raise_dialogs(t);
     }
-    if (enabled != node.enabled)
-        wlr_scene_node_set_enabled(&node, enabled);
-    if (t.tabbar->node.enabled && (!enabled || t.stack_id == 0 || !tile_participates(t)))
+    wlr_scene_node_set_enabled(&node, enabled);
+    if (hides_tabs)
         wlr_scene_node_set_enabled(&t.tabbar->node, false);
+    pointer_look_again(*t.server);
 }
 
 void refresh_showing_alone(vantore_toplevel &t)

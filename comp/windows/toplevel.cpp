@@ -6,6 +6,7 @@
 
 #include "toplevel.hpp"
 
+#include "../input/resting_pointer.hpp"
 #include "../platform.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
@@ -131,7 +132,11 @@ bool tl_has_size(const vantore_toplevel &t, int w, int h)
 
 static void set_position(vantore_toplevel &t, int lx, int ly)
 {
-    wlr_scene_node_set_position(&t.scene_tree->node, lx, ly);
+    wlr_scene_node &node = t.scene_tree->node;
+    if (node.x == lx && node.y == ly)
+        return;
+    wlr_scene_node_set_position(&node, lx, ly);
+    pointer_look_again(*t.server);
 }
 
 // Arrangements happen far more often than sizes change, and each request wakes the client.

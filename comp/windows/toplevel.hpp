@@ -16,6 +16,7 @@ enum vantore_kind : int { VNT_XDG, VNT_XWL };
 // everything.
 struct vantore_reach {
     int left = INT_MIN, top = INT_MIN, right = INT_MAX, bottom = INT_MAX;
+    friend bool operator==(const vantore_reach &, const vantore_reach &) = default;
 };
 
 struct vantore_toplevel {

@@ -1,5 +1,6 @@
 #include "unmanaged.hpp"
 
+#include "../input/resting_pointer.hpp"
 #include "../server.hpp"
 #include "../workspaces/focus.hpp"
 #include "placement.hpp"
@@ -11,6 +12,7 @@ static void unmanaged_place(vantore_unmanaged &u)
         return;
     wlr_scene_node_set_position(&u.scene_tree->node, u.xwl->x, u.xwl->y);
     wlr_scene_node_raise_to_top(&u.scene_tree->node);
+    pointer_look_again(*u.server);
 }
 
 // The node has no data, so hit tests do not take it for a window. The window gets the keyboard without being

@@ -2,6 +2,7 @@
 
 #include "../broadcast.hpp"
 #include "../input/constraints.hpp"
+#include "../input/resting_pointer.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../visibility.hpp"
@@ -31,6 +32,7 @@ static void raise_to_top(vantore_toplevel &t)
     raise_with_dialogs(t);
     move_to_front(t.server->toplevels, t.link);
     refresh_showing(t); // its stack now shows this member
+    pointer_look_again(*t.server); // the window may have come up under the pointer
 }
 
 // Takes a surface, because its window may be in no list any more. A surface that was unmapped must not get a

@@ -2,6 +2,7 @@
 
 #include "../broadcast.hpp"
 #include "../cairo_buffer.hpp"
+#include "../input/resting_pointer.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../utf8.hpp"
@@ -87,6 +88,8 @@ void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width)
     cairo_destroy(cr);
     scene_buffer_set_cairo(active.tabbar, buffer);
     wlr_scene_node_set_position(&active.tabbar->node, 0, -tabbar_height);
+    if (!active.tabbar->node.enabled)
+        pointer_look_again(*active.server);
     wlr_scene_node_set_enabled(&active.tabbar->node, true);
     forget_reach(active);
 }

@@ -348,6 +348,32 @@ TEST_F(gaming, a_panel_that_takes_the_keyboard_unlocks_the_pointer)
     EXPECT_FALSE(lock.active());
 }
 
+TEST_F(gaming, a_lock_stays_in_force_below_what_appears_above_the_pointer)
+{
+    locked_pointer lock{*ears, game->get()};
+    EVENTUALLY(lock.active());
+    {
+        const layer_surface note{connect(), {.size = {1280, 704}, .anchor = test::TOP}};
+        settle();
+        EXPECT_TRUE(lock.active());
+        EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(*game)));
+    }
+    settle();
+    EXPECT_TRUE(lock.active());
+}
+
+TEST_F(gaming, a_lock_that_comes_with_the_keyboard_takes_the_pointer_that_rests_on_its_window)
+{
+    window &other = map_other();
+    place(other, 200, 200); // above the game and under the pointer
+    locked_pointer lock{*ears, game->get()};
+    settle();
+    EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(other)));
+    focus(*game);
+    EXPECT_TRUE(lock.active());
+    EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(*game)));
+}
+
 TEST_F(gaming, a_window_that_unmaps_lets_go_of_the_pointer)
 {
     locked_pointer lock{*ears, game->get()};

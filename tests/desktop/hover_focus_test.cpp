@@ -116,6 +116,8 @@ TEST_F(hover_focus, waits_with_its_anchor_until_an_open_menu_is_closed)
     }
     settle();
     ASSERT_FALSE(wlr_seat_pointer_has_grab(server.seat));
+    pointer->move(7, 0); // counts from where the pointer was when the menu went
+    EXPECT_EQ(keyboard_focus(), tl_surface(t()));
     pointer->move(1, 0);
     EXPECT_EQ(keyboard_focus(), tl_surface(record(*other)));
 }

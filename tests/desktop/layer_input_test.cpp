@@ -245,6 +245,7 @@ struct pointed_layers : layers {
     {
         layers::SetUp();
         pointer = &plug_pointer();
+        point_at(*pointer, 1200, 600); // away from the panel
         window &low_window = map("low", {400, 300});
         place(low_window, 0, 100);
         low = &low_window;

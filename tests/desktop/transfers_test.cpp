@@ -152,6 +152,33 @@ TEST_F(transfers, a_drag_is_told_to_the_window_under_it_and_dropped_there)
     EVENTUALLY(source->clips.heard("source finished"));
 }
 
+TEST_F(transfers, a_drag_leaves_the_pointer_in_the_window_under_it)
+{
+    press_on_source();
+    source->clips.start_drag(source->page, nullptr, "cargo", source->ears.press_serial());
+    settle();
+    point_at(*pointer, 710, 120);
+    settle();
+    (void)target->ears.take();
+    pointer->release(BTN_LEFT);
+    settle();
+    EXPECT_TRUE(target->ears.heard("pointer enter target 10,20"));
+}
+
+TEST_F(transfers, a_drag_whose_source_is_given_up_gives_the_pointer_back)
+{
+    press_on_source();
+    source->clips.start_drag(source->page, nullptr, "cargo", source->ears.press_serial());
+    settle();
+    ASSERT_NE(server.seat->drag, nullptr);
+    (void)source->ears.take();
+    source->clips.abandon_drag();
+    EVENTUALLY_EQ(server.seat->drag, nullptr);
+    settle();
+    EXPECT_TRUE(source->ears.heard("pointer enter source 10,10"));
+    pointer->release(BTN_LEFT);
+}
+
 TEST_F(transfers, a_drag_icon_follows_the_cursor_and_does_not_hide_what_lies_below)
 {
     press_on_source();

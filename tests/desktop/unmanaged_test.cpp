@@ -159,6 +159,22 @@ TEST_F(unmanaged, menu_keeps_the_cursor_image_that_it_sets)
     EXPECT_TRUE(text_equals(server.cursor_shown.cur_cursor_name, "text"));
 }
 
+TEST_F(unmanaged, menu_takes_a_resting_pointer_and_gives_it_back)
+{
+    x11_window &under = map_x11();
+    const wlr_box at = box(under);
+    point_at(*pointer, at.x + 60, at.y + 60);
+    const auto pointed = [&] { return server.seat->pointer_state.focused_surface; };
+    x11_window &menu = map_unmanaged({.x = at.x + 50, .y = at.y + 50, .width = 100, .height = 80});
+    EVENTUALLY_EQ(pointed(), menu_record(menu).xwl->surface);
+    menu.place(at.x, at.y, 20, 20);
+    EVENTUALLY_EQ(pointed(), tl_surface(record(under)));
+    menu.place(at.x + 50, at.y + 50, 100, 80);
+    EVENTUALLY_EQ(pointed(), menu_record(menu).xwl->surface);
+    menu.unmap();
+    EVENTUALLY_EQ(pointed(), tl_surface(record(under)));
+}
+
 TEST_F(unmanaged, menu_keeps_the_keyboard_from_a_pointer_that_hovers)
 {
     g_focus_follows_mouse = true;

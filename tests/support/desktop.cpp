@@ -300,7 +300,7 @@ vantore_toplevel &unstarted_desktop::record(const window &w)
 
 void unstarted_desktop::place(const window &w, int lx, int ly)
 {
-    wlr_scene_node_set_position(&record(w).scene_tree->node, lx, ly);
+    tl_move(record(w), lx, ly);
 }
 
 wl_client *unstarted_desktop::server_side(const client &c)

@@ -1,5 +1,6 @@
 #include "random_session.hpp"
 
+#include "input/synthetic.hpp"
 #include "outputs/power.hpp"
 #include "reload.hpp"
 #include "server_check.hpp"
@@ -184,7 +185,7 @@ std::string random_session::change_power()
 
 std::string random_session::move_pointer()
 {
-    wlr_cursor_warp_closest(server.cursor, nullptr, below(5000), below(1000));
+    synthetic_motion(server, below(5000), below(1000));
     return "move the pointer";
 }
 
@@ -466,6 +467,7 @@ std::vector<std::string> random_session::broken()
     std::ranges::move(usable_check(server), std::back_inserter(rules));
     std::ranges::move(lookup_check(server), std::back_inserter(rules));
     std::ranges::move(frozen, std::back_inserter(rules));
+    std::ranges::move(pointer_check(server), std::back_inserter(rules));
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         arrange_workspace(&ws);
     std::ranges::move(tiles_check(server), std::back_inserter(rules));

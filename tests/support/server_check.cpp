@@ -1,6 +1,8 @@
 #include "server_check.hpp"
 
+#include "input/constraints.hpp"
 #include "input/hit_test.hpp"
+#include "input/pointer.hpp"
 #include "outputs/lookup.hpp"
 #include "outputs/output.hpp"
 #include "server.hpp"
@@ -339,6 +341,34 @@ std::vector<std::string> lookup_check(const vantore_server &server)
                 wlr_scene_node_at(&server.scene->tree.node, x, y, nullptr, nullptr))
                 broken.push_back("the node at " + std::to_string(x) + "," + std::to_string(y) + " is found");
     return broken;
+}
+
+static bool pointer_is_held(const vantore_server &server)
+{
+    const auto &state = server.seat->pointer_state;
+    return server.drag.cursor_mode != VANTORE_CURSOR_PASSTHROUGH || pointer_is_locked(server) ||
+           (state.button_count > 0 && state.focused_surface != nullptr) ||
+           wlr_seat_pointer_has_grab(server.seat);
+}
+
+static const wlr_surface *surface_under_pointer(const vantore_server &server)
+{
+    const double x = server.cursor->x, y = server.cursor->y;
+    surface_hit hit;
+    const vantore_toplevel *t = desktop_toplevel_at(server, x, y, hit);
+    if (t == nullptr || server.locked)
+        return hit.surface;
+    const bool at_border = !hides_frames(hit.surface) && resize_edges_at(*t, x, y) != WLR_EDGE_NONE;
+    const bool behind_overlay = t->fullscreen && !t->overlay_lift && overlay_lift_active(server);
+    return at_border || behind_overlay ? nullptr : hit.surface;
+}
+
+std::vector<std::string> pointer_check(vantore_server &server)
+{
+    if (server.pointing.look_again != nullptr || pointer_is_held(server) ||
+        server.seat->pointer_state.focused_surface == surface_under_pointer(server))
+        return {};
+    return {"a resting pointer is in what lies under it"};
 }
 
 std::vector<std::string> server_check(vantore_server &server, activity active_windows)

@@ -27,4 +27,8 @@ std::vector<std::string> tiles_check(vantore_server &server);
 // Checks in the same way that the quick lookup at a point finds what the scene itself finds there.
 std::vector<std::string> lookup_check(const vantore_server &server);
 
+// Checks in the same way that a resting pointer is in the surface that lies under it. Nothing is checked
+// while the pointer waits for the event loop, or while a client, a drag or a button holds it.
+std::vector<std::string> pointer_check(vantore_server &server);
+
 } // namespace test

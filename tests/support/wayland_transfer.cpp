@@ -195,6 +195,11 @@ void clipboard::finish_drag()
     wl_data_offer_finish(drag.get());
 }
 
+void clipboard::abandon_drag()
+{
+    drag_source.reset();
+}
+
 std::vector<std::string> clipboard::take()
 {
     return std::exchange(events, {});

@@ -46,6 +46,7 @@ public:
     void accept_drag(uint32_t enter_serial);
     void paste_drag(incoming_text &into);
     void finish_drag();
+    void abandon_drag(); // of its own
     [[nodiscard]] uint32_t drag_serial() const { return drag_enter; }
 
     std::vector<std::string> take();
