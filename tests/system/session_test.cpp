@@ -2,9 +2,7 @@
 
 #include "support/picture.hpp"
 #include "support/process.hpp"
-#include "support/wayland_devices.hpp"
-
-#include "handles.hpp"
+#include "support/remote_user.hpp"
 
 #include <csignal>
 #include <format>
@@ -14,8 +12,6 @@
 #include <linux/input-event-codes.h>
 #include <sstream>
 #include <sys/resource.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 using test::eventually;
@@ -44,19 +40,7 @@ struct session : testing::Test {
         return {command, with_display};
     }
 
-    // Connects to a socket in the runtime directory. Returns -1 when there is none.
-    [[nodiscard]] int connect_to(const std::string &name) const
-    {
-        const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        const std::string path = world.directory() / "run" / name;
-        path.copy(address.sun_path, sizeof address.sun_path - 1);
-        if (fd < 0 || connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
-            return fd;
-        close(fd);
-        return -1;
-    }
+    [[nodiscard]] std::filesystem::path wayland_socket() const { return world.directory() / "run/wayland-0"; }
 
     test::private_world world;
 };
@@ -220,7 +204,7 @@ TEST_F(session, survives_clients_that_vanish_in_the_middle_of_a_request)
     test::process compositor = start();
     ASSERT_TRUE(compositor.says(running));
     for (int i = 0; i < 50; i++) {
-        const int fd = connect_to("wayland-0");
+        const int fd = test::connect_to(wayland_socket());
         ASSERT_GE(fd, 0);
         EXPECT_EQ(write(fd, "\1\0\0\0\1\0", size_t(i % 6) + 1), i % 6 + 1);
         close(fd);
@@ -302,47 +286,6 @@ TEST_F(session, types_into_a_terminal_through_a_virtual_keyboard)
     EXPECT_THAT(compositor.wait(), Optional(0));
 }
 
-// A user who types in a session that runs in another process.
-class remote_user
-{
-public:
-    explicit remote_user(int fd) : connection(fd)
-    {
-        (void)eventually([this] { return connection.pump(), connection.ready(); });
-        seat = std::make_unique<test::seat>(connection);
-        keyboard = std::make_unique<test::virtual_keyboard>(*seat);
-        keyboard->keymap(us_keymap());
-        finish();
-    }
-
-    void tap(uint32_t key)
-    {
-        keyboard->key(key, true);
-        keyboard->key(key, false);
-        finish();
-    }
-
-private:
-    static std::string us_keymap()
-    {
-        const handle<xkb_context, xkb_context_unref> context{xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
-        const handle<xkb_keymap, xkb_keymap_unref> keymap{
-            xkb_keymap_new_from_names(context.get(), nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS)};
-        const handle<char, free> text{xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1)};
-        return text.get();
-    }
-
-    void finish()
-    {
-        const int id = connection.roundtrip_begin();
-        (void)eventually([&] { return connection.pump(), connection.roundtrip_done(id); });
-    }
-
-    test::client connection;
-    std::unique_ptr<test::seat> seat;
-    std::unique_ptr<test::virtual_keyboard> keyboard;
-};
-
 // A blinking text cursor changes fewer pixels.
 bool differs(const test::image &one, const test::image &other)
 {
@@ -361,7 +304,7 @@ TEST_F(session, opens_and_uses_the_menus_of_a_toolkit_program)
     test::image without_menu = empty;
     ASSERT_TRUE(eventually([&] { return differs(without_menu = screenshot(*this, path), empty); }))
         << editor.output();
-    remote_user user{connect_to("wayland-0")};
+    test::remote_user user{wayland_socket()};
     ASSERT_TRUE(eventually([&] {
         user.tap(KEY_ESC); // the last one may have come just too late for the picture
         user.tap(KEY_F10);

@@ -110,7 +110,7 @@ dev_run() {
 	if [ "$headless" = no ] && { [ -n "${WAYLAND_DISPLAY:-}" ] || [ -n "${DISPLAY:-}" ]; }; then
 		is_native || sandbox_with_the_hosts_display
 		# The session has no bus, because it must not announce itself to the desktop that it runs in.
-		inside env -u DBUS_SESSION_BUS_ADDRESS build/dev/comp/vantore-comp
+		inside env -u DBUS_SESSION_BUS_ADDRESS tools/with-launcher build/dev/comp/vantore-comp
 	else
 		inside tools/demo-session "${arguments[@]}"
 	fi

@@ -1,0 +1,34 @@
+// A user who types in a session that runs in another process.
+#pragma once
+
+#include "wayland_client.hpp"
+#include "wayland_devices.hpp"
+
+#include <filesystem>
+#include <memory>
+
+namespace test
+{
+
+// Returns a descriptor, or -1 when nobody listens there.
+int connect_to(const std::filesystem::path &socket);
+
+class remote_user
+{
+public:
+    // Plugs in a keyboard with the usual American keymap.
+    explicit remote_user(const std::filesystem::path &wayland_socket);
+
+    void tap(uint32_t key);
+    // Taps the key while modifiers are held; `modifiers` are bits of WLR_MODIFIER_*.
+    void chord(uint32_t modifiers, uint32_t key);
+
+private:
+    void finish();
+
+    client connection;
+    std::unique_ptr<test::seat> seat;
+    std::unique_ptr<virtual_keyboard> keyboard;
+};
+
+} // namespace test

@@ -1,0 +1,171 @@
+// The launcher of the programs that keys start. Programs that it calls are scripts of the tests.
+
+#include "support/places.hpp"
+#include "support/process.hpp"
+
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::Optional;
+
+namespace
+{
+
+struct launcher : testing::Test {
+    launcher()
+    {
+        std::filesystem::create_directory(world.directory() / "bin");
+        world.environment["PATH"] = (world.directory() / "bin").string() + ":/usr/bin:/bin";
+        write_program("notify-send", "printf '<%s>' \"$@\" > " + told_file().string());
+    }
+
+    [[nodiscard]] std::filesystem::path told_file() const { return world.directory() / "told"; }
+
+    void write_program(const char *name, const std::string &script) const
+    {
+        const std::filesystem::path path = world.directory() / "bin" / name;
+        std::ofstream{path} << "#!/bin/sh\n" << script << '\n';
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    }
+
+    // Lets the launcher find a user's service manager.
+    void start_manager()
+    {
+        const std::filesystem::path path = world.directory() / "run/systemd/private";
+        std::filesystem::create_directory(path.parent_path());
+        manager = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        path.native().copy(address.sun_path, sizeof address.sun_path - 1);
+        ASSERT_EQ(bind(manager, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+    }
+
+    ~launcher() override
+    {
+        if (manager >= 0)
+            close(manager);
+    }
+
+    [[nodiscard]] test::process launch(const std::string &line) const
+    {
+        return {{test::with_launcher, "vantore-launch", line}, world.environment};
+    }
+
+    // Returns the notification, or an empty text.
+    [[nodiscard]] std::string told() const
+    {
+        std::ifstream file{told_file()};
+        return {std::istreambuf_iterator<char>{file}, {}};
+    }
+
+    test::private_world world;
+    int manager = -1;
+};
+
+TEST_F(launcher, runs_a_line_with_quotes_and_spaces_as_it_is)
+{
+    test::process line = launch("printf '<%s>' 'it is' \"a  'b'\" \\$HOME '*'");
+    EXPECT_THAT(line.wait(), Optional(0));
+    EXPECT_EQ(line.output(), "<it is><a  'b'><$HOME><*>");
+}
+
+TEST_F(launcher, ends_with_the_status_of_the_line)
+{
+    EXPECT_THAT(launch("exit 3").wait(), Optional(3));
+}
+
+TEST_F(launcher, tells_the_user_what_is_not_installed)
+{
+    test::process line = launch("no-terminal --big || A=1 exec no-console 'a b'");
+    EXPECT_THAT(line.wait(), Optional(127));
+    EXPECT_THAT(line.output(), HasSubstr("vantore-launch: not installed: no-terminal no-console\n"));
+    EXPECT_EQ(told(), "<-a><Vantore><--><Program not found><not installed: no-terminal no-console>");
+}
+
+TEST_F(launcher, says_what_is_not_installed_also_where_nothing_shows_notifications)
+{
+    write_program("notify-send", "exit 1");
+    test::process line = launch("no-terminal");
+    EXPECT_THAT(line.wait(), Optional(127));
+    EXPECT_THAT(line.output(), HasSubstr("vantore-launch: not installed: no-terminal\n"));
+}
+
+TEST_F(launcher, does_not_mind_a_missing_program_that_another_one_stands_in_for)
+{
+    EXPECT_THAT(launch("no-terminal || true").wait(), Optional(0));
+    EXPECT_EQ(told(), "");
+}
+
+TEST_F(launcher, takes_no_status_of_a_program_for_a_missing_program)
+{
+    test::process line = launch("sh -c 'exit 127'");
+    EXPECT_THAT(line.wait(), Optional(127));
+    EXPECT_EQ(line.output(), "");
+    EXPECT_EQ(told(), "");
+}
+
+TEST_F(launcher, takes_one_line)
+{
+    test::process none{{test::with_launcher, "vantore-launch"}, world.environment};
+    EXPECT_THAT(none.wait(), Optional(2));
+    EXPECT_EQ(none.output(), "usage: vantore-launch LINE\n");
+}
+
+// The stand-in for systemd-run writes its options to the output and runs what comes after "--".
+const char *const scope =
+    "while [ \"$1\" != -- ]; do printf '<%s>' \"$1\" >&4; shift; done; shift; exec \"$@\"";
+
+TEST_F(launcher, runs_the_line_in_a_scope_of_the_users_service_manager)
+{
+    start_manager();
+    write_program("systemd-run", "exec 4>" + (world.directory() / "options").string() + "\n" + scope);
+    test::process line = launch("printf '<%s>' 'a  b' \\$HOME; exit 3");
+    EXPECT_THAT(line.wait(), Optional(3));
+    EXPECT_EQ(line.output(), "<a  b><$HOME>");
+    std::ifstream file{world.directory() / "options"};
+    const std::string options{std::istreambuf_iterator<char>{file}, {}};
+    EXPECT_THAT(options, HasSubstr("<--user><--scope>"));
+    EXPECT_THAT(options, HasSubstr("<--expand-environment=no>"));
+}
+
+TEST_F(launcher, tells_what_is_not_installed_from_within_a_scope)
+{
+    start_manager();
+    write_program("systemd-run", std::string{"exec 4>/dev/null\n"} + scope);
+    EXPECT_THAT(launch("no-terminal").wait(), Optional(127));
+    EXPECT_THAT(told(), HasSubstr("<not installed: no-terminal>"));
+}
+
+TEST_F(launcher, runs_the_line_without_a_scope_when_the_manager_refuses_one)
+{
+    start_manager();
+    write_program("systemd-run", "exit 1");
+    test::process line = launch("echo here");
+    EXPECT_THAT(line.wait(), Optional(0));
+    EXPECT_EQ(line.output(), "here\n");
+}
+
+TEST_F(launcher, runs_a_line_that_fails_in_its_scope_only_once)
+{
+    start_manager();
+    write_program("systemd-run", std::string{"exec 4>/dev/null\n"} + scope);
+    test::process line = launch("echo here; kill -9 $$");
+    EXPECT_THAT(line.wait(), Optional(128 + 9));
+    EXPECT_EQ(line.output().rfind("here\n"), 0U) << line.output();
+}
+
+TEST_F(launcher, asks_for_no_scope_where_there_is_no_service_manager)
+{
+    write_program("systemd-run", "echo asked; exit 1");
+    test::process line = launch("echo here");
+    EXPECT_THAT(line.wait(), Optional(0));
+    EXPECT_THAT(line.output(), Not(HasSubstr("asked")));
+}
+
+} // namespace
