@@ -67,6 +67,11 @@ static void move_node(vantore_layer_surface &l, int lx, int ly)
     pointer_look_again(*l.server);
 }
 
+static wlr_scene_tree *layer_tree(vantore_server &server, uint32_t layer)
+{
+    return server.layers[std::min<size_t>(layer, server.layers.size() - 1)];
+}
+
 // Shrinks `usable` by the surface's exclusive zone. A surface that is not mapped reserves nothing.
 static void place_layer(vantore_layer_surface &l, const wlr_box &full, wlr_box &usable)
 {
@@ -183,15 +188,22 @@ static void update_keyboard(vantore_layer_surface &l)
     constrain_to_surface(*l.server, l.layer_surface->surface);
 }
 
+static void change_layer(vantore_layer_surface &l)
+{
+    wlr_scene_node_reparent(&l.scene->tree->node, layer_tree(*l.server, l.layer_surface->current.layer));
+    raise_panels(*l.server);
+    visible_changed(*l.server); // the surface may have become a panel or stopped being one
+}
+
 // A client that starts over or changes its requests may wait for a configure, even when its size stays the
 // same.
 static void layer_surface_commit(vantore_layer_surface &l)
 {
     if (l.layer_surface->initial_commit || l.layer_surface->current.committed != 0)
         l.told_width = l.told_height = 0;
-    arrange_layers(*l.server, l.layer_surface->output);
     if ((l.layer_surface->current.committed & WLR_LAYER_SURFACE_V1_STATE_LAYER) != 0)
-        visible_changed(*l.server); // the surface may have become a panel or stopped being one
+        change_layer(l);
+    arrange_layers(*l.server, l.layer_surface->output);
     if (l.layer_surface->surface->mapped && !l.server->locked)
         update_keyboard(l);
 }
@@ -227,9 +239,8 @@ void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *laye
         wlr_layer_surface_v1_destroy(layer_surface);
         return;
     }
-    // The surface stays in this tree, even when the client changes its layer later.
-    const auto layer = std::min<size_t>(layer_surface->pending.layer, server.layers.size() - 1);
-    auto *scene = wlr_scene_layer_surface_v1_create(server.layers[layer], layer_surface);
+    const uint32_t layer = layer_surface->pending.layer;
+    auto *scene = wlr_scene_layer_surface_v1_create(layer_tree(server, layer), layer_surface);
     if (scene == nullptr) {
         wl_resource_post_no_memory(layer_surface->resource);
         return;

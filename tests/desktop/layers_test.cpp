@@ -72,14 +72,19 @@ TEST_F(layers, of_a_number_that_no_layer_has_are_a_protocol_error)
     EXPECT_TRUE(wl_list_empty(&server.layer_surfaces));
 }
 
-TEST_F(layers, stay_in_their_tree_when_they_change_their_layer)
+TEST_F(layers, that_change_their_layer_move_to_its_tree)
 {
-    layer_surface &l = show({.on = layer::bottom, .size = {10, 10}});
-    l.move_to(layer::overlay);
-    l.commit();
-    settle();
-    EXPECT_EQ(find(l)->layer_surface->current.layer, ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY);
-    EXPECT_EQ(find(l)->scene->tree->node.parent, server.layers[1]);
+    window &w = map("page", {400, 300});
+    place(w, 0, 0);
+    w.fill(green);
+    layer_surface &l = show({.on = layer::bottom, .size = {200, 100}, .anchor = TOP | LEFT, .argb = red});
+    EVENTUALLY_EQ(pixel("A", 50, 50), green);
+    for (const uint32_t number : {3U, 0U, 2U, 1U}) {
+        l.move_to(layer{number});
+        l.commit();
+        EVENTUALLY_EQ(find(l)->scene->tree->node.parent, server.layers[number]);
+        EVENTUALLY_EQ(pixel("A", 50, 50), number >= 2 ? red : green);
+    }
 }
 
 TEST_F(layers, lie_below_or_above_windows)
@@ -439,6 +444,16 @@ TEST_F(panels, stay_above_whatever_comes_to_the_top_layer_later)
     show({.name = "dock", .size = {10, 10}});
     show({.name = "launcher", .size = {10, 10}});
     EXPECT_THAT(on_top(), ElementsAre("vantore-panel", "launcher", "dock"));
+}
+
+TEST_F(panels, stay_above_whatever_moves_to_the_top_layer)
+{
+    layer_surface &dock = show({.name = "dock", .on = layer::bottom, .size = {10, 10}});
+    show({.name = "vantore-panel", .size = {10, 10}});
+    dock.move_to(layer::top);
+    dock.commit();
+    EVENTUALLY_EQ(on_top().size(), 2U);
+    EXPECT_THAT(on_top(), ElementsAre("vantore-panel", "dock"));
 }
 
 TEST_F(panels, are_not_raised_by_surfaces_of_other_layers)

@@ -188,7 +188,10 @@ private:
         const std::string name = std::string{"layer surface "} + surface.namespace_;
         expect(surface.data == &l, name + " points back");
         expect(output_of(server, surface.output) != nullptr, name + " is on an output that is there");
-        expect(std::ranges::contains(server.layers, l.scene->tree->node.parent), name + " hangs in a layer");
+        const wlr_scene_tree *parent = l.scene->tree->node.parent;
+        expect(surface.initialized ? parent == server.layers[surface.current.layer]
+                                   : std::ranges::contains(server.layers, parent),
+               name + " hangs in its layer");
         expect(tag_of(l.scene->tree->node) == &l.tag, name + " is known by its tag");
         const bool off = surface.output != nullptr && !surface.output->enabled; // told its size once it is on
         expect(!surface.surface->mapped || off || l.told_width > 0,
