@@ -14,6 +14,7 @@
 #include "layer_placement.hpp"
 #include "maximized.hpp"
 #include "placement.hpp"
+#include "popup.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -72,6 +73,21 @@ static wlr_scene_tree *layer_tree(vantore_server &server, uint32_t layer)
     return server.layers[std::min<size_t>(layer, server.layers.size() - 1)];
 }
 
+// The popups of wallpapers and desktop icons hang in the top layer, so that windows don't hide them.
+static void place_popups(vantore_layer_surface &l)
+{
+    if (l.popups == nullptr)
+        return;
+    const uint32_t layer = l.layer_surface->current.layer;
+    if (layer >= ZWLR_LAYER_SHELL_V1_LAYER_TOP) {
+        wlr_scene_node_reparent(&l.popups->node, l.scene->tree);
+        wlr_scene_node_set_position(&l.popups->node, 0, 0);
+    } else {
+        wlr_scene_node_reparent(&l.popups->node, layer_tree(*l.server, ZWLR_LAYER_SHELL_V1_LAYER_TOP));
+        wlr_scene_node_set_position(&l.popups->node, l.scene->tree->node.x, l.scene->tree->node.y);
+    }
+}
+
 // Shrinks `usable` by the surface's exclusive zone. A surface that is not mapped reserves nothing.
 static void place_layer(vantore_layer_surface &l, const wlr_box &full, wlr_box &usable)
 {
@@ -79,6 +95,7 @@ static void place_layer(vantore_layer_surface &l, const wlr_box &full, wlr_box &
     const layer_wish wish = wish_of(surface->current);
     const wlr_box box = layer_box(wish, full, usable);
     move_node(l, box.x, box.y);
+    place_popups(l);
     tell_size(l, box);
     if (!surface->surface->mapped)
         return;
@@ -175,22 +192,42 @@ static void layer_surface_unmap(vantore_layer_surface &l)
     arrange_layers_without(*l.server, l.layer_surface->output, &l);
 }
 
-// If a window took the keyboard from the surface, the surface takes it back with its next commit.
-static void update_keyboard(vantore_layer_surface &l)
+static bool wants_keyboard(const vantore_layer_surface &l)
 {
-    const bool wanted =
-        l.layer_surface->current.keyboard_interactive != ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE;
-    if (wanted == has_keyboard(l))
-        return;
-    if (!wanted)
-        return focus_top_toplevel(*l.server);
+    return l.layer_surface->current.keyboard_interactive != ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE;
+}
+
+static void take_keyboard(vantore_layer_surface &l)
+{
     keyboard_enter(l.server->seat, l.layer_surface->surface);
     constrain_to_surface(*l.server, l.layer_surface->surface);
+}
+
+// If a window took the keyboard from the surface, the surface takes it back with its next commit. A menu of a
+// layer surface keeps the keyboard while it is open.
+static void update_keyboard(vantore_layer_surface &l)
+{
+    const bool wanted = wants_keyboard(l);
+    if (wanted == has_keyboard(l) || popup_has_keyboard(*l.server))
+        return;
+    if (wanted)
+        take_keyboard(l);
+    else
+        focus_top_toplevel(*l.server);
+}
+
+void layer_take_keyboard_back(vantore_layer_surface &l)
+{
+    if (l.layer_surface->surface->mapped && wants_keyboard(l))
+        take_keyboard(l);
+    else
+        focus_top_toplevel(*l.server);
 }
 
 static void change_layer(vantore_layer_surface &l)
 {
     wlr_scene_node_reparent(&l.scene->tree->node, layer_tree(*l.server, l.layer_surface->current.layer));
+    place_popups(l);
     raise_panels(*l.server);
     visible_changed(*l.server); // the surface may have become a panel or stopped being one
 }
@@ -208,10 +245,33 @@ static void layer_surface_commit(vantore_layer_surface &l)
         update_keyboard(l);
 }
 
+static void handle_popups_destroy(vantore_layer_surface &l)
+{
+    unlisten(l.popups_destroy);
+    l.popups = nullptr;
+}
+
+static void layer_surface_new_popup(vantore_layer_surface &l, wlr_xdg_popup *popup)
+{
+    if (l.popups == nullptr) {
+        l.popups = wlr_scene_tree_create(l.scene->tree);
+        if (l.popups == nullptr)
+            return wl_resource_post_no_memory(popup->resource);
+        l.popups->node.data = &l.tag;
+        listen<&vantore_layer_surface::popups_destroy, handle_popups_destroy>(l,
+                                                                              l.popups->node.events.destroy);
+    }
+    place_popups(l);
+    popup_show(*l.server, *popup, l.popups);
+}
+
+// The scene has destroyed its own tree before this, and with it the popups of panels.
 static void layer_surface_destroy(vantore_layer_surface &l)
 {
     vantore_server &server = *l.server;
     wlr_output *output = l.layer_surface->output;
+    if (l.popups != nullptr)
+        wlr_scene_node_destroy(&l.popups->node);
     delete &l;
     arrange_layers(server, output);
 }
@@ -222,6 +282,7 @@ static void attach_listeners(vantore_layer_surface &l)
     listen<&vantore_layer_surface::map, layer_surface_map>(l, surface.map);
     listen<&vantore_layer_surface::unmap, layer_surface_unmap>(l, surface.unmap);
     listen<&vantore_layer_surface::commit, layer_surface_commit>(l, surface.commit);
+    listen<&vantore_layer_surface::new_popup, layer_surface_new_popup>(l, l.layer_surface->events.new_popup);
     listen<&vantore_layer_surface::destroy, layer_surface_destroy>(l, l.layer_surface->events.destroy);
 }
 

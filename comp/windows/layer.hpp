@@ -11,7 +11,9 @@ struct vantore_layer_surface {
     vantore_server *server = nullptr;
     wlr_layer_surface_v1 *layer_surface = nullptr; // its data points back
     wlr_scene_layer_surface_v1 *scene = nullptr;
-    listener map, unmap, commit, destroy;
+    listener map, unmap, commit, new_popup, destroy;
+    wlr_scene_tree *popups = nullptr; // at the surface's place; null until it has a popup
+    listener popups_destroy;
     // The size that the last configure told the client, or 0 when the client still waits for a configure. A
     // repeated configure of the same size would make the client draw and commit again, without end.
     int told_width = 0, told_height = 0;
@@ -20,6 +22,10 @@ struct vantore_layer_surface {
 // Whether this is the desktop's own panel. Its namespace tells, and it counts only while it is on the top
 // layer.
 bool is_panel(const vantore_layer_surface &l);
+
+// Offers the keyboard to the surface if it asks for it, otherwise to the topmost window. A menu of the
+// surface calls this when it loses the keyboard.
+void layer_take_keyboard_back(vantore_layer_surface &l);
 
 // Handles the shell's new_surface event.
 void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *layer_surface);

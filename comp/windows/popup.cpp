@@ -3,57 +3,83 @@
 #include "../input/resting_pointer.hpp"
 #include "../records.hpp"
 #include "../server.hpp"
+#include "../workspaces/focus.hpp"
+#include "layer.hpp"
 #include "reach.hpp"
 #include "toplevel.hpp"
 
-static constexpr int deepest = 64; // menus above one window
+static constexpr int deepest = 64; // menus above one window or panel
 
 struct vantore_popup {
     wlr_xdg_popup *xdg_popup = nullptr;
     vantore_server *server = nullptr;
     listener commit, reposition, destroy;
-    wlr_scene_tree *tree = nullptr; // null after the window's tree took it along
+    listener map, unmap; // of a layer surface's popup
+    wlr_scene_tree *tree = nullptr; // null after its parent's tree took it along
     listener tree_destroy;
     int shown_x = 0, shown_y = 0; // relative to its parent, as of the last commit
 };
 
-// Returns the xdg surface of the window that a chain of popups hangs from. Null when the chain is broken or
-// does not start at an xdg surface.
-static wlr_xdg_surface *root_surface(const wlr_xdg_popup &popup)
+// Returns null unless the surface is a popup's.
+static const wlr_xdg_popup *popup_of(wlr_surface *surface)
+{
+    return surface != nullptr ? wlr_xdg_popup_try_from_wlr_surface(surface) : nullptr;
+}
+
+// Returns the surface that a chain of popups hangs from. Null when the chain is broken.
+static wlr_surface *root_surface(const wlr_xdg_popup &popup)
 {
     wlr_surface *parent = popup.parent;
-    while (parent != nullptr) {
-        wlr_xdg_surface *xdg = wlr_xdg_surface_try_from_wlr_surface(parent);
-        if (xdg == nullptr || xdg->role != WLR_XDG_SURFACE_ROLE_POPUP)
-            return xdg;
-        parent = xdg->popup != nullptr ? xdg->popup->parent : nullptr;
-    }
-    return nullptr;
+    while (const wlr_xdg_popup *p = popup_of(parent))
+        parent = p->parent;
+    return parent;
 }
 
 static vantore_toplevel *window_of(const wlr_xdg_popup &popup)
 {
-    const wlr_xdg_surface *root = root_surface(popup);
-    return root != nullptr ? toplevel_of(*root) : nullptr;
+    wlr_surface *root = root_surface(popup);
+    const wlr_xdg_surface *xdg = root != nullptr ? wlr_xdg_surface_try_from_wlr_surface(root) : nullptr;
+    return xdg != nullptr && xdg->role == WLR_XDG_SURFACE_ROLE_TOPLEVEL ? toplevel_of(*xdg) : nullptr;
 }
 
-// Keeps the popup inside the output that holds the window's top left corner, panels included. A nested menu
-// stays on that output too, even if its parent menu lies elsewhere.
+static vantore_layer_surface *layer_of(const wlr_xdg_popup &popup)
+{
+    wlr_surface *root = root_surface(popup);
+    wlr_layer_surface_v1 *layer = root != nullptr ? wlr_layer_surface_v1_try_from_wlr_surface(root) : nullptr;
+    return layer != nullptr ? static_cast<vantore_layer_surface *>(layer->data) : nullptr;
+}
+
+// Where a popup may lie, relative to the window geometry or the layer surface that its chain hangs from: the
+// output that holds the window's top left corner, panels included, or the layer surface's output. A nested
+// menu stays on that output too, even if its parent menu lies elsewhere. Empty when there is none.
+static wlr_box room_for(const vantore_popup &p)
+{
+    wlr_output_layout *layout = p.server->output_layout;
+    wlr_box box{};
+    if (const vantore_toplevel *t = window_of(*p.xdg_popup)) {
+        const wlr_scene_node &node = t->scene_tree->node;
+        wlr_output *output = wlr_output_layout_output_at(layout, node.x + 1, node.y + 1); // a pixel inside
+        if (output == nullptr)
+            return {};
+        wlr_output_layout_get_box(layout, output, &box);
+        const wlr_box geometry = tl_get_geometry(*t);
+        box.x += geometry.x - node.x;
+        box.y += geometry.y - node.y;
+    } else if (const vantore_layer_surface *l = layer_of(*p.xdg_popup)) {
+        if (l->layer_surface->output == nullptr)
+            return {};
+        wlr_output_layout_get_box(layout, l->layer_surface->output, &box);
+        box.x -= l->scene->tree->node.x;
+        box.y -= l->scene->tree->node.y;
+    }
+    return box;
+}
+
 static void popup_unconstrain(const vantore_popup &p)
 {
-    const vantore_toplevel *t = window_of(*p.xdg_popup);
-    if (t == nullptr)
+    const wlr_box box = room_for(p);
+    if (wlr_box_empty(&box))
         return;
-    const wlr_scene_node &node = t->scene_tree->node;
-    wlr_output_layout *layout = p.server->output_layout;
-    wlr_output *output = wlr_output_layout_output_at(layout, node.x + 1, node.y + 1); // a pixel inside
-    if (output == nullptr)
-        return;
-    wlr_box box{};
-    wlr_output_layout_get_box(layout, output, &box);
-    const wlr_box geometry = tl_get_geometry(*t);
-    box.x += geometry.x - node.x;
-    box.y += geometry.y - node.y;
     wlr_xdg_popup_unconstrain_from_box(p.xdg_popup, &box);
     // If the client allows its menu to be cut and nothing would be left of it, the menu gets the box that it
     // asked for. No client can draw an empty menu.
@@ -85,6 +111,43 @@ static void xdg_popup_reposition(vantore_popup &p)
 {
     if (p.xdg_popup->base->initialized)
         popup_unconstrain(p);
+}
+
+// A panel usually has no keyboard that its menu could use, so a menu that grabs gets it.
+static void layer_popup_map(vantore_popup &p)
+{
+    if (p.xdg_popup->seat != nullptr && !p.server->locked)
+        keyboard_enter(p.server->seat, p.xdg_popup->base->surface);
+}
+
+static bool has_keyboard(const vantore_popup &p)
+{
+    return p.server->seat->keyboard_state.focused_surface == p.xdg_popup->base->surface;
+}
+
+// Gives the keyboard to the menu that this one belongs to, or back to the panel or a window.
+static void give_keyboard_back(vantore_popup &p)
+{
+    const wlr_xdg_popup *parent = popup_of(p.xdg_popup->parent);
+    if (parent != nullptr && parent->seat != nullptr && parent->base->surface->mapped)
+        keyboard_enter(p.server->seat, parent->base->surface);
+    else if (vantore_layer_surface *l = layer_of(*p.xdg_popup))
+        layer_take_keyboard_back(*l);
+}
+
+static void layer_popup_unmap(vantore_popup &p)
+{
+    if (!has_keyboard(p))
+        return;
+    if (!p.server->locked)
+        give_keyboard_back(p);
+    if (has_keyboard(p)) // nobody has taken it
+        focus_clear(*p.server);
+}
+
+bool popup_has_keyboard(const vantore_server &server)
+{
+    return popup_of(server.seat->keyboard_state.focused_surface) != nullptr;
 }
 
 static void handle_tree_destroy(vantore_popup &p)
@@ -124,12 +187,6 @@ static bool has_dead_parent(const wlr_xdg_popup &popup)
     return parent != nullptr && !has_role_object(*parent);
 }
 
-// Returns null unless the surface is a popup's.
-static const wlr_xdg_popup *popup_of(wlr_surface *surface)
-{
-    return surface != nullptr ? wlr_xdg_popup_try_from_wlr_surface(surface) : nullptr;
-}
-
 // Each level is walked at each commit, so a deep chain of menus would bring the session to a standstill.
 static bool is_nested_too_deep(const wlr_xdg_popup &popup)
 {
@@ -159,25 +216,37 @@ void server_new_xdg_popup(vantore_server &server, wlr_xdg_popup *popup)
                                "menus are nested more than %d deep", deepest);
         return;
     }
-    wlr_scene_tree *parent = tree_of_parent(*popup);
-    if (parent == nullptr)
+    if (wlr_scene_tree *parent = tree_of_parent(*popup))
+        popup_show(server, *popup, parent);
+}
+
+static void attach_listeners(vantore_popup &p)
+{
+    wlr_xdg_popup &popup = *p.xdg_popup;
+    auto &surface = popup.base->surface->events;
+    listen<&vantore_popup::tree_destroy, handle_tree_destroy>(p, p.tree->node.events.destroy);
+    listen<&vantore_popup::commit, xdg_popup_commit>(p, surface.commit);
+    listen<&vantore_popup::reposition, xdg_popup_reposition>(p, popup.events.reposition);
+    listen<&vantore_popup::destroy, xdg_popup_destroy>(p, popup.events.destroy);
+    if (layer_of(popup) == nullptr)
         return;
-    wlr_scene_tree *tree = wlr_scene_xdg_surface_create(parent, popup->base);
-    if (tree == nullptr) {
-        wl_resource_post_no_memory(popup->resource);
-        return;
-    }
-    popup->base->data = tree; // nested popups look up their parent tree here
-    if (vantore_toplevel *t = window_of(*popup))
+    listen<&vantore_popup::map, layer_popup_map>(p, surface.map);
+    listen<&vantore_popup::unmap, layer_popup_unmap>(p, surface.unmap);
+}
+
+void popup_show(vantore_server &server, wlr_xdg_popup &popup, wlr_scene_tree *parent)
+{
+    wlr_scene_tree *tree = wlr_scene_xdg_surface_create(parent, popup.base);
+    if (tree == nullptr)
+        return wl_resource_post_no_memory(popup.resource);
+    popup.base->data = tree; // nested popups look up their parent tree here
+    if (vantore_toplevel *t = window_of(popup))
         forget_reach(*t);
     auto *p = new vantore_popup{};
-    p->xdg_popup = popup;
+    p->xdg_popup = &popup;
     p->server = &server;
     p->tree = tree;
-    listen<&vantore_popup::tree_destroy, handle_tree_destroy>(*p, tree->node.events.destroy);
-    listen<&vantore_popup::commit, xdg_popup_commit>(*p, popup->base->surface->events.commit);
-    listen<&vantore_popup::reposition, xdg_popup_reposition>(*p, popup->events.reposition);
-    listen<&vantore_popup::destroy, xdg_popup_destroy>(*p, popup->events.destroy);
+    attach_listeners(*p);
 }
 
 static const wlr_xdg_popup *menu_with_grab(const vantore_server &server)

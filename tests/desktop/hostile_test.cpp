@@ -15,7 +15,7 @@ using testing::IsEmpty;
 namespace
 {
 
-constexpr int most_requests = 360; // the script makes no more than these
+constexpr int most_requests = 380; // the script makes no more than these
 constexpr int cuts_in_a_test = 20;
 
 struct hostile : test::desktop {

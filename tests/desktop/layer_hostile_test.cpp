@@ -20,19 +20,6 @@ using testing::IsEmpty;
 namespace
 {
 
-TEST_F(layers, have_popups_without_a_scene_node)
-{
-    layer_surface &panel = show(top_bar(40));
-    const int nodes_before = wl_list_length(&find(panel)->scene->tree->children);
-    test::popup menu{panel, {.x = 20, .y = 30}};
-    settle();
-    EXPECT_EQ(menu.configure_count(), 0);
-    EXPECT_EQ(wl_list_length(&find(panel)->scene->tree->children), nodes_before);
-    panel.destroy();
-    EVENTUALLY(menu.dismissed());
-    EXPECT_EQ(panel.owner().error(), 0);
-}
-
 TEST_F(layers, can_not_adopt_the_menu_of_a_window)
 {
     window &w = map("page");

@@ -73,10 +73,13 @@ popup::popup(window &parent, const placement &where, draws draw_when, const seat
 {
 }
 
-popup::popup(popup &parent, const placement &where) : popup(*parent.owned_by, parent.role, where) {}
+popup::popup(popup &parent, const placement &where, const seat *grabs, uint32_t serial)
+    : popup(*parent.owned_by, parent.role, where, draws::always, grabs, serial)
+{
+}
 
-popup::popup(layer_surface &parent, const placement &where)
-    : popup(parent.owner(), nullptr, where, draws::always, nullptr, 0, &parent)
+popup::popup(layer_surface &parent, const placement &where, const seat *grabs, uint32_t serial)
+    : popup(parent.owner(), nullptr, where, draws::always, grabs, serial, &parent)
 {
 }
 

@@ -26,8 +26,8 @@ public:
     // opened it.
     popup(window &parent, const placement &where, draws when = draws::always, const seat *grabs = nullptr,
           uint32_t serial = 0);
-    popup(popup &parent, const placement &where);
-    popup(layer_surface &parent, const placement &where);
+    popup(popup &parent, const placement &where, const seat *grabs = nullptr, uint32_t serial = 0);
+    popup(layer_surface &parent, const placement &where, const seat *grabs = nullptr, uint32_t serial = 0);
     popup(client &owner, xdg_surface *parent, const placement &where, draws when = draws::always,
           const seat *grabs = nullptr, uint32_t serial = 0, layer_surface *adopted_by = nullptr);
     ~popup();
