@@ -27,6 +27,7 @@
 
 static void reload_keyboards(vantore_server &server)
 {
+    keymap_expire();
     for (auto &k : each<&vantore_keyboard::link>(server.keyboards)) {
         keyboard_apply_layout(k.wlr_keyboard);
         wlr_keyboard_set_repeat_info(k.wlr_keyboard, g_kb_repeat_rate, g_kb_repeat_delay);

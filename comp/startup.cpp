@@ -14,6 +14,7 @@
 #include "input/buttons.hpp"
 #include "input/cursor_image.hpp"
 #include "input/cursor_locate.hpp"
+#include "input/keymap.hpp"
 #include "input/modes.hpp"
 #include "input/modifier_tap.hpp"
 #include "input/pointer.hpp"
@@ -72,6 +73,7 @@ static bool reset_single_instance_state(vantore_server &server)
     g_exit_requested = 0;
     g_dpms_off = false;
     g_dpms_inhibit = false;
+    keymap_expire();
     memory_trim_reset();
     perf_mode_reset();
     settings_begin(server);

@@ -154,14 +154,23 @@ static bool is_virtual(const vantore_keyboard &k)
     return wlr_input_device_get_virtual_keyboard(&k.wlr_keyboard->base) != nullptr;
 }
 
-// Returns null when there is no keyboard.
+// A client can't understand the keys of a virtual keyboard without a keymap.
+static bool is_usable(const vantore_keyboard &k)
+{
+    return !is_virtual(k) || k.wlr_keyboard->keymap != nullptr;
+}
+
+// Prefers real keyboards. Returns null when there is no usable keyboard.
 static wlr_keyboard *best_keyboard(vantore_server &server)
 {
-    for (auto &k : each<&vantore_keyboard::link>(server.keyboards))
+    wlr_keyboard *best = nullptr;
+    for (auto &k : each<&vantore_keyboard::link>(server.keyboards)) {
         if (!is_virtual(k))
             return k.wlr_keyboard;
-    const vantore_keyboard *k = each<&vantore_keyboard::link>(server.keyboards).first();
-    return k != nullptr ? k->wlr_keyboard : nullptr;
+        if (best == nullptr && is_usable(k))
+            best = k.wlr_keyboard;
+    }
+    return best;
 }
 
 static void keyboard_handle_destroy(vantore_keyboard &k)
@@ -176,6 +185,12 @@ static void keyboard_handle_destroy(vantore_keyboard &k)
         wlr_seat_set_keyboard(server.seat, next);
 }
 
+static void keyboard_handle_first_keymap(vantore_keyboard &k)
+{
+    unlisten(k.keymap);
+    wlr_seat_set_keyboard(k.server->seat, k.wlr_keyboard);
+}
+
 void server_new_keyboard(vantore_server &server, wlr_input_device *device)
 {
     auto *k = new vantore_keyboard{};
@@ -187,6 +202,9 @@ void server_new_keyboard(vantore_server &server, wlr_input_device *device)
     listen<&vantore_keyboard::modifiers, keyboard_handle_modifiers>(*k, k->wlr_keyboard->events.modifiers);
     listen<&vantore_keyboard::key, keyboard_handle_key>(*k, k->wlr_keyboard->events.key);
     listen<&vantore_keyboard::destroy, keyboard_handle_destroy>(*k, device->events.destroy);
-    wlr_seat_set_keyboard(server.seat, k->wlr_keyboard);
+    if (is_usable(*k))
+        wlr_seat_set_keyboard(server.seat, k->wlr_keyboard);
+    else
+        listen<&vantore_keyboard::keymap, keyboard_handle_first_keymap>(*k, k->wlr_keyboard->events.keymap);
     wl_list_insert(&server.keyboards, &k->link);
 }

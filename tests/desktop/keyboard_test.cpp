@@ -5,6 +5,7 @@
 #include "support/wayland_text.hpp"
 
 #include "config/settings.hpp"
+#include "handles.hpp"
 #include "input/input_method.hpp"
 #include "input/keymap.hpp"
 #include "input/modifier_tap.hpp"
@@ -57,6 +58,17 @@ struct keys : test::desktop {
         auto events = ears->take();
         std::erase_if(events, [](const std::string &e) { return !e.starts_with("key "); });
         return events;
+    }
+
+    static std::string keymap_text(const char *layout)
+    {
+        const handle<xkb_context, xkb_context_unref> context{xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
+        const xkb_rule_names names{
+            .rules = nullptr, .model = nullptr, .layout = layout, .variant = nullptr, .options = nullptr};
+        const handle<xkb_keymap, xkb_keymap_unref> keymap{
+            xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS)};
+        const handle<char, free> text{xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1)};
+        return text.get();
     }
 
     std::vector<std::string> all_heard()
@@ -193,13 +205,50 @@ TEST_F(keys, prefer_a_real_keyboard_when_one_goes)
 TEST_F(keys, fall_to_a_virtual_keyboard_when_no_real_one_is_left)
 {
     auto &only = plug_keyboard();
-    test::virtual_keyboard typist{*ears};
-    EVENTUALLY_EQ(wl_list_length(&server.keyboards), 2);
+    test::virtual_keyboard mute{*ears}, typist{*ears}, mute_too{*ears};
+    typist.keymap(keymap_text("fr"));
+    EVENTUALLY_EQ(wl_list_length(&server.keyboards), 4);
     wlr_seat_set_keyboard(server.seat, &only.base);
     unplug_device(only);
     wlr_keyboard *left = wlr_seat_get_keyboard(server.seat);
     ASSERT_NE(left, nullptr);
     EXPECT_NE(wlr_input_device_get_virtual_keyboard(&left->base), nullptr);
+    EXPECT_NE(left->keymap, nullptr);
+}
+
+TEST_F(keys, of_a_virtual_keyboard_count_once_it_has_a_keymap)
+{
+    auto &real = plug_keyboard();
+    settle();
+    const int before = ears->keymaps();
+    test::virtual_keyboard typist{*ears};
+    EVENTUALLY_EQ(wl_list_length(&server.keyboards), 2);
+    settle();
+    EXPECT_EQ(wlr_seat_get_keyboard(server.seat), &real.base);
+    EXPECT_EQ(ears->keymaps(), before);
+    typist.keymap(keymap_text("fr"));
+    EVENTUALLY(wlr_seat_get_keyboard(server.seat) != &real.base);
+    EVENTUALLY_EQ(ears->keymaps(), before + 1);
+    EXPECT_THAT(ears->keymap(), HasSubstr("French"));
+    real.tap(KEY_A);
+    typist.keymap(keymap_text("de"));
+    settle();
+    EXPECT_EQ(wlr_seat_get_keyboard(server.seat), &real.base) << "a later keymap changes nothing";
+}
+
+TEST_F(keys, of_keyboards_with_equal_settings_come_with_one_keymap)
+{
+    auto &first = plug_keyboard("first");
+    settle();
+    const int before = ears->keymaps();
+    auto &second = plug_keyboard("second");
+    EXPECT_EQ(first.base.keymap, second.base.keymap);
+    first.tap(KEY_A);
+    second.tap(KEY_A);
+    first.tap(KEY_A);
+    EVENTUALLY(ears->heard("key up 30"));
+    settle();
+    EXPECT_EQ(ears->keymaps(), before);
 }
 
 TEST_F(keys, of_a_keyboard_without_any_keymap_still_arrive)

@@ -136,6 +136,20 @@ TEST_F(reload, gives_every_keyboard_its_layout_and_repetition)
     EVENTUALLY(ears.repeat_rate() == 40 && ears.repeat_delay() == 300);
 }
 
+TEST_F(reload, leaves_a_keyboard_alone_that_has_its_layout_already)
+{
+    write("input.conf", "keyboard_layout = us,de\n");
+    config_reload(server);
+    auto &keyboard = plug_keyboard();
+    wlr_keyboard_notify_modifiers(&keyboard.base, 0, 0, 2, 1); // Caps Lock, and the second layout
+    auto &other = plug_keyboard("other");
+    other.use_keymap("fr");
+    config_reload(server);
+    EXPECT_EQ(keyboard.base.modifiers.locked, 2U);
+    EXPECT_EQ(keyboard.base.modifiers.group, 1U);
+    EXPECT_EQ(other.base.keymap, keyboard.base.keymap);
+}
+
 TEST_F(reload, by_a_key_may_change_the_layout_of_the_keyboard_that_it_is_on)
 {
     auto &keyboard = plug_keyboard();
