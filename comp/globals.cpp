@@ -185,6 +185,8 @@ bool globals_create_seat(vantore_server &server)
     server.seat = wlr_seat_create(server.display, "seat0");
     if (server.seat == nullptr)
         return false;
+    // A virtual pointer, which is no device of the backend, must reach clients too.
+    wlr_seat_set_capabilities(server.seat, WL_SEAT_CAPABILITY_POINTER);
     listen_until_end<&vantore_server::new_input, server_new_input>(server, server.backend->events.new_input);
     auto &events = server.seat->events;
     listen_until_end<&vantore_server::request_cursor, seat_request_cursor>(server, events.request_set_cursor);

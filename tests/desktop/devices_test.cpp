@@ -61,9 +61,9 @@ struct devices : test::desktop {
     std::unique_ptr<seat> watcher;
 };
 
-TEST_F(devices, give_the_seat_no_capability_while_there_are_none)
+TEST_F(devices, that_are_all_virtual_find_a_pointer_on_the_seat)
 {
-    EXPECT_EQ(capabilities(), 0U);
+    EXPECT_EQ(capabilities(), POINTER);
 }
 
 TEST_F(devices, of_any_kind_give_the_seat_a_pointer_and_their_own_capability)
@@ -220,8 +220,6 @@ TEST_F(devices, a_virtual_keyboard_turns_touch_off_until_the_next_device)
 
 TEST_F(devices, a_virtual_pointer_points_and_clicks)
 {
-    plug_pointer(); // gives the seat the pointer capability
-    settle();
     test::virtual_pointer hand{*watcher};
     const auto box = toplevel_box(record(*page));
     hand.move_to(uint32_t(box.x + 10), uint32_t(box.y + 20), 1280, 704);

@@ -12,12 +12,6 @@ namespace
 {
 
 struct scripted_seat : test::real_session {
-    // Clients have a pointer only once there is a device. A virtual keyboard is enough.
-    scripted_seat()
-    {
-        EXPECT_THAT(run({"wtype", "-M", "shift", "-m", "shift"}).wait(), testing::Optional(0));
-    }
-
     // The content of the only window; its width is 0 when there is none.
     struct box {
         int x = 0, y = 0, width = 0, height = 0;
