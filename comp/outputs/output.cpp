@@ -18,6 +18,7 @@
 #include "../windows/layer.hpp"
 #include "../windows/xwayland.hpp"
 #include "../workspaces/arrange.hpp"
+#include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
 #include "output_mode.hpp"
 #include "pacing.hpp"
@@ -57,6 +58,7 @@ static void output_destroy(vantore_output &o)
         return;
     outputs_rearranged(server);
     rehome_outputs(server);
+    focus_only_visible(server);
     cursor_ensure_on_output(server);
     apply_touch_mapping(server);
     ipc_broadcast(server, VNT_EVT_OUTPUTS);

@@ -148,3 +148,11 @@ void focus_top_toplevel(vantore_server &server)
         }
     }
 }
+
+void focus_only_visible(vantore_server &server)
+{
+    const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (tl_surface(t) == focused && !toplevel_visible(t))
+            return focus_top_toplevel(server);
+}

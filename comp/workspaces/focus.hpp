@@ -32,3 +32,6 @@ void focus_clear(vantore_server &server);
 
 // Focuses the visible window raised last, without raising it. Without one, the seat's focus stays.
 void focus_top_toplevel(vantore_server &server);
+
+// Does so when the window that has the keyboard is not visible any more.
+void focus_only_visible(vantore_server &server);

@@ -484,6 +484,22 @@ TEST_F(pointer_on_outputs, takes_the_newest_of_two_equally_near_outputs)
     EXPECT_EQ(pointer(), (at{2500, 150}));
 }
 
+TEST_F(outputs, that_go_leave_the_keyboard_to_a_window_that_can_be_seen)
+{
+    plug("A", 800, 600);
+    plug("B", 800, 600);
+    wlr_cursor_warp(server.cursor, nullptr, 100, 100);
+    test::window &stays = map("stays");
+    wlr_cursor_warp(server.cursor, nullptr, 900, 100);
+    test::window &goes = map("goes");
+    EXPECT_TRUE(has_keyboard(goes));
+    unplug("B");
+    EXPECT_TRUE(has_keyboard(stays));
+    EVENTUALLY(stays.has(test::ACTIVATED) && !goes.has(test::ACTIVATED));
+    unplug("A");
+    EXPECT_TRUE(has_keyboard(stays)) << "nobody else can take it";
+}
+
 TEST_F(outputs, without_any_the_pointer_stays)
 {
     plug("A", 800, 600);
