@@ -5,6 +5,7 @@
 
 #include "../config/settings.hpp"
 #include "../server.hpp"
+#include "../windows/layer.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/focus.hpp"
@@ -150,8 +151,10 @@ static bool give_to_lock_screen(vantore_server &server, const wlr_pointer_button
 
 static bool press_on_layer_surface(vantore_server &server, const wlr_pointer_button_event &event)
 {
-    if (!grabbing_layer_at(server, server.cursor->x, server.cursor->y))
+    wlr_surface *surface = surface_at(server, server.cursor->x, server.cursor->y).surface;
+    if (!is_layer(surface))
         return false;
+    layer_pressed(surface);
     notify_client(server, event);
     return true;
 }

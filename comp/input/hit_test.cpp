@@ -116,11 +116,6 @@ bool hides_frames(wlr_surface *surface)
     return is_layer(surface) || is_menu(surface);
 }
 
-bool grabbing_layer_at(const vantore_server &server, double lx, double ly)
-{
-    return is_layer(surface_at(server, lx, ly).surface);
-}
-
 static vantore_toplevel *owner_above(const wlr_scene_node &node)
 {
     const wlr_scene_tree *tree = node.parent;

@@ -30,10 +30,6 @@ bool is_layer(wlr_surface *surface);
 // pointed at. False for null.
 bool hides_frames(wlr_surface *surface);
 
-// Whether the point is on a layer surface, which handles presses itself. Its subsurfaces and popups do not
-// count.
-bool grabbing_layer_at(const vantore_server &server, double lx, double ly);
-
 // Returns the window under the point, or null. It ignores a dragged icon. A surface may be hit without a
 // window, for example that of a panel.
 vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, double ly, surface_hit &hit);

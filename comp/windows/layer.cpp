@@ -3,6 +3,7 @@
 
 #include "layer.hpp"
 
+#include "../config/settings.hpp"
 #include "../input/constraints.hpp"
 #include "../input/resting_pointer.hpp"
 #include "../outputs/lookup.hpp"
@@ -177,21 +178,6 @@ static void raise_panels(vantore_server &server)
             wlr_scene_node_raise_to_top(&l.scene->tree->node);
 }
 
-static void layer_surface_map(vantore_layer_surface &l)
-{
-    if (l.layer_surface->current.layer == ZWLR_LAYER_SHELL_V1_LAYER_TOP)
-        raise_panels(*l.server);
-    arrange_layers(*l.server, l.layer_surface->output);
-    visible_changed(*l.server);
-}
-
-static void layer_surface_unmap(vantore_layer_surface &l)
-{
-    if (has_keyboard(l))
-        focus_top_toplevel(*l.server);
-    arrange_layers_without(*l.server, l.layer_surface->output, &l);
-}
-
 static bool wants_keyboard(const vantore_layer_surface &l)
 {
     return l.layer_surface->current.keyboard_interactive != ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE;
@@ -203,6 +189,42 @@ static void take_keyboard(vantore_layer_surface &l)
     constrain_to_surface(*l.server, l.layer_surface->surface);
 }
 
+// Whether the surface takes the keyboard when it maps and by a click, and not with each commit.
+static bool waits_for_click(const vantore_layer_surface &l)
+{
+    return g_protect_focus && l.layer_surface->current.keyboard_interactive ==
+                                  ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_ON_DEMAND;
+}
+
+static void take_keyboard_once(vantore_layer_surface &l)
+{
+    if (waits_for_click(l) && !l.server->locked)
+        take_keyboard(l);
+}
+
+void layer_pressed(wlr_surface *surface)
+{
+    wlr_layer_surface_v1 *layer = wlr_layer_surface_v1_try_from_wlr_surface(surface);
+    if (layer != nullptr && layer->data != nullptr)
+        take_keyboard_once(*static_cast<vantore_layer_surface *>(layer->data));
+}
+
+static void layer_surface_map(vantore_layer_surface &l)
+{
+    if (l.layer_surface->current.layer == ZWLR_LAYER_SHELL_V1_LAYER_TOP)
+        raise_panels(*l.server);
+    arrange_layers(*l.server, l.layer_surface->output);
+    visible_changed(*l.server);
+    take_keyboard_once(l);
+}
+
+static void layer_surface_unmap(vantore_layer_surface &l)
+{
+    if (has_keyboard(l))
+        focus_top_toplevel(*l.server);
+    arrange_layers_without(*l.server, l.layer_surface->output, &l);
+}
+
 // If a window took the keyboard from the surface, the surface takes it back with its next commit. A menu of a
 // layer surface keeps the keyboard while it is open.
 static void update_keyboard(vantore_layer_surface &l)
@@ -210,10 +232,10 @@ static void update_keyboard(vantore_layer_surface &l)
     const bool wanted = wants_keyboard(l);
     if (wanted == has_keyboard(l) || popup_has_keyboard(*l.server))
         return;
-    if (wanted)
-        take_keyboard(l);
-    else
+    if (!wanted)
         focus_top_toplevel(*l.server);
+    else if (!waits_for_click(l))
+        take_keyboard(l);
 }
 
 void layer_take_keyboard_back(vantore_layer_surface &l)
@@ -270,6 +292,7 @@ static void layer_surface_destroy(vantore_layer_surface &l)
 {
     vantore_server &server = *l.server;
     wlr_output *output = l.layer_surface->output;
+    l.layer_surface->data = nullptr; // a menu that goes looks for its panel here
     if (l.popups != nullptr)
         wlr_scene_node_destroy(&l.popups->node);
     delete &l;

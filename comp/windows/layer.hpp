@@ -27,6 +27,9 @@ bool is_panel(const vantore_layer_surface &l);
 // surface calls this when it loses the keyboard.
 void layer_take_keyboard_back(vantore_layer_surface &l);
 
+// Gives the keyboard to a pressed layer surface that takes it on demand, if the user protects the focus.
+void layer_pressed(wlr_surface *surface);
+
 // Handles the shell's new_surface event.
 void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *layer_surface);
 

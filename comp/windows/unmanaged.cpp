@@ -1,5 +1,6 @@
 #include "unmanaged.hpp"
 
+#include "../config/settings.hpp"
 #include "../input/resting_pointer.hpp"
 #include "../server.hpp"
 #include "../workspaces/focus.hpp"
@@ -15,8 +16,15 @@ static void unmanaged_place(vantore_unmanaged &u)
     pointer_look_again(*u.server);
 }
 
-// The node has no data, so hit tests do not take it for a window. The window gets the keyboard without being
-// asked, because an X11 menu can't say whether it wants it.
+// An X11 menu can't say whether it wants the keyboard, so it gets it without being asked. A user who protects
+// the focus lets the type of the window decide, which is a good guess.
+static bool takes_keyboard(const vantore_unmanaged &u)
+{
+    return !u.server->locked &&
+           (!g_protect_focus || wlr_xwayland_surface_override_redirect_wants_focus(u.xwl));
+}
+
+// The node has no data, so hit tests do not take it for a window.
 static void unmanaged_map(vantore_unmanaged &u)
 {
     vantore_server &server = *u.server;
@@ -26,16 +34,32 @@ static void unmanaged_map(vantore_unmanaged &u)
         return;
     }
     unmanaged_place(u);
-    if (!server.locked)
+    if (takes_keyboard(u))
         keyboard_offer(server.seat, u.xwl->surface);
 }
 
-// Does not give the keyboard to another window.
+static bool has_keyboard(const vantore_unmanaged &u)
+{
+    return u.xwl->surface != nullptr && u.server->seat->keyboard_state.focused_surface == u.xwl->surface;
+}
+
+// The newest other menu gets the keyboard, or else a window.
+static void hand_keyboard_back(vantore_server &server)
+{
+    for (const auto &u : each<&vantore_unmanaged::link>(server.xwl_unmanaged))
+        if (u.scene_tree != nullptr && takes_keyboard(u))
+            return keyboard_offer(server.seat, u.xwl->surface);
+    focus_top_toplevel(server);
+}
+
+// Gives the keyboard to another window only where the user protects the focus.
 static void unmanaged_unmap(vantore_unmanaged &u)
 {
     if (u.scene_tree != nullptr)
         wlr_scene_node_destroy(&u.scene_tree->node);
     u.scene_tree = nullptr;
+    if (g_protect_focus && has_keyboard(u))
+        hand_keyboard_back(*u.server);
 }
 
 static void unmanaged_associate(vantore_unmanaged &u)

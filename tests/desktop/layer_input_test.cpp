@@ -225,6 +225,51 @@ TEST_P(layers_with_keyboard, take_it_past_an_open_menu)
     EVENTUALLY(has_keyboard(l));
 }
 
+// While the user protects the focus
+
+TEST_F(layers, with_protected_focus_take_the_keyboard_on_demand_when_they_appear_and_by_a_click)
+{
+    g_protect_focus = true;
+    active_windows = test::activity::may_lag;
+    test::made_up_pointer &pointer = plug_pointer();
+    layer_surface &l = show({.size = {200, 100}, .anchor = TOP | LEFT, .keyboard = keyboard_wish::on_demand});
+    EXPECT_TRUE(has_keyboard(l));
+    window &page = map("page");
+    l.commit();
+    settle();
+    EXPECT_TRUE(has_keyboard(page));
+    point_at(pointer, 50, 50);
+    pointer.click(BTN_LEFT);
+    EXPECT_TRUE(has_keyboard(l));
+    l.keyboard(keyboard_wish::none);
+    l.commit();
+    EVENTUALLY(has_keyboard(page));
+    pointer.click(BTN_LEFT);
+    settle();
+    EXPECT_TRUE(has_keyboard(page));
+}
+
+TEST_F(layers, with_protected_focus_still_take_the_keyboard_for_themselves_with_each_commit)
+{
+    g_protect_focus = true;
+    active_windows = test::activity::may_lag;
+    layer_surface &l = show({.size = {200, 100}, .keyboard = keyboard_wish::exclusive});
+    window &page = map("page");
+    EXPECT_TRUE(has_keyboard(page));
+    l.commit();
+    EVENTUALLY(has_keyboard(l));
+}
+
+TEST_F(layers, with_protected_focus_do_not_take_the_keyboard_while_the_session_is_locked)
+{
+    g_protect_focus = true;
+    window &page = map("page");
+    server.locked = true;
+    show({.size = {200, 100}, .keyboard = keyboard_wish::on_demand});
+    EXPECT_TRUE(has_keyboard(page));
+    server.locked = false;
+}
+
 TEST_F(layers, without_a_wish_for_the_keyboard_do_not_get_it)
 {
     window &page = map("page");
@@ -302,9 +347,9 @@ TEST_F(pointed_layers, keep_the_cursor_image_that_they_set)
 
 TEST_F(pointed_layers, are_told_from_windows)
 {
-    EXPECT_TRUE(grabbing_layer_at(server, 50, 150));
-    EXPECT_FALSE(grabbing_layer_at(server, 300, 150));
-    EXPECT_FALSE(grabbing_layer_at(server, 1200, 600));
+    EXPECT_TRUE(is_layer(surface_at(server, 50, 150).surface));
+    EXPECT_FALSE(is_layer(surface_at(server, 300, 150).surface));
+    EXPECT_FALSE(is_layer(surface_at(server, 1200, 600).surface));
 }
 
 TEST_F(pointed_layers, may_go_while_the_pointer_is_in_them)

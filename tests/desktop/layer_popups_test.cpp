@@ -51,10 +51,7 @@ struct layer_menus : layers {
     }
 
     // Whether a menu of the listening client has the keyboard.
-    [[nodiscard]] bool menu_has_keyboard() const
-    {
-        return popup_has_keyboard(server);
-    }
+    [[nodiscard]] bool menu_has_keyboard() const { return popup_has_keyboard(server); }
 
     static layer_traits dock(keyboard_wish wish = keyboard_wish::none)
     {

@@ -3,6 +3,7 @@
 #include "support/server_check.hpp"
 #include "support/x11_desk.hpp"
 
+#include "config/settings.hpp"
 #include "input/cursor_image.hpp"
 #include "input/hit_test.hpp"
 #include "text.hpp"
@@ -66,6 +67,43 @@ TEST_F(unmanaged, window_takes_the_keyboard_and_does_not_hand_it_back)
     settle();
     EXPECT_EQ(keyboard_focus(), nullptr);
     EXPECT_TRUE(find_record(native) != nullptr);
+}
+
+struct unmanaged_with_protected_focus : unmanaged {
+    void SetUp() override
+    {
+        unmanaged::SetUp();
+        g_protect_focus = true;
+    }
+};
+
+TEST_F(unmanaged_with_protected_focus, tooltip_leaves_the_keyboard_to_the_window)
+{
+    test::window &native = map("native");
+    for (const char *type : {"TOOLTIP", "POPUP_MENU", "NOTIFICATION"}) {
+        x11_window &w = connect_x11().create({.override_redirect = true});
+        w.window_type(type);
+        w.map();
+        EVENTUALLY(find_unmanaged(w) != nullptr && menu_record(w).scene_tree != nullptr);
+        settle();
+        EXPECT_TRUE(has_keyboard(native)) << type;
+        w.unmap();
+        EVENTUALLY_EQ(menu_record(w).scene_tree, nullptr);
+        EXPECT_TRUE(has_keyboard(native)) << type;
+    }
+}
+
+TEST_F(unmanaged_with_protected_focus, window_that_asks_for_the_keyboard_gives_it_back)
+{
+    test::window &native = map("native");
+    x11_window &launcher = map_unmanaged({});
+    EXPECT_TRUE(has_keyboard_unmanaged(launcher));
+    x11_window &list = map_unmanaged({});
+    EXPECT_TRUE(has_keyboard_unmanaged(list));
+    list.unmap();
+    EVENTUALLY(has_keyboard_unmanaged(launcher));
+    launcher.unmap();
+    EVENTUALLY(has_keyboard(native));
 }
 
 TEST_F(unmanaged, window_is_shown_during_a_lock_but_gets_no_keyboard)

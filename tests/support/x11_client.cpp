@@ -270,6 +270,12 @@ void x11_window::initial_state(std::string_view name)
     change("_NET_WM_STATE", XCB_ATOM_ATOM, {owned_by->atom(state_prefix + std::string{name})});
 }
 
+void x11_window::window_type(std::string_view name)
+{
+    const std::string prefix = "_NET_WM_WINDOW_TYPE";
+    change(prefix, XCB_ATOM_ATOM, {owned_by->atom(prefix + "_" + std::string{name})});
+}
+
 void x11_window::without_title_bar()
 {
     const std::vector<uint32_t> hints{motif_decorations, 0, 0, 0, 0};

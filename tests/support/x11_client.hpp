@@ -55,6 +55,7 @@ public:
     void initial_state(std::string_view name); // "FULLSCREEN" for _NET_WM_STATE_FULLSCREEN
     void without_title_bar();
     void without_ping(); // its client does not answer pings, and says so
+    void window_type(std::string_view name); // "TOOLTIP" for _NET_WM_WINDOW_TYPE_TOOLTIP
     void urgency(bool on);
     void size_hints(int min_width, int min_height, int max_width, int max_height);
     // The property has items of 8 bits.

@@ -179,6 +179,7 @@ const key_case keys[]{
      now<&g_resize_border>,
      "8",
      {{"0", "0"}, {"32", "32"}, {"33", "32"}, {"-1", "0"}, {"12", "12"}, {"wide", "0"}}},
+    {"compositor.conf", "protect_focus", now<&g_protect_focus>, "false", flag_values},
     {"compositor.conf", "game_output", now<&g_game_output>, "", cut_at(63)},
     {"compositor.conf", "shadows", now<&g_shadows>, "true", flag_values},
     {"compositor.conf",
