@@ -22,6 +22,7 @@
 #include "../workspaces/workspace.hpp"
 #include "output_mode.hpp"
 #include "pacing.hpp"
+#include "power.hpp"
 #include "rehome.hpp"
 
 #include <vector>
@@ -134,6 +135,7 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
     }
     outputs_rearranged(server);
     hand_workspace_to(*o);
+    power_follow(*o);
     apply_touch_mapping(server);
     wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));
     apply_x_primary(server);

@@ -27,13 +27,20 @@ static void show_again(vantore_server &server)
 void set_dpms(vantore_server &server, bool on)
 {
     on = on || g_dpms_inhibit;
-    if (on == !g_dpms_off)
+    if (on && !g_dpms_off)
         return;
     g_dpms_off = !on;
     for (auto &o : each<&vantore_output::link>(server.outputs))
-        set_power(o, on, on ? o.wlr_output->current_mode : nullptr);
+        if (on || o.wlr_output->enabled)
+            set_power(o, on, on ? o.wlr_output->current_mode : nullptr);
     if (on)
         show_again(server);
+}
+
+void power_follow(vantore_output &o)
+{
+    if (g_dpms_off)
+        set_power(o, false, nullptr);
 }
 
 void set_dpms_inhibit(vantore_server &server, bool on)

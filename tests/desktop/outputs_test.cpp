@@ -561,6 +561,33 @@ TEST_F(outputs, are_not_switched_to_the_state_that_they_have)
     EXPECT_EQ(made.power_offs, 1);
 }
 
+TEST_F(outputs, that_appear_while_the_others_are_dark_stay_dark_until_all_are_turned_on)
+{
+    plug("A", 800, 600);
+    set_dpms(server, false);
+    plug("B", 640, 480);
+    settle();
+    EXPECT_FALSE(output("B").wlr_output->enabled);
+    set_dpms(server, true);
+    EXPECT_TRUE(output("B").wlr_output->enabled);
+    EXPECT_EQ(output("B").usable, (wlr_box{800, 0, 640, 480}));
+    EVENTUALLY_EQ(pixel("B", 5, 5), 0xff0f121aU);
+}
+
+TEST_F(outputs, that_were_lit_in_the_dark_go_dark_when_it_is_asked_for_again)
+{
+    plug("A", 800, 600);
+    set_dpms(server, false);
+    wlr_output_state state;
+    wlr_output_state_init(&state);
+    wlr_output_state_set_enabled(&state, true);
+    wlr_output_commit_state(output("A").wlr_output, &state);
+    wlr_output_state_finish(&state);
+    ASSERT_TRUE(output("A").wlr_output->enabled);
+    set_dpms(server, false);
+    EXPECT_FALSE(output("A").wlr_output->enabled);
+}
+
 TEST_F(outputs, stay_on_while_somebody_inhibits_their_sleep)
 {
     plug("A", 800, 600);
