@@ -72,19 +72,19 @@ static void start_program(vantore_server &server, const vnt_bind &bind)
 
 static void close_window(vantore_server &server, const vnt_bind &)
 {
-    if (vantore_toplevel *t = command_target(server))
+    if (vantore_toplevel *t = action_target(server))
         tl_close(*t);
 }
 
 static void toggle_fullscreen(vantore_server &server, const vnt_bind &)
 {
-    if (vantore_toplevel *t = command_target(server))
+    if (vantore_toplevel *t = action_target(server))
         toplevel_set_fullscreen(*t, !t->fullscreen);
 }
 
 static void maximize_window(vantore_server &server, const vnt_bind &)
 {
-    if (vantore_toplevel *t = command_target(server))
+    if (vantore_toplevel *t = action_target(server))
         toplevel_toggle_maximize(*t);
 }
 

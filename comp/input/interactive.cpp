@@ -95,6 +95,7 @@ static wlr_box offset_box(const vantore_toplevel &t)
 static void begin_resize(vantore_toplevel &t, uint32_t edges)
 {
     vantore_server &server = *t.server;
+    clear_maximized(t);
     const wlr_box box = offset_box(t);
     const int border_x = (edges & WLR_EDGE_RIGHT) != 0 ? box.x + box.width : box.x;
     const int border_y = (edges & WLR_EDGE_BOTTOM) != 0 ? box.y + box.height : box.y;

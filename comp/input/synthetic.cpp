@@ -2,6 +2,7 @@
 
 #include "../clock.hpp"
 #include "../server.hpp"
+#include "../windows/layer.hpp"
 #include "../workspaces/focus.hpp"
 #include "hit_test.hpp"
 #include "pointer.hpp"
@@ -21,8 +22,11 @@ void synthetic_motion(vantore_server &server, double lx, double ly)
 void synthetic_button(vantore_server &server, uint32_t button, bool pressed)
 {
     surface_hit hit;
-    if (pressed)
+    if (pressed) {
         focus_toplevel_ex(desktop_toplevel_at(server, server.cursor->x, server.cursor->y, hit), true);
+        if (is_layer(hit.surface))
+            layer_pressed(hit.surface);
+    }
     wlr_seat_pointer_notify_button(server.seat, now_msec(), button,
                                    pressed ? WL_POINTER_BUTTON_STATE_PRESSED
                                            : WL_POINTER_BUTTON_STATE_RELEASED);

@@ -59,7 +59,7 @@ static void output_destroy(vantore_output &o)
         return;
     outputs_rearranged(server);
     rehome_outputs(server);
-    focus_only_visible(server);
+    focus_top_if_hidden(server);
     cursor_ensure_on_output(server);
     apply_touch_mapping(server);
     ipc_broadcast(server, VNT_EVT_OUTPUTS);

@@ -159,11 +159,6 @@ void layer_surfaces_of_output_gone(vantore_server &server, const wlr_output *out
     }
 }
 
-static bool has_keyboard(const vantore_layer_surface &l)
-{
-    return l.server->seat->keyboard_state.focused_surface == l.layer_surface->surface;
-}
-
 bool is_panel(const vantore_layer_surface &l)
 {
     return l.layer_surface->current.layer == ZWLR_LAYER_SHELL_V1_LAYER_TOP &&
@@ -190,15 +185,15 @@ static void take_keyboard(vantore_layer_surface &l)
 }
 
 // Whether the surface takes the keyboard when it maps and by a click, and not with each commit.
-static bool waits_for_click(const vantore_layer_surface &l)
+static bool takes_keyboard_on_demand_only(const vantore_layer_surface &l)
 {
     return g_protect_focus && l.layer_surface->current.keyboard_interactive ==
                                   ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_ON_DEMAND;
 }
 
-static void take_keyboard_once(vantore_layer_surface &l)
+static void take_keyboard_on_demand(vantore_layer_surface &l)
 {
-    if (waits_for_click(l) && !l.server->locked)
+    if (takes_keyboard_on_demand_only(l) && !l.server->locked)
         take_keyboard(l);
 }
 
@@ -206,7 +201,7 @@ void layer_pressed(wlr_surface *surface)
 {
     wlr_layer_surface_v1 *layer = wlr_layer_surface_v1_try_from_wlr_surface(surface);
     if (layer != nullptr && layer->data != nullptr)
-        take_keyboard_once(*static_cast<vantore_layer_surface *>(layer->data));
+        take_keyboard_on_demand(*static_cast<vantore_layer_surface *>(layer->data));
 }
 
 static void layer_surface_map(vantore_layer_surface &l)
@@ -215,12 +210,12 @@ static void layer_surface_map(vantore_layer_surface &l)
         raise_panels(*l.server);
     arrange_layers(*l.server, l.layer_surface->output);
     visible_changed(*l.server);
-    take_keyboard_once(l);
+    take_keyboard_on_demand(l);
 }
 
 static void layer_surface_unmap(vantore_layer_surface &l)
 {
-    if (has_keyboard(l))
+    if (has_keyboard(*l.server, l.layer_surface->surface))
         focus_top_toplevel(*l.server);
     arrange_layers_without(*l.server, l.layer_surface->output, &l);
 }
@@ -230,11 +225,11 @@ static void layer_surface_unmap(vantore_layer_surface &l)
 static void update_keyboard(vantore_layer_surface &l)
 {
     const bool wanted = wants_keyboard(l);
-    if (wanted == has_keyboard(l) || popup_has_keyboard(*l.server))
+    if (wanted == has_keyboard(*l.server, l.layer_surface->surface) || popup_has_keyboard(l))
         return;
     if (!wanted)
         focus_top_toplevel(*l.server);
-    else if (!waits_for_click(l))
+    else if (!takes_keyboard_on_demand_only(l))
         take_keyboard(l);
 }
 

@@ -23,8 +23,8 @@ struct vantore_layer_surface {
 // layer.
 bool is_panel(const vantore_layer_surface &l);
 
-// Offers the keyboard to the surface if it asks for it, otherwise to the topmost window. A menu of the
-// surface calls this when it loses the keyboard.
+// Gives the keyboard to the surface if it wants the keyboard, otherwise to the topmost window. For a menu of
+// the surface that closes while it has the keyboard.
 void layer_take_keyboard_back(vantore_layer_surface &l);
 
 // Gives the keyboard to a pressed layer surface that takes it on demand, if the user protects the focus.

@@ -49,30 +49,44 @@ static vantore_layer_surface *layer_of(const wlr_xdg_popup &popup)
     return layer != nullptr ? static_cast<vantore_layer_surface *>(layer->data) : nullptr;
 }
 
-// Where a popup may lie, relative to the window geometry or the layer surface that its chain hangs from: the
-// output that holds the window's top left corner, panels included, or the layer surface's output. A nested
-// menu stays on that output too, even if its parent menu lies elsewhere. Empty when there is none.
+// Returns the output that holds the window's top left corner, panels included, relative to the window
+// geometry.
+static wlr_box room_of_window(const vantore_toplevel &t)
+{
+    const wlr_scene_node &node = t.scene_tree->node;
+    wlr_output_layout *layout = t.server->output_layout;
+    wlr_output *output = wlr_output_layout_output_at(layout, node.x + 1, node.y + 1); // a pixel inside
+    if (output == nullptr)
+        return {};
+    wlr_box box{};
+    wlr_output_layout_get_box(layout, output, &box);
+    const wlr_box geometry = tl_get_geometry(t);
+    box.x += geometry.x - node.x;
+    box.y += geometry.y - node.y;
+    return box;
+}
+
+// Returns the surface's output, relative to the surface.
+static wlr_box room_of_layer(const vantore_layer_surface &l)
+{
+    if (l.layer_surface->output == nullptr)
+        return {};
+    wlr_box box{};
+    wlr_output_layout_get_box(l.server->output_layout, l.layer_surface->output, &box);
+    box.x -= l.scene->tree->node.x;
+    box.y -= l.scene->tree->node.y;
+    return box;
+}
+
+// Returns where the popup may lie, relative to the window geometry or the layer surface that its chain hangs
+// from. A nested menu stays on that output too, even if its parent menu lies elsewhere. Empty when there is
+// no output.
 static wlr_box room_for(const vantore_popup &p)
 {
-    wlr_output_layout *layout = p.server->output_layout;
-    wlr_box box{};
-    if (const vantore_toplevel *t = window_of(*p.xdg_popup)) {
-        const wlr_scene_node &node = t->scene_tree->node;
-        wlr_output *output = wlr_output_layout_output_at(layout, node.x + 1, node.y + 1); // a pixel inside
-        if (output == nullptr)
-            return {};
-        wlr_output_layout_get_box(layout, output, &box);
-        const wlr_box geometry = tl_get_geometry(*t);
-        box.x += geometry.x - node.x;
-        box.y += geometry.y - node.y;
-    } else if (const vantore_layer_surface *l = layer_of(*p.xdg_popup)) {
-        if (l->layer_surface->output == nullptr)
-            return {};
-        wlr_output_layout_get_box(layout, l->layer_surface->output, &box);
-        box.x -= l->scene->tree->node.x;
-        box.y -= l->scene->tree->node.y;
-    }
-    return box;
+    if (const vantore_toplevel *t = window_of(*p.xdg_popup))
+        return room_of_window(*t);
+    const vantore_layer_surface *l = layer_of(*p.xdg_popup);
+    return l != nullptr ? room_of_layer(*l) : wlr_box{};
 }
 
 static void popup_unconstrain(const vantore_popup &p)
@@ -120,11 +134,6 @@ static void layer_popup_map(vantore_popup &p)
         keyboard_enter(p.server->seat, p.xdg_popup->base->surface);
 }
 
-static bool has_keyboard(const vantore_popup &p)
-{
-    return p.server->seat->keyboard_state.focused_surface == p.xdg_popup->base->surface;
-}
-
 // Gives the keyboard to the menu that this one belongs to, or back to the panel or a window.
 static void give_keyboard_back(vantore_popup &p)
 {
@@ -137,17 +146,19 @@ static void give_keyboard_back(vantore_popup &p)
 
 static void layer_popup_unmap(vantore_popup &p)
 {
-    if (!has_keyboard(p))
+    const wlr_surface *surface = p.xdg_popup->base->surface;
+    if (!has_keyboard(*p.server, surface))
         return;
     if (!p.server->locked)
         give_keyboard_back(p);
-    if (has_keyboard(p)) // nobody has taken it
+    if (has_keyboard(*p.server, surface)) // nobody has taken it
         focus_clear(*p.server);
 }
 
-bool popup_has_keyboard(const vantore_server &server)
+bool popup_has_keyboard(const vantore_layer_surface &l)
 {
-    return popup_of(server.seat->keyboard_state.focused_surface) != nullptr;
+    const wlr_xdg_popup *focused = popup_of(l.server->seat->keyboard_state.focused_surface);
+    return focused != nullptr && layer_of(*focused) == &l;
 }
 
 static void handle_tree_destroy(vantore_popup &p)

@@ -13,5 +13,5 @@ void end_menus_of_others(const vantore_toplevel &t);
 // Shows the popup in this tree, whose place is that of its parent.
 void popup_show(vantore_server &server, wlr_xdg_popup &popup, wlr_scene_tree *parent);
 
-// Whether a menu of a layer surface has the keyboard. Menus of windows leave it to their window.
-bool popup_has_keyboard(const vantore_server &server);
+// Whether a menu of this layer surface has the keyboard.
+bool popup_has_keyboard(const vantore_layer_surface &l);

@@ -1,5 +1,6 @@
 #include "stacking.hpp"
 
+#include "showing.hpp"
 #include "toplevel.hpp"
 
 static constexpr int deepest = 64; // dialogs of dialogs
@@ -35,6 +36,14 @@ void raise_dialogs(vantore_toplevel &t)
         if (below != nullptr && is_dialog_of(*below, t))
             raise_alone(*below);
     }
+}
+
+void dialog_parent_changed(vantore_toplevel &t)
+{
+    refresh_showing_alone(t);
+    vantore_toplevel *parent = tl_parent(t);
+    if (parent != nullptr && parent->scene_tree != nullptr)
+        raise_dialogs(*parent);
 }
 
 void raise_with_dialogs(vantore_toplevel &t)

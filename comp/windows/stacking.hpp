@@ -10,5 +10,8 @@ bool is_dialog_of(const vantore_toplevel &t, const vantore_toplevel &ancestor);
 // raised in the X server's order as well.
 void raise_with_dialogs(vantore_toplevel &t);
 
+// Handles a change of the window's parent: the window goes where dialogs of that parent belong, and above it.
+void dialog_parent_changed(vantore_toplevel &t);
+
 // Raises only the dialogs, for a window that has come to the top of its tree by other means.
 void raise_dialogs(vantore_toplevel &t);

@@ -80,7 +80,7 @@ static vantore_toplevel *first_other_shown(const vantore_toplevel &t)
 // If a panel has the keyboard, the window may still be the active one.
 static void give_up_focus(vantore_toplevel &t)
 {
-    if (t.server->seat->keyboard_state.focused_surface == tl_surface(t))
+    if (has_keyboard(*t.server, tl_surface(t)))
         focus_clear(*t.server);
     else
         deactivate_window(tl_surface(t));

@@ -16,8 +16,8 @@ static void unmanaged_place(vantore_unmanaged &u)
     pointer_look_again(*u.server);
 }
 
-// An X11 menu can't say whether it wants the keyboard, so it gets it without being asked. A user who protects
-// the focus lets the type of the window decide, which is a good guess.
+// An X11 window that places itself can't ask for the keyboard, so it gets the keyboard when it maps. If the
+// user protects the focus, the library guesses from the window's type whether it wants the keyboard.
 static bool takes_keyboard(const vantore_unmanaged &u)
 {
     return !u.server->locked &&
@@ -38,11 +38,6 @@ static void unmanaged_map(vantore_unmanaged &u)
         keyboard_offer(server.seat, u.xwl->surface);
 }
 
-static bool has_keyboard(const vantore_unmanaged &u)
-{
-    return u.xwl->surface != nullptr && u.server->seat->keyboard_state.focused_surface == u.xwl->surface;
-}
-
 // The newest other menu gets the keyboard, or else a window.
 static void hand_keyboard_back(vantore_server &server)
 {
@@ -58,7 +53,7 @@ static void unmanaged_unmap(vantore_unmanaged &u)
     if (u.scene_tree != nullptr)
         wlr_scene_node_destroy(&u.scene_tree->node);
     u.scene_tree = nullptr;
-    if (g_protect_focus && has_keyboard(u))
+    if (g_protect_focus && has_keyboard(*u.server, u.xwl->surface))
         hand_keyboard_back(*u.server);
 }
 

@@ -24,6 +24,7 @@
 #include "mapping.hpp"
 #include "responsiveness.hpp"
 #include "showing.hpp"
+#include "stacking.hpp"
 #include "states.hpp"
 #include "toplevel.hpp"
 
@@ -231,7 +232,7 @@ static void attach_listeners(vantore_toplevel &t)
     listen<&vantore_toplevel::request_fullscreen, request_fullscreen>(t, toplevel.request_fullscreen);
     listen<&vantore_toplevel::set_title, set_title>(t, toplevel.set_title);
     listen<&vantore_toplevel::set_app_id, set_app_id>(t, toplevel.set_app_id);
-    listen<&vantore_toplevel::set_parent, refresh_showing_alone>(t, toplevel.set_parent);
+    listen<&vantore_toplevel::set_parent, dialog_parent_changed>(t, toplevel.set_parent);
     listen<&vantore_toplevel::ping_timeout, tl_handle_ping_timeout>(t, base->events.ping_timeout);
 }
 

@@ -13,7 +13,7 @@
 #include "../workspaces/workspace.hpp"
 #include "attention.hpp"
 #include "fullscreen.hpp"
-#include "showing.hpp"
+#include "stacking.hpp"
 #include "states.hpp"
 #include "toplevel.hpp"
 #include "unmanaged.hpp"
@@ -172,5 +172,5 @@ void xwl_listen_to_requests(vantore_toplevel &t)
                                                                                  events.request_fullscreen);
     listen<&vantore_toplevel::set_title, xwl_handle_set_title>(t, events.set_title);
     listen<&vantore_toplevel::set_app_id, xwl_handle_set_class>(t, events.set_class);
-    listen<&vantore_toplevel::set_parent, refresh_showing_alone>(t, events.set_parent);
+    listen<&vantore_toplevel::set_parent, dialog_parent_changed>(t, events.set_parent);
 }

@@ -31,7 +31,8 @@ std::optional<double> direction_score(const wlr_box &from, const wlr_box &candid
     return along + 1.5 * across;
 }
 
-// A window that can't be seen still tells where to look for another one, but its tabs can't be seen either.
+// A search for a neighbour may start at a hidden window. The tabs of that window are hidden too, so none of
+// them is its neighbour.
 static vantore_toplevel *neighbour_tab(const vantore_toplevel &t, int dx)
 {
     if (dx == 0 || t.stack_id == 0 || output_showing(t) == nullptr)
@@ -86,7 +87,7 @@ static vantore_toplevel *neighbour_tile(vantore_toplevel &t, int dir)
 
 void move_focused_in_tiles(vantore_server &server, int dir)
 {
-    vantore_toplevel *t = command_target(server);
+    vantore_toplevel *t = action_target(server);
     if (t == nullptr || !tile_participates(*t))
         return;
     vantore_toplevel *other = neighbour_tile(*t, dir);
@@ -102,7 +103,7 @@ void move_focused_in_tiles(vantore_server &server, int dir)
 
 void move_direction(vantore_server &server, int dx, int dy)
 {
-    vantore_toplevel *t = command_target(server);
+    vantore_toplevel *t = action_target(server);
     if (t == nullptr || t->fullscreen)
         return;
     if (toplevel_is_tiled(*t)) {
@@ -161,7 +162,7 @@ static void resize_tile(vantore_toplevel &t, int dx, int dy)
 
 void resize_direction(vantore_server &server, int dx, int dy)
 {
-    vantore_toplevel *t = command_target(server);
+    vantore_toplevel *t = action_target(server);
     if (t == nullptr || t->fullscreen)
         return;
     if (toplevel_is_tiled(*t))

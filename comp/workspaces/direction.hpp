@@ -16,7 +16,8 @@ void focus_direction(vantore_server &server, int dx, int dy);
 
 // Swaps a tile with its neighbour in tile order. Moves a floating window by 40 pixels.
 void move_direction(vantore_server &server, int dx, int dy);
-// Swaps the focused tile with the next one (1) or the one before (-1). The order does not wrap around.
+// Swaps the tile that is the action_target with the next one (1) or the one before (-1). The order does not
+// wrap around.
 void move_focused_in_tiles(vantore_server &server, int dir);
 
 // Changes a tile's share of the space, or a floating window's size by 40 pixels.

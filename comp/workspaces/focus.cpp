@@ -21,7 +21,7 @@ vantore_toplevel *focused_toplevel(vantore_server &server)
     return each<&vantore_toplevel::link>(server.toplevels).first();
 }
 
-vantore_toplevel *command_target(vantore_server &server)
+vantore_toplevel *action_target(vantore_server &server)
 {
     vantore_toplevel *t = focused_toplevel(server);
     return t != nullptr && toplevel_visible(*t) ? t : nullptr;
@@ -39,6 +39,8 @@ static void raise_to_top(vantore_toplevel &t)
 // configure before its client commits again, so only the scheduled state changes.
 void deactivate_window(wlr_surface *surface)
 {
+    if (surface == nullptr)
+        return;
     if (wlr_xwayland_surface *xwl = wlr_xwayland_surface_try_from_wlr_surface(surface))
         return wlr_xwayland_surface_activate(xwl, false);
     wlr_xdg_toplevel *xdg = wlr_xdg_toplevel_try_from_wlr_surface(surface);
@@ -59,6 +61,11 @@ static void deactivate_windows_except(vantore_server &server, const vantore_topl
     for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
         if (&t != kept)
             deactivate_window(tl_surface(t));
+}
+
+bool has_keyboard(const vantore_server &server, const wlr_surface *surface)
+{
+    return surface != nullptr && server.seat->keyboard_state.focused_surface == surface;
 }
 
 using enter_function = void(wlr_seat *, wlr_surface *, const uint32_t *, size_t,
@@ -122,7 +129,7 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
     refresh_fullscreen_stacking(server, *t);
     if (raise)
         raise_to_top(*t);
-    if (server.seat->keyboard_state.focused_surface == tl_surface(*t))
+    if (has_keyboard(server, tl_surface(*t)))
         return tl_ensure_activated(*t);
     hand_keyboard_to(*t);
     if (was_minimized || t->stack_id != 0)
@@ -149,10 +156,15 @@ void focus_top_toplevel(vantore_server &server)
     }
 }
 
-void focus_only_visible(vantore_server &server)
+void focus_top_if_hidden(vantore_server &server)
 {
     const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
-    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
-        if (tl_surface(t) == focused && !toplevel_visible(t))
-            return focus_top_toplevel(server);
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+        if (tl_surface(t) != focused || toplevel_visible(t))
+            continue;
+        focus_top_toplevel(server);
+        if (has_keyboard(server, tl_surface(t)))
+            focus_clear(server);
+        return;
+    }
 }

@@ -5,17 +5,20 @@
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
-// Returns the window that was raised last, which need not have the keyboard nor be visible. Null when there
-// is none.
+// Returns the window that was raised last, which may be hidden and need not have the keyboard. Null when
+// there is none.
 vantore_toplevel *focused_toplevel(vantore_server &server);
-// Returns the window that key bindings act on: the one raised last. Null where the user can't see it, so that
-// no key closes or moves a window on a hidden workspace.
-vantore_toplevel *command_target(vantore_server &server);
+// Returns the window that the actions of keys change: the one raised last, or null if it can't be seen. No
+// key may close or move a window on a hidden workspace.
+vantore_toplevel *action_target(vantore_server &server);
 
 // Gives the window the keyboard and makes it the only active window. Windows get the keyboard only here. With
 // `raise`, it also puts the window on top, with its dialogs above it, and at the head of server.toplevels.
 // Does nothing for null, for an unmapped window, or while the session is locked.
 void focus_toplevel_ex(vantore_toplevel *t, bool raise);
+
+// Whether the surface has the keyboard. False for null.
+bool has_keyboard(const vantore_server &server, const wlr_surface *surface);
 
 // Gives the surface the keyboard, even while a menu or a drag holds it back. Does not tell the previous
 // window that it is no longer active.
@@ -24,7 +27,7 @@ void keyboard_enter(wlr_seat *seat, wlr_surface *surface);
 // The same, except that a menu or a drag that holds the keyboard back keeps it.
 void keyboard_offer(wlr_seat *seat, wlr_surface *surface);
 
-// Tells the window of this surface that it is not active any more. Does nothing for other surfaces.
+// Tells the window of this surface that it is not active any more. Does nothing for null and other surfaces.
 void deactivate_window(wlr_surface *surface);
 
 // Takes the keyboard from whatever has it, and ends the pointer constraint. No window is active then.
@@ -33,5 +36,6 @@ void focus_clear(vantore_server &server);
 // Focuses the visible window raised last, without raising it. Without one, the seat's focus stays.
 void focus_top_toplevel(vantore_server &server);
 
-// Does so when the window that has the keyboard is not visible any more.
-void focus_only_visible(vantore_server &server);
+// Hands the keyboard on if the window that has it is not visible any more. Without a visible window, nobody
+// has it afterwards.
+void focus_top_if_hidden(vantore_server &server);

@@ -30,7 +30,7 @@ static void stop_floating(vantore_toplevel &t)
 
 void toggle_float_focused(vantore_server &server)
 {
-    vantore_toplevel *t = command_target(server);
+    vantore_toplevel *t = action_target(server);
     if (t == nullptr || t->fullscreen)
         return;
     if (t->floating)

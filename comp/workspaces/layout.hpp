@@ -4,7 +4,7 @@
 #include "../fwd.hpp"
 #include "workspace.hpp"
 
-// Makes the head of server.toplevels start or stop floating. Does nothing to a fullscreen window.
+// Makes the window of action_target start or stop floating. Does nothing to a fullscreen window.
 void toggle_float_focused(vantore_server &server);
 
 // Changes the layout of a workspace. Its windows keep their `floating` flag. A change from tiling to floating

@@ -97,8 +97,8 @@ void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width)
 void stack_refresh_tabs(const vantore_toplevel &t)
 {
     vantore_toplevel *active = t.stack_id != 0 ? stack_active_member(*t.server, t.stack_id) : nullptr;
-    if (active != nullptr && active->tabbar->node.enabled)
-        render_tabbar(*active, *active->workspace, active->tabbar->buffer->width);
+    if (active != nullptr && active->tabbar->node.enabled) // on a tile, whose width the arrangement has set
+        render_tabbar(*active, *active->workspace, active->want_w);
 }
 
 // The decorations change too, because a stack has tabs in place of the title bar.
@@ -124,7 +124,7 @@ static void arrange_and_announce(vantore_toplevel &t)
 
 void stack_toggle_focused(vantore_server &server)
 {
-    vantore_toplevel *t = command_target(server);
+    vantore_toplevel *t = action_target(server);
     if (t == nullptr || !tile_participates(*t))
         return;
     if (t->stack_id != 0)
@@ -138,8 +138,10 @@ void stack_join(vantore_toplevel &w, vantore_toplevel &target)
 {
     if (&w == &target)
         return;
-    if (w.workspace != target.workspace)
+    if (w.workspace != target.workspace) {
+        stack_leave(w); // so that another member is shown where it leaves
         carry_to_workspace(w, *target.workspace);
+    }
     if (target.stack_id == 0)
         set_stack(target, w.server->next_stack_id++);
     set_stack(w, target.stack_id);
@@ -151,7 +153,7 @@ void stack_join(vantore_toplevel &w, vantore_toplevel &target)
 
 void stack_ungroup_focused(vantore_server &server)
 {
-    vantore_toplevel *t = command_target(server);
+    vantore_toplevel *t = action_target(server);
     if (t == nullptr || t->stack_id == 0)
         return;
     stack_leave(*t);
@@ -160,7 +162,7 @@ void stack_ungroup_focused(vantore_server &server)
 
 void stack_cycle_focused(vantore_server &server)
 {
-    vantore_toplevel *t = command_target(server);
+    vantore_toplevel *t = action_target(server);
     if (t == nullptr || t->stack_id == 0 || t->workspace == nullptr)
         return;
     const stack_members members{*t->workspace, t->stack_id};

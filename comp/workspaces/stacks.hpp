@@ -30,10 +30,11 @@ vantore_toplevel *stack_active_member(vantore_server &server, int stack_id);
 // Draws the tabs of a workspace's stack above its active member, `width` layout pixels wide.
 void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width);
 
-// Draws the tabs on which the window's title may stand anew. Does nothing for a window without a stack.
+// Redraws the tabs of the window's stack, because one of them may show its title. Does nothing for a window
+// without a stack.
 void stack_refresh_tabs(const vantore_toplevel &t);
 
-// Makes the head of server.toplevels leave its stack or start a new one. Does nothing if that window is no
+// Makes the window of action_target leave its stack or start a new one. Does nothing to a window that is no
 // tile.
 void stack_toggle_focused(vantore_server &server);
 // Puts the window into the target's stack, on the target's workspace, and shows it. The target is a tile. If
@@ -43,8 +44,8 @@ void stack_ungroup_focused(vantore_server &server);
 // Shows the next member. The first follows the last.
 void stack_cycle_focused(vantore_server &server);
 
-// Returns the member whose tab is at this x, in layout coordinates, of the tabs that `shown` shows. Null
-// beside its content.
+// Returns the member whose tab lies at the layout coordinate `lx`, where `shown` is the member that shows the
+// tabs. Null to the left and to the right of the tabs.
 vantore_toplevel *stack_tab_at(const vantore_toplevel &shown, double lx);
 
 // Takes the window out of its stack. The caller arranges the workspace.

@@ -163,7 +163,7 @@ void move_toplevel_to_workspace(vantore_toplevel &t, long num)
 
 void move_focused_to_workspace(vantore_server &server, long num)
 {
-    if (vantore_toplevel *t = command_target(server))
+    if (vantore_toplevel *t = action_target(server))
         move_toplevel_to_workspace(*t, num);
 }
 
@@ -175,7 +175,7 @@ static vantore_output *output_to_leave(vantore_toplevel &t)
 
 void move_focused_to_adjacent_output(vantore_server &server, int dir)
 {
-    vantore_toplevel *t = command_target(server);
+    vantore_toplevel *t = action_target(server);
     if (t == nullptr || t->fullscreen)
         return;
     const vantore_output *source = output_to_leave(*t);

@@ -18,8 +18,8 @@ void carry_to_workspace(vantore_toplevel &t, vantore_workspace &ws);
 // Moves the window. The view stays, and the old workspace keeps the focus. Does nothing when there is no such
 // workspace.
 void move_toplevel_to_workspace(vantore_toplevel &t, long num);
-// Does the same for the head of server.toplevels.
+// Does the same for the window of action_target.
 void move_focused_to_workspace(vantore_server &server, long num);
 
-// Moves the head of server.toplevels to the workspace that the next output shows. The window keeps the focus.
+// Moves the window of action_target to the workspace that the next output shows. The window keeps the focus.
 void move_focused_to_adjacent_output(vantore_server &server, int dir);

@@ -50,8 +50,11 @@ struct layer_menus : layers {
         return l;
     }
 
-    // Whether a menu of the listening client has the keyboard.
-    [[nodiscard]] bool menu_has_keyboard() const { return popup_has_keyboard(server); }
+    [[nodiscard]] bool menu_has_keyboard() const
+    {
+        wlr_surface *focused = server.seat->keyboard_state.focused_surface;
+        return focused != nullptr && wlr_xdg_popup_try_from_wlr_surface(focused) != nullptr;
+    }
 
     static layer_traits dock(keyboard_wish wish = keyboard_wish::none)
     {
