@@ -10,7 +10,8 @@
 #include <unistd.h>
 
 // Copying stops once the line has this many bytes. The last piece may reach up to three bytes further. With
-// it, the closing quote and the final null, the line still fits into the 4096 bytes of the launcher's buffer.
+// it, the closing quote and the final null, the line still fits into 4096 bytes. Another
+// launcher in PATH may read no more.
 static constexpr size_t launcher_line_limit = 4090;
 
 // Without this, a program that starts without one of its standard descriptors would use the first file that

@@ -1,5 +1,5 @@
-// Starts programs. Nothing here reports a failure: if a program can't be started, it is simply missing. For a
-// shell line, the shell prints its own message to stderr.
+// Starts programs. Nothing here reports a failure: if a program can't be started, it is simply missing. The
+// shell prints its own message to stderr, and vantore-launch also tells the user.
 #pragma once
 
 #include <sys/types.h>
@@ -9,7 +9,8 @@
 void spawn_detached(const char *cmd);
 
 // Runs a user's command line through the desktop's launcher, which gets it as one quoted argument. Does
-// nothing for null or an empty line. Cuts a line that does not fit into the launcher's 4096 bytes.
+// nothing for null or an empty line. Cuts a line after about 4096 bytes, because
+// another launcher in PATH may read no more.
 void spawn_app(const char *cmd);
 
 // Runs a program from PATH in the same way, without a shell. `argv` begins with the program's name and ends

@@ -35,7 +35,7 @@ inline vantore_layout g_default_layout;
 inline bool g_overview_enabled;
 inline bool g_focus_follows_mouse;
 inline int g_resize_border; // pixels at the edges of floating windows that resize them
-inline bool g_protect_focus; // X11 menus and panels take the keyboard less often
+inline bool g_protect_focus; // X11 menus and panels do not take the keyboard unasked
 inline bool g_shadows, g_blur, g_glow;
 inline int g_corner_radius; // pixels
 inline float g_dim_inactive; // how dark windows without focus are, 0 for not at all

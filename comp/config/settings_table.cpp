@@ -135,9 +135,9 @@ static constexpr setting table[]{
     {compositor, "resize_border", "", whole{&g_resize_border, 8, 0, 32},
      "pixels at the left, right and bottom edges of floating windows that resize them; 0 for none"},
     {compositor, "protect_focus", "", flag{&g_protect_focus, false},
-     "X11 menus and tooltips take the keyboard only if they ask for it and give it back, and panels that "
-     "take it on "
-     "demand do so when they appear and by a click"},
+     "X11 menus, tooltips and notifications do not take the keyboard, other X11 windows that place "
+     "themselves "
+     "give it back, and panels that take it on demand do so only when they appear and when they are clicked"},
     {compositor, "game_output", "", text{g_game_output},
      "the output for fullscreen X11 games; empty for the window's own"},
     {compositor, "shadows", "", flag{&g_shadows, true}, "shadows under floating windows"},

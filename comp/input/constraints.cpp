@@ -128,8 +128,8 @@ bool pointer_is_locked(const vantore_server &server)
            server.active_constraint->type == WLR_POINTER_CONSTRAINT_V1_LOCKED;
 }
 
-// Without a region of its own, a constraint covers what takes input of its surface. The library notes that
-// only when the surface is committed next.
+// A constraint without a region covers the part of its surface that takes input. The library fills that in
+// only at the next commit.
 static const pixman_region32_t &region_of(const wlr_pointer_constraint_v1 &constraint)
 {
     const bool has_region = pixman_region32_not_empty(&constraint.region) ||

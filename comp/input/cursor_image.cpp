@@ -38,7 +38,7 @@ static void forget_surface(vantore_server &server)
 void set_named_cursor(vantore_server &server, const char *name)
 {
     forget_surface(server);
-    server.cursor_shown.has_begun = true;
+    server.cursor_shown.is_chosen = true;
     server.cursor_shown.cur_cursor_named = true;
     copy_text(server.cursor_shown.cur_cursor_name, name);
     wlr_cursor_set_xcursor(server.cursor, cursor_locate_mgr(server),
@@ -90,7 +90,7 @@ static void set_surface_cursor(vantore_server &server, wlr_surface *surface, int
                                int32_t hotspot_y)
 {
     forget_surface(server);
-    server.cursor_shown.has_begun = true;
+    server.cursor_shown.is_chosen = true;
     server.cursor_shown.cur_cursor_named = false;
     server.cursor_shown.cur_cursor_surface = surface;
     server.cursor_shown.cur_cursor_hx = hotspot_x;

@@ -154,7 +154,7 @@ static bool is_virtual(const vantore_keyboard &k)
     return wlr_input_device_get_virtual_keyboard(&k.wlr_keyboard->base) != nullptr;
 }
 
-// A client can't understand the keys of a virtual keyboard without a keymap.
+// A virtual keyboard without a keymap sends keys that no client can understand.
 static bool is_usable(const vantore_keyboard &k)
 {
     return !is_virtual(k) || k.wlr_keyboard->keymap != nullptr;

@@ -15,9 +15,9 @@ struct layout_names {
     friend bool operator==(const layout_names &, const layout_names &) = default;
 };
 
-// All keyboards share this keymap. A change from one to another then tells clients nothing new.
+// All real keyboards share this keymap, so a change from one to another tells clients nothing new.
 static xkb_keymap_handle g_keymap;
-static layout_names g_keymap_names; // that it was made from
+static layout_names g_keymap_names; // what g_keymap was made from
 static bool g_keymap_expired;
 
 static const char *or_null(const char *text)

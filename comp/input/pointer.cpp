@@ -80,7 +80,7 @@ struct motion {
 // A pointer that nobody has moved yet has no image, and a desktop that changes under it does not give it one.
 static void show_image(const motion &m, const char *name)
 {
-    if (!m.pointer_rests || m.server.cursor_shown.has_begun)
+    if (!m.pointer_rests || m.server.cursor_shown.is_chosen)
         show_named_cursor(m.server, name);
 }
 
@@ -174,7 +174,8 @@ static void follow_mouse(const motion &m, vantore_toplevel &t)
     focus_toplevel_ex(&t, false);
 }
 
-// The target of a drag hears of it only through the seat's grab.
+// Goes through the seat's grab, because otherwise the target of a drag and drop would not hear that the
+// pointer left.
 void clear_pointer_focus(vantore_server &server)
 {
     wlr_seat_pointer_notify_clear_focus(server.seat);

@@ -1,5 +1,5 @@
-// A pointer that rests while the desktop changes around it. Nothing runs here for a frame or a motion that
-// changes nothing.
+// A pointer that rests while the desktop changes around it. A frame costs one comparison of regions here, and
+// a motion costs nothing.
 #pragma once
 
 #include "../fwd.hpp"
@@ -14,5 +14,5 @@ void pointer_look_again(vantore_server &server);
 // make the pointer look again.
 void server_new_surface(vantore_server &server, wlr_surface *surface);
 
-// Forgets the calls.
+// Drops a look that is still due. For the end of the session.
 void pointer_look_again_cancel(vantore_server &server);

@@ -78,10 +78,10 @@ static bool shows_part_of(const wlr_scene_output &output, const pixman_region32_
     return pixman_region32_contains_rectangle(&region, &box) != PIXMAN_REGION_OUT;
 }
 
-// The scene says that a surface is on no output if none shows a tenth of it. The surface would then get no
-// frame callbacks, and its commits no frames. The scene works this out anew whenever something moves there.
-// Only its private region tells what of a surface is not covered.
-static void adopt(wlr_scene_buffer *buffer, int, int, void *data)
+// The scene puts a surface on no output if no output shows a tenth of it. Such a surface would get no frame
+// callbacks, and its commits would make no output paint. The scene decides this again whenever something
+// moves there. Only a private field of the scene tells which part of a surface is not covered.
+static void give_output_if_none(wlr_scene_buffer *buffer, int, int, void *data)
 {
     auto *output = static_cast<wlr_scene_output *>(data);
     if (buffer->primary_output == nullptr && shows_part_of(*output, buffer->node.WLR_PRIVATE.visible))
@@ -98,7 +98,7 @@ static void output_do_repaint(vantore_output &o)
         commit_measured(o);
     else
         wlr_scene_output_commit(o.scene_output, nullptr);
-    wlr_scene_output_for_each_buffer(o.scene_output, adopt, o.scene_output);
+    wlr_scene_output_for_each_buffer(o.scene_output, give_output_if_none, o.scene_output);
     timespec now = mono_timespec();
     wlr_scene_output_send_frame_done(o.scene_output, &now);
 }

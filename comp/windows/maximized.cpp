@@ -14,7 +14,7 @@ static bool keeps_to_usable_area(const vantore_toplevel &t)
     return t.maximized && !t.fullscreen && tl_mapped(t) && !toplevel_is_tiled(t);
 }
 
-// The client may not have drawn at the size yet that it was asked for.
+// The client may not have drawn yet at the size that was asked of it.
 static wlr_box asked_box(const vantore_toplevel &t)
 {
     wlr_box box = toplevel_box(t);
@@ -43,12 +43,12 @@ static bool lies_on_an_output(const vantore_server &server, const wlr_box &box)
     return false;
 }
 
-// The window must not return later to where an output was.
 static void fill(vantore_toplevel &t, const vantore_output *o)
 {
     if (o == nullptr || o->usable.width < 1)
         return;
     toplevel_fill(t, o->usable);
+    // The window must not later return to a place where an output used to be.
     if (!lies_on_an_output(*t.server, t.saved_geo))
         t.saved_geo = center_in(o->usable, t.saved_geo.width, t.saved_geo.height, titlebar_of(t));
 }

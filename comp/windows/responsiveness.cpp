@@ -23,7 +23,8 @@ static void set_unresponsive(vantore_toplevel &t, bool unresponsive)
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
-// The library tells all windows of an xdg client. An X11 window hears only of its own ping.
+// The library reports a time-out to all windows of an xdg client, but that of an X11 window only to that
+// window.
 static bool was_asked_to_close(const vantore_toplevel &t)
 {
     return t.kind == VNT_XWL ||

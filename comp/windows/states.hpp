@@ -10,8 +10,8 @@
 // to fullscreen windows.
 void toplevel_toggle_maximize(vantore_toplevel &t);
 
-// Hides the window until it is focused, and focuses the most recently raised visible window. Without one, the
-// window gives up the keyboard to nobody.
+// Hides the window until it is focused, and focuses the most recently raised visible window. If no
+// other window is visible, nobody has the keyboard afterwards.
 void toplevel_minimize(vantore_toplevel &t);
 
 // Makes the window fill a usable box, its title bar included.

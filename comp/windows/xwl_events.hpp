@@ -18,5 +18,5 @@ void xwl_watch_events(wlr_xwayland *xwayland);
 // property without reading it.
 xwl_wish xwl_take_wish(xcb_window_t window);
 
-// Whether the window's client says that it answers pings (EWMH, _NET_WM_PING).
+// Whether the window's client says that it answers pings (_NET_WM_PING).
 bool xwl_supports_ping(const wlr_xwayland_surface &xwl);

@@ -61,7 +61,7 @@ struct devices : test::desktop {
     std::unique_ptr<seat> watcher;
 };
 
-TEST_F(devices, that_are_all_virtual_find_a_pointer_on_the_seat)
+TEST_F(devices, leave_the_seat_its_pointer_when_there_are_none)
 {
     EXPECT_EQ(capabilities(), POINTER);
 }

@@ -284,12 +284,13 @@ TEST_F(resting_pointer, counts_on_where_the_window_under_it_is_the_same)
     EXPECT_TRUE(has_keyboard(other));
 }
 
-TEST_F(resting_pointer, is_in_the_lock_screen_s_hands_while_the_session_is_locked)
+TEST_F(resting_pointer, highlights_no_button_while_the_session_is_locked)
 {
+    rest_at(1000, 600);
     server.locked = true;
-    w->unmap();
+    place(*w, 616, 615); // its close button
     settle();
-    EXPECT_EQ(pointed(), nullptr);
+    EXPECT_EQ(t().hover_region, DEC_NONE);
     server.locked = false;
 }
 

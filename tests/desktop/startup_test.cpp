@@ -56,9 +56,8 @@ TEST(startup_table, ends_the_socket_the_clients_the_x_server_and_the_scene_befor
                 ElementsAre("IPC", "socket and backend", "clients", "XWayland", "resting pointer",
                             "frames of covered windows", "modifier timer", "animation timer", "hangup",
                             "scene", "first globals", "listeners", "cursor, which outlives the scene",
-                            "frame measurements",
-                            "allocator", "renderer", "login session", "backend", "outputs file",
-                            "workspaces, which outlive the outputs", "memory", "display"));
+                            "frame measurements", "allocator", "renderer", "login session", "backend",
+                            "outputs file", "workspaces, which outlive the outputs", "memory", "display"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)

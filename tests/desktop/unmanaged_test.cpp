@@ -93,7 +93,7 @@ TEST_F(unmanaged_with_protected_focus, tooltip_leaves_the_keyboard_to_the_window
     }
 }
 
-TEST_F(unmanaged_with_protected_focus, window_that_asks_for_the_keyboard_gives_it_back)
+TEST_F(unmanaged_with_protected_focus, window_that_is_no_menu_takes_the_keyboard_and_gives_it_back)
 {
     test::window &native = map("native");
     x11_window &launcher = map_unmanaged({});

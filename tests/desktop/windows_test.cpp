@@ -607,7 +607,7 @@ TEST_F(hung_window, leaves_the_other_windows_of_its_client_unmarked)
     EXPECT_THAT(world.killed_processes(), IsEmpty());
 }
 
-TEST_F(hung_window, is_not_one_that_answered_when_it_was_asked)
+TEST_F(hung_window, is_only_the_one_that_was_asked_after_its_client_stopped_answering)
 {
     test::window &w = open_hung("Report");
     test::window &other = map(w.owner().create_window("other"));
