@@ -70,24 +70,6 @@ static void commit_tearing(vantore_output &o)
     wlr_output_commit_state(o.wlr_output, &state);
 }
 
-static bool shows_part_of(const wlr_scene_output &output, const pixman_region32_t &region)
-{
-    int width = 0, height = 0;
-    wlr_output_effective_resolution(output.output, &width, &height);
-    const pixman_box32_t box{.x1 = output.x, .y1 = output.y, .x2 = output.x + width, .y2 = output.y + height};
-    return pixman_region32_contains_rectangle(&region, &box) != PIXMAN_REGION_OUT;
-}
-
-// The scene puts a surface on no output if no output shows a tenth of it. Such a surface would get no frame
-// callbacks, and its commits would make no output paint. The scene decides this again whenever something
-// moves there. Only a private field of the scene tells which part of a surface is not covered.
-static void give_output_if_none(wlr_scene_buffer *buffer, int, int, void *data)
-{
-    auto *output = static_cast<wlr_scene_output *>(data);
-    if (buffer->primary_output == nullptr && shows_part_of(*output, buffer->node.WLR_PRIVATE.visible))
-        buffer->primary_output = output;
-}
-
 // Frame callbacks go out whether or not the commit worked, so that no client waits for ever.
 static void output_do_repaint(vantore_output &o)
 {
@@ -98,7 +80,6 @@ static void output_do_repaint(vantore_output &o)
         commit_measured(o);
     else
         wlr_scene_output_commit(o.scene_output, nullptr);
-    wlr_scene_output_for_each_buffer(o.scene_output, give_output_if_none, o.scene_output);
     timespec now = mono_timespec();
     wlr_scene_output_send_frame_done(o.scene_output, &now);
 }

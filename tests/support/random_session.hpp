@@ -63,8 +63,6 @@ private:
     std::string lose_x11_client();
     std::string ask_for_state(x11_window &w);
     std::string change_title_bar();
-    std::string await_frame();
-    bool can_be_seen(vantore_toplevel &t);
 
     struct operation {
         std::string (random_session::*run)();
@@ -93,7 +91,6 @@ private:
         decoration object;
     };
     std::list<title_bar> title_bars;
-    std::vector<std::string> frozen; // a sentence for each window that got no frame callback
     bool with_x11 = false;
     std::vector<x11_client *> x11_programs;
     struct x11_entry {
