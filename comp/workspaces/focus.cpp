@@ -159,12 +159,7 @@ void focus_top_toplevel(vantore_server &server)
 void focus_top_if_hidden(vantore_server &server)
 {
     const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
-    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
-        if (tl_surface(t) != focused || toplevel_visible(t))
-            continue;
-        focus_top_toplevel(server);
-        if (has_keyboard(server, tl_surface(t)))
-            focus_clear(server);
-        return;
-    }
+    for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (tl_surface(t) == focused && !toplevel_visible(t))
+            return focus_top_toplevel(server);
 }

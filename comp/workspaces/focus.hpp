@@ -36,6 +36,5 @@ void focus_clear(vantore_server &server);
 // Focuses the visible window raised last, without raising it. Without one, the seat's focus stays.
 void focus_top_toplevel(vantore_server &server);
 
-// Hands the keyboard on if the window that has it is not visible any more. Without a visible window, nobody
-// has it afterwards.
+// Calls focus_top_toplevel if the window that has the keyboard is not visible any more.
 void focus_top_if_hidden(vantore_server &server);

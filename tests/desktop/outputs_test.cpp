@@ -497,8 +497,7 @@ TEST_F(outputs, that_go_leave_the_keyboard_to_a_window_that_can_be_seen)
     EXPECT_TRUE(has_keyboard(stays));
     EVENTUALLY(stays.has(test::ACTIVATED) && !goes.has(test::ACTIVATED));
     unplug("A");
-    EXPECT_FALSE(has_keyboard(stays)) << "nobody sees it";
-    EVENTUALLY(!stays.has(test::ACTIVATED));
+    EXPECT_TRUE(has_keyboard(stays)) << "nobody else can take it";
 }
 
 TEST_F(outputs, without_any_the_pointer_stays)
