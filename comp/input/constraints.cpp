@@ -132,8 +132,8 @@ bool pointer_is_locked(const vantore_server &server)
 // only at the next commit.
 static const pixman_region32_t &region_of(const wlr_pointer_constraint_v1 &constraint)
 {
-    const bool has_region = pixman_region32_not_empty(&constraint.region) ||
-                            pixman_region32_not_empty(&constraint.current.region);
+    const bool has_region = pixman_region32_not_empty(&constraint.region) != 0 ||
+                            pixman_region32_not_empty(&constraint.current.region) != 0;
     return has_region ? constraint.region : constraint.surface->input_region;
 }
 

@@ -46,7 +46,7 @@ static void surface_shown_or_hidden(watched_surface &watched)
 static void surface_commit(watched_surface &watched)
 {
     pixman_region32_t *now = &watched.surface->input_region;
-    if (pixman_region32_equal(&watched.input, now))
+    if (pixman_region32_equal(&watched.input, now) != 0)
         return;
     pixman_region32_copy(&watched.input, now);
     if (watched.surface->mapped)
