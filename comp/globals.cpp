@@ -8,6 +8,7 @@
 #include "input/resting_pointer.hpp"
 #include "input/seat_requests.hpp"
 #include "input/shortcuts_inhibitor.hpp"
+#include "outputs/frame_callbacks.hpp"
 #include "outputs/gamma.hpp"
 #include "outputs/screencopy_guard.hpp"
 #include "request_guards.hpp"
@@ -93,6 +94,12 @@ static void create_virtual_devices(vantore_server &server)
             server, pointers->events.new_virtual_pointer);
     else
         log_missing("virtual pointers", "clients can't point");
+}
+
+static void server_new_surface(vantore_server &server, wlr_surface *surface)
+{
+    pointer_follow_surface(server, surface);
+    frame_callbacks_follow(server, surface);
 }
 
 bool globals_create_first(vantore_server &server)

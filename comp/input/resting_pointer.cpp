@@ -59,7 +59,7 @@ static void surface_destroy(watched_surface &watched)
     delete &watched;
 }
 
-void server_new_surface(vantore_server &server, wlr_surface *surface)
+void pointer_follow_surface(vantore_server &server, wlr_surface *surface)
 {
     auto *watched = new watched_surface{};
     watched->server = &server;

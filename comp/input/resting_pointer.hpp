@@ -10,9 +10,9 @@
 // because the drag has the pointer and its end calls this again.
 void pointer_look_again(vantore_server &server);
 
-// Handles the compositor's new_surface event. Surfaces that appear, go, or take input elsewhere than before
-// make the pointer look again.
-void server_new_surface(vantore_server &server, wlr_surface *surface);
+// Follows a new surface until it is destroyed. When it appears, goes, or takes input elsewhere than before,
+// the pointer looks again.
+void pointer_follow_surface(vantore_server &server, wlr_surface *surface);
 
 // Drops a look that is still due. For the end of the session.
 void pointer_look_again_cancel(vantore_server &server);

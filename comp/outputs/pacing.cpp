@@ -1,12 +1,12 @@
 #include "pacing.hpp"
 
-#include "../clock.hpp"
 #include "../config/settings.hpp"
 #include "../handles.hpp"
 #include "../platform.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/workspace.hpp"
+#include "frame_callbacks.hpp"
 #include "lookup.hpp"
 #include "output.hpp"
 
@@ -80,8 +80,7 @@ static void output_do_repaint(vantore_output &o)
         commit_measured(o);
     else
         wlr_scene_output_commit(o.scene_output, nullptr);
-    timespec now = mono_timespec();
-    wlr_scene_output_send_frame_done(o.scene_output, &now);
+    send_frame_callbacks(o);
 }
 
 static int output_frame_timer(void *data)

@@ -662,6 +662,33 @@ TEST_F(desk, a_visible_window_is_told_when_to_draw_again)
     EVENTUALLY_EQ(w.frames(), 1);
 }
 
+TEST_F(desk, a_window_that_almost_left_the_screen_is_told_when_to_draw_again)
+{
+    test::window &w = map("w", {400, 300});
+    place(w, 1919, 1075); // one pixel wide, five high
+    for (const int frame : {1, 2, 3}) {
+        w.request_frame();
+        EVENTUALLY_EQ(w.frames(), frame);
+    }
+    plug("B", 800, 600);
+    place(w, 1920 - 10, -290); // a little on both
+    for (const int frame : {4, 5, 6}) {
+        w.request_frame();
+        EVENTUALLY_EQ(w.frames(), frame);
+    }
+}
+
+TEST_F(desk, a_window_off_the_screen_is_not_told_to_draw)
+{
+    test::window &w = map("w", {400, 300});
+    place(w, 1920, 1080);
+    w.request_frame();
+    settle();
+    EXPECT_EQ(w.frames(), 0);
+    place(w, 1919, 1079);
+    EVENTUALLY_EQ(w.frames(), 1);
+}
+
 TEST_F(desk, frame_callbacks_come_also_when_the_output_refuses_every_commit)
 {
     test::window &w = map("w");

@@ -1,0 +1,96 @@
+#include "frame_callbacks.hpp"
+
+#include "../clock.hpp"
+#include "../records.hpp"
+#include "../server.hpp"
+#include "lookup.hpp"
+#include "output.hpp"
+
+// Only a private field of the scene tells which part of a buffer is not covered.
+static bool shows_part_of(const vantore_output &o, const wlr_scene_buffer &buffer)
+{
+    const wlr_box at = output_layout_box(o);
+    const pixman_box32_t area{.x1 = at.x, .y1 = at.y, .x2 = at.x + at.width, .y2 = at.y + at.height};
+    return pixman_region32_contains_rectangle(&buffer.node.WLR_PRIVATE.visible, &area) != PIXMAN_REGION_OUT;
+}
+
+// Returns the buffer's surface if the scene leaves it out although part of it shows on this output, else
+// null.
+static wlr_surface *surface_left_out(wlr_scene_buffer &buffer, const vantore_output &o)
+{
+    const wlr_scene_surface *scene_surface = wlr_scene_surface_try_from_buffer(&buffer);
+    if (scene_surface == nullptr || wl_list_empty(&scene_surface->surface->current_outputs) == 0)
+        return nullptr;
+    return shows_part_of(o, buffer) ? scene_surface->surface : nullptr;
+}
+
+struct painted_frame {
+    const vantore_output &output;
+    timespec when;
+};
+
+static void tell_if_left_out(wlr_scene_buffer *buffer, int, int, void *data)
+{
+    const auto &frame = *static_cast<painted_frame *>(data);
+    if (wlr_surface *surface = surface_left_out(*buffer, frame.output))
+        wlr_surface_send_frame_done(surface, &frame.when);
+}
+
+void send_frame_callbacks(vantore_output &o)
+{
+    painted_frame frame{.output = o, .when = mono_timespec()};
+    wlr_scene_output_send_frame_done(o.scene_output, &frame.when);
+    wlr_scene_output_for_each_buffer(o.scene_output, tell_if_left_out, &frame);
+}
+
+// Lives as long as the surface, whatever its role.
+struct followed_surface {
+    vantore_server *server = nullptr;
+    wlr_surface *surface = nullptr;
+    listener commit, destroy;
+};
+
+static bool waits_for_no_output(const wlr_surface &surface)
+{
+    return surface.mapped && wl_list_empty(&surface.current.frame_callback_list) == 0 &&
+           wl_list_empty(&surface.current_outputs) != 0;
+}
+
+struct search {
+    const vantore_output &output;
+    const wlr_surface *surface;
+    bool found = false;
+};
+
+static void look_for_surface(wlr_scene_buffer *buffer, int, int, void *data)
+{
+    auto &search = *static_cast<struct search *>(data);
+    if (surface_left_out(*buffer, search.output) == search.surface)
+        search.found = true;
+}
+
+static void surface_commit(followed_surface &followed)
+{
+    if (!waits_for_no_output(*followed.surface))
+        return;
+    for (auto &o : each<&vantore_output::link>(followed.server->outputs)) {
+        search search{.output = o, .surface = followed.surface};
+        wlr_scene_output_for_each_buffer(o.scene_output, look_for_surface, &search);
+        if (search.found)
+            wlr_output_schedule_frame(o.wlr_output);
+    }
+}
+
+static void surface_destroy(followed_surface &followed)
+{
+    delete &followed;
+}
+
+void frame_callbacks_follow(vantore_server &server, wlr_surface *surface)
+{
+    auto *followed = new followed_surface{};
+    followed->server = &server;
+    followed->surface = surface;
+    listen<&followed_surface::commit, surface_commit>(*followed, surface->events.commit);
+    listen<&followed_surface::destroy, surface_destroy>(*followed, surface->events.destroy);
+}
