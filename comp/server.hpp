@@ -9,6 +9,7 @@
 #include "input/tap.hpp"
 #include "input/tiler.hpp"
 #include "ipc/socket.hpp"
+#include "outputs/absent.hpp"
 #include "records.hpp"
 #include "timer.hpp"
 #include "wayland_socket.hpp"
@@ -83,6 +84,7 @@ struct vantore_server {
 
     wlr_output_layout *output_layout = nullptr;
     list_head outputs; // vantore_output.link, newest first
+    vantore_absence absence; // empty while the session is in front
     listener new_output;
     listener gamma_set;
     list_head workspaces; // vantore_workspace.link, always nine, ascending num

@@ -20,11 +20,14 @@
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
+#include "absent.hpp"
 #include "output_mode.hpp"
 #include "pacing.hpp"
 #include "power.hpp"
 #include "rehome.hpp"
 
+#include <optional>
+#include <ranges>
 #include <vector>
 
 static constexpr int reprobe_delay_ms = 500;
@@ -39,9 +42,21 @@ void outputs_rearranged(vantore_server &server)
             fit_fullscreen_windows(*o.current_ws);
 }
 
+// Call it when workspaces have found their outputs.
+static void settle_outputs(vantore_server &server)
+{
+    focus_top_if_hidden(server);
+    cursor_ensure_on_output(server);
+    apply_touch_mapping(server);
+    ipc_broadcast(server, VNT_EVT_OUTPUTS);
+}
+
 static void output_destroy(vantore_output &o)
 {
     vantore_server &server = *o.server;
+    const bool unplugged = !will_come_back(o);
+    if (!unplugged)
+        remember_absent(o);
     if (o.wlr_output == server.virtual_output)
         server.virtual_output = nullptr;
     if (!server.shutting_down) { // the end of the session destroys the scene before the outputs
@@ -57,12 +72,11 @@ static void output_destroy(vantore_output &o)
     delete &o;
     if (server.shutting_down)
         return;
+    if (!unplugged)
+        return show_bound_workspaces(server);
     outputs_rearranged(server);
     rehome_outputs(server);
-    focus_top_if_hidden(server);
-    cursor_ensure_on_output(server);
-    apply_touch_mapping(server);
-    ipc_broadcast(server, VNT_EVT_OUTPUTS);
+    settle_outputs(server);
 }
 
 static void output_request_state(vantore_output &o, const wlr_output_event_request_state *event)
@@ -112,6 +126,53 @@ static void hand_workspace_to(vantore_output &o)
     arrange_workspace(ws); // its windows may come from an output at another place
 }
 
+// Other outputs may still be absent, so windows are not fitted to this one yet.
+static void take_workspace_back(vantore_output &o, int num)
+{
+    vantore_workspace *ws = workspace_by_num(*o.server, num);
+    if (ws == nullptr || ws->output != nullptr)
+        return hand_workspace_to(o);
+    ws_link(*ws, o);
+    show_bound_workspaces(*o.server);
+}
+
+static void bring_back(vantore_output &o, const remembered_output &remembered)
+{
+    const wlr_box &place = remembered.description.box;
+    if (!remembered.automatic)
+        wlr_output_layout_add(o.server->output_layout, o.wlr_output, place.x, place.y);
+    take_workspace_back(o, remembered.workspace);
+}
+
+// Returns whether the output was only absent.
+static bool bring_into_session(vantore_output &o)
+{
+    vantore_server &server = *o.server;
+    if (const std::optional<remembered_output> remembered = recognise(server, *o.wlr_output)) {
+        bring_back(o, *remembered);
+        return true;
+    }
+    outputs_rearranged(server);
+    hand_workspace_to(o);
+    return false;
+}
+
+// Displays that the user has unplugged meanwhile are unplugged for us only now.
+void outputs_returned(vantore_server &server)
+{
+    if (server.absence.outputs.empty())
+        return;
+    restore_layout_order(server);
+    restore_pointer(server);
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        o.usable = output_layout_box(o);
+    if (forget_absent(server))
+        rehome_outputs(server);
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        arrange_workspace(o.current_ws);
+    settle_outputs(server);
+}
+
 void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
 {
     if (!wlr_output_init_render(wlr_output, server.allocator, server.renderer)) {
@@ -133,13 +194,13 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
         output_destroy(*o);
         return;
     }
-    outputs_rearranged(server);
-    hand_workspace_to(*o);
+    const bool was_absent = bring_into_session(*o);
     power_follow(*o);
     apply_touch_mapping(server);
     wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));
     apply_x_primary(server);
-    ipc_broadcast(server, VNT_EVT_OUTPUTS);
+    if (!was_absent) // nobody was told that the others had gone
+        ipc_broadcast(server, VNT_EVT_OUTPUTS);
 }
 
 void outputs_file_follow(vantore_server &server, vnt_event event)
@@ -149,6 +210,9 @@ void outputs_file_follow(vantore_server &server, vnt_event event)
     std::vector<const char *> names;
     for (auto &o : each<&vantore_output::link>(server.outputs))
         names.push_back(o.wlr_output->name);
+    for (const remembered_output &remembered : std::views::reverse(server.absence.outputs))
+        if (remembered.absent)
+            names.push_back(remembered.description.name.c_str());
     write_outputs_file(names);
 }
 

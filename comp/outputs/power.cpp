@@ -61,5 +61,6 @@ void handle_session_active(vantore_server &server)
             mode = wlr_output_preferred_mode(o.wlr_output);
         set_power(o, true, mode);
     }
+    outputs_returned(server);
     show_again(server);
 }

@@ -13,5 +13,6 @@ void power_follow(vantore_output &o);
 // Setting it powers dark displays up again. Clearing it powers nothing down.
 void set_dpms_inhibit(vantore_server &server, bool on);
 
-// Handles the session's active event: lights the outputs again on return, and does nothing on leaving.
+// Handles the session's active event: on return, lights the outputs again and puts back what they
+// showed. Does nothing on leaving.
 void handle_session_active(vantore_server &server);

@@ -5,6 +5,7 @@
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/workspace.hpp"
+#include "absent.hpp"
 #include "lookup.hpp"
 #include "output.hpp"
 
@@ -22,7 +23,7 @@ static point center_of(const wlr_box &box)
 static vantore_workspace *orphan_with_windows(vantore_server &server)
 {
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
-        if (ws.output == nullptr && wl_list_empty(&ws.toplevels) == 0)
+        if (ws.output == nullptr && absent_output_of(ws) == nullptr && wl_list_empty(&ws.toplevels) == 0)
             return &ws;
     return nullptr;
 }

@@ -1,6 +1,7 @@
 #include "workspace.hpp"
 
 #include "../config/settings.hpp"
+#include "../outputs/absent.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
@@ -75,7 +76,7 @@ vantore_workspace *pick_workspace_for_output(vantore_server &server, const wlr_o
 {
     vantore_workspace *lowest = nullptr;
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces)) {
-        if (ws.output != nullptr || &ws == exclude)
+        if (ws.output != nullptr || &ws == exclude || absent_output_of(ws) != nullptr)
             continue;
         if (output->name != nullptr && text_equals(ws.pref_output, output->name))
             return &ws;
@@ -85,22 +86,33 @@ vantore_workspace *pick_workspace_for_output(vantore_server &server, const wlr_o
     return lowest;
 }
 
-void ws_bind(vantore_workspace &ws, vantore_output &o)
+void ws_link(vantore_workspace &ws, vantore_output &o)
 {
     o.current_ws = &ws;
     ws.output = &o;
     if (o.wlr_output->name != nullptr)
         copy_text(ws.pref_output, o.wlr_output->name);
+}
+
+void ws_bind(vantore_workspace &ws, vantore_output &o)
+{
+    ws_link(ws, o);
     fit_fullscreen_windows(ws);
     fit_maximized_windows(ws);
 }
 
 void refresh_workspace_visibility(vantore_server &server)
 {
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        t.put_away = false;
+    show_bound_workspaces(server);
+}
+
+void show_bound_workspaces(vantore_server &server)
+{
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         wlr_scene_node_set_enabled(&ws.tree->node, ws.output != nullptr);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
-        t.put_away = false;
         refresh_showing_alone(t);
         tl_set_minimized(t, t.minimized || output_showing(t) == nullptr);
     }

@@ -33,17 +33,20 @@ void config_apply_workspaces(vantore_server &server);
 // Returns null when the number is not 1 to 9.
 vantore_workspace *workspace_by_num(vantore_server &server, long num);
 
-// Returns a workspace that no output shows, except `exclude`: the one that was last shown on this output,
-// else the lowest number. Null when there is none.
+// Returns a workspace that no output shows and that waits for none, except `exclude`: the one that was last
+// shown on this output, else the lowest number. Null when there is none.
 vantore_workspace *pick_workspace_for_output(vantore_server &server, const wlr_output *output,
                                              const vantore_workspace *exclude);
 
-// Links the workspace and the output and remembers the output's name as the workspace's home. The workspace's
-// fullscreen windows then fill the output, and maximized ones its usable box if the output that they filled
-// has gone.
+// Links the workspace and the output and remembers the output's name as the workspace's home.
+void ws_link(vantore_workspace &ws, vantore_output &o);
+// Does the same. The workspace's fullscreen windows then fill the output, and maximized ones its usable box
+// if the output that they filled has gone.
 void ws_bind(vantore_workspace &ws, vantore_output &o);
 
 // Shows the windows of workspaces that are on an output and hides the others.
+void show_bound_workspaces(vantore_server &server);
+// Does the same, and brings back fullscreen windows that were minimized.
 void refresh_workspace_visibility(vantore_server &server);
 
 // Returns the output that shows the window's workspace, or null.

@@ -7,7 +7,10 @@
 #include "outputs/power.hpp"
 #include "outputs/rehome.hpp"
 #include "startup.hpp"
+#include "windows/fullscreen.hpp"
+#include "windows/placement.hpp"
 #include "windows/states.hpp"
+#include "workspaces/focus.hpp"
 #include "workspaces/switch.hpp"
 
 #include <fstream>
@@ -687,6 +690,168 @@ TEST_F(login_session, does_nothing_on_leaving)
     const int commits = made.commits;
     switch_to(false);
     EXPECT_EQ(made.commits, commits);
+}
+
+// Two displays, and the other session of the machine.
+struct left_session : login_session {
+    void SetUp() override
+    {
+        login_session::SetUp();
+        session.active = true;
+        plug("A", 1000, 700);
+        plug("B", 800, 600);
+        ASSERT_EQ(output("B").usable, (wlr_box{1000, 0, 800, 600}));
+    }
+    void leave()
+    {
+        session.active = false;
+        unplug("A");
+        unplug("B");
+        wl_signal_emit_mutable(&session.events.active, nullptr);
+        settle();
+    }
+    void come_back_with(const std::vector<test::output_traits> &displays)
+    {
+        session.active = true;
+        for (const test::output_traits &display : displays)
+            plug(display);
+        wl_signal_emit_mutable(&session.events.active, nullptr);
+        settle();
+    }
+    test::window &map_on(double lx, double ly)
+    {
+        wlr_cursor_warp(server.cursor, nullptr, lx, ly);
+        return map("w", {200, 100});
+    }
+    const test::output_traits a{.name = "A", .width = 1000, .height = 700};
+    const test::output_traits b{.name = "B", .width = 800, .height = 600};
+};
+
+struct returning_session : left_session, testing::WithParamInterface<bool> {
+    void come_back() { come_back_with(GetParam() ? std::vector{a, b} : std::vector{b, a}); }
+};
+INSTANTIATE_TEST_SUITE_P(outputs_in_either_order, returning_session, testing::Bool());
+
+TEST_P(returning_session, finds_every_window_where_it_was)
+{
+    test::window &floating = map_on(1400, 300);
+    place(floating, 1500, 50);
+    test::window &filling = map_on(1400, 300);
+    toplevel_toggle_maximize(record(filling));
+    test::window &fullscreen = map_on(500, 300);
+    toplevel_set_fullscreen(record(fullscreen), true);
+    test::window &minimized_game = map_on(500, 300);
+    toplevel_set_fullscreen(record(minimized_game), true);
+    command("workspace 3");
+    test::window &hidden = map_on(500, 300);
+    command("workspace 1");
+    toplevel_minimize(record(minimized_game));
+    settle();
+    const wlr_box hidden_box = box(hidden);
+
+    leave();
+    come_back();
+
+    EXPECT_EQ(output("A").current_ws, &workspace(1));
+    EXPECT_EQ(output("B").current_ws, &workspace(2));
+    EXPECT_EQ(output("B").usable, (wlr_box{1000, 0, 800, 600}));
+    EXPECT_EQ(box(floating), (wlr_box{1500, 50, 200, 100}));
+    EXPECT_EQ(box(filling), (wlr_box{1000, 0, 800, 600}));
+    EXPECT_EQ(box(fullscreen), (wlr_box{0, 0, 1000, 700}));
+    EXPECT_TRUE(record(fullscreen).scene_tree->node.enabled);
+    EXPECT_FALSE(record(minimized_game).scene_tree->node.enabled);
+    EXPECT_FALSE(toplevel_visible(record(hidden)));
+    EXPECT_EQ(box(hidden), hidden_box);
+}
+
+TEST_P(returning_session, finds_the_pointer_and_the_keyboard_where_they_were)
+{
+    test::window &w = map_on(1400, 300);
+    map_on(500, 300);
+    focus_toplevel_ex(&record(w), true);
+    wlr_cursor_warp(server.cursor, nullptr, 1700, 20);
+    leave();
+    come_back();
+    EXPECT_EQ(server.cursor->x, 1700);
+    EXPECT_EQ(server.cursor->y, 20);
+    EXPECT_TRUE(has_keyboard(w));
+}
+
+TEST_P(returning_session, goes_on_placing_displays_side_by_side)
+{
+    leave();
+    come_back();
+    unplug("A");
+    EXPECT_EQ(output_layout_box(output("B")), (wlr_box{0, 0, 800, 600}));
+}
+
+TEST_F(left_session, tells_programs_of_the_outputs_as_they_were)
+{
+    map_on(1400, 300);
+    auto &program = dial();
+    const auto tell = [&] { return ask(program, 1) + ask(program, 2) + ask(program, 3); };
+    const std::string before = tell();
+    heard();
+    leave();
+    EXPECT_EQ(tell(), before);
+    EXPECT_THAT(heard(), Not(Contains(VNT_EVT_OUTPUTS)));
+    EXPECT_THAT(outputs_file(), ElementsAre("B", "A"));
+    come_back_with({a, b});
+    EXPECT_EQ(tell(), before);
+    EXPECT_THAT(outputs_file(), ElementsAre("B", "A"));
+}
+
+TEST_F(left_session, counts_a_display_that_does_not_return_as_unplugged)
+{
+    test::window &w = map_on(500, 300);
+    place(w, 100, 100);
+    test::window &other = map_on(1400, 300);
+    leave();
+    come_back_with({b});
+    EXPECT_EQ(output("B").current_ws, record(other).workspace);
+    EXPECT_EQ(output("B").usable, (wlr_box{0, 0, 800, 600}));
+    EXPECT_EQ(record(w).workspace->output, nullptr);
+    EXPECT_THAT(outputs_file(), ElementsAre("B"));
+    EXPECT_TRUE(boxes_overlap(box(other), output("B").usable));
+}
+
+TEST_F(left_session, recognises_a_display_on_another_connector)
+{
+    test::output_traits screen{.name = "C", .width = 640, .height = 480, .serial = "42"};
+    plug(screen);
+    test::window &w = map_on(1900, 100);
+    vantore_workspace *ws = record(w).workspace;
+    session.active = false;
+    unplug("C");
+    screen.name = "D";
+    come_back_with({screen});
+    EXPECT_EQ(output("D").current_ws, ws);
+    EXPECT_EQ(output("D").usable, (wlr_box{1800, 0, 640, 480}));
+}
+
+TEST_F(left_session, gives_a_display_that_appears_meanwhile_a_workspace_of_its_own)
+{
+    leave();
+    plug("V", 640, 480); // a virtual one, for somebody who looks on from afar
+    EXPECT_EQ(output("V").current_ws, &workspace(3));
+    come_back_with({a, b});
+    EXPECT_EQ(output("A").current_ws, &workspace(1));
+    EXPECT_EQ(output("A").usable, (wlr_box{0, 0, 1000, 700}));
+    EXPECT_EQ(output("B").current_ws, &workspace(2));
+    EXPECT_EQ(output("V").usable, (wlr_box{1800, 0, 640, 480}));
+}
+
+TEST_F(left_session, lets_a_remote_user_take_the_workspaces)
+{
+    test::window &w = map_on(500, 300);
+    leave();
+    plug("V", 640, 480);
+    command("workspace 1");
+    EXPECT_TRUE(toplevel_visible(record(w)));
+    come_back_with({a, b});
+    EXPECT_EQ(output("V").current_ws, &workspace(1));
+    EXPECT_NE(output("A").current_ws, nullptr);
+    EXPECT_EQ(output("B").current_ws, &workspace(2));
 }
 
 TEST_F(outputs, without_a_login_session_its_return_means_nothing)

@@ -144,6 +144,8 @@ made_up_output &plug_in(made_up_backend &backend, output_traits traits)
     wlr_output_state_finish(&state);
     if (!o.traits.name.empty())
         wlr_output_set_name(&o.base, o.traits.name.c_str());
+    if (!o.traits.serial.empty())
+        o.base.serial = strdup(o.traits.serial.c_str());
     o.base.adaptive_sync_supported = true;
     for (const mode &m : o.traits.modes)
         add_mode(o, m);

@@ -28,6 +28,7 @@ struct output_traits {
     std::string name = "A";
     int width = 0, height = 0; // before any mode is set
     std::vector<mode> modes;
+    std::string serial; // empty for a display that does not tell
     size_t gamma_size = 0;
     bool has_cursor_plane = false; // takes cursor images of any size
     // Decides about every state that is tested or committed.

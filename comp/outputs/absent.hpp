@@ -1,0 +1,48 @@
+// Outputs that are absent while another session is in front, on another virtual terminal. The backend
+// destroys them and makes new ones on return, but nobody has unplugged a display. Until then their workspaces
+// belong to no other output, windows keep their boxes, and programs that ask are told of the outputs as they
+// were.
+#pragma once
+
+#include "../fwd.hpp"
+#include "output_description.hpp"
+
+#include <optional>
+
+struct remembered_output {
+    output_description description;
+    int workspace = 0; // the number of the one that it showed, 0 for none
+    bool automatic = true; // the layout chose its place
+    bool absent = false; // the others are here, but were remembered with it
+};
+
+struct vantore_absence {
+    std::vector<remembered_output> outputs; // in the order of the layout
+    double pointer_x = 0, pointer_y = 0; // layout coordinates
+};
+
+// Whether an output that goes now will come back. A virtual output that goes has been removed.
+bool will_come_back(const vantore_output &o);
+
+// Remembers an output that goes. Call it before the output leaves the layout. The first call remembers all
+// outputs, because those that are left may move with each one that goes.
+void remember_absent(const vantore_output &o);
+
+// Returns what was remembered of a new output, which is then no longer absent. It is recognised by make,
+// model and serial number, otherwise by its name. Nullopt for an output that is really new.
+std::optional<remembered_output> recognise(vantore_server &server, const struct wlr_output &output);
+
+// Puts the outputs that have returned back into the order in which the layout places them side by side. They
+// may have returned in any order.
+void restore_layout_order(vantore_server &server);
+
+// Puts the pointer back to where it was, if an output is there again.
+void restore_pointer(vantore_server &server);
+
+// Forgets all outputs. Returns whether some were still absent.
+bool forget_absent(vantore_server &server);
+
+// Returns the absent output to which the workspace belongs, or null.
+const remembered_output *absent_output_of(const vantore_workspace &ws);
+// Returns the absent output that was under the pointer, or null.
+const remembered_output *absent_output_under_pointer(const vantore_server &server);

@@ -1,0 +1,23 @@
+// What other programs are told about an output.
+#pragma once
+
+#include "../fwd.hpp"
+#include "../wlr.hpp"
+
+#include <string>
+#include <vector>
+
+struct output_description {
+    struct mode {
+        int width, height, refresh_mhz;
+    };
+    std::string name, make, model, serial; // empty for unknown
+    bool enabled = false;
+    float scale = 1;
+    wl_output_transform transform = WL_OUTPUT_TRANSFORM_NORMAL;
+    wlr_box box{}; // layout coordinates
+    mode current{};
+    std::vector<mode> modes;
+};
+
+output_description describe_output(const vantore_output &o);
