@@ -30,10 +30,17 @@ static void move_node(vantore_toplevel &t, const offset &by)
     tl_move(t, node.x + by.x, node.y + by.y);
 }
 
-static void move_float_geo(vantore_toplevel &t, const offset &by)
+static void move_box(wlr_box &box, const offset &by)
 {
-    t.float_geo.x += by.x;
-    t.float_geo.y += by.y;
+    box.x += by.x;
+    box.y += by.y;
+}
+
+// A window that ends being maximized, fullscreen or snapped must not return to the output that it left.
+static void move_boxes_to_return_to(vantore_toplevel &t, const offset &by)
+{
+    move_box(t.saved_geo, by);
+    move_box(t.snap_geo, by);
 }
 
 vantore_output *adjacent_output(vantore_server &server, const vantore_output *from, int dir)
@@ -50,6 +57,7 @@ vantore_output *adjacent_output(vantore_server &server, const vantore_output *fr
 // The arrangement that follows places tiles. A fullscreen window covers its output already.
 static void carry_window(vantore_toplevel &t, vantore_output &target, const offset &by)
 {
+    move_boxes_to_return_to(t, by);
     if (t.fullscreen) {
         t.float_geo = toplevel_box(t);
     } else if (t.maximized) {
@@ -126,7 +134,8 @@ static void bring_along(vantore_toplevel &t, const vantore_output &target, const
         toplevel_fill(t, target.usable);
     else if (!toplevel_is_tiled(t) || t.fullscreen)
         move_node(t, by);
-    move_float_geo(t, by);
+    move_box(t.float_geo, by);
+    move_boxes_to_return_to(t, by);
 }
 
 // Returns where a window of the workspace would be seen: on the output that shows it, else at its home. May
