@@ -20,12 +20,26 @@ static bool is_carried(const vantore_toplevel &t)
     return &t == carried || (takes_along && is_dialog_of(t, *carried));
 }
 
+static bool hangs_above_panels(const vantore_toplevel &t)
+{
+    return t.fullscreen && !t.fs_demoted && !t.overlay_lift;
+}
+
+// A fullscreen window above the panels would cover its dialogs if they stayed among the windows.
+static bool goes_with_fullscreen_window(const vantore_toplevel &t)
+{
+    const vantore_output *o = output_showing(t);
+    return !t.fullscreen && o != nullptr && any_ancestor(t, [&](const vantore_toplevel &ancestor) {
+        return hangs_above_panels(ancestor) && output_showing(ancestor) == o;
+    });
+}
+
 wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)
 {
     const vantore_server &server = *t.server;
     if (t.overlay_lift)
         return server.layers[ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY];
-    if (t.fullscreen && !t.fs_demoted)
+    if (hangs_above_panels(t) || goes_with_fullscreen_window(t))
         return server.fullscreen_tree;
     return t.workspace != nullptr && !is_carried(t) ? t.workspace->tree : server.toplevel_tree;
 }
@@ -63,6 +77,7 @@ static void refresh_one(vantore_toplevel &t, const vantore_toplevel *active)
         return;
     if (parent != node.parent) {
         wlr_scene_node_reparent(&node, parent); // to its top
+        refresh_showing_of_dialogs(t);
         raise_dialogs(t);
     }
     wlr_scene_node_set_enabled(&node, enabled);

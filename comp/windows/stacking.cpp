@@ -3,18 +3,9 @@
 #include "showing.hpp"
 #include "toplevel.hpp"
 
-static constexpr int deepest = 64; // dialogs of dialogs
-
-// An X11 client may make windows each other's parents.
 bool is_dialog_of(const vantore_toplevel &t, const vantore_toplevel &ancestor)
 {
-    const vantore_toplevel *parent = tl_parent(t);
-    for (int depth = 0; parent != nullptr && depth < deepest; depth++) {
-        if (parent == &ancestor)
-            return true;
-        parent = tl_parent(*parent);
-    }
-    return false;
+    return any_ancestor(t, [&](const vantore_toplevel &other) { return &other == &ancestor; });
 }
 
 static void raise_alone(vantore_toplevel &t)

@@ -1,7 +1,20 @@
 // The order of windows in the scene.
 #pragma once
 
-#include "../fwd.hpp"
+#include "toplevel.hpp"
+
+// Whether the condition holds for one of the windows whose dialog this is, or whose dialog such a window is.
+// An X11 client may make windows each other's parents, so the search goes 64 windows deep.
+template <class Condition> bool any_ancestor(const vantore_toplevel &t, Condition holds)
+{
+    const vantore_toplevel *parent = tl_parent(t);
+    for (int depth = 0; parent != nullptr && depth < 64; depth++) {
+        if (holds(*parent))
+            return true;
+        parent = tl_parent(*parent);
+    }
+    return false;
+}
 
 // Whether the window is a dialog of the other, or a dialog of such a dialog.
 bool is_dialog_of(const vantore_toplevel &t, const vantore_toplevel &ancestor);

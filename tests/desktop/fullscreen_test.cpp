@@ -38,6 +38,32 @@ TEST_F(fullscreen, is_the_whole_output_above_the_panels_and_back)
     EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WINDOWS, VNT_EVT_FULLSCREEN_OFF));
 }
 
+TEST_F(fullscreen, window_stays_below_its_dialogs)
+{
+    window &w = map_fullscreen("w");
+    window &dialog = w.owner().create_window("dialog"), &nested = w.owner().create_window("nested");
+    dialog.parent(&w);
+    map(dialog);
+    nested.parent(&dialog);
+    map(nested);
+    EXPECT_TRUE(record(w).fs_demoted); // a window on its output has the focus
+    EXPECT_EQ(parent(dialog), workspace(1).tree);
+    focus(w);
+    EXPECT_EQ(parent(w), server.fullscreen_tree);
+    EXPECT_EQ(parent(dialog), server.fullscreen_tree);
+    EXPECT_EQ(parent(nested), server.fullscreen_tree);
+    EXPECT_EQ(&record(w).scene_tree->node,
+              owner_of<&wlr_scene_node::link>(server.fullscreen_tree->children.next));
+    command("workspace 2");
+    EXPECT_FALSE(toplevel_visible(record(dialog)));
+    EXPECT_FALSE(tl_on_screen(record(dialog)));
+    command("workspace 1");
+    EXPECT_EQ(parent(dialog), server.fullscreen_tree);
+    toplevel_set_fullscreen(record(w), false);
+    EXPECT_EQ(parent(dialog), workspace(1).tree);
+    EXPECT_EQ(parent(nested), workspace(1).tree);
+}
+
 TEST_F(fullscreen, asked_for_twice_remembers_the_first_box)
 {
     window &w = map("w");
