@@ -91,6 +91,7 @@ struct vantore_server {
     uint32_t wm_modifier = WLR_MODIFIER_LOGO; // Ctrl, Alt or Logo
     bool shutting_down = false; // the event loop has ended; the teardown must not rearrange windows
     uint32_t next_toplevel_id = 0; // the last id that was assigned
+    uint32_t last_focused = 0; // id of the window that got the keyboard last; it may be gone
     int next_stack_id = 1;
     vantore_tap tap;
     event_source hangup; // reloads the configuration on SIGHUP

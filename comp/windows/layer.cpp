@@ -216,7 +216,7 @@ static void layer_surface_map(vantore_layer_surface &l)
 static void layer_surface_unmap(vantore_layer_surface &l)
 {
     if (has_keyboard(*l.server, l.layer_surface->surface))
-        focus_top_toplevel(*l.server);
+        focus_back(*l.server);
     arrange_layers_without(*l.server, l.layer_surface->output, &l);
 }
 
@@ -228,7 +228,7 @@ static void update_keyboard(vantore_layer_surface &l)
     if (wanted == has_keyboard(*l.server, l.layer_surface->surface) || popup_has_keyboard(l))
         return;
     if (!wanted)
-        focus_top_toplevel(*l.server);
+        focus_back(*l.server);
     else if (!takes_keyboard_on_demand_only(l))
         take_keyboard(l);
 }
@@ -238,7 +238,7 @@ void layer_take_keyboard_back(vantore_layer_surface &l)
     if (l.layer_surface->surface->mapped && wants_keyboard(l))
         take_keyboard(l);
     else
-        focus_top_toplevel(*l.server);
+        focus_back(*l.server);
 }
 
 static void change_layer(vantore_layer_surface &l)

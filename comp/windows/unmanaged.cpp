@@ -44,7 +44,7 @@ static void hand_keyboard_back(vantore_server &server)
     for (const auto &u : each<&vantore_unmanaged::link>(server.xwl_unmanaged))
         if (u.scene_tree != nullptr && takes_keyboard(u))
             return keyboard_offer(server.seat, u.xwl->surface);
-    focus_top_toplevel(server);
+    focus_back(server);
 }
 
 // Gives the keyboard to another window only where the user protects the focus.

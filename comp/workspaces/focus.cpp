@@ -114,6 +114,7 @@ static void hand_keyboard_to(vantore_toplevel &t)
     end_menus_of_others(t);
     deactivate_windows_except(*t.server, &t);
     tl_set_activated(t, true);
+    t.server->last_focused = t.id;
     keyboard_enter(t.server->seat, tl_surface(t));
     constrain_to_surface(*t.server, tl_surface(t));
 }
@@ -154,6 +155,15 @@ void focus_top_toplevel(vantore_server &server)
             return;
         }
     }
+}
+
+void focus_back(vantore_server &server)
+{
+    vantore_toplevel *t = toplevel_by_id(server, server.last_focused);
+    if (t != nullptr && toplevel_visible(*t))
+        focus_toplevel_ex(t, false);
+    else
+        focus_top_toplevel(server);
 }
 
 void focus_top_if_hidden(vantore_server &server)

@@ -36,5 +36,9 @@ void focus_clear(vantore_server &server);
 // Focuses the visible window raised last, without raising it. Without one, the seat's focus stays.
 void focus_top_toplevel(vantore_server &server);
 
+// Gives the keyboard back to the window that had it before a panel or a menu took it. If that window is not
+// visible, calls focus_top_toplevel.
+void focus_back(vantore_server &server);
+
 // Calls focus_top_toplevel if the window that has the keyboard is not visible any more.
 void focus_top_if_hidden(vantore_server &server);

@@ -376,6 +376,21 @@ TEST_F(pointed_layers, win_over_a_title_bar)
     EXPECT_EQ(decoration_at(server, 50, 90, region), nullptr);
 }
 
+TEST_F(pointed_layers, give_the_keyboard_back_to_the_window_that_had_it)
+{
+    g_focus_follows_mouse = true;
+    active_windows = test::activity::may_lag;
+    point_at(*pointer, 300, 150);
+    point_at(*pointer, 320, 150);
+    ASSERT_TRUE(has_keyboard(*low)); // the other is still the one raised last
+    layer_surface &launcher = show(
+        {.on = layer::overlay, .size = {50, 50}, .anchor = BOTTOM, .keyboard = keyboard_wish::on_demand});
+    EXPECT_TRUE(has_keyboard(launcher));
+    launcher.destroy();
+    settle();
+    EXPECT_TRUE(has_keyboard(*low));
+}
+
 TEST_F(pointed_layers, with_the_keyboard_keep_it_from_a_focus_that_follows_the_mouse)
 {
     g_focus_follows_mouse = true;
