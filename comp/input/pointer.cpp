@@ -281,17 +281,18 @@ void process_cursor_motion(vantore_server &server, uint32_t time_msec)
     motion_stages::run(m);
 }
 
-// A locked pointer belongs to its client, whatever comes to lie above it. It still has to reach a window that
-// got the lock together with the keyboard.
-static bool is_locked_elsewhere(const vantore_server &server)
+// A constrained pointer belongs to its client, whatever comes to lie above it. It still has to reach a window
+// that got the constraint together with the keyboard.
+static bool is_constrained_elsewhere(const vantore_server &server)
 {
-    return pointer_is_locked(server) && surface_at(server, server.cursor->x, server.cursor->y).surface !=
-                                            server.active_constraint->surface;
+    const wlr_pointer_constraint_v1 *constraint = server.active_constraint;
+    return constraint != nullptr &&
+           surface_at(server, server.cursor->x, server.cursor->y).surface != constraint->surface;
 }
 
 void process_resting_pointer(vantore_server &server)
 {
-    if (is_locked_elsewhere(server))
+    if (is_constrained_elsewhere(server))
         return;
     const auto &state = server.seat->pointer_state;
     const double sx = state.sx, sy = state.sy;

@@ -478,6 +478,16 @@ TEST_F(gaming, a_confined_pointer_slides_along_the_edge_of_the_screen)
     EXPECT_DOUBLE_EQ(server.cursor->y, 270);
 }
 
+TEST_F(gaming, a_confinement_outlasts_what_appears_above_a_resting_pointer)
+{
+    confined_pointer fence{*ears, game->get()};
+    EVENTUALLY(fence.active());
+    const layer_surface message{connect(), {.on = test::layer::overlay, .size = {1280, 704}, .anchor = 0}};
+    settle();
+    EXPECT_TRUE(fence.active());
+    EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(*game)));
+}
+
 TEST_F(gaming, a_drag_that_the_client_asks_for_ends_its_confinement)
 {
     confined_pointer fence{*ears, game->get()};
