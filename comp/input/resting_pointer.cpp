@@ -18,7 +18,8 @@ static void look_again(void *data)
 {
     auto &server = *static_cast<vantore_server *>(data);
     server.pointing.look_again = nullptr; // the event loop has removed it
-    if (server.drag.cursor_mode == VANTORE_CURSOR_PASSTHROUGH)
+    const bool drags = server.drag.cursor_mode != VANTORE_CURSOR_PASSTHROUGH || server.seat->drag != nullptr;
+    if (!drags)
         process_resting_pointer(server);
 }
 
@@ -53,8 +54,11 @@ static void surface_commit(watched_surface &watched)
         pointer_look_again(*watched.server);
 }
 
+// The library unmaps an X11 window's surface only after this.
 static void surface_destroy(watched_surface &watched)
 {
+    if (watched.surface->mapped)
+        pointer_look_again(*watched.server);
     pixman_region32_fini(&watched.input);
     delete &watched;
 }

@@ -6,8 +6,8 @@
 #include "../wlr.hpp"
 
 // Call this when something else may lie under the pointer although it has not moved. Once the event loop is
-// idle, the pointer is looked up anew, once for all calls until then. Does nothing while a window is dragged,
-// because the drag has the pointer and its end calls this again.
+// idle, the pointer is looked up anew, once for all calls until then. Nothing happens while a window or data
+// is dragged, because the drag has the pointer and its end calls this again.
 void pointer_look_again(vantore_server &server);
 
 // Follows a new surface until it is destroyed. When it appears, goes, or takes input elsewhere than before,

@@ -213,6 +213,19 @@ TEST_F(unmanaged, menu_takes_a_resting_pointer_and_gives_it_back)
     EVENTUALLY_EQ(pointed(), tl_surface(record(under)));
 }
 
+TEST_F(unmanaged, menu_that_loses_its_surface_first_gives_a_resting_pointer_back)
+{
+    x11_window &under = map_x11();
+    const wlr_box at = box(under);
+    point_at(*pointer, at.x + 60, at.y + 60);
+    const auto pointed = [&] { return server.seat->pointer_state.focused_surface; };
+    x11_window &menu = map_unmanaged({.x = at.x + 50, .y = at.y + 50, .width = 100, .height = 80});
+    wlr_surface *surface = menu_record(menu).xwl->surface;
+    EVENTUALLY_EQ(pointed(), surface);
+    wl_resource_destroy(surface->resource); // the X server speaks over two sockets, in any order
+    EVENTUALLY_EQ(pointed(), tl_surface(record(under)));
+}
+
 TEST_F(unmanaged, menu_keeps_the_keyboard_from_a_pointer_that_hovers)
 {
     g_focus_follows_mouse = true;
