@@ -65,6 +65,36 @@ std::string random_session::unplug_output()
     return "unplug " + name;
 }
 
+// The backend takes the outputs away while the user works in another session.
+std::string random_session::visit_other_session()
+{
+    wlr_session session{};
+    server.session = &session;
+    std::vector<output_traits> displays;
+    std::map<std::string, vantore_workspace *> shown;
+    for (const std::string &name : plugged) {
+        made_up_output &display = made_up(output(name).wlr_output);
+        displays.push_back(display.traits);
+        shown[name] = output(name).current_ws;
+        unplug(display);
+    }
+    if (below(2) == 0)
+        open_window();
+    if (below(2) == 0)
+        close_window();
+    settle();
+    session.active = true;
+    std::ranges::shuffle(displays, random);
+    for (const output_traits &display : displays)
+        plug(display);
+    handle_session_active(server);
+    server.session = nullptr;
+    for (const std::string &name : plugged)
+        if (output(name).current_ws != shown[name])
+            broken_promises.push_back(name + " shows its workspace again");
+    return "visit another session";
+}
+
 std::string random_session::open_window()
 {
     if (windows.size() >= most_windows)
@@ -334,21 +364,72 @@ std::string random_session::trouble_panel()
     }
 }
 
+// Returns the node that shows the surface, or null.
+static const wlr_scene_node *node_of(const wlr_surface *surface, wlr_scene_tree &tree)
+{
+    const auto shows = [&](wlr_scene_node &node) {
+        const wlr_scene_surface *shown =
+            node.type == WLR_SCENE_NODE_BUFFER
+                ? wlr_scene_surface_try_from_buffer(wlr_scene_buffer_from_node(&node))
+                : nullptr;
+        return shown != nullptr && shown->surface == surface;
+    };
+    for (auto &node : each<&wlr_scene_node::link>(tree.children)) {
+        if (shows(node))
+            return &node;
+        if (node.type == WLR_SCENE_NODE_TREE)
+            if (const wlr_scene_node *found = node_of(surface, *wlr_scene_tree_from_node(&node)))
+                return found;
+    }
+    return nullptr;
+}
+
+bool random_session::can_be_seen(vantore_toplevel &t)
+{
+    const wlr_scene_node *node = toplevel_visible(t) ? node_of(tl_surface(t), *t.scene_tree) : nullptr;
+    if (node == nullptr)
+        return false;
+    for (const auto &o : each<&vantore_output::link>(server.outputs)) {
+        const wlr_box at = output_layout_box(o);
+        const pixman_box32_t area{.x1 = at.x, .y1 = at.y, .x2 = at.x + at.width, .y2 = at.y + at.height};
+        if (o.wlr_output->enabled &&
+            pixman_region32_contains_rectangle(&node->WLR_PRIVATE.visible, &area) != PIXMAN_REGION_OUT)
+            return true;
+    }
+    return false;
+}
+
+// A window that can be seen is told when to draw again, however little of it shows.
+std::string random_session::await_frame()
+{
+    window *w = windows.empty() ? nullptr : any_of(windows);
+    settle();
+    vantore_toplevel *t = w != nullptr ? find_record(*w) : nullptr;
+    if (t == nullptr || !can_be_seen(*t))
+        return "nothing";
+    const int before = w->frames();
+    w->request_frame();
+    if (!until([&] { return w->frames() > before; }))
+        broken_promises.push_back("window " + std::to_string(t->id) + " gets frame callbacks");
+    return "wait for a frame";
+}
+
 const random_session::operation random_session::operations[]{
-    {&random_session::plug_output, 2},        {&random_session::unplug_output, 2},
-    {&random_session::open_window, 6},        {&random_session::close_window, 3},
-    {&random_session::trouble_window, 5},     {&random_session::lose_client, 1},
-    {&random_session::change_power, 1},       {&random_session::move_pointer, 2},
-    {&random_session::focus_window, 2},       {&random_session::arrow_key, 5},
-    {&random_session::change_stack, 5},       {&random_session::change_layout, 4},
-    {&random_session::change_workspace, 4},   {&random_session::send_elsewhere, 4},
-    {&random_session::mark_window, 1},        {&random_session::point, 4},
-    {&random_session::use_button, 6},         {&random_session::reload, 3},
-    {&random_session::open_panel, 2},         {&random_session::trouble_panel, 3},
-    {&random_session::change_state, 3},       {&random_session::open_popup, 2},
-    {&random_session::trouble_popup, 2},      {&random_session::open_x11_window, 4},
-    {&random_session::trouble_x11_window, 7}, {&random_session::lose_x11_client, 1},
-    {&random_session::change_title_bar, 2},
+    {&random_session::plug_output, 2},         {&random_session::unplug_output, 2},
+    {&random_session::open_window, 6},         {&random_session::close_window, 3},
+    {&random_session::trouble_window, 5},      {&random_session::lose_client, 1},
+    {&random_session::change_power, 1},        {&random_session::move_pointer, 2},
+    {&random_session::focus_window, 2},        {&random_session::arrow_key, 5},
+    {&random_session::change_stack, 5},        {&random_session::change_layout, 4},
+    {&random_session::change_workspace, 4},    {&random_session::send_elsewhere, 4},
+    {&random_session::mark_window, 1},         {&random_session::point, 4},
+    {&random_session::use_button, 6},          {&random_session::reload, 3},
+    {&random_session::open_panel, 2},          {&random_session::trouble_panel, 3},
+    {&random_session::change_state, 3},        {&random_session::open_popup, 2},
+    {&random_session::trouble_popup, 2},       {&random_session::open_x11_window, 4},
+    {&random_session::trouble_x11_window, 7},  {&random_session::lose_x11_client, 1},
+    {&random_session::change_title_bar, 2},    {&random_session::await_frame, 2},
+    {&random_session::visit_other_session, 2},
 };
 
 // Points at any place in the layout or at a part of a window. A drag may be under way.
@@ -416,6 +497,7 @@ std::vector<std::string> random_session::broken()
     std::vector<std::string> rules = server_check(server, active_windows);
     std::ranges::move(usable_check(server), std::back_inserter(rules));
     std::ranges::move(lookup_check(server), std::back_inserter(rules));
+    std::ranges::move(broken_promises, std::back_inserter(rules));
     std::ranges::move(pointer_check(server), std::back_inserter(rules));
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         arrange_workspace(&ws);

@@ -36,6 +36,7 @@ private:
 
     std::string plug_output();
     std::string unplug_output();
+    std::string visit_other_session();
     std::string open_window();
     std::string close_window();
     std::string trouble_window();
@@ -63,6 +64,8 @@ private:
     std::string lose_x11_client();
     std::string ask_for_state(x11_window &w);
     std::string change_title_bar();
+    std::string await_frame();
+    bool can_be_seen(vantore_toplevel &t);
 
     struct operation {
         std::string (random_session::*run)();
@@ -91,6 +94,7 @@ private:
         decoration object;
     };
     std::list<title_bar> title_bars;
+    std::vector<std::string> broken_promises; // what operations found wrong themselves, a sentence each
     bool with_x11 = false;
     std::vector<x11_client *> x11_programs;
     struct x11_entry {

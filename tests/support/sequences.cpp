@@ -49,10 +49,13 @@ static void expect_no_broken_rule(unsigned sequence, size_t operations, const pl
     std::mt19937 random{sequence};
     sequence_run whole{.sequence = sequence, .seeds = std::vector<unsigned>(operations), .prints = false};
     std::ranges::generate(whole.seeds, [&] { return unsigned(random()); });
-    if (play(whole).broken.empty())
+    const std::vector<std::string> broken = play(whole).broken;
+    if (broken.empty())
         return;
-    // The test runner may lose its patience with what follows.
-    std::cout << "VANTORE_TEST_SEED=" << sequence << " breaks a rule; shortening it\n" << std::flush;
+    // The test runner may lose its patience with what follows, and chance may keep a replay from breaking it.
+    std::cout << "VANTORE_TEST_SEED=" << sequence << " breaks " << testing::PrintToString(broken)
+              << "; shortening it\n"
+              << std::flush;
     sequence_run shortest = shortened(whole, play);
     shortest.prints = true;
     const outcome last = play(shortest);

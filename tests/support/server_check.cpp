@@ -366,12 +366,23 @@ static const wlr_surface *surface_under_pointer(const vantore_server &server)
     return at_border || behind_overlay ? nullptr : hit.surface;
 }
 
+static std::string described(const wlr_surface *surface)
+{
+    if (surface == nullptr)
+        return "nothing";
+    const char *role = surface->role != nullptr ? surface->role->name : "no role";
+    return std::string{role} + ' ' + std::to_string(surface->current.width) + 'x' +
+           std::to_string(surface->current.height) + (surface->mapped ? "" : " unmapped");
+}
+
 std::vector<std::string> pointer_check(vantore_server &server)
 {
-    if (server.pointing.look_again != nullptr || pointer_is_held(server) ||
-        server.seat->pointer_state.focused_surface == surface_under_pointer(server))
+    const wlr_surface *in = server.seat->pointer_state.focused_surface,
+                      *under = surface_under_pointer(server);
+    if (server.pointing.look_again != nullptr || pointer_is_held(server) || in == under)
         return {};
-    return {"a resting pointer is in what lies under it"};
+    return {"a resting pointer is in what lies under it, not in " + described(in) + " but in " +
+            described(under)};
 }
 
 std::vector<std::string> server_check(vantore_server &server, activity active_windows)
