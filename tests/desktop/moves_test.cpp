@@ -135,6 +135,7 @@ TEST_F(moves, of_a_workspace_place_tiles_and_maximized_windows_anew)
     command("move-workspace-to-output 1 B");
     EVENTUALLY_EQ(box(w), (wlr_box{1280, 0, 640, 576}));
     w.request_unmaximize();
+    EVENTUALLY(box(w).x >= 1280 && box(w).width == 400);
     command("ws-layout 1 tiling");
     command("move-workspace-to-output 1 A");
     EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 1280, 704}));
@@ -157,9 +158,12 @@ TEST_F(moves, of_a_maximized_window_to_the_next_output_fill_it)
     window &w = map("w", {400, 300});
     toplevel_toggle_maximize(record(w));
     EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 1280, 704}));
+    const wlr_box before = record(w).saved_geo;
     move_focused_to_adjacent_output(server, 1);
     EXPECT_EQ(record(w).workspace, &workspace(2));
     EVENTUALLY_EQ(box(w), (wlr_box{1280, 0, 640, 576}));
+    toplevel_toggle_maximize(record(w));
+    EVENTUALLY_EQ(box(w), (wlr_box{before.x + 1280, before.y, 400, 300}));
 }
 
 TEST_F(moves, of_a_window_to_the_next_output_keep_its_place_there)
