@@ -5,6 +5,7 @@
 #include "pointer.hpp"
 #include "resting_pointer.hpp"
 
+#include <cmath>
 #include <optional>
 
 static const char *type_name(const wlr_pointer_constraint_v1 &constraint)
@@ -135,6 +136,17 @@ static const pixman_region32_t &region_of(const wlr_pointer_constraint_v1 &const
     const bool has_region = pixman_region32_not_empty(&constraint.region) != 0 ||
                             pixman_region32_not_empty(&constraint.current.region) != 0;
     return has_region ? constraint.region : constraint.surface->input_region;
+}
+
+bool constraint_holds_pointer(vantore_server &server)
+{
+    if (server.active_constraint == nullptr || pointer_is_locked(server))
+        return server.active_constraint != nullptr;
+    const wlr_pointer_constraint_v1 &constraint = *server.active_constraint;
+    const auto origin = constraint_surface_origin(server, constraint.surface);
+    return origin.has_value() && pixman_region32_contains_point(
+                                     &region_of(constraint), int(std::floor(server.cursor->x - origin->x)),
+                                     int(std::floor(server.cursor->y - origin->y)), nullptr) != 0;
 }
 
 // A pointer outside the region moves freely until it is inside. The region may extend beyond the screen.

@@ -29,6 +29,8 @@ bool constrains_pointer(const vantore_toplevel &t);
 bool pointer_is_constrained(vantore_server &server);
 // Whether a lock is in force. The pointer then produces only relative motion.
 bool pointer_is_locked(const vantore_server &server);
+// Whether a lock is in force, or a confinement whose region the pointer has not left.
+bool constraint_holds_pointer(vantore_server &server);
 
 // Applies the constraint in force to a motion. Returns false when the motion stays as it is.
 bool constrain_motion(vantore_server &server, const wlr_pointer_motion_event &event);

@@ -283,11 +283,11 @@ void process_cursor_motion(vantore_server &server, uint32_t time_msec)
 
 // A constrained pointer belongs to its client, whatever comes to lie above it. It still has to reach a window
 // that got the constraint together with the keyboard.
-static bool is_constrained_elsewhere(const vantore_server &server)
+static bool is_constrained_elsewhere(vantore_server &server)
 {
-    const wlr_pointer_constraint_v1 *constraint = server.active_constraint;
-    return constraint != nullptr &&
-           surface_at(server, server.cursor->x, server.cursor->y).surface != constraint->surface;
+    return constraint_holds_pointer(server) &&
+           surface_at(server, server.cursor->x, server.cursor->y).surface !=
+               server.active_constraint->surface;
 }
 
 void process_resting_pointer(vantore_server &server)

@@ -2,12 +2,12 @@
 
 #include "../input/resting_pointer.hpp"
 #include "../server.hpp"
+#include "../windows/placement.hpp"
 #include "../workspaces/workspace.hpp"
 #include "lookup.hpp"
 #include "output.hpp"
 
 #include <algorithm>
-#include <ranges>
 
 static bool same_text(const char *text, const std::string &other)
 {
@@ -20,32 +20,38 @@ bool will_come_back(const vantore_output &o)
     return session != nullptr && !session->active && !wlr_output_is_headless(o.wlr_output);
 }
 
-static remembered_output remember(const vantore_output &o, bool automatic)
+static remembered_output remember(const vantore_output &o)
 {
-    return {
-        .description = describe_output(o),
-        .workspace = o.current_ws != nullptr ? o.current_ws->num : 0,
-        .automatic = automatic,
-    };
+    return {.description = describe_output(o), .workspace = o.current_ws != nullptr ? o.current_ws->num : 0};
 }
 
-// In the order of the layout.
-static std::vector<remembered_output> remember_all(vantore_server &server)
+// Outputs that stay would move into the gaps if the layout went on placing them.
+static void stay_in_place(vantore_server &server, const remembered_output &remembered)
 {
-    std::vector<remembered_output> outputs;
+    const wlr_box &box = remembered.description.box;
+    if (const vantore_output *o = output_by_name(server, remembered.description.name))
+        wlr_output_layout_add(server.output_layout, o->wlr_output, box.x, box.y);
+}
+
+static vantore_absence remember_all(vantore_server &server)
+{
+    vantore_absence absence{.outputs = {},
+                            .pointer_x = server.cursor->x,
+                            .pointer_y = server.cursor->y,
+                            .focused = server.last_focused};
     for (const auto &place : each<&wlr_output_layout_output::link>(server.output_layout->outputs))
         if (const vantore_output *o = output_of(server, place.output))
-            outputs.push_back(remember(*o, place.auto_configured));
-    return outputs;
+            absence.outputs.push_back(remember(*o));
+    for (const remembered_output &remembered : absence.outputs)
+        stay_in_place(server, remembered);
+    return absence;
 }
 
 void remember_absent(const vantore_output &o)
 {
-    vantore_server &server = *o.server;
-    vantore_absence &absence = server.absence;
+    vantore_absence &absence = o.server->absence;
     if (std::ranges::none_of(absence.outputs, &remembered_output::absent))
-        absence = {
-            .outputs = remember_all(server), .pointer_x = server.cursor->x, .pointer_y = server.cursor->y};
+        absence = remember_all(*o.server);
     for (remembered_output &remembered : absence.outputs)
         if (!remembered.absent && same_text(o.wlr_output->name, remembered.description.name))
             remembered.absent = true;
@@ -62,50 +68,78 @@ static bool has_identity(const struct wlr_output &output)
     return output.make != nullptr || output.model != nullptr || output.serial != nullptr;
 }
 
-// Of two displays that can't be told apart, the one on the same connector is taken.
-static int likeness(const struct wlr_output &output, const output_description &d)
+static bool has_identity(const output_description &d)
+{
+    return !d.make.empty() || !d.model.empty() || !d.serial.empty();
+}
+
+static likeness likeness_of(const struct wlr_output &output, const output_description &d)
 {
     const bool same_name = same_text(output.name, d.name);
-    if (has_identity(output) && is_same_display(output, d))
-        return same_name ? 3 : 2;
-    return same_name ? 1 : 0;
+    if (!has_identity(output) && !has_identity(d))
+        return same_name ? likeness::both : likeness::none; // neither tells more than its name
+    if (is_same_display(output, d))
+        return same_name ? likeness::both : likeness::display;
+    return same_name ? likeness::connector : likeness::none;
 }
 
-std::optional<remembered_output> recognise(vantore_server &server, const struct wlr_output &output)
+std::optional<remembered_output> recognise(vantore_server &server, const struct wlr_output &output,
+                                           likeness least)
 {
-    remembered_output *best = nullptr;
+    remembered_output *found = nullptr;
     for (remembered_output &remembered : server.absence.outputs) {
-        if (!remembered.absent || likeness(output, remembered.description) == 0)
+        const likeness like = likeness_of(output, remembered.description);
+        if (!remembered.absent || like < least || (found != nullptr && like < likeness::both))
             continue;
-        if (best == nullptr || likeness(output, remembered.description) > likeness(output, best->description))
-            best = &remembered;
+        found = &remembered;
     }
-    if (best == nullptr)
+    if (found == nullptr)
         return std::nullopt;
-    best->absent = false;
-    best->description.name = output_name(&output); // it may be on another connector now
-    return *best;
+    found->absent = false;
+    found->description.name = output_name(&output); // it may be on another connector now
+    return *found;
 }
 
-static wlr_output_layout_output *place_of(const vantore_server &server, const std::string &name)
-{
-    for (auto &place : each<&wlr_output_layout_output::link>(server.output_layout->outputs))
-        if (same_text(place.output->name, name))
-            return &place;
-    return nullptr;
-}
-
-void restore_layout_order(vantore_server &server)
+static void place_automatically(vantore_server &server, struct wlr_output &output)
 {
     wlr_output_layout &layout = *server.output_layout;
-    for (const remembered_output &remembered : std::views::reverse(server.absence.outputs)) {
-        wlr_output_layout_output *place = place_of(server, remembered.description.name);
-        if (place == nullptr || !remembered.automatic)
-            continue;
-        wl_list_remove(&place->link);
-        wl_list_insert(&layout.outputs, &place->link);
-        wlr_output_layout_add_auto(&layout, place->output); // places all of them again
+    wlr_output_layout_output *place = wlr_output_layout_get(&layout, &output);
+    if (place == nullptr)
+        return;
+    wl_list_remove(&place->link);
+    wl_list_insert(layout.outputs.prev, &place->link);
+    wlr_output_layout_add_auto(&layout, place->output);
+}
+
+void restore_order(vantore_server &server)
+{
+    std::vector<vantore_output *> in_order;
+    for (const remembered_output &remembered : server.absence.outputs)
+        if (vantore_output *o = output_by_name(server, remembered.description.name))
+            in_order.push_back(o);
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (!std::ranges::contains(in_order, &o))
+            in_order.push_back(&o);
+    for (vantore_output *o : in_order) {
+        place_automatically(server, *o->wlr_output);
+        move_to_front(server.outputs, o->link);
     }
+}
+
+bool was_recognised(const vantore_output &o)
+{
+    return std::ranges::any_of(o.server->absence.outputs, [&](const remembered_output &remembered) {
+        return !remembered.absent && same_text(o.wlr_output->name, remembered.description.name);
+    });
+}
+
+bool is_as_remembered(const vantore_output &o)
+{
+    return std::ranges::any_of(o.server->absence.outputs, [&](const remembered_output &remembered) {
+        return same_text(o.wlr_output->name, remembered.description.name) && o.current_ws != nullptr &&
+               o.current_ws->num == remembered.workspace &&
+               same_box(output_layout_box(o), remembered.description.box);
+    });
 }
 
 static bool is_on_output(const vantore_server &server, double lx, double ly)

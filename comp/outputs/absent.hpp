@@ -12,29 +12,42 @@
 struct remembered_output {
     output_description description;
     int workspace = 0; // the number of the one that it showed, 0 for none
-    bool automatic = true; // the layout chose its place
     bool absent = false; // the others are here, but were remembered with it
 };
 
 struct vantore_absence {
     std::vector<remembered_output> outputs; // in the order of the layout
     double pointer_x = 0, pointer_y = 0; // layout coordinates
+    uint32_t focused = 0; // id of the window that had the keyboard last
 };
 
 // Whether an output that goes now will come back. A virtual output that goes has been removed.
 bool will_come_back(const vantore_output &o);
 
 // Remembers an output that goes. Call it before the output leaves the layout. The first call remembers all
-// outputs, because those that are left may move with each one that goes.
+// outputs and keeps those that stay from moving.
 void remember_absent(const vantore_output &o);
 
-// Returns what was remembered of a new output, which is then no longer absent. It is recognised by make,
-// model and serial number, otherwise by its name. Nullopt for an output that is really new.
-std::optional<remembered_output> recognise(vantore_server &server, const struct wlr_output &output);
+enum class likeness : unsigned char {
+    none,
+    connector, // another display on the same connector
+    display, // the same make, model and serial number, on another connector
+    both,
+};
+
+// Returns what was remembered of a new output, which is then no longer absent: the absent output that is most
+// like it, if it is at least as like as this. Nullopt for an output that is really new.
+std::optional<remembered_output> recognise(vantore_server &server, const struct wlr_output &output,
+                                           likeness least);
 
 // Puts the outputs that have returned back into the order in which the layout places them side by side. They
-// may have returned in any order.
-void restore_layout_order(vantore_server &server);
+// may have returned in any order. Outputs that are new come last.
+void restore_order(vantore_server &server);
+
+// Whether the output is one of those that are remembered.
+bool was_recognised(const vantore_output &o);
+// Whether the output has returned with the box and the workspace that are remembered of it.
+bool is_as_remembered(const vantore_output &o);
 
 // Puts the pointer back to where it was, if an output is there again.
 void restore_pointer(vantore_server &server);

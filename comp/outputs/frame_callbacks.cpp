@@ -64,9 +64,9 @@ struct search {
 
 static void look_for_surface(wlr_scene_buffer *buffer, int, int, void *data)
 {
-    auto &search = *static_cast<struct search *>(data);
-    if (surface_left_out(*buffer, search.output) == search.surface)
-        search.found = true;
+    auto &wanted = *static_cast<search *>(data);
+    if (surface_left_out(*buffer, wanted.output) == wanted.surface)
+        wanted.found = true;
 }
 
 static void surface_commit(followed_surface &followed)
@@ -74,9 +74,9 @@ static void surface_commit(followed_surface &followed)
     if (!waits_for_no_output(*followed.surface))
         return;
     for (auto &o : each<&vantore_output::link>(followed.server->outputs)) {
-        search search{.output = o, .surface = followed.surface};
-        wlr_scene_output_for_each_buffer(o.scene_output, look_for_surface, &search);
-        if (search.found)
+        search wanted{.output = o, .surface = followed.surface};
+        wlr_scene_output_for_each_buffer(o.scene_output, look_for_surface, &wanted);
+        if (wanted.found)
             wlr_output_schedule_frame(o.wlr_output);
     }
 }

@@ -1,6 +1,6 @@
-// Sends frame callbacks, also to surfaces that the scene leaves out. While less than a tenth of a surface
-// shows, the scene holds that the surface is on no output: a window that only peeks out from behind another
-// or over the edge of the screen would stand still.
+// Sends frame callbacks, also to surfaces that the scene leaves out. It holds that a surface is on no output
+// while every output shows less than a tenth of what nothing covers of it, so a window that was almost
+// dragged off the screen would stand still.
 #pragma once
 
 #include "../fwd.hpp"

@@ -1,6 +1,7 @@
 #include "lookup.hpp"
 
 #include "../server.hpp"
+#include "absent.hpp"
 #include "output.hpp"
 
 vantore_output *output_by_name(vantore_server &server, std::string_view name)
@@ -74,5 +75,7 @@ wlr_box output_usable_at(vantore_server &server, double lx, double ly)
 
 wlr_box usable_at_cursor(vantore_server &server)
 {
+    if (const remembered_output *absent = absent_output_under_pointer(server))
+        return absent->description.box;
     return output_usable_at(server, server.cursor->x, server.cursor->y);
 }

@@ -26,4 +26,6 @@ wlr_box output_layout_box(const vantore_output &o);
 // Returns what panels leave of the output at a point, or the whole output if they leave nothing. The box is
 // empty if there is no output.
 wlr_box output_usable_at(vantore_server &server, double lx, double ly);
+// The same for the pointer's place. While the session is away, it is the absent output on which the pointer
+// was.
 wlr_box usable_at_cursor(vantore_server &server);

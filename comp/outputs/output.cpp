@@ -16,6 +16,8 @@
 #include "../timer.hpp"
 #include "../windows/fullscreen.hpp"
 #include "../windows/layer.hpp"
+#include "../windows/maximized.hpp"
+#include "../windows/toplevel.hpp"
 #include "../windows/xwayland.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
@@ -26,7 +28,6 @@
 #include "power.hpp"
 #include "rehome.hpp"
 
-#include <optional>
 #include <ranges>
 #include <vector>
 
@@ -54,8 +55,8 @@ static void settle_outputs(vantore_server &server)
 static void output_destroy(vantore_output &o)
 {
     vantore_server &server = *o.server;
-    const bool unplugged = !will_come_back(o);
-    if (!unplugged)
+    const bool returns = will_come_back(o);
+    if (returns)
         remember_absent(o);
     if (o.wlr_output == server.virtual_output)
         server.virtual_output = nullptr;
@@ -72,8 +73,11 @@ static void output_destroy(vantore_output &o)
     delete &o;
     if (server.shutting_down)
         return;
-    if (!unplugged)
-        return show_bound_workspaces(server);
+    if (returns) {
+        show_bound_workspaces(server);
+        focus_top_if_hidden(server);
+        return;
+    }
     outputs_rearranged(server);
     rehome_outputs(server);
     settle_outputs(server);
@@ -122,7 +126,10 @@ static void hand_workspace_to(vantore_output &o)
     vantore_workspace *ws = pick_workspace_for_output(*o.server, o.wlr_output, nullptr);
     if (ws != nullptr)
         ws_bind(*ws, o);
-    refresh_workspace_visibility(*o.server);
+    if (o.server->absence.outputs.empty())
+        refresh_workspace_visibility(*o.server);
+    else
+        show_bound_workspaces(*o.server); // what is minimized stays so until all outputs have returned
     arrange_workspace(ws); // its windows may come from an output at another place
 }
 
@@ -136,25 +143,53 @@ static void take_workspace_back(vantore_output &o, int num)
     show_bound_workspaces(*o.server);
 }
 
-static void bring_back(vantore_output &o, const remembered_output &remembered)
-{
-    const wlr_box &place = remembered.description.box;
-    if (!remembered.automatic)
-        wlr_output_layout_add(o.server->output_layout, o.wlr_output, place.x, place.y);
-    take_workspace_back(o, remembered.workspace);
-}
-
 // Returns whether the output was only absent.
 static bool bring_into_session(vantore_output &o)
 {
     vantore_server &server = *o.server;
-    if (const std::optional<remembered_output> remembered = recognise(server, *o.wlr_output)) {
-        bring_back(o, *remembered);
+    if (const auto remembered = recognise(server, *o.wlr_output, likeness::display)) {
+        take_workspace_back(o, remembered->workspace);
         return true;
     }
     outputs_rearranged(server);
     hand_workspace_to(o);
+    if (!server.absence.outputs.empty())
+        focus_top_if_hidden(server);
     return false;
+}
+
+// Gives displays that were exchanged meanwhile the workspaces of their predecessors.
+static void bring_back_by_connector(vantore_server &server)
+{
+    for (auto &o : each<&vantore_output::link>(server.outputs)) {
+        if (was_recognised(o))
+            continue;
+        const auto remembered = recognise(server, *o.wlr_output, likeness::connector);
+        vantore_workspace *ws = remembered ? workspace_by_num(server, remembered->workspace) : nullptr;
+        if (ws == nullptr || ws->output != nullptr)
+            continue;
+        if (o.current_ws != nullptr)
+            o.current_ws->output = nullptr;
+        ws_link(*ws, o);
+    }
+}
+
+static void fit_windows(vantore_output &o)
+{
+    if (o.current_ws == nullptr)
+        return;
+    if (!is_as_remembered(o))
+        fit_maximized_windows(*o.current_ws);
+    arrange_workspace(o.current_ws);
+}
+
+static void focus_as_before(vantore_server &server, uint32_t id)
+{
+    vantore_toplevel *t = toplevel_by_id(server, id);
+    if (t != nullptr && toplevel_visible(*t))
+        focus_toplevel_ex(t, false);
+    else if (server.seat->keyboard_state.focused_surface == nullptr)
+        focus_top_toplevel(server);
 }
 
 // Displays that the user has unplugged meanwhile are unplugged for us only now.
@@ -162,14 +197,19 @@ void outputs_returned(vantore_server &server)
 {
     if (server.absence.outputs.empty())
         return;
-    restore_layout_order(server);
+    bring_back_by_connector(server);
+    restore_order(server);
     restore_pointer(server);
-    for (auto &o : each<&vantore_output::link>(server.outputs))
+    for (auto &o : each<&vantore_output::link>(server.outputs)) {
         o.usable = output_layout_box(o);
+        fit_windows(o);
+    }
+    const uint32_t focused = server.absence.focused;
     if (forget_absent(server))
         rehome_outputs(server);
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        arrange_workspace(o.current_ws);
+    else
+        show_bound_workspaces(server);
+    focus_as_before(server, focused);
     settle_outputs(server);
 }
 

@@ -39,11 +39,12 @@ static void blur_behind_panels(vantore_server &server, bool on)
 }
 
 // The file names the fullscreen window that was shown first. While one is shown, another does not replace it.
+// While the session is away, programs go on hearing of what it showed.
 void refresh_perf_mode(vantore_server &server)
 {
     const vantore_toplevel *window = shown_fullscreen_window(server);
     const bool any = window != nullptr;
-    if (any != fs_published) {
+    if (any != fs_published && server.absence.outputs.empty()) {
         fs_published = any;
         publish(server, window);
     }

@@ -1,6 +1,7 @@
 #include "mapping.hpp"
 
 #include "../broadcast.hpp"
+#include "../outputs/absent.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
@@ -13,6 +14,9 @@
 
 vantore_workspace *workspace_for_new_window(vantore_server &server)
 {
+    if (const remembered_output *absent = absent_output_under_pointer(server))
+        if (vantore_workspace *ws = workspace_by_num(server, absent->workspace))
+            return ws;
     const vantore_output *o = current_output(server);
     if (o != nullptr && o->current_ws != nullptr)
         return o->current_ws;

@@ -1,5 +1,6 @@
 #include "maximized.hpp"
 
+#include "../outputs/absent.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
@@ -9,8 +10,11 @@
 #include "states.hpp"
 #include "toplevel.hpp"
 
+// A window of an absent output keeps to that one.
 static bool keeps_to_usable_area(const vantore_toplevel &t)
 {
+    if (t.workspace != nullptr && absent_output_of(*t.workspace) != nullptr)
+        return false;
     return t.maximized && !t.fullscreen && tl_mapped(t) && !toplevel_is_tiled(t);
 }
 

@@ -3,12 +3,13 @@
 
 #include "toplevel.hpp"
 
-// Whether the condition holds for one of the windows whose dialog this is, or whose dialog such a window is.
-// An X11 client may make windows each other's parents, so the search goes 64 windows deep.
+inline constexpr int deepest_dialog = 64; // an X11 client may make windows each other's parents
+
+// Whether the condition holds for the window's parent, for that window's parent, and so on.
 template <class Condition> bool any_ancestor(const vantore_toplevel &t, Condition holds)
 {
     const vantore_toplevel *parent = tl_parent(t);
-    for (int depth = 0; parent != nullptr && depth < 64; depth++) {
+    for (int depth = 0; parent != nullptr && depth < deepest_dialog; depth++) {
         if (holds(*parent))
             return true;
         parent = tl_parent(*parent);

@@ -108,11 +108,14 @@ void refresh_workspace_visibility(vantore_server &server)
     show_bound_workspaces(server);
 }
 
+// Starts with the window that was raised first, because each one comes to the top of its new tree.
 void show_bound_workspaces(vantore_server &server)
 {
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         wlr_scene_node_set_enabled(&ws.tree->node, ws.output != nullptr);
-    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
+    const wl_list &windows = server.toplevels;
+    for (wl_list *at = windows.prev; at != &windows; at = at->prev) {
+        auto &t = *owner_of<&vantore_toplevel::link>(at);
         refresh_showing_alone(t);
         tl_set_minimized(t, t.minimized || output_showing(t) == nullptr);
     }

@@ -40,13 +40,13 @@ vantore_workspace *pick_workspace_for_output(vantore_server &server, const wlr_o
 
 // Links the workspace and the output and remembers the output's name as the workspace's home.
 void ws_link(vantore_workspace &ws, vantore_output &o);
-// Does the same. The workspace's fullscreen windows then fill the output, and maximized ones its usable box
-// if the output that they filled has gone.
+// Links them in the same way. The workspace's fullscreen windows then fill the output, and maximized ones its
+// usable box if the output that they filled has gone.
 void ws_bind(vantore_workspace &ws, vantore_output &o);
 
 // Shows the windows of workspaces that are on an output and hides the others.
 void show_bound_workspaces(vantore_server &server);
-// Does the same, and brings back fullscreen windows that were minimized.
+// Calls show_bound_workspaces, and brings back fullscreen windows that were minimized.
 void refresh_workspace_visibility(vantore_server &server);
 
 // Returns the output that shows the window's workspace, or null.

@@ -488,6 +488,18 @@ TEST_F(gaming, a_confinement_outlasts_what_appears_above_a_resting_pointer)
     EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(*game)));
 }
 
+TEST_F(gaming, a_window_that_moves_away_lets_go_of_a_confined_pointer)
+{
+    confined_pointer fence{*ears, game->get()};
+    EVENTUALLY(fence.active());
+    window &other = map_other();
+    focus(*game);
+    place(other, 250, 200);
+    place(*game, 700, 300);
+    settle();
+    EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(other)));
+}
+
 TEST_F(gaming, a_drag_that_the_client_asks_for_ends_its_confinement)
 {
     confined_pointer fence{*ears, game->get()};

@@ -54,11 +54,17 @@ TEST_F(fullscreen, window_stays_below_its_dialogs)
     EXPECT_EQ(parent(nested), server.fullscreen_tree);
     EXPECT_EQ(&record(w).scene_tree->node,
               owner_of<&wlr_scene_node::link>(server.fullscreen_tree->children.next));
+    window &sibling = w.owner().create_window("sibling");
+    sibling.parent(&w);
+    map(sibling);
+    focus(w);
     command("workspace 2");
     EXPECT_FALSE(toplevel_visible(record(dialog)));
     EXPECT_FALSE(tl_on_screen(record(dialog)));
     command("workspace 1");
     EXPECT_EQ(parent(dialog), server.fullscreen_tree);
+    EXPECT_EQ(&record(sibling).scene_tree->node, // the others were raised before it
+              owner_of<&wlr_scene_node::link>(server.fullscreen_tree->children.prev));
     toplevel_set_fullscreen(record(w), false);
     EXPECT_EQ(parent(dialog), workspace(1).tree);
     EXPECT_EQ(parent(nested), workspace(1).tree);
