@@ -4,6 +4,7 @@
 #include "../config/settings.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
+#include "../presentation/effects.hpp"
 #include "../server.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
@@ -146,4 +147,5 @@ void finish_drag(vantore_server &server)
     if (!landed)
         drop(drag);
     restore_toplevel_parent(*drag.t);
+    effects_layout(*drag.t); // it may have been snapped or no longer be
 }

@@ -4,6 +4,7 @@
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../presentation/decorations.hpp"
+#include "../presentation/effects.hpp"
 #include "../server.hpp"
 #include "../windows/showing.hpp"
 #include "../windows/stacking.hpp"
@@ -63,6 +64,7 @@ static void unsnap(vantore_toplevel &t)
     tl_place(
         t, {int(cursor.x - size.width * fraction), int(cursor.y) + titlebar_of(t), size.width, size.height});
     t.snapped = false;
+    effects_layout(t);
     remember_as_floating(t, size.width, size.height);
 }
 
@@ -270,6 +272,7 @@ void snap_window(vantore_toplevel &t, const wlr_box &box)
     clear_maximized(t);
     snap_apply_box(t, box);
     t.snapped = true;
+    effects_layout(t);
     const wlr_box now = toplevel_box(t);
     remember_as_floating(t, now.width, now.height);
 }

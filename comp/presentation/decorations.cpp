@@ -73,6 +73,9 @@ bool dec_create_nodes(vantore_toplevel &t)
 {
     static constexpr color nothing{};
     t.titlebar_blur = nullptr;
+    t.shadow = nullptr;
+    t.dim_rect = nullptr;
+    t.dimmed = true;
     t.hover_region = DEC_NONE;
     if (!add_rect(t, t.titlebar, 1, titlebar_height, g_tb_unfocus) ||
         !add_rect(t, t.btn_hover, 1, 1, nothing) || !add_buffer(t, t.title) || !add_buffer(t, t.btn_min) ||
@@ -207,6 +210,7 @@ static void place_bar(vantore_toplevel &t, int w)
 
 void dec_layout(vantore_toplevel &t)
 {
+    effects_layout(t);
     const bool shown = shows_bar(t);
     if (shown != t.titlebar->node.enabled)
         pointer_look_again(*t.server);
@@ -237,6 +241,7 @@ void dec_set_focused(vantore_toplevel &t, bool focused)
     wlr_scene_rect_set_color(t.titlebar, c.data());
     backdrop_blur_set(t.titlebar_blur, t.titlebar, blurred);
     t.dimmed = !focused;
+    effects_follow_focus(t);
 }
 
 void dec_hover_set(vantore_toplevel &t, vantore_dec_region region)

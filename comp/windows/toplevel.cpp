@@ -22,7 +22,7 @@
 // A client may claim any geometry. Values beyond this make no visible difference, and sums below it stay
 // within an int.
 static constexpr int farthest = 1 << 24;
-static constexpr int widest_bar = 16384; // layout pixels
+static constexpr int largest_shown = 16384; // layout pixels
 
 static constexpr uint32_t all_edges = WLR_EDGE_TOP | WLR_EDGE_BOTTOM | WLR_EDGE_LEFT | WLR_EDGE_RIGHT;
 
@@ -295,7 +295,13 @@ bool tl_on_screen(const vantore_toplevel &t)
 int tl_shown_width(const vantore_toplevel &t)
 {
     const int width = t.kind == VNT_XWL ? t.xwl->width : tl_surface(t)->current.width;
-    return std::clamp(width > 0 ? width : tl_get_geometry(t).width, 1, widest_bar);
+    return std::clamp(width > 0 ? width : tl_get_geometry(t).width, 1, largest_shown);
+}
+
+int tl_shown_height(const vantore_toplevel &t)
+{
+    const bool drawn = t.kind == VNT_XDG && tl_surface(t)->current.width > 0;
+    return std::clamp(drawn ? tl_surface(t)->current.height : tl_get_geometry(t).height, 1, largest_shown);
 }
 
 wlr_box toplevel_box(const vantore_toplevel &t)

@@ -42,6 +42,8 @@ struct vantore_toplevel {
     vantore_dec_region hover_region = DEC_NONE;
     wlr_scene_buffer *grip = nullptr;
     wlr_scene_blur *titlebar_blur = nullptr; // null until the first use
+    wlr_scene_shadow *shadow = nullptr; // null until the first use
+    wlr_scene_rect *dim_rect = nullptr; // darkens the window; null until the first use
     bool maximized = false;
     wlr_xdg_toplevel_decoration_v1 *decoration = nullptr; // null when the client has made none
     vantore_decoration *deco_wrap = nullptr; // the record of `decoration`
@@ -57,7 +59,7 @@ struct vantore_toplevel {
     bool floating = false; // stays out of tiling on a tiling workspace
     bool minimized = false; // hidden until focused
     bool put_away = false; // minimized while fullscreen, until its workspace is shown again
-    bool dimmed = false; // drawn in the colours without focus
+    bool dimmed = true; // drawn in the colours without focus
     // Shares of the space in tiling. A value of 0 or less counts as 1.
     double tile_weight = 0; // along its row or column
     double tile_hweight = 0; // of its row in the grid
@@ -154,8 +156,9 @@ void tl_close(vantore_toplevel &t);
 int titlebar_of(const vantore_toplevel &t);
 // Whether the window's node and the node's parent are both enabled.
 bool tl_on_screen(const vantore_toplevel &t);
-// Returns the width of the title bar, from 1 to 16384: the width of the surface rather than of the window
-// geometry.
+// Return the size of the content that the title bar and effects are made for, each side from 1 to 16384: the
+// size of the surface rather than of the window geometry.
 int tl_shown_width(const vantore_toplevel &t);
+int tl_shown_height(const vantore_toplevel &t);
 // Returns the size of the geometry at the position of the scene node, in layout coordinates.
 wlr_box toplevel_box(const vantore_toplevel &t);

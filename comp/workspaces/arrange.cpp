@@ -3,6 +3,7 @@
 #include "../config/settings.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
+#include "../presentation/effects.hpp"
 #include "../server.hpp"
 #include "../windows/placement.hpp"
 #include "../windows/showing.hpp"
@@ -111,8 +112,10 @@ void arrange_workspace(vantore_workspace *ws)
 {
     if (ws == nullptr)
         return;
-    for (auto &t : each<&vantore_toplevel::ws_link>(ws->toplevels))
+    for (auto &t : each<&vantore_toplevel::ws_link>(ws->toplevels)) {
         refresh_showing_alone(t);
+        effects_layout(t); // tiles and floats have other effects
+    }
     if (ws->output == nullptr)
         return;
     ws_rescue_offscreen_floats(*ws);

@@ -4,6 +4,7 @@
 #include "../input/constraints.hpp"
 #include "../input/resting_pointer.hpp"
 #include "../presentation/decorations.hpp"
+#include "../presentation/effects.hpp"
 #include "../server.hpp"
 #include "../visibility.hpp"
 #include "../windows/fullscreen.hpp"
@@ -104,8 +105,10 @@ static bool bring_back(vantore_toplevel &t)
     tl_set_minimized(t, false);
     t.put_away = false;
     refresh_showing(t);
-    if (was_minimized)
+    if (was_minimized) {
+        effects_layout(t);
         visible_changed(server);
+    }
     return was_minimized;
 }
 

@@ -5,6 +5,7 @@
 #include "input/pointer.hpp"
 #include "outputs/lookup.hpp"
 #include "outputs/output.hpp"
+#include "presentation/effects.hpp"
 #include "server.hpp"
 #include "windows/layer.hpp"
 #include "windows/placement.hpp"
@@ -105,6 +106,7 @@ private:
             return;
         check_place(t, name);
         check_states(t, name);
+        check_effects(t, name);
         if (t.kind == VNT_XWL)
             check_x11_window(t, name);
         else
@@ -139,6 +141,18 @@ private:
         expect(!t.fullscreen || !enabled || t.workspace->output != nullptr,
                name + " is fullscreen only where its workspace is on show");
         expect(!t.minimized || !enabled || t.fullscreen, name + " is hidden while it is minimized");
+    }
+
+    void check_effects(const vantore_toplevel &t, const std::string &name)
+    {
+        const effect_plan plan = effects_of(t);
+        const wlr_scene_buffer *buffer = toplevel_main_buffer(t);
+        expect((t.shadow != nullptr && t.shadow->node.enabled) == plan.shadow, name + " has its shadow");
+        expect((t.dim_rect != nullptr && t.dim_rect->node.enabled) == plan.dim,
+               name + " is dark if it should be");
+        expect(buffer == nullptr || fx_corner_radii_eq(buffer->corners, plan.surface),
+               name + " has its corners");
+        expect(fx_corner_radii_eq(t.titlebar->corners, plan.bar), name + "'s title bar has its corners");
     }
 
     void check_x11_window(const vantore_toplevel &t, const std::string &name)
