@@ -3,6 +3,7 @@
 #include "../clock.hpp"
 #include "../config/settings.hpp"
 #include "../presentation/animation.hpp"
+#include "../presentation/motion.hpp"
 #include "../server.hpp"
 #include "constraints.hpp"
 #include "cursor_image.hpp"
@@ -80,8 +81,7 @@ void cursor_shake_feed(vantore_server &server)
 // Returns the part of the full growth that the cursor has at a time, from 0 to 1. It is fast at first.
 static double growth(double elapsed_ms)
 {
-    const double rest = 1 - std::min(1.0, elapsed_ms / grow_ms);
-    return 1 - rest * rest;
+    return ease_out_quad(std::min(1.0, elapsed_ms / grow_ms));
 }
 
 static double growth_left(double elapsed_ms)

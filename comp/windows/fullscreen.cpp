@@ -10,6 +10,7 @@
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../presentation/decorations.hpp"
+#include "../presentation/open_fade.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
 #include "../timer.hpp"
@@ -84,6 +85,7 @@ static void enter_fullscreen(vantore_toplevel &t)
         return;
     t.fullscreen = true;
     t.fs_demoted = false;
+    anim_open_end(t);
     const bool was_hidden_tab = t.stack_id != 0 && !t.scene_tree->node.enabled;
     t.put_away = t.minimized || was_hidden_tab; // its client may ask for it at any time
     apply_new_state(t, output_layout_box(*o));

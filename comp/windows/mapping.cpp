@@ -4,6 +4,7 @@
 #include "../outputs/absent.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
+#include "../presentation/open_fade.hpp"
 #include "../server.hpp"
 #include "../visibility.hpp"
 #include "../workspaces/focus.hpp"
@@ -48,6 +49,7 @@ void focus_new_window(vantore_toplevel &t)
 void leave_shown_windows(vantore_toplevel &t)
 {
     unlink_from_list(t.link);
+    anim_open_end(t);
     t.fs_demoted = false;
     visible_changed(*t.server);
 }

@@ -3,6 +3,7 @@
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../presentation/decorations.hpp"
+#include "../presentation/open_fade.hpp"
 #include "../server.hpp"
 #include "../visibility.hpp"
 #include "../workspaces/arrange.hpp"
@@ -90,6 +91,7 @@ void toplevel_minimize(vantore_toplevel &t)
 {
     vantore_toplevel *next = first_other_shown(t); // before another tab of its stack shows
     t.minimized = true;
+    anim_open_end(t);
     tl_set_minimized(t, true);
     t.put_away = t.fullscreen;
     refresh_showing(t);

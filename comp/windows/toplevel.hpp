@@ -44,6 +44,7 @@ struct vantore_toplevel {
     wlr_scene_blur *titlebar_blur = nullptr; // null until the first use
     wlr_scene_shadow *shadow = nullptr; // null until the first use
     wlr_scene_rect *dim_rect = nullptr; // darkens the window; null until the first use
+    int64_t anim_open_t0 = 0; // of mono_ms: when its fade began; 0 for no fade
     bool maximized = false;
     wlr_xdg_toplevel_decoration_v1 *decoration = nullptr; // null when the client has made none
     vantore_decoration *deco_wrap = nullptr; // the record of `decoration`

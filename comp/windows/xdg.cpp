@@ -13,6 +13,7 @@
 #include "../memory_trim.hpp"
 #include "../outputs/lookup.hpp"
 #include "../presentation/decorations.hpp"
+#include "../presentation/open_fade.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/stacks.hpp"
@@ -81,6 +82,7 @@ static void xdg_toplevel_commit(vantore_toplevel &t)
     hold_resize_anchor(t);
     hold_tile_size(t);
     dec_layout(t);
+    anim_open_hold(t);
     enforce_fullscreen_pos(t);
 }
 
@@ -130,6 +132,7 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     arrange_workspace(t.workspace);
     focus_new_window(t);
     take_requested_state(t);
+    anim_open_start(t);
 }
 
 // The window stays on its workspace, because the client may map it again.

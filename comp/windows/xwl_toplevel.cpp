@@ -13,6 +13,7 @@
 #include "../input/modes.hpp"
 #include "../memory_trim.hpp"
 #include "../presentation/decorations.hpp"
+#include "../presentation/open_fade.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
@@ -31,6 +32,21 @@ void xwl_map_if_drawn(const wlr_xwayland_surface &xwl)
 {
     if (wlr_surface_has_buffer(xwl.surface))
         wlr_surface_map(xwl.surface);
+}
+
+static void xwl_surface_commit(vantore_toplevel &t)
+{
+    enforce_fullscreen_pos(t);
+    tl_note_sign_of_life(t);
+    if (t.scene_tree == nullptr)
+        return;
+    anim_open_hold(t);
+    note_reach(t);
+}
+
+static void listen_to_commits(vantore_toplevel &t)
+{
+    listen<&vantore_toplevel::commit, xwl_surface_commit>(t, t.xwl->surface->events.commit);
 }
 
 static bool create_scene_tree(vantore_toplevel &t)
@@ -68,6 +84,7 @@ static void xwl_toplevel_map(vantore_toplevel &t)
         wlr_log(WLR_ERROR, "vantore-comp: no memory for an X11 window, it is not shown");
         return;
     }
+    listen_to_commits(t); // again, to come after the scene, which has just begun to listen
     t.ssd = wants_title_bar(*t.xwl);
     t.xwl->data = &t;
     wl_list_insert(&server.toplevels, &t.link);
@@ -82,6 +99,7 @@ static void xwl_toplevel_map(vantore_toplevel &t)
     focus_new_window(t);
     if (t.xwl->fullscreen || wish.fullscreen)
         toplevel_set_fullscreen(t, true);
+    anim_open_start(t);
 }
 
 static void xwl_toplevel_unmap(vantore_toplevel &t)
@@ -100,20 +118,12 @@ static void xwl_toplevel_unmap(vantore_toplevel &t)
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
 }
 
-static void xwl_surface_commit(vantore_toplevel &t)
-{
-    enforce_fullscreen_pos(t);
-    tl_note_sign_of_life(t);
-    if (t.scene_tree != nullptr)
-        note_reach(t);
-}
-
 static void xwl_handle_associate(vantore_toplevel &t)
 {
     auto &surface = t.xwl->surface->events;
     listen<&vantore_toplevel::map, xwl_toplevel_map>(t, surface.map);
     listen<&vantore_toplevel::unmap, xwl_toplevel_unmap>(t, surface.unmap);
-    listen<&vantore_toplevel::commit, xwl_surface_commit>(t, surface.commit);
+    listen_to_commits(t);
     xwl_map_if_drawn(*t.xwl);
 }
 

@@ -1,0 +1,21 @@
+#include "motion.hpp"
+
+#include <algorithm>
+
+static constexpr float first_opacity = 0.05F; // so that its first frame shows something
+
+double ease_out_quad(double t)
+{
+    const double rest = 1 - t;
+    return 1 - rest * rest;
+}
+
+static double part(int64_t elapsed_ms, int64_t duration_ms)
+{
+    return double(std::clamp<int64_t>(elapsed_ms, 0, duration_ms)) / double(duration_ms);
+}
+
+float open_fade_opacity(int64_t elapsed_ms)
+{
+    return elapsed_ms <= 0 ? first_opacity : float(ease_out_quad(part(elapsed_ms, open_fade_ms)));
+}
