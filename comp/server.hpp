@@ -10,6 +10,7 @@
 #include "input/tiler.hpp"
 #include "ipc/socket.hpp"
 #include "outputs/absent.hpp"
+#include "presentation/sliding.hpp"
 #include "records.hpp"
 #include "timer.hpp"
 #include "wayland_socket.hpp"
@@ -99,6 +100,7 @@ struct vantore_server {
     vantore_cursor_shown cursor_shown;
     vantore_locating locating;
     timer_source anim_timer;
+    vantore_sliding sliding;
 
     wlr_idle_notifier_v1 *idle_notifier = nullptr;
     bool locked = false; // nothing except the lock screen may be seen or reached

@@ -5,6 +5,7 @@
 #include "../windows/toplevel.hpp"
 #include "../workspaces/stacks.hpp"
 #include "../workspaces/tiles.hpp"
+#include "../workspaces/workspace.hpp"
 #include "constraints.hpp"
 #include "drag_zones.hpp"
 
@@ -32,6 +33,7 @@ struct lookup {
     double lx, ly;
     double *nx, *ny;
     const vantore_toplevel *except;
+    const wlr_scene_node *leaving; // a workspace that slides away and takes no input any more; may be null
 };
 
 static bool may_be_hit(const lookup &at, const vantore_toplevel &t, int x, int y)
@@ -46,7 +48,7 @@ static wlr_scene_node *top_child_at(const lookup &at, const wlr_scene_tree &tree
     const wlr_scene_node *windows = &at.server.toplevel_tree->node;
     for (const wl_list *link = tree.children.prev; link != &tree.children; link = link->prev) {
         wlr_scene_node *child = wl_container_of(link, child, link);
-        if (!child->enabled)
+        if (!child->enabled || child == at.leaving)
             continue;
         const vantore_toplevel *t = toplevel_of(*child);
         if (t != nullptr ? !may_be_hit(at, *t, distance(child->x, x), distance(child->y, y))
@@ -73,7 +75,10 @@ static int pixel_at(double coordinate)
 wlr_scene_node *scene_node_at(const vantore_server &server, double lx, double ly, double *nx, double *ny,
                               const vantore_toplevel *except)
 {
-    const lookup at{.server = server, .lx = lx, .ly = ly, .nx = nx, .ny = ny, .except = except};
+    const vantore_workspace *from = server.sliding.from;
+    const wlr_scene_node *leaving = from != nullptr ? &from->tree->node : nullptr;
+    const lookup at{
+        .server = server, .lx = lx, .ly = ly, .nx = nx, .ny = ny, .except = except, .leaving = leaving};
     return top_child_at(at, server.scene->tree, pixel_at(lx), pixel_at(ly));
 }
 
@@ -145,12 +150,25 @@ vantore_toplevel *desktop_toplevel_at(const vantore_server &server, double lx, d
     return hit.surface != nullptr ? t : nullptr;
 }
 
+// A workspace that slides in is not in its place yet, and its windows with it.
+static int slid_by(const vantore_toplevel &t)
+{
+    return t.scene_tree->node.parent->node.x;
+}
+
+static wlr_box shown_box(const vantore_toplevel &t)
+{
+    wlr_box box = toplevel_box(t);
+    box.x += slid_by(t);
+    return box;
+}
+
 vantore_dec_region dec_region_of(const surface_hit &hit, double lx, double ly)
 {
     if (hit.frame == nullptr || !hit.frame->ssd)
         return DEC_NONE;
-    const wlr_scene_node &node = hit.frame->scene_tree->node;
-    const double rx = lx - node.x, ry = ly - node.y;
+    const wlr_box shown = shown_box(*hit.frame);
+    const double rx = lx - shown.x, ry = ly - shown.y;
     const int width = tl_get_geometry(*hit.frame).width; // the bar may be drawn wider
     return rx >= 0 && rx < width ? dec_region_at(width, rx, ry) : DEC_NONE;
 }
@@ -168,7 +186,7 @@ vantore_toplevel *tab_at(const vantore_server &server, double lx, double ly, con
 {
     const wlr_scene_node *node = scene_node_at(server, lx, ly, nullptr, nullptr, except);
     const vantore_toplevel *t = node != nullptr ? owner_above(*node) : nullptr;
-    return t != nullptr && node == &t->tabbar->node ? stack_tab_at(*t, lx) : nullptr;
+    return t != nullptr && node == &t->tabbar->node ? stack_tab_at(*t, lx - slid_by(*t)) : nullptr;
 }
 
 // The edges of a maximized or fullscreen window are the screen's edges, where people reach for scroll bars.
@@ -182,5 +200,5 @@ uint32_t resize_edges_at(const vantore_toplevel &t, double lx, double ly)
 {
     if (!has_resize_borders(t))
         return WLR_EDGE_NONE;
-    return resize_edges_in(toplevel_box(t), g_resize_border, lx, ly);
+    return resize_edges_in(shown_box(t), g_resize_border, lx, ly);
 }

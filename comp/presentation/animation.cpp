@@ -4,6 +4,7 @@
 #include "../input/cursor_locate.hpp"
 #include "../server.hpp"
 #include "open_fade.hpp"
+#include "slide.hpp"
 
 static constexpr int first_tick_ms = 1, tick_ms = 16;
 
@@ -15,6 +16,7 @@ static bool cursor_locate_advance(vantore_server &server, int64_t now)
 // Each advances what it animates to a time of mono_ms. It returns whether it needs another tick.
 static constexpr bool (*animations[])(vantore_server &server, int64_t now) = {
     anim_open_advance,
+    slide_advance,
     cursor_locate_advance,
 };
 

@@ -10,6 +10,12 @@ double ease_out_quad(double t)
     return 1 - rest * rest;
 }
 
+double ease_out_cubic(double t)
+{
+    const double rest = 1 - t;
+    return 1 - rest * rest * rest;
+}
+
 static double part(int64_t elapsed_ms, int64_t duration_ms)
 {
     return double(std::clamp<int64_t>(elapsed_ms, 0, duration_ms)) / double(duration_ms);
@@ -18,4 +24,10 @@ static double part(int64_t elapsed_ms, int64_t duration_ms)
 float open_fade_opacity(int64_t elapsed_ms)
 {
     return elapsed_ms <= 0 ? first_opacity : float(ease_out_quad(part(elapsed_ms, open_fade_ms)));
+}
+
+slide_offsets slide_at(int64_t elapsed_ms, int dir, int width)
+{
+    const int left = int((1 - ease_out_cubic(part(elapsed_ms, slide_ms))) * width);
+    return {.from = (left - width) * dir, .to = left * dir};
 }

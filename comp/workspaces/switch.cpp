@@ -3,6 +3,7 @@
 #include "../broadcast.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
+#include "../presentation/slide.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
 #include "../windows/toplevel.hpp"
@@ -78,5 +79,7 @@ void output_set_current(vantore_output &o, vantore_workspace *ws)
     refresh_workspace_visibility(*o.server);
     arrange_workspace(ws);
     arrange_workspace(previous);
+    if (previous != nullptr)
+        slide_start(o, *previous, *ws);
     ipc_broadcast(*o.server, VNT_EVT_WORKSPACES);
 }

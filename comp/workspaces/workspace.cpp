@@ -3,6 +3,7 @@
 #include "../config/settings.hpp"
 #include "../outputs/absent.hpp"
 #include "../outputs/output.hpp"
+#include "../presentation/slide.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
 #include "../visibility.hpp"
@@ -111,6 +112,7 @@ void refresh_workspace_visibility(vantore_server &server)
 // Starts with the window that was raised first, because each one comes to the top of its new tree.
 void show_bound_workspaces(vantore_server &server)
 {
+    slide_end(server);
     for (auto &ws : each<&vantore_workspace::link>(server.workspaces))
         wlr_scene_node_set_enabled(&ws.tree->node, ws.output != nullptr);
     const wl_list &windows = server.toplevels;

@@ -17,7 +17,8 @@ struct vantore_workspace {
     vantore_tile_mode tile_mode = TM_MASTER;
     double master_ratio = 0; // the master tile's share of the width
     std::array<char, 64> pref_output{}; // where it was last shown; empty for none
-    wlr_scene_tree *tree = nullptr; // enabled exactly when output is set
+    // Enabled exactly when output is set, or while the workspace slides away. At 0, 0 except in a slide.
+    wlr_scene_tree *tree = nullptr;
     vantore_output *output = nullptr; // output->current_ws points back
     list_head toplevels; // vantore_toplevel.ws_link, in tile order
 };
@@ -44,7 +45,8 @@ void ws_link(vantore_workspace &ws, vantore_output &o);
 // usable box if the output that they filled has gone.
 void ws_bind(vantore_workspace &ws, vantore_output &o);
 
-// Shows the windows of workspaces that are on an output and hides the others.
+// Shows the windows of workspaces that are on an output and hides the others. A slide between two workspaces
+// ends at once.
 void show_bound_workspaces(vantore_server &server);
 // Calls show_bound_workspaces, and brings back fullscreen windows that were minimized.
 void refresh_workspace_visibility(vantore_server &server);

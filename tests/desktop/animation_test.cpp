@@ -1,12 +1,16 @@
-// Windows that fade in, at exact times.
+// Windows that fade in and workspaces that slide, at exact times.
 
 #include "support/desktop.hpp"
 
 #include "config/settings.hpp"
+#include "input/hit_test.hpp"
+#include "presentation/decorations.hpp"
 #include "presentation/effects.hpp"
+#include "session/lock.hpp"
 #include "windows/fullscreen.hpp"
 #include "windows/states.hpp"
 #include "workspaces/focus.hpp"
+#include "workspaces/switch.hpp"
 
 using test::window;
 
@@ -197,6 +201,218 @@ TEST_F(opening, fades_x11_windows_in_too)
     EXPECT_LE(opacity(x), 0.05F);
     run_clock(std::chrono::milliseconds{200});
     EXPECT_EQ(opacity(x), 1);
+}
+
+// A red window on workspace 1 and a blue one on workspace 2, both at 100, 100.
+struct slide : animation {
+    void SetUp() override
+    {
+        animation::SetUp();
+        old_one = &show_on(1, red);
+        new_one = &show_on(2, blue);
+        command("workspace 1");
+        run_clock(std::chrono::seconds{1});
+        settle();
+    }
+    window &show_on(int num, uint32_t argb)
+    {
+        command("workspace " + std::to_string(num));
+        window &w = map("w", {300, 120});
+        w.draw({300, 120}, argb);
+        settle();
+        place(w, 100, 100);
+        return w;
+    }
+    void go_to(int num) { output_set_current(output("A"), &workspace(num)); }
+    int x_of(int num) const { return workspace(num).tree->node.x; }
+    bool shows(int num) const { return workspace(num).tree->node.enabled; }
+    bool slides() const { return server.sliding.active; }
+    void expect_rest(int shown)
+    {
+        EXPECT_FALSE(slides());
+        for (int num = 1; num <= 9; num++) {
+            EXPECT_EQ(x_of(num), 0) << num;
+            EXPECT_EQ(shows(num), num == shown) << num;
+        }
+    }
+
+    window *old_one = nullptr, *new_one = nullptr;
+};
+
+TEST_F(slide, moves_both_workspaces_and_then_nothing_ticks)
+{
+    go_to(2);
+    EXPECT_EQ(x_of(1), 0);
+    EXPECT_EQ(x_of(2), 640);
+    EXPECT_TRUE(shows(1) && shows(2));
+    EXPECT_EQ(workspace(1).output, nullptr);
+    advance_clock_ms(75);
+    EXPECT_EQ(x_of(1), -560);
+    EXPECT_EQ(x_of(2), 80);
+    advance_clock_ms(75);
+    expect_rest(2);
+    expect_no_timer();
+    EXPECT_EQ(box(*new_one).x, 100);
+}
+
+TEST_F(slide, goes_the_other_way_to_a_lower_number)
+{
+    command("workspace 2");
+    go_to(1);
+    EXPECT_EQ(x_of(1), -640);
+    advance_clock_ms(75);
+    EXPECT_EQ(x_of(1), -80);
+    EXPECT_EQ(x_of(2), 560);
+}
+
+TEST_F(slide, is_seen)
+{
+    go_to(2);
+    advance_clock_ms(30); // 327 pixels to go
+    EVENTUALLY(pixel("A", 100 + 327 + 5, 150) == blue);
+    EXPECT_EQ(pixel("A", 5, 150), red); // the red one lies 313 pixels further left
+    EXPECT_NE(pixel("A", 100, 150), red);
+    run_clock(std::chrono::milliseconds{150});
+    EVENTUALLY(pixel("A", 105, 150) == blue);
+}
+
+TEST_F(slide, gives_way_to_the_next_one)
+{
+    go_to(2);
+    advance_clock_ms(75);
+    go_to(3);
+    EXPECT_EQ(x_of(1), 0);
+    EXPECT_FALSE(shows(1));
+    EXPECT_EQ(x_of(2), 0);
+    EXPECT_EQ(x_of(3), 640);
+    advance_clock_ms(75);
+    EXPECT_EQ(x_of(3), 80);
+    go_to(2); // back again
+    EXPECT_EQ(x_of(3), 0);
+    EXPECT_EQ(x_of(2), -640);
+    run_clock(std::chrono::milliseconds{170});
+    expect_rest(2);
+}
+
+TEST_F(slide, does_not_happen_without_animations)
+{
+    for (const char *without : {"force_effects = true\nanimations = false\n", "animations = true\n"}) {
+        config(without);
+        go_to(2);
+        expect_rest(2);
+        go_to(1);
+        expect_rest(1);
+    }
+    expect_no_timer();
+}
+
+TEST_F(slide, is_left_out_by_the_direct_way)
+{
+    command("workspace 2");
+    expect_rest(2);
+}
+
+TEST_F(slide, ends_when_the_workspace_changes_by_the_direct_way)
+{
+    go_to(2);
+    advance_clock_ms(30);
+    command("workspace 1");
+    expect_rest(1);
+}
+
+TEST_F(slide, needs_a_single_output)
+{
+    plug("B", 640, 384);
+    go_to(3);
+    EXPECT_FALSE(slides());
+    EXPECT_EQ(x_of(3), 0);
+    test::unplug(test::made_up(output("B").wlr_output));
+    go_to(1);
+    EXPECT_TRUE(slides());
+}
+
+TEST_F(slide, ends_when_another_output_appears)
+{
+    go_to(3);
+    advance_clock_ms(30);
+    plug("B", 640, 384);
+    EXPECT_FALSE(slides());
+    EXPECT_EQ(x_of(1), 0);
+    EXPECT_EQ(x_of(3), 0);
+}
+
+TEST_F(slide, ends_when_its_output_is_unplugged)
+{
+    go_to(2);
+    advance_clock_ms(30);
+    test::unplug(test::made_up(output("A").wlr_output));
+    expect_rest(0);
+    run_clock(std::chrono::milliseconds{100});
+    plug("A", 640, 384);
+    expect_rest(1); // the first workspace that was shown there
+}
+
+TEST_F(slide, ends_when_a_lock_begins_and_does_not_begin_during_one)
+{
+    go_to(2);
+    advance_clock_ms(30);
+    session_lock_begin(server);
+    expect_rest(2);
+    go_to(1);
+    expect_rest(1);
+}
+
+TEST_F(slide, survives_windows_that_go_meanwhile)
+{
+    go_to(2);
+    advance_clock_ms(30);
+    old_one->destroy();
+    new_one->owner().vanish();
+    EVENTUALLY(!has_any(server.toplevels));
+    run_clock(std::chrono::milliseconds{170});
+    expect_rest(2);
+}
+
+TEST_F(slide, keeps_a_fullscreen_window_put_away_that_was_minimized_meanwhile)
+{
+    toplevel_set_fullscreen(record(*new_one), true);
+    settle();
+    go_to(2);
+    toplevel_minimize(record(*new_one));
+    run_clock(std::chrono::milliseconds{170});
+    EXPECT_FALSE(record(*new_one).scene_tree->node.enabled);
+}
+
+// After 10 milliseconds, the red window has moved 119 pixels to the left, and the blue one has 521 to go.
+TEST_F(slide, lets_the_pointer_find_what_arrives_where_it_is_painted)
+{
+    auto &pointer = plug_pointer();
+    go_to(2);
+    advance_clock_ms(10);
+    ASSERT_EQ(x_of(1), -120);
+    ASSERT_EQ(x_of(2), 520);
+    point_at(pointer, 630, 150);
+    EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(*new_one)));
+    EXPECT_DOUBLE_EQ(server.seat->pointer_state.sx, 10);
+    point_at(pointer, 150, 150); // where the blue one will be, and where the red one is seen
+    EXPECT_EQ(server.seat->pointer_state.focused_surface, nullptr);
+    run_clock(std::chrono::milliseconds{150});
+    EVENTUALLY(server.seat->pointer_state.focused_surface == tl_surface(record(*new_one)));
+}
+
+TEST_F(slide, lets_the_pointer_find_title_bars_where_they_are_painted)
+{
+    vantore_toplevel &t = record(*new_one);
+    t.ssd = true;
+    dec_layout(t);
+    go_to(2);
+    advance_clock_ms(75);
+    vantore_dec_region region = DEC_NONE;
+    EXPECT_EQ(decoration_at(server, 100 + 80 + 280, 85, region), &t);
+    EXPECT_EQ(region, DEC_CLOSE);
+    EXPECT_EQ(decoration_at(server, 100 + 10, 85, region), nullptr);
+    EXPECT_EQ(resize_edges_at(t, 100 + 80 + 2, 150), WLR_EDGE_LEFT);
+    EXPECT_EQ(resize_edges_at(t, 100 + 2, 150), WLR_EDGE_NONE);
 }
 
 } // namespace
