@@ -1,6 +1,7 @@
 // Windows that fade in and workspaces that slide, at exact times.
 
 #include "support/desktop.hpp"
+#include "support/wayland_hints.hpp"
 
 #include "config/settings.hpp"
 #include "input/hit_test.hpp"
@@ -92,6 +93,19 @@ TEST_F(opening, goes_on_when_the_client_draws_meanwhile)
     w.fill(blue);
     settle();
     EXPECT_EQ(opacity(w), 1);
+}
+
+TEST_F(opening, ends_at_the_opacity_that_the_client_gave_its_surface)
+{
+    window &w = connect().create_window("w");
+    w.create_surface();
+    test::opacity_hint hint{w};
+    hint.set(0.5);
+    map(w);
+    advance_clock_ms(80);
+    EXPECT_NEAR(opacity(w), 0.375, 1e-6);
+    run_clock(std::chrono::milliseconds{100});
+    EXPECT_NEAR(opacity(w), 0.5, 1e-6);
 }
 
 TEST_F(opening, has_a_time_of_its_own_for_each_window)

@@ -429,7 +429,7 @@ const random_session::operation random_session::operations[]{
     {&random_session::trouble_popup, 2},       {&random_session::open_x11_window, 4},
     {&random_session::trouble_x11_window, 7},  {&random_session::lose_x11_client, 1},
     {&random_session::change_title_bar, 2},    {&random_session::await_frame, 2},
-    {&random_session::visit_other_session, 2},
+    {&random_session::visit_other_session, 2},  {&random_session::let_time_pass, 3},
 };
 
 // Points at any place in the layout or at a part of a window. A drag may be under way.
@@ -469,9 +469,16 @@ std::string random_session::reload()
     const bool tiler = below(2) == 0, effects = below(3) != 0, blur = below(3) != 0;
     world.write_config(
         "compositor.conf",
-        std::format("gaps = {}\ntiler = {}\nforce_effects = {}\nblur = {}\n", gaps, tiler, effects, blur));
+        std::format("gaps = {}\ntiler = {}\nforce_effects = {}\nblur = {}\ndim_inactive = 0.{}\n", gaps,
+                    tiler, effects, blur, below(3)));
     config_reload(server);
     return effects && blur ? "reload with blur" : "reload";
+}
+
+std::string random_session::let_time_pass()
+{
+    advance_clock_ms(1 + below(200)); // an animation lasts less
+    return "let time pass";
 }
 
 std::string random_session::step(unsigned seed)

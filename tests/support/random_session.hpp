@@ -54,6 +54,7 @@ private:
     std::string point();
     std::string use_button();
     std::string reload();
+    std::string let_time_pass();
     std::string open_panel();
     std::string trouble_panel();
     std::string open_popup();

@@ -1,5 +1,6 @@
 #include "wayland_hints.hpp"
 
+#include "alpha-modifier-v1-client-protocol.h"
 #include "content-type-v1-client-protocol.h"
 #include "idle-inhibit-unstable-v1-client-protocol.h"
 #include "tearing-control-v1-client-protocol.h"
@@ -27,6 +28,18 @@ game_hint::game_hint(const window &w)
         static_cast<wp_content_type_manager_v1 *>(w.owner().bind(wp_content_type_manager_v1_interface, 1))};
     object.reset(wp_content_type_manager_v1_get_surface_content_type(manager.get(), w.get()));
     wp_content_type_v1_set_content_type(object.get(), WP_CONTENT_TYPE_V1_TYPE_GAME);
+}
+
+opacity_hint::opacity_hint(const window &w)
+{
+    const proxy<wp_alpha_modifier_v1> manager{
+        static_cast<wp_alpha_modifier_v1 *>(w.owner().bind(wp_alpha_modifier_v1_interface, 1))};
+    object.reset(wp_alpha_modifier_v1_get_surface(manager.get(), w.get()));
+}
+
+void opacity_hint::set(double opacity)
+{
+    wp_alpha_modifier_surface_v1_set_multiplier(object.get(), uint32_t(opacity * UINT32_MAX));
 }
 
 idle_inhibitor::idle_inhibitor(client &c, wl_surface *surface)

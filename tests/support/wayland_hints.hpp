@@ -28,6 +28,17 @@ private:
     proxy<wp_content_type_v1> object;
 };
 
+// Says how opaque the surface is as a whole.
+class opacity_hint
+{
+public:
+    explicit opacity_hint(const window &w);
+    void set(double opacity); // from 0 to 1
+
+private:
+    proxy<wp_alpha_modifier_surface_v1> object;
+};
+
 // Keeps the user from counting as idle while the surface can be seen. Ends with the object.
 class idle_inhibitor
 {

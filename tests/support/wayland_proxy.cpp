@@ -1,5 +1,6 @@
 #include "wayland_proxy.hpp"
 
+#include "alpha-modifier-v1-client-protocol.h"
 #include "content-type-v1-client-protocol.h"
 #include "cursor-shape-v1-client-protocol.h"
 #include "ext-idle-notify-v1-client-protocol.h"
@@ -82,6 +83,16 @@ void destroy_proxy::operator()(ext_session_lock_manager_v1 *object) const
 void destroy_proxy::operator()(ext_session_lock_surface_v1 *object) const
 {
     ext_session_lock_surface_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(wp_alpha_modifier_surface_v1 *object) const
+{
+    wp_alpha_modifier_surface_v1_destroy(object);
+}
+
+void destroy_proxy::operator()(wp_alpha_modifier_v1 *object) const
+{
+    wp_alpha_modifier_v1_destroy(object);
 }
 
 void destroy_proxy::operator()(wp_content_type_manager_v1 *object) const

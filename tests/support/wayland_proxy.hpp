@@ -14,6 +14,8 @@ struct wl_data_source;
 struct wl_keyboard;
 struct wl_pointer;
 struct wl_seat;
+struct wp_alpha_modifier_surface_v1;
+struct wp_alpha_modifier_v1;
 struct wp_content_type_manager_v1;
 struct wp_content_type_v1;
 struct wp_cursor_shape_device_v1;
@@ -75,6 +77,8 @@ struct destroy_proxy {
     void operator()(ext_idle_notifier_v1 *object) const;
     void operator()(ext_session_lock_manager_v1 *object) const;
     void operator()(ext_session_lock_surface_v1 *object) const;
+    void operator()(wp_alpha_modifier_surface_v1 *object) const;
+    void operator()(wp_alpha_modifier_v1 *object) const;
     void operator()(wp_content_type_manager_v1 *object) const;
     void operator()(wp_content_type_v1 *object) const;
     void operator()(wp_cursor_shape_device_v1 *object) const;
