@@ -5,7 +5,6 @@
 #include "../windows/toplevel.hpp"
 #include "../workspaces/stacks.hpp"
 #include "../workspaces/tiles.hpp"
-#include "../workspaces/workspace.hpp"
 #include "constraints.hpp"
 #include "drag_zones.hpp"
 
@@ -75,8 +74,8 @@ static int pixel_at(double coordinate)
 wlr_scene_node *scene_node_at(const vantore_server &server, double lx, double ly, double *nx, double *ny,
                               const vantore_toplevel *except)
 {
-    const vantore_workspace *from = server.sliding.from;
-    const wlr_scene_node *leaving = from != nullptr ? &from->tree->node : nullptr;
+    const wlr_scene_tree *from = server.sliding.from;
+    const wlr_scene_node *leaving = from != nullptr ? &from->node : nullptr;
     const lookup at{
         .server = server, .lx = lx, .ly = ly, .nx = nx, .ny = ny, .except = except, .leaving = leaving};
     return top_child_at(at, server.scene->tree, pixel_at(lx), pixel_at(ly));

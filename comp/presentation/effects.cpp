@@ -7,8 +7,8 @@
 #include "../config/settings.hpp"
 #include "../config/theme.hpp"
 #include "../graphics.hpp"
+#include "../windows/effect_state.hpp"
 #include "../windows/toplevel.hpp"
-#include "../workspaces/tiles.hpp"
 #include "backdrop_blur.hpp"
 
 static constexpr float glow = 0.65F; // strength of a shadow in the accent's colour
@@ -65,18 +65,9 @@ wlr_scene_buffer *toplevel_main_buffer(const vantore_toplevel &t)
 
 effect_plan effects_of(const vantore_toplevel &t)
 {
-    const effect_state state{.ssd = t.ssd,
-                             .fullscreen = t.fullscreen,
-                             .minimized = t.minimized,
-                             .snapped = t.snapped,
-                             .tiled = toplevel_is_tiled(t),
-                             .stacked = t.stack_id != 0,
-                             .dimmed = t.dimmed,
-                             .no_shadow = t.no_shadow,
-                             .no_round = t.no_round};
     const effect_settings settings{
         .allowed = fx_on(), .shadows = g_shadows, .corner_radius = g_corner_radius, .dim = g_dim_inactive};
-    return plan_effects(state, settings);
+    return plan_effects(effect_state_of(t), settings);
 }
 
 static void round_corners(vantore_toplevel &t, const effect_plan &plan)

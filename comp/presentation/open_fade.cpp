@@ -6,7 +6,6 @@
 #include "../config/settings.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
-#include "../workspaces/workspace.hpp"
 #include "animation.hpp"
 #include "effects.hpp"
 #include "motion.hpp"
@@ -26,7 +25,7 @@ static void set_opacity(const vantore_toplevel &t, float opacity)
 
 void anim_open_start(vantore_toplevel &t)
 {
-    if (!g_animations || !fx_on() || t.fullscreen || !toplevel_visible(t))
+    if (!g_animations || !fx_on() || t.fullscreen)
         return;
     t.anim_open_t0 = mono_ms();
     set_opacity(t, open_fade_opacity(0));

@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
-// Begins the fade of a window that has just been mapped. Does nothing where animations are off, and for a
-// window that is fullscreen or can't be seen.
+// Begins the fade of a window that has just been mapped and can be seen. Does nothing where animations are
+// off, and for a fullscreen window.
 void anim_open_start(vantore_toplevel &t);
 
 // Ends the fade at full opacity. Does nothing when there is none.

@@ -3,13 +3,13 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../wlr.hpp"
 
-#include <cstdint>
-
-// Begins a slide after the output has changed from one workspace to the other. Does nothing where animations
-// are off, while the session is locked, and with several outputs, because the workspaces would move across
-// the neighbours.
-void slide_start(vantore_output &o, vantore_workspace &from, vantore_workspace &to);
+// Begins a slide after an output of this width has changed from one workspace to the other, whose trees these
+// are. `dir` is 1 when they move to the left, and -1 when they move to the right. Does nothing where
+// animations are off, while the session is locked, and with several outputs, because the workspaces would
+// move across the neighbours.
+void slide_start(vantore_server &server, wlr_scene_tree *from, wlr_scene_tree *to, int dir, int width);
 
 // Ends the slide at once: the workspace that arrives is in its place, and the other one is hidden. Does
 // nothing when there is none.

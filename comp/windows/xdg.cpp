@@ -132,7 +132,8 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     arrange_workspace(t.workspace);
     focus_new_window(t);
     take_requested_state(t);
-    anim_open_start(t);
+    if (toplevel_visible(t))
+        anim_open_start(t);
 }
 
 // The window stays on its workspace, because the client may map it again.

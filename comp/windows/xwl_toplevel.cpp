@@ -99,7 +99,8 @@ static void xwl_toplevel_map(vantore_toplevel &t)
     focus_new_window(t);
     if (t.xwl->fullscreen || wish.fullscreen)
         toplevel_set_fullscreen(t, true);
-    anim_open_start(t);
+    if (toplevel_visible(t))
+        anim_open_start(t);
 }
 
 static void xwl_toplevel_unmap(vantore_toplevel &t)

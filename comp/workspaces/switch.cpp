@@ -80,6 +80,7 @@ void output_set_current(vantore_output &o, vantore_workspace *ws)
     arrange_workspace(ws);
     arrange_workspace(previous);
     if (previous != nullptr)
-        slide_start(o, *previous, *ws);
+        slide_start(*o.server, previous->tree, ws->tree, ws->num > previous->num ? 1 : -1,
+                    output_layout_box(o).width);
     ipc_broadcast(*o.server, VNT_EVT_WORKSPACES);
 }

@@ -240,7 +240,7 @@ struct slide : animation {
     void go_to(int num) { output_set_current(output("A"), &workspace(num)); }
     int x_of(int num) const { return workspace(num).tree->node.x; }
     bool shows(int num) const { return workspace(num).tree->node.enabled; }
-    bool slides() const { return server.sliding.active; }
+    bool slides() const { return server.sliding.from != nullptr; }
     void expect_rest(int shown)
     {
         EXPECT_FALSE(slides());

@@ -72,11 +72,10 @@ private:
             expect(ws.num == ++num, name + " stands at its number");
             expect(ws.output == nullptr || ws.output->current_ws == &ws, name + "'s output points back");
             const vantore_sliding &slide = server.sliding;
-            const bool leaves = slide.active && &ws == slide.from;
+            const bool leaves = ws.tree == slide.from;
             expect(ws.tree->node.enabled == (ws.output != nullptr || leaves),
                    name + " is visible iff on an output");
-            expect(ws.tree->node.x == 0 || leaves || (slide.active && &ws == slide.to),
-                   name + " is in its place");
+            expect(ws.tree->node.x == 0 || leaves || ws.tree == slide.to, name + " is in its place");
             for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels))
                 check_listed(t, ws, name);
         }
@@ -353,7 +352,7 @@ std::vector<std::string> tiles_check(vantore_server &server)
 
 std::vector<std::string> lookup_check(const vantore_server &server)
 {
-    if (server.sliding.active) // the workspace that leaves takes no input
+    if (server.sliding.from != nullptr) // the workspace that leaves takes no input
         return {};
     constexpr double step = 211.3; // large, because this check runs after every operation
     std::vector<std::string> broken;
