@@ -3,6 +3,7 @@
 #include "records.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <drm_fourcc.h>
 
 static void cairo_buffer_destroy(wlr_buffer *base)
@@ -48,6 +49,14 @@ cairo_buffer *cairo_buffer_create(int w, int h, cairo_t **cr)
         cairo_image_surface_create(CAIRO_FORMAT_ARGB32, std::max(w, 1), std::max(h, 1));
     *cr = cairo_create(surface);
     return cairo_buffer_from_surface(surface);
+}
+
+cairo_buffer *cairo_buffer_create_scaled(int w, int h, double scale, cairo_t **cr)
+{
+    const double pixels_w = std::ceil(w * scale), pixels_h = std::ceil(h * scale);
+    cairo_buffer *b = cairo_buffer_create(int(pixels_w), int(pixels_h), cr);
+    cairo_scale(*cr, pixels_w / w, pixels_h / h);
+    return b;
 }
 
 void scene_buffer_set_cairo(wlr_scene_buffer *sb, cairo_buffer *b)

@@ -16,6 +16,9 @@ struct cairo_buffer {
 // scene_buffer_set_cairo.
 cairo_buffer *cairo_buffer_create(int w, int h, cairo_t **cr);
 
+// Does the same for a size in layout units on an output of this scale. The context draws in layout units.
+cairo_buffer *cairo_buffer_create_scaled(int w, int h, double scale, cairo_t **cr);
+
 // Makes a buffer of a finished image surface and takes over the surface.
 cairo_buffer *cairo_buffer_from_surface(cairo_surface_t *surf);
 

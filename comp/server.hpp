@@ -11,6 +11,7 @@
 #include "ipc/socket.hpp"
 #include "outputs/absent.hpp"
 #include "presentation/sliding.hpp"
+#include "presentation/on_screen.hpp"
 #include "records.hpp"
 #include "timer.hpp"
 #include "wayland_socket.hpp"
@@ -101,6 +102,7 @@ struct vantore_server {
     vantore_locating locating;
     timer_source anim_timer;
     vantore_sliding sliding;
+    vantore_on_screen on_screen;
 
     wlr_idle_notifier_v1 *idle_notifier = nullptr;
     bool locked = false; // nothing except the lock screen may be seen or reached

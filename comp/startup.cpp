@@ -412,6 +412,7 @@ static constexpr startup_step steps[]{
     {"hangup", always<config_reload_on_hangup>, config_ignore_hangup},
     {"animation timer", always<anim_start>, anim_stop},
     {"modifier timer", always<modifier_tap_start>, modifier_tap_stop},
+    {"on-screen displays", nullptr, [](vantore_server &server) { server.on_screen = {}; }},
     {"frames of covered windows", nullptr, plainly<bg_frame_timer_drop>},
     {"resting pointer", nullptr, pointer_look_again_cancel},
     {"outputs", watch_outputs},

@@ -6,6 +6,8 @@
 #include "../outputs/output.hpp"
 #include "../outputs/power.hpp"
 #include "../outputs/virtual.hpp"
+#include "../presentation/identify.hpp"
+#include "../presentation/replay_osd.hpp"
 #include "../server.hpp"
 #include "../workspaces/layout.hpp"
 #include "../workspaces/switch.hpp"
@@ -100,6 +102,21 @@ static void toggle_shortcuts(vantore_server &server, ipc_words &)
     ipc_broadcast(server, VNT_EVT_SHORTCUTS);
 }
 
+static void show_message(vantore_server &server, ipc_words &words)
+{
+    replay_osd_show(server, words.line());
+}
+
+static void identify_outputs(vantore_server &server, ipc_words &words)
+{
+    static constexpr long default_seconds = 4;
+    const char *word = words.next();
+    if (word != nullptr && std::string_view{word} == "off")
+        identify_clear(server);
+    else
+        identify_show(server, word != nullptr ? strtol(word, nullptr, 10) : default_seconds);
+}
+
 struct verb {
     std::string_view name;
     void (*run)(vantore_server &server, ipc_words &words);
@@ -113,6 +130,8 @@ static constexpr verb verbs[]{
     {"exit", end_session},
     {"launcher", open_launcher},
     {"shortcuts", toggle_shortcuts},
+    {"osd", show_message},
+    {"identify", identify_outputs},
     {"virtual-output", change_virtual_output},
     {"dpms", change_power},
     {"ws-layout", change_layout},

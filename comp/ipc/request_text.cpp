@@ -24,6 +24,13 @@ const char *ipc_words::next()
     return strtok_r(std::exchange(start, nullptr), blanks, &rest);
 }
 
+std::string_view ipc_words::line() const
+{
+    std::string_view left = rest != nullptr ? rest : "";
+    left.remove_prefix(std::min(left.find_first_not_of(" \t"), left.size()));
+    return left.substr(0, left.find_last_not_of(" \n\r") + 1);
+}
+
 // Reads a number and moves `at` past it. If there is none, it returns false and changes nothing. A number
 // that does not fit gives the nearest int.
 static bool take_int(const char *&at, int &number)

@@ -17,6 +17,9 @@ public:
     ipc_words &operator=(const ipc_words &) = delete;
     // Returns null after the last word. A word lives as long as this object.
     const char *next();
+    // Returns what follows the last word, without blanks and tabs before it and without blanks and line ends
+    // behind it. Call it after next().
+    std::string_view line() const;
 
 private:
     std::string text;

@@ -11,6 +11,7 @@
 #include "../broadcast.hpp"
 #include "../input/devices.hpp"
 #include "../input/modes.hpp"
+#include "../presentation/identify.hpp"
 #include "../server.hpp"
 #include "../session/state_files.hpp"
 #include "../timer.hpp"
@@ -62,6 +63,7 @@ static void output_destroy(vantore_output &o)
         server.virtual_output = nullptr;
     if (!server.shutting_down) { // the end of the session destroys the scene before the outputs
         output_leaves(server, o.wlr_output);
+        identify_output_leaves(o);
         if (o.scene_output != nullptr)
             wlr_scene_output_destroy(o.scene_output);
         wlr_output_layout_remove(server.output_layout, o.wlr_output);

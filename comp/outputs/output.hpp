@@ -20,6 +20,7 @@ struct vantore_output {
     wlr_scene_timer rt{}; // measures a frame
     bool rt_pending = false; // rt holds a measurement
     render_times times;
+    wlr_scene_buffer *ident_buf = nullptr; // the badge with its name, while that is shown
     listener frame, present, request_state, destroy;
 };
 

@@ -1,4 +1,5 @@
-// A picture that the compositor shows above the windows. Its node is made when it first shows.
+// A picture that the compositor shows above the windows. It takes no input. Its node is made when it first
+// shows.
 #pragma once
 
 #include "../wlr.hpp"
@@ -12,5 +13,7 @@ struct overlay {
 // Shows the picture on top of the tree, with its top left corner at a point in layout coordinates. Takes the
 // picture over even when it fails. Returns false when the scene has no memory for the node.
 bool overlay_show(overlay &shown, wlr_scene_tree *tree, cairo_buffer *picture, int lx, int ly);
+// Does the same for a picture with other pixels than layout units: it is scaled to the box.
+bool overlay_show(overlay &shown, wlr_scene_tree *tree, cairo_buffer *picture, const wlr_box &at);
 // Does nothing before the first show.
 void overlay_hide(overlay &shown);
