@@ -12,6 +12,7 @@
 #include "outputs/absent.hpp"
 #include "presentation/sliding.hpp"
 #include "presentation/on_screen.hpp"
+#include "presentation/switching.hpp"
 #include "records.hpp"
 #include "timer.hpp"
 #include "wayland_socket.hpp"
@@ -103,6 +104,7 @@ struct vantore_server {
     timer_source anim_timer;
     vantore_sliding sliding;
     vantore_on_screen on_screen;
+    vantore_switching switching;
 
     wlr_idle_notifier_v1 *idle_notifier = nullptr;
     bool locked = false; // nothing except the lock screen may be seen or reached

@@ -83,6 +83,7 @@ extern "C" {
 #include <wlr/types/wlr_xdg_shell.h>
 #include <wlr/util/log.h>
 #include <wlr/util/region.h>
+#include <wlr/util/transform.h>
 #include <wlr/xcursor.h>
 #include <wlr/xwayland.h>
 

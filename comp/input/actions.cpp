@@ -10,6 +10,7 @@
 #include "../broadcast.hpp"
 #include "../config/commands.hpp"
 #include "../config/keybinds.hpp"
+#include "../presentation/switcher.hpp"
 #include "../reload.hpp"
 #include "../server.hpp"
 #include "../spawn.hpp"
@@ -110,6 +111,11 @@ template <auto Operation> static void run_sideways(vantore_server &server, const
     Operation(server, bind.arg);
 }
 
+static void step_through_windows(vantore_server &server, const vnt_bind &bind)
+{
+    switcher_step(server, bind.mods);
+}
+
 static void show_clipboard(vantore_server &server, const vnt_bind &)
 {
     ipc_broadcast(server, VNT_EVT_CLIPBOARD);
@@ -134,7 +140,7 @@ static constexpr action actions[]{
     {ACT_TILE_MODE, run_plain<cycle_tile_mode>},
     {ACT_FULLSCREEN, toggle_fullscreen},
     {ACT_MAXIMIZE, maximize_window},
-    {ACT_CYCLE, nullptr},
+    {ACT_CYCLE, step_through_windows},
     {ACT_QUIT, end_session},
     {ACT_RELOAD, run_plain<config_reload>},
     {ACT_OVERVIEW, nullptr},

@@ -5,6 +5,7 @@
 
 #include "../config/settings.hpp"
 #include "../platform.hpp"
+#include "../presentation/switcher.hpp"
 #include "../server.hpp"
 #include "actions.hpp"
 #include "idle.hpp"
@@ -85,6 +86,17 @@ static bool give_to_lock_client(const key_event &key)
     return true;
 }
 
+// A client does not hear of the release that ends the switcher.
+static bool give_to_switcher(const key_event &key)
+{
+    const xkb_keysym_t sym = first_sym(key);
+    const bool cancels = key.pressed && sym == XKB_KEY_Escape && key.server.switching.sw_active;
+    const bool commits = !key.pressed && switcher_is_held_by(key.server, sym);
+    if (cancels || commits)
+        switcher_commit(key.server, cancels);
+    return cancels || commits;
+}
+
 static bool watch_modifier_tap(const key_event &key)
 {
     if (key.pressed)
@@ -122,7 +134,7 @@ static bool give_to_client(const key_event &key)
     return true;
 }
 
-using key_stages = stages<switch_vt, give_to_lock_client, watch_modifier_tap, run_bindings,
+using key_stages = stages<switch_vt, give_to_lock_client, give_to_switcher, watch_modifier_tap, run_bindings,
                           give_to_input_method, give_to_client>;
 
 static void keyboard_handle_key(vantore_keyboard &k, wlr_keyboard_key_event *event)
@@ -140,6 +152,7 @@ static void keyboard_handle_key(vantore_keyboard &k, wlr_keyboard_key_event *eve
 static void keyboard_handle_modifiers(vantore_keyboard &k)
 {
     vantore_server &server = *k.server;
+    switcher_follow_modifiers(server);
     if (wlr_input_method_keyboard_grab_v2 *grab = input_method_grab(server)) {
         wlr_input_method_keyboard_grab_v2_set_keyboard(grab, k.wlr_keyboard);
         wlr_input_method_keyboard_grab_v2_send_modifiers(grab, &k.wlr_keyboard->modifiers);
@@ -178,6 +191,7 @@ static void keyboard_handle_destroy(vantore_keyboard &k)
     vantore_server &server = *k.server;
     const wlr_keyboard *destroyed = k.wlr_keyboard;
     delete &k;
+    switcher_follow_modifiers(server);
     const wlr_keyboard *current = wlr_seat_get_keyboard(server.seat);
     if (current != nullptr && current != destroyed)
         return;

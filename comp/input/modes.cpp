@@ -1,5 +1,6 @@
 #include "modes.hpp"
 
+#include "../presentation/switcher.hpp"
 #include "../windows/toplevel.hpp"
 #include "interactive.hpp"
 #include "modifier_tap.hpp"
@@ -19,6 +20,7 @@ static constexpr mode modes[]{
     {drag_end, drag_window_leaves, keep},
     {mt_hide, keep, mt_output_leaves},
     {shortcuts_force_hide, keep, keep},
+    {switcher_cancel, switcher_window_leaves, switcher_output_leaves},
     {pointer_leaves_decorations, hover_window_leaves, keep},
 };
 

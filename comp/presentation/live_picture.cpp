@@ -1,0 +1,90 @@
+#include "live_picture.hpp"
+
+#include "../records.hpp"
+#include "../windows/toplevel.hpp"
+
+// Lives as long as the node.
+struct live_picture {
+    wlr_scene_buffer *node = nullptr;
+    const vantore_toplevel *window = nullptr; // null when its surface has gone
+    listener commit, surface_destroy, node_destroy;
+};
+
+// The pointer reaches what lies below.
+static bool takes_no_input(wlr_scene_buffer *, double *, double *)
+{
+    return false;
+}
+
+static bool is_turned(wl_output_transform transform)
+{
+    return (unsigned(transform) & WL_OUTPUT_TRANSFORM_90) != 0;
+}
+
+wlr_fbox live_picture_source(const wlr_box &geometry, int surface_width, int surface_height,
+                             const wlr_fbox &source, wl_output_transform transform)
+{
+    if (surface_width <= 0 || surface_height <= 0)
+        return source;
+    const double upright_width = is_turned(transform) ? source.height : source.width,
+                 upright_height = is_turned(transform) ? source.width : source.height;
+    const double x_scale = upright_width / surface_width, y_scale = upright_height / surface_height;
+    const wlr_box surface{.x = 0, .y = 0, .width = surface_width, .height = surface_height};
+    wlr_box shown{};
+    if (!wlr_box_intersection(&shown, &geometry, &surface))
+        shown = surface;
+    const wlr_fbox upright{shown.x * x_scale, shown.y * y_scale, shown.width * x_scale, shown.height * y_scale};
+    wlr_fbox part{};
+    wlr_fbox_transform(&part, &upright, wlr_output_transform_invert(transform), upright_width, upright_height);
+    part.x += source.x;
+    part.y += source.y;
+    return part;
+}
+
+static void show_latest(live_picture &p)
+{
+    const wlr_surface *surface = tl_surface(*p.window);
+    wlr_buffer *buffer = surface->buffer != nullptr ? &surface->buffer->base : nullptr;
+    wlr_scene_buffer_set_buffer(p.node, buffer);
+    if (buffer == nullptr)
+        return;
+    wlr_fbox whole{};
+    wlr_surface_get_buffer_source_box(const_cast<wlr_surface *>(surface), &whole);
+    const auto &state = surface->current;
+    const wlr_fbox source =
+        live_picture_source(tl_get_geometry(*p.window), state.width, state.height, whole, state.transform);
+    wlr_scene_buffer_set_source_box(p.node, &source);
+    wlr_scene_buffer_set_transform(p.node, state.transform);
+}
+
+static void surface_gone(live_picture &p)
+{
+    p.window = nullptr;
+    unlisten(p.commit);
+    unlisten(p.surface_destroy);
+    wlr_scene_buffer_set_buffer(p.node, nullptr);
+}
+
+static void node_gone(live_picture &p)
+{
+    delete &p;
+}
+
+wlr_scene_buffer *live_picture_create(vantore_toplevel &t, wlr_scene_tree *parent)
+{
+    wlr_surface *surface = tl_surface(t);
+    if (surface == nullptr || surface->buffer == nullptr)
+        return nullptr;
+    wlr_scene_buffer *node = wlr_scene_buffer_create(parent, nullptr);
+    if (node == nullptr)
+        return nullptr;
+    node->point_accepts_input = takes_no_input;
+    auto *p = new live_picture{};
+    p->node = node;
+    p->window = &t;
+    listen<&live_picture::commit, show_latest>(*p, surface->events.commit);
+    listen<&live_picture::surface_destroy, surface_gone>(*p, surface->events.destroy);
+    listen<&live_picture::node_destroy, node_gone>(*p, node->node.events.destroy);
+    show_latest(*p);
+    return node;
+}
