@@ -187,10 +187,7 @@ TEST_F(decorations, are_not_hit_on_a_workspace_that_is_not_shown)
 
 TEST_F(decorations, are_hit_where_they_show_whatever_was_raised_last)
 {
-    window &dialog = w->owner().create_window("dialog");
-    dialog.parent(w);
-    dialog.preferred = {100, 60};
-    map(dialog);
+    window &dialog = map_dialog(*w, "dialog", {100, 60});
     place(dialog, 250, 20); // over the title bar
     focus_toplevel_ex(&record(*w), true);
     ASSERT_EQ(focused_toplevel(server), &t());

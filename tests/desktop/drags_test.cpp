@@ -43,10 +43,7 @@ TEST_F(drags, of_the_title_bar_move_the_window)
 
 TEST_F(drags, keep_the_dialogs_of_the_window_above_it)
 {
-    window &dialog = w->owner().create_window("dialog");
-    dialog.parent(w);
-    dialog.preferred = {200, 100};
-    map(dialog);
+    window &dialog = map_dialog(*w, "dialog", {200, 100});
     place(dialog, 300, 180); // over the bar and the content
     surface_hit hit;
     press_at(210, 190);
@@ -60,9 +57,7 @@ TEST_F(drags, keep_the_dialogs_of_the_window_above_it)
 
 TEST_F(drags, of_a_window_that_goes_leave_its_dialogs_on_their_workspace)
 {
-    window &dialog = w->owner().create_window("dialog");
-    dialog.parent(w);
-    map(dialog);
+    window &dialog = map_dialog(*w);
     focus_toplevel_ex(&t(), true);
     press_at(210, 190);
     EXPECT_EQ(record(dialog).scene_tree->node.parent, server.toplevel_tree);

@@ -32,12 +32,6 @@ struct focus : test::desktop {
         token.activate(surface);
         settle();
     }
-    window &map_dialog(window &of, const std::string &name)
-    {
-        window &dialog = of.owner().create_window(name);
-        dialog.parent(&of);
-        return map(dialog);
-    }
     // Returns the app ids of the first workspace's windows, the lowest first.
     std::vector<std::string> from_below()
     {
@@ -126,7 +120,7 @@ TEST_F(focus, raises_the_dialogs_of_a_window_with_it_in_their_order)
 
 TEST_F(focus, leaves_dialogs_above_a_window_that_comes_back_to_their_tree)
 {
-    map_dialog(*low, "dialog");
+    map_dialog(*low);
     toplevel_set_fullscreen(record(*low), true);
     focus_toplevel_ex(&record(*low), true);
     EXPECT_THAT(from_below(), ElementsAre("high"));

@@ -5,7 +5,6 @@
 #include "support/wayland_text.hpp"
 
 #include "config/settings.hpp"
-#include "handles.hpp"
 #include "input/input_method.hpp"
 #include "input/keymap.hpp"
 #include "input/modifier_tap.hpp"
@@ -13,6 +12,7 @@
 
 #include <linux/input-event-codes.h>
 
+using test::keymap_text;
 using test::made_up_keyboard;
 using test::made_up_pointer;
 using test::seat;
@@ -58,17 +58,6 @@ struct keys : test::desktop {
         auto events = ears->take();
         std::erase_if(events, [](const std::string &e) { return !e.starts_with("key "); });
         return events;
-    }
-
-    static std::string keymap_text(const char *layout)
-    {
-        const handle<xkb_context, xkb_context_unref> context{xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
-        const xkb_rule_names names{
-            .rules = nullptr, .model = nullptr, .layout = layout, .variant = nullptr, .options = nullptr};
-        const handle<xkb_keymap, xkb_keymap_unref> keymap{
-            xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS)};
-        const handle<char, free> text{xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1)};
-        return text.get();
     }
 
     std::vector<std::string> all_heard()

@@ -35,22 +35,14 @@ TEST_F(app_rules, float_and_tile_windows_of_a_tiling_workspace)
     test::window &player = map("player");
     EXPECT_TRUE(record(player).floating);
     EXPECT_EQ(toplevel_box(record(player)), (wlr_box{640, 300, 640, 480}));
-    test::window &dialog = connect().create_window("dialog");
-    dialog.min_size({300, 200});
-    dialog.max_size({300, 200});
-    map(dialog);
-    EXPECT_FALSE(record(dialog).floating) << "the rule stands above the fixed size";
+    EXPECT_FALSE(record(map_of_fixed_size("dialog")).floating) << "the rule stands above the fixed size";
     EXPECT_FALSE(map_record("other").floating);
 }
 
 TEST_F(app_rules, leave_floating_alone_where_they_do_not_speak_of_it)
 {
     use("dialog -> noshadow\n");
-    test::window &dialog = connect().create_window("dialog");
-    dialog.min_size({300, 200});
-    dialog.max_size({300, 200});
-    map(dialog);
-    EXPECT_TRUE(record(dialog).floating);
+    EXPECT_TRUE(record(map_of_fixed_size("dialog")).floating);
 }
 
 TEST_F(app_rules, of_the_same_pattern_count_only_once)

@@ -2,17 +2,17 @@
 
 #include "support/desktop.hpp"
 #include "support/raw_client.hpp"
+#include "support/sockets.hpp"
 #include "support/wayland_seat.hpp"
 
-#include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 #include <utility>
 
+using test::connect_to;
 using testing::HasSubstr;
 using testing::UnorderedElementsAreArray;
 
@@ -59,23 +59,6 @@ const std::vector<std::string> closed_globals{
     "zwlr_gamma_control_manager_v1",
 };
 
-sockaddr_un address_of(const std::string &path)
-{
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    return address;
-}
-
-int connect_to(const std::string &path)
-{
-    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const sockaddr_un address = address_of(path);
-    EXPECT_EQ(connect(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0)
-        << strerror(errno);
-    return fd;
-}
-
 struct sockets : test::desktop {
     std::vector<std::string> names_of(const test::client &c)
     {
@@ -95,9 +78,7 @@ struct sandboxes : sockets {
     {
         sockets::SetUp();
         path = (world.runtime_directory() / "sandbox").string();
-        listening = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        const sockaddr_un address = address_of(path);
-        ASSERT_EQ(bind(listening, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+        listening = test::bind_to(path);
         ASSERT_EQ(listen(listening, 4), 0);
         ASSERT_EQ(pipe2(life, O_CLOEXEC), 0);
         int ends[2];

@@ -1,6 +1,7 @@
 // Commands with which scripts move the pointer, and commands that help to find faults.
 
 #include "support/desktop.hpp"
+#include "support/files.hpp"
 #include "support/wayland_layer.hpp"
 #include "support/wayland_seat.hpp"
 
@@ -298,8 +299,7 @@ struct layer_dump : test::desktop {
     std::string dump()
     {
         command("dump-layers");
-        std::ifstream file{world.layer_dump()};
-        return {std::istreambuf_iterator<char>{file}, {}};
+        return test::contents(world.layer_dump());
     }
 };
 

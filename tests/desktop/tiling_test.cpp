@@ -135,16 +135,8 @@ TEST_F(tiling, leaves_the_65th_window_where_it_was)
 TEST_F(tiling, leaves_out_windows_of_fixed_size_and_child_windows)
 {
     window &parent = map("editor");
-    window &dialog = parent.owner().create_window("dialog");
-    dialog.parent(&parent);
-    dialog.preferred = {300, 200};
-    map(dialog);
-    EXPECT_TRUE(record(dialog).floating);
-    window &fixed = connect().create_window("fixed");
-    fixed.min_size({200, 100});
-    fixed.max_size({200, 100});
-    fixed.preferred = {200, 100};
-    map(fixed);
+    EXPECT_TRUE(record(map_dialog(parent)).floating);
+    window &fixed = map_of_fixed_size("fixed", {200, 100});
     EXPECT_TRUE(record(fixed).floating);
     EVENTUALLY_EQ(box(parent), (wlr_box{8, 8, 1904, 1072}));
     EXPECT_EQ(box(fixed), (wlr_box{860, 494, 200, 100}));

@@ -96,11 +96,8 @@ TEST_F(desk, ids_count_up_from_one_and_are_not_reused)
 
 TEST_F(desk, a_window_of_fixed_size_floats)
 {
-    test::window &dialog = connect().create_window("dialog");
-    dialog.preferred = {300, 200};
-    dialog.min_size({300, 200});
-    dialog.max_size({300, 200});
-    EXPECT_TRUE(record(map(dialog)).floating);
+    const test::window &dialog = map_of_fixed_size("dialog");
+    EXPECT_TRUE(record(dialog).floating);
     EXPECT_EQ(toplevel_box(record(dialog)), (wlr_box{810, 440, 300, 200}));
 }
 
@@ -120,10 +117,7 @@ TEST_F(desk, a_window_without_limits_does_not_float)
 
 TEST_F(desk, a_child_window_floats)
 {
-    test::window &parent = map("editor");
-    test::window &child = parent.owner().create_window("search");
-    child.parent(&parent);
-    EXPECT_TRUE(record(map(child)).floating);
+    EXPECT_TRUE(record(map_dialog(map("editor"))).floating);
 }
 
 TEST_F(desk, the_clipboard_overlay_lives_above_fullscreen_windows_and_floats)
@@ -162,11 +156,7 @@ TEST_F(desktop, a_fixed_size_dialog_is_centred_on_the_cursors_output_and_brought
         plug("out" + std::to_string(i), 640, 480);
     ASSERT_EQ(output("out10").current_ws, nullptr);
     wlr_cursor_warp(server.cursor, nullptr, 640 * 9 + 10, 10);
-    test::window &dialog = connect().create_window("dialog");
-    dialog.preferred = {300, 200};
-    dialog.min_size({300, 200});
-    dialog.max_size({300, 200});
-    map(dialog);
+    const test::window &dialog = map_of_fixed_size("dialog");
     EXPECT_TRUE(record(dialog).floating);
     EXPECT_EQ(record(dialog).workspace, &workspace(1));
     EXPECT_EQ(toplevel_box(record(dialog)), (wlr_box{170, 140, 300, 200}));

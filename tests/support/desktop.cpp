@@ -9,7 +9,6 @@
 #include <drm_fourcc.h>
 #include <filesystem>
 #include <format>
-#include <fstream>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -275,6 +274,23 @@ window &unstarted_desktop::map(window &w)
     EVENTUALLY(find_record(w) != nullptr);
     settle();
     return w;
+}
+
+window &unstarted_desktop::map_dialog(window &parent, const std::string &app_id, size preferred)
+{
+    window &dialog = parent.owner().create_window(app_id);
+    dialog.parent(&parent);
+    dialog.preferred = preferred;
+    return map(dialog);
+}
+
+window &unstarted_desktop::map_of_fixed_size(const std::string &app_id, size fixed)
+{
+    window &w = connect().create_window(app_id);
+    w.preferred = fixed;
+    w.min_size(fixed);
+    w.max_size(fixed);
+    return map(w);
 }
 
 vantore_toplevel *unstarted_desktop::find_record(const window &w)

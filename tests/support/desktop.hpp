@@ -95,6 +95,8 @@ protected:
     window &map(const std::string &app_id, size preferred = {640, 480});
     // Maps a window that the test has prepared.
     window &map(window &w);
+    window &map_dialog(window &parent, const std::string &app_id = "dialog", size preferred = {300, 200});
+    window &map_of_fixed_size(const std::string &app_id, size fixed = {300, 200});
     // Returns the compositor's record of a window. Fails the test if there is none.
     vantore_toplevel &record(const window &w);
     vantore_toplevel *find_record(const window &w);

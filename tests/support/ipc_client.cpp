@@ -1,11 +1,12 @@
 #include "ipc_client.hpp"
 
+#include "sockets.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 #include <utility>
 
@@ -44,10 +45,8 @@ void ipc_client::vanish()
 // The compositor's queue of new connections is short. If it is full, the next pump tries again.
 void ipc_client::connect()
 {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    connected = ::connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0;
+    const sockaddr_un address = socket_address(path);
+    connected = ::connect(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
     if (!connected && errno != EAGAIN)
         vanish();
 }

@@ -1,5 +1,6 @@
 #include "isolation.hpp"
 
+#include "files.hpp"
 #include "platform.hpp"
 
 #include <algorithm>
@@ -57,20 +58,10 @@ static bool passes_through(std::string_view name)
 
 void isolation::redirect_environment()
 {
-    std::map<std::string, std::string> kept;
+    std::map<std::string, std::string> kept = make_session_folders(root);
     for (const auto &[name, value] : environment_before)
         if (passes_through(name))
             kept.emplace(name, value);
-    for (const char *name : {"home", "run", "config", "cache", "data", "bin"})
-        std::filesystem::create_directory(root / name);
-    std::filesystem::permissions(root / "run", std::filesystem::perms::owner_all);
-    kept["HOME"] = root / "home";
-    kept["XDG_RUNTIME_DIR"] = root / "run";
-    kept["XDG_CONFIG_HOME"] = root / "config";
-    kept["XDG_CACHE_HOME"] = root / "cache";
-    kept["XDG_DATA_HOME"] = root / "data";
-    kept["PATH"] = root / "bin";
-    kept["WLR_BACKENDS"] = "headless";
     kept["WLR_HEADLESS_OUTPUTS"] = "0";
     replace_environment(kept);
 }

@@ -1,6 +1,7 @@
 #include "made_up_compositor.hpp"
 
 #include "ipc/protocol.hpp"
+#include "sockets.hpp"
 
 #include <array>
 #include <cstdlib>
@@ -8,7 +9,6 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace test
@@ -24,14 +24,9 @@ std::string ipc_frame_of(uint32_t type, std::string_view payload)
     return bytes.append(payload);
 }
 
-made_up_compositor::made_up_compositor(const std::filesystem::path &path)
-    : listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
+made_up_compositor::made_up_compositor(const std::filesystem::path &path) : listener(bind_to(path))
 {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-    if (listener < 0 || bind(listener, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0 ||
-        listen(listener, 8) != 0)
+    if (listener < 0 || listen(listener, 8) != 0)
         abort();
 }
 

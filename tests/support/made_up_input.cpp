@@ -2,6 +2,7 @@
 
 #include "handles.hpp"
 
+#include <cstdlib>
 #include <utility>
 
 namespace test
@@ -60,13 +61,23 @@ static handle<xkb_context, xkb_context_unref> new_context()
     return handle<xkb_context, xkb_context_unref>{xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
 }
 
-void made_up_keyboard::use_keymap(const char *layout)
+static keymap_handle keymap_of(const char *layout)
 {
     const xkb_rule_names names{
         .rules = nullptr, .model = nullptr, .layout = layout, .variant = nullptr, .options = nullptr};
-    const keymap_handle keymap{
-        xkb_keymap_new_from_names(new_context().get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS)};
-    wlr_keyboard_set_keymap(&base, keymap.get());
+    return keymap_handle{xkb_keymap_new_from_names(new_context().get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS)};
+}
+
+std::string keymap_text(const char *layout)
+{
+    const handle<char, free> text{
+        xkb_keymap_get_as_string(keymap_of(layout).get(), XKB_KEYMAP_FORMAT_TEXT_V1)};
+    return text.get();
+}
+
+void made_up_keyboard::use_keymap(const char *layout)
+{
+    wlr_keyboard_set_keymap(&base, keymap_of(layout).get());
 }
 
 void made_up_keyboard::use_keymap_text(const std::string &text)

@@ -21,6 +21,9 @@ extern "C" {
 namespace test
 {
 
+// Returns the keymap of a layout as clients hand it over.
+std::string keymap_text(const char *layout);
+
 struct made_up_keyboard {
     explicit made_up_keyboard(const std::string &name);
     ~made_up_keyboard();

@@ -1,5 +1,6 @@
 #include "process.hpp"
 
+#include "files.hpp"
 #include "places.hpp"
 
 #include <array>
@@ -114,29 +115,30 @@ private_world::private_world()
 {
     std::string name = std::filesystem::temp_directory_path() / "vantore-world-XXXXXX";
     root = mkdtemp(name.data());
+    environment = make_session_folders(root);
+    environment["WLR_HEADLESS_OUTPUTS"] = "1";
     for (char **entry = environ; *entry != nullptr; entry++) {
         const char *equals = strchr(*entry, '=');
         const std::string variable{*entry, size_t(equals - *entry)};
         if (comes_from_the_runner(variable))
             environment[variable] = equals + 1;
     }
-    for (const char *directory : {"home", "run", "config", "cache"})
-        std::filesystem::create_directory(root / directory);
+    environment["PATH"] = std::format("{}:{}", (root / "bin").string(), environment["PATH"]);
     std::filesystem::create_directory(root / "config" / "vantore");
     const std::ofstream empty{root / "config" / "vantore" /
                               "autostart.conf"}; // the default text starts programs
-    std::filesystem::permissions(root / "run", std::filesystem::perms::owner_all);
-    environment["HOME"] = root / "home";
-    environment["XDG_RUNTIME_DIR"] = root / "run";
-    environment["XDG_CONFIG_HOME"] = root / "config";
-    environment["XDG_CACHE_HOME"] = root / "cache";
-    environment["WLR_BACKENDS"] = "headless";
-    environment["WLR_HEADLESS_OUTPUTS"] = "1";
 }
 
 private_world::~private_world()
 {
     std::filesystem::remove_all(root);
+}
+
+void private_world::write_program(const std::string &name, const std::string &script) const
+{
+    const std::filesystem::path path = root / "bin" / name;
+    std::ofstream{path} << "#!/bin/sh\n" << script << '\n';
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
 }
 
 std::vector<std::string> compositor()

@@ -51,6 +51,8 @@ public:
     private_world &operator=(const private_world &) = delete;
 
     [[nodiscard]] const std::filesystem::path &directory() const { return root; }
+    // Writes a shell script into a folder that comes first in PATH.
+    void write_program(const std::string &name, const std::string &script) const;
     variables environment;
 
 private:

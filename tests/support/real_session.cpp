@@ -3,11 +3,20 @@
 #include "places.hpp"
 
 #include <csignal>
+#include <regex>
 
 namespace test
 {
 
-real_session::real_session() : compositor(test::compositor(), world.environment)
+static std::vector<std::string> joined(std::vector<std::string> prefix,
+                                       const std::vector<std::string> &command)
+{
+    prefix.append_range(command);
+    return prefix;
+}
+
+real_session::real_session(std::vector<std::string> prefix)
+    : compositor(joined(std::move(prefix), test::compositor()), world.environment)
 {
     const std::string mark = "IPC listening on ";
     EXPECT_TRUE(compositor.says(mark)) << compositor.output();
@@ -31,10 +40,9 @@ process real_session::run(const std::vector<std::string> &command) const
     return {command, world.environment};
 }
 
-process real_session::message(std::vector<std::string> arguments) const
+process real_session::message(const std::vector<std::string> &arguments) const
 {
-    arguments.insert(arguments.begin(), vantore_msg_binary);
-    return run(arguments);
+    return run(joined({vantore_msg_binary}, arguments));
 }
 
 std::string real_session::output_of(const std::vector<std::string> &arguments) const
@@ -42,6 +50,27 @@ std::string real_session::output_of(const std::vector<std::string> &arguments) c
     process tool = message(arguments);
     EXPECT_THAT(tool.wait(), testing::Optional(0)) << tool.output();
     return tool.output();
+}
+
+wlr_box real_session::box_of(const std::string &app_id) const
+{
+    const std::regex window{R"("app_id":")" + app_id +
+                            R"("[^}]*"rect":\{"x":(-?\d+),"y":(-?\d+),"width":(\d+),"height":(\d+)\})"};
+    const std::string list = output_of({"windows"});
+    std::smatch found;
+    if (!std::regex_search(list, found, window))
+        return {};
+    return {.x = std::stoi(found[1]),
+            .y = std::stoi(found[2]),
+            .width = std::stoi(found[3]),
+            .height = std::stoi(found[4])};
+}
+
+image real_session::screenshot() const
+{
+    const std::filesystem::path path = world.directory() / "picture.png";
+    (void)output_of({"capture", "all", path});
+    return image::load(path);
 }
 
 } // namespace test

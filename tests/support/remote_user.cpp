@@ -1,44 +1,18 @@
 #include "remote_user.hpp"
 
-#include "handles.hpp"
+#include "made_up_input.hpp"
 #include "process.hpp"
-
-#include <cstdlib>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-#include <xkbcommon/xkbcommon.h>
+#include "sockets.hpp"
 
 namespace test
 {
-
-int connect_to(const std::filesystem::path &socket)
-{
-    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    socket.native().copy(address.sun_path, sizeof address.sun_path - 1);
-    if (fd < 0 || connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
-        return fd;
-    close(fd);
-    return -1;
-}
-
-static std::string us_keymap()
-{
-    const handle<xkb_context, xkb_context_unref> context{xkb_context_new(XKB_CONTEXT_NO_FLAGS)};
-    const handle<xkb_keymap, xkb_keymap_unref> keymap{
-        xkb_keymap_new_from_names(context.get(), nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS)};
-    const handle<char, free> text{xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1)};
-    return text.get();
-}
 
 remote_user::remote_user(const std::filesystem::path &wayland_socket) : connection(connect_to(wayland_socket))
 {
     (void)eventually([this] { return connection.pump(), connection.ready(); });
     seat = std::make_unique<test::seat>(connection);
     keyboard = std::make_unique<virtual_keyboard>(*seat);
-    keyboard->keymap(us_keymap());
+    keyboard->keymap(keymap_text("us"));
     finish();
 }
 

@@ -10,9 +10,6 @@
 namespace test
 {
 
-// Returns a descriptor, or -1 when nobody listens there.
-int connect_to(const std::filesystem::path &socket);
-
 class remote_user
 {
 public:

@@ -1,15 +1,15 @@
 #include "x11_client.hpp"
 
+#include "files.hpp"
+#include "sockets.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <format>
-#include <fstream>
 #include <memory>
 #include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 #include <xcb/xcbext.h>
 
 namespace test
@@ -34,34 +34,19 @@ constexpr uint32_t motif_decorations = 2;
 
 const std::string state_prefix = "_NET_WM_STATE_";
 
-int connect_to(const std::string &display)
-{
-    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    const std::string path = "/tmp/.X11-unix/X" + display.substr(1);
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    if (fd >= 0 && connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
-        return fd;
-    close(fd);
-    return -1;
-}
-
 } // namespace
 
 pid_t x_server_of(const std::string &display)
 {
     const std::string arguments = std::string{"Xwayland"} + '\0' + display + '\0';
     for (const auto &process : std::filesystem::directory_iterator{"/proc"}) {
-        std::ifstream file{process.path() / "cmdline"};
-        const std::string line{std::istreambuf_iterator<char>{file}, {}};
-        if (line.contains(arguments))
+        if (contents(process.path() / "cmdline").contains(arguments))
             return atoi(process.path().filename().c_str());
     }
     return 0;
 }
 
-x11_client::x11_client(const std::string &display) : fd(connect_to(display))
+x11_client::x11_client(const std::string &display) : fd(connect_to("/tmp/.X11-unix/X" + display.substr(1)))
 {
     if (fd >= 0)
         connecting = std::thread{[this] { connect_and_prepare(); }};

@@ -1,5 +1,6 @@
 // The real binary really starts the user's programs, and reloads on a real signal.
 
+#include "support/files.hpp"
 #include "support/process.hpp"
 
 #include <csignal>
@@ -15,27 +16,18 @@ namespace
 {
 
 struct programs : testing::Test {
-    programs()
-    {
-        std::filesystem::create_directory(world.directory() / "bin");
-        std::filesystem::create_directory(world.directory() / "config/autostart");
-        world.environment["PATH"] = (world.directory() / "bin").string() + ":" + world.environment["PATH"];
-    }
+    programs() { std::filesystem::create_directory(world.directory() / "config/autostart"); }
 
     // Writes a program into PATH. The program records its arguments, one a line, and then the mask of signals
     // that it blocks. The shell itself reads that mask, because it blocks more signals while it starts other
     // programs.
     void recording_program(const std::string &name) const
     {
-        const auto path = world.directory() / "bin" / name;
-        std::ofstream{path} << std::format(R"(#!/bin/sh
-exec >'{0}.new'
+        world.write_program(name, std::format(R"(exec >'{0}.new'
 printf '%s\n' "$@"
 while read -r name value; do [ "$name" != SigBlk: ] || echo "blocks $value"; done </proc/self/status
-mv '{0}.new' '{0}'
-)",
-                                           record(name).string());
-        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+mv '{0}.new' '{0}')",
+                                              record(name).string()));
     }
 
     [[nodiscard]] std::filesystem::path record(const std::string &name) const
@@ -47,8 +39,7 @@ mv '{0}.new' '{0}'
     [[nodiscard]] std::string recorded(const std::string &name) const
     {
         (void)eventually([&] { return std::filesystem::exists(record(name)); });
-        std::ifstream file{record(name)};
-        return {std::istreambuf_iterator<char>{file}, {}};
+        return test::contents(record(name));
     }
 
     void write_config(const std::string &name, std::string_view text) const
@@ -88,8 +79,7 @@ TEST_F(programs, of_both_autostart_sources_run_and_can_be_hung_up)
 // Includes zombies.
 std::string children_of(pid_t pid)
 {
-    std::ifstream file{std::format("/proc/{0}/task/{0}/children", pid)};
-    return {std::istreambuf_iterator<char>{file}, {}};
+    return test::contents(std::format("/proc/{0}/task/{0}/children", pid));
 }
 
 TEST_F(programs, tell_the_user_of_bad_lines_after_a_reload)

@@ -1,57 +1,30 @@
 // Scripts move the pointer and press its buttons in real programs.
 
+#include "support/files.hpp"
 #include "support/real_session.hpp"
 
 #include <algorithm>
-#include <fstream>
 #include <regex>
 
+using test::contents;
 using test::eventually;
 
 namespace
 {
 
 struct scripted_seat : test::real_session {
-    // The content of the only window; its width is 0 when there is none.
-    struct box {
-        int x = 0, y = 0, width = 0, height = 0;
-    };
-    [[nodiscard]] box window() const
-    {
-        static const std::regex rect{
-            R"re("rect":\{"x":(-?\d+),"y":(-?\d+),"width":(\d+),"height":(\d+)\})re"};
-        const std::string list = output_of({"windows"});
-        std::smatch found;
-        if (!std::regex_search(list, found, rect))
-            return {};
-        return {.x = std::stoi(found[1]),
-                .y = std::stoi(found[2]),
-                .width = std::stoi(found[3]),
-                .height = std::stoi(found[4])};
-    }
+    // Returns the content of the only window; its width is 0 when there is none.
+    [[nodiscard]] wlr_box window() const { return box_of(); }
 
     // Returns a point of the window in layout coordinates, as a command takes it.
     [[nodiscard]] std::string at(int x, int y) const
     {
-        const box w = window();
+        const wlr_box w = window();
         return std::to_string(w.x + x) + " " + std::to_string(w.y + y);
     }
 
     void seat(const std::string &words) const { (void)output_of({"command", "seat " + words}); }
-
-    [[nodiscard]] test::image screenshot() const
-    {
-        const std::filesystem::path path = world.directory() / "picture.png";
-        (void)output_of({"capture", "all", path});
-        return test::image::load(path);
-    }
 };
-
-std::string contents(const std::filesystem::path &path)
-{
-    std::ifstream file{path};
-    return {std::istreambuf_iterator<char>{file}, {}};
-}
 
 // The terminal writes mouse events as ESC [ < BUTTON ; COLUMN ; ROW, followed by M, or by m for a release.
 TEST_F(scripted_seat, points_clicks_drags_and_scrolls_in_a_terminal)

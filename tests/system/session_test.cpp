@@ -1,8 +1,10 @@
 // The real binary: how it ends, its signals, and real programs in it.
 
+#include "support/files.hpp"
 #include "support/picture.hpp"
 #include "support/process.hpp"
 #include "support/remote_user.hpp"
+#include "support/sockets.hpp"
 
 #include <csignal>
 #include <format>
@@ -14,6 +16,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+using test::contents;
 using test::eventually;
 using testing::HasSubstr;
 using testing::Optional;
@@ -44,12 +47,6 @@ struct session : testing::Test {
 
     test::private_world world;
 };
-
-std::string contents(const std::filesystem::path &path)
-{
-    std::ifstream file{path};
-    return {std::istreambuf_iterator<char>{file}, {}};
-}
 
 const char *const running = "vantore-comp M4c running — WAYLAND_DISPLAY=wayland-0 ";
 const char *const torn_down = "vantore-comp: clean shutdown — tearing down\n";

@@ -3,13 +3,15 @@
 #include "config/default_texts.hpp"
 #include "config/load.hpp"
 #include "server.hpp"
+#include "support/files.hpp"
 #include "support/isolation.hpp"
 #include "support/places.hpp"
 
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
+
+using test::contents;
 
 namespace
 {
@@ -17,12 +19,6 @@ namespace
 const std::vector<std::string> file_names{"compositor.conf", "input.conf",    "workspaces.conf",
                                           "rules.conf",      "keybinds.conf", "autostart.conf",
                                           "appearance.conf"};
-
-std::string contents(const std::filesystem::path &path)
-{
-    std::ifstream file{path, std::ios::binary};
-    return {std::istreambuf_iterator<char>{file}, {}};
-}
 
 std::string expected(const std::string &name)
 {

@@ -1,13 +1,12 @@
 // The launcher of the programs that keys start. Programs that it calls are scripts of the tests.
 
+#include "support/files.hpp"
 #include "support/places.hpp"
 #include "support/process.hpp"
+#include "support/sockets.hpp"
 
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 using testing::HasSubstr;
@@ -18,32 +17,17 @@ namespace
 {
 
 struct launcher : testing::Test {
-    launcher()
-    {
-        std::filesystem::create_directory(world.directory() / "bin");
-        world.environment["PATH"] = (world.directory() / "bin").string() + ":/usr/bin:/bin";
-        write_program("notify-send", "printf '<%s>' \"$@\" > " + told_file().string());
-    }
+    launcher() { world.write_program("notify-send", "printf '<%s>' \"$@\" > " + told_file().string()); }
 
     [[nodiscard]] std::filesystem::path told_file() const { return world.directory() / "told"; }
-
-    void write_program(const char *name, const std::string &script) const
-    {
-        const std::filesystem::path path = world.directory() / "bin" / name;
-        std::ofstream{path} << "#!/bin/sh\n" << script << '\n';
-        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-    }
 
     // Lets the launcher find a user's service manager.
     void start_manager()
     {
         const std::filesystem::path path = world.directory() / "run/systemd/private";
         std::filesystem::create_directory(path.parent_path());
-        manager = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        path.native().copy(address.sun_path, sizeof address.sun_path - 1);
-        ASSERT_EQ(bind(manager, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        manager = test::bind_to(path);
+        ASSERT_GE(manager, 0);
     }
 
     ~launcher() override
@@ -54,15 +38,11 @@ struct launcher : testing::Test {
 
     [[nodiscard]] test::process launch(const std::string &line) const
     {
-        return {{test::with_launcher, "vantore-launch", line}, world.environment};
+        return {{test::vantore_launch, line}, world.environment};
     }
 
     // Returns the notification, or an empty text.
-    [[nodiscard]] std::string told() const
-    {
-        std::ifstream file{told_file()};
-        return {std::istreambuf_iterator<char>{file}, {}};
-    }
+    [[nodiscard]] std::string told() const { return test::contents(told_file()); }
 
     test::private_world world;
     int manager = -1;
@@ -90,7 +70,7 @@ TEST_F(launcher, tells_the_user_what_is_not_installed)
 
 TEST_F(launcher, says_what_is_not_installed_also_where_nothing_shows_notifications)
 {
-    write_program("notify-send", "exit 1");
+    world.write_program("notify-send", "exit 1");
     test::process line = launch("no-terminal");
     EXPECT_THAT(line.wait(), Optional(127));
     EXPECT_THAT(line.output(), HasSubstr("vantore-launch: not installed: no-terminal\n"));
@@ -112,7 +92,7 @@ TEST_F(launcher, takes_no_status_of_a_program_for_a_missing_program)
 
 TEST_F(launcher, takes_one_line)
 {
-    test::process none{{test::with_launcher, "vantore-launch"}, world.environment};
+    test::process none{{test::vantore_launch}, world.environment};
     EXPECT_THAT(none.wait(), Optional(2));
     EXPECT_EQ(none.output(), "usage: vantore-launch LINE\n");
 }
@@ -124,12 +104,11 @@ const char *const scope =
 TEST_F(launcher, runs_the_line_in_a_scope_of_the_users_service_manager)
 {
     start_manager();
-    write_program("systemd-run", "exec 4>" + (world.directory() / "options").string() + "\n" + scope);
+    world.write_program("systemd-run", "exec 4>" + (world.directory() / "options").string() + "\n" + scope);
     test::process line = launch("printf '<%s>' 'a  b' \\$HOME; exit 3");
     EXPECT_THAT(line.wait(), Optional(3));
     EXPECT_EQ(line.output(), "<a  b><$HOME>");
-    std::ifstream file{world.directory() / "options"};
-    const std::string options{std::istreambuf_iterator<char>{file}, {}};
+    const std::string options = test::contents(world.directory() / "options");
     EXPECT_THAT(options, HasSubstr("<--user><--scope>"));
     EXPECT_THAT(options, HasSubstr("<--expand-environment=no>"));
 }
@@ -137,7 +116,7 @@ TEST_F(launcher, runs_the_line_in_a_scope_of_the_users_service_manager)
 TEST_F(launcher, tells_what_is_not_installed_from_within_a_scope)
 {
     start_manager();
-    write_program("systemd-run", std::string{"exec 4>/dev/null\n"} + scope);
+    world.write_program("systemd-run", std::string{"exec 4>/dev/null\n"} + scope);
     EXPECT_THAT(launch("no-terminal").wait(), Optional(127));
     EXPECT_THAT(told(), HasSubstr("<not installed: no-terminal>"));
 }
@@ -145,7 +124,7 @@ TEST_F(launcher, tells_what_is_not_installed_from_within_a_scope)
 TEST_F(launcher, runs_the_line_without_a_scope_when_the_manager_refuses_one)
 {
     start_manager();
-    write_program("systemd-run", "exit 1");
+    world.write_program("systemd-run", "exit 1");
     test::process line = launch("echo here");
     EXPECT_THAT(line.wait(), Optional(0));
     EXPECT_EQ(line.output(), "here\n");
@@ -154,7 +133,7 @@ TEST_F(launcher, runs_the_line_without_a_scope_when_the_manager_refuses_one)
 TEST_F(launcher, runs_a_line_that_fails_in_its_scope_only_once)
 {
     start_manager();
-    write_program("systemd-run", std::string{"exec 4>/dev/null\n"} + scope);
+    world.write_program("systemd-run", std::string{"exec 4>/dev/null\n"} + scope);
     test::process line = launch("echo here; kill -9 $$");
     EXPECT_THAT(line.wait(), Optional(128 + 9));
     EXPECT_EQ(line.output().rfind("here\n"), 0U) << line.output();
@@ -162,7 +141,7 @@ TEST_F(launcher, runs_a_line_that_fails_in_its_scope_only_once)
 
 TEST_F(launcher, asks_for_no_scope_where_there_is_no_service_manager)
 {
-    write_program("systemd-run", "echo asked; exit 1");
+    world.write_program("systemd-run", "echo asked; exit 1");
     test::process line = launch("echo here");
     EXPECT_THAT(line.wait(), Optional(0));
     EXPECT_THAT(line.output(), Not(HasSubstr("asked")));
