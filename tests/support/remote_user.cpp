@@ -4,6 +4,8 @@
 #include "process.hpp"
 #include "sockets.hpp"
 
+#include <linux/input-event-codes.h>
+
 namespace test
 {
 
@@ -13,6 +15,7 @@ remote_user::remote_user(const std::filesystem::path &wayland_socket) : connecti
     seat = std::make_unique<test::seat>(connection);
     keyboard = std::make_unique<virtual_keyboard>(*seat);
     keyboard->keymap(keymap_text("us"));
+    pointer = std::make_unique<virtual_pointer>(*seat);
     finish();
 }
 
@@ -29,6 +32,31 @@ void remote_user::chord(uint32_t modifiers, uint32_t key)
     tap(key);
     keyboard->modifiers(0);
     finish();
+}
+
+void remote_user::move_to(int x, int y)
+{
+    pointer->move_to(uint32_t(x), uint32_t(y), 1280, 720);
+    finish();
+}
+
+void remote_user::press()
+{
+    pointer->button(BTN_LEFT, true);
+    finish();
+}
+
+void remote_user::release()
+{
+    pointer->button(BTN_LEFT, false);
+    finish();
+}
+
+void remote_user::click(int x, int y)
+{
+    move_to(x, y);
+    press();
+    release();
 }
 
 void remote_user::finish()

@@ -7,6 +7,7 @@
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 #include "xdg-activation-v1-client-protocol.h"
 
+#include <chrono>
 #include <unistd.h>
 #include <wayland-client.h>
 
@@ -16,6 +17,13 @@ namespace test
 template <class T> static T *bind(seat &s, const wl_interface &interface)
 {
     return static_cast<T *>(s.owner().bind(interface, 1));
+}
+
+// Programs tell a click that chooses from a menu by the time since another one opened it.
+static uint32_t now_msec()
+{
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return uint32_t(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
 }
 
 virtual_keyboard::virtual_keyboard(seat &s)
@@ -40,7 +48,7 @@ void virtual_keyboard::keymap(int fd, uint32_t size)
 
 void virtual_keyboard::key(uint32_t code, bool down)
 {
-    zwp_virtual_keyboard_v1_key(object.get(), 1, code,
+    zwp_virtual_keyboard_v1_key(object.get(), now_msec(), code,
                                 down ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
 }
 
@@ -59,19 +67,20 @@ virtual_pointer::~virtual_pointer() = default;
 
 void virtual_pointer::move(double dx, double dy)
 {
-    zwlr_virtual_pointer_v1_motion(object.get(), 1, wl_fixed_from_double(dx), wl_fixed_from_double(dy));
+    zwlr_virtual_pointer_v1_motion(object.get(), now_msec(), wl_fixed_from_double(dx),
+                                   wl_fixed_from_double(dy));
     zwlr_virtual_pointer_v1_frame(object.get());
 }
 
 void virtual_pointer::move_to(uint32_t x, uint32_t y, uint32_t width, uint32_t height)
 {
-    zwlr_virtual_pointer_v1_motion_absolute(object.get(), 1, x, y, width, height);
+    zwlr_virtual_pointer_v1_motion_absolute(object.get(), now_msec(), x, y, width, height);
     zwlr_virtual_pointer_v1_frame(object.get());
 }
 
 void virtual_pointer::button(uint32_t code, bool down)
 {
-    zwlr_virtual_pointer_v1_button(object.get(), 1, code,
+    zwlr_virtual_pointer_v1_button(object.get(), now_msec(), code,
                                    down ? WL_POINTER_BUTTON_STATE_PRESSED : WL_POINTER_BUTTON_STATE_RELEASED);
     zwlr_virtual_pointer_v1_frame(object.get());
 }

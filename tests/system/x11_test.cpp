@@ -1,10 +1,13 @@
 // Real X11 programs in the real compositor.
 
+#include "support/files.hpp"
 #include "support/real_session.hpp"
+#include "support/remote_user.hpp"
 #include "support/x11_client.hpp"
 
 #include <csignal>
 #include <fstream>
+#include <linux/input-event-codes.h>
 
 using test::eventually;
 using testing::HasSubstr;
@@ -36,11 +39,7 @@ struct x11_programs : test::real_session {
     {
         return windows().contains("\"app_id\":\"" + app_id + "\"");
     }
-    [[nodiscard]] std::string contents(const std::string &name) const
-    {
-        std::ifstream file{world.directory() / name};
-        return {std::istreambuf_iterator<char>{file}, {}};
-    }
+    [[nodiscard]] std::string contents(const std::string &name) const { return test::contents(path(name)); }
     // Types into the file "typed". The first key brings a new keymap, and the X server needs time to compile
     // it.
     [[nodiscard]] bool types(const std::string &text) const
@@ -94,6 +93,37 @@ TEST_F(x11_programs, may_read_the_keyboard_in_a_window_of_their_own_placing)
     ASSERT_TRUE(eventually([&] { return std::filesystem::exists(path("ready")); })) << launcher.output();
     EXPECT_TRUE(types("start something")) << contents("typed");
     EXPECT_EQ(windows(), "[]\n");
+}
+
+// A shell line that succeeds if a tooltip can be seen.
+const char *const finds_a_tooltip =
+    "for window in $(xwininfo -root -children | grep -o '^ *0x[0-9a-f]*'); do"
+    " xwininfo -id $window | grep -q IsViewable && xprop -id $window _NET_WM_WINDOW_TYPE; done |"
+    " grep -q TOOLTIP";
+
+// The pointer rests on the first place that a file dialog lists while the user types in a terminal.
+TEST_F(x11_programs, show_tooltips_that_leave_the_keyboard_where_it_is_if_the_user_protects_the_focus)
+{
+    std::ofstream{path("config/vantore/compositor.conf")} << "protect_focus = true\n";
+    compositor.send(SIGHUP);
+    ASSERT_TRUE(compositor.says("vantore-comp: config reloaded"));
+    test::remote_user user{wayland_socket()};
+    test::process editor = run({"env", "GDK_BACKEND=x11", "l3afpad"});
+    ASSERT_TRUE(eventually([&] { // the X server needs time to compile the new keyboard's keymap
+        user.chord(WLR_MODIFIER_CTRL, KEY_O);
+        return eventually([&] { return windows().contains(R"("title":"Open")"); }, std::chrono::seconds{3});
+    })) << windows();
+    test::process foot = run(
+        {"foot", "--override", "initial-window-size-pixels=300x200", "sh", "-c", "cat > " + path("typed")});
+    ASSERT_TRUE(eventually([&] { return box_of("foot").width > 0; })) << foot.output();
+    const wlr_box dialog = box_of("L3afpad");
+    const auto shows_a_tooltip = [&] { return run({"sh", "-c", finds_a_tooltip}).wait() == 0; };
+    user.move_to(dialog.x + 60, dialog.y + 50);
+    ASSERT_TRUE(eventually(shows_a_tooltip));
+    user.tap(KEY_A);
+    user.tap(KEY_ENTER);
+    EXPECT_TRUE(eventually([&] { return contents("typed") == "a\n"; })) << contents("typed");
+    EXPECT_TRUE(shows_a_tooltip());
 }
 
 TEST_F(x11_programs, are_driven_by_a_script)
