@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::Optional;
@@ -68,6 +69,20 @@ TEST_F(launcher, tells_the_user_what_is_not_installed)
     EXPECT_EQ(told(), "<-a><Vantore><--><Program not found><not installed: no-terminal no-console>");
 }
 
+TEST_F(launcher, knows_the_names_of_programs_in_quotes)
+{
+    test::process line = launch("'no terminal' -e 'a; b' || no\\ console || \"it's not\" \"a || \\\" b\"");
+    EXPECT_THAT(line.wait(), Optional(127));
+    EXPECT_THAT(line.output(), HasSubstr("not installed: no terminal no console it's not\n"));
+}
+
+TEST_F(launcher, leaves_out_what_only_the_shell_can_know)
+{
+    EXPECT_THAT(launch("$NO_TERMINAL no-terminal || no-console 2>&1 | $(echo no-pager)").wait(),
+                Optional(127));
+    EXPECT_THAT(told(), EndsWith("<not installed: no-console>"));
+}
+
 TEST_F(launcher, says_what_is_not_installed_also_where_nothing_shows_notifications)
 {
     world.write_program("notify-send", "exit 1");
@@ -84,10 +99,14 @@ TEST_F(launcher, does_not_mind_a_missing_program_that_another_one_stands_in_for)
 
 TEST_F(launcher, takes_no_status_of_a_program_for_a_missing_program)
 {
-    test::process line = launch("sh -c 'exit 127'");
-    EXPECT_THAT(line.wait(), Optional(127));
-    EXPECT_EQ(line.output(), "");
-    EXPECT_EQ(told(), "");
+    world.write_program("a terminal", "exit 127");
+    for (const char *line : {"sh -c 'exit 127; no-terminal'", "'a terminal' -e 'no-terminal || no-console'",
+                             "\"a terminal\" 2>&1"}) {
+        test::process program = launch(line);
+        EXPECT_THAT(program.wait(), Optional(127));
+        EXPECT_EQ(program.output(), "");
+        EXPECT_EQ(told(), "") << line;
+    }
 }
 
 TEST_F(launcher, takes_one_line)
