@@ -5,7 +5,7 @@
 
 #include "../config/settings.hpp"
 #include "../server.hpp"
-#include "../windows/layer.hpp"
+#include "../windows/layer_keyboard.hpp"
 #include "../windows/states.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/focus.hpp"

@@ -2,7 +2,7 @@
 
 #include "../clock.hpp"
 #include "../server.hpp"
-#include "../windows/layer.hpp"
+#include "../windows/layer_keyboard.hpp"
 #include "../workspaces/focus.hpp"
 #include "hit_test.hpp"
 #include "pointer.hpp"

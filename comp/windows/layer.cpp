@@ -3,8 +3,6 @@
 
 #include "layer.hpp"
 
-#include "../config/settings.hpp"
-#include "../input/constraints.hpp"
 #include "../input/resting_pointer.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
@@ -12,6 +10,7 @@
 #include "../visibility.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
+#include "layer_keyboard.hpp"
 #include "layer_placement.hpp"
 #include "maximized.hpp"
 #include "placement.hpp"
@@ -173,44 +172,13 @@ static void raise_panels(vantore_server &server)
             wlr_scene_node_raise_to_top(&l.scene->tree->node);
 }
 
-static bool wants_keyboard(const vantore_layer_surface &l)
-{
-    return l.layer_surface->current.keyboard_interactive != ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE;
-}
-
-static void take_keyboard(vantore_layer_surface &l)
-{
-    keyboard_enter(l.server->seat, l.layer_surface->surface);
-    constrain_to_surface(*l.server, l.layer_surface->surface);
-}
-
-// Whether the surface takes the keyboard when it maps and by a click, and not with each commit.
-static bool takes_keyboard_on_demand_only(const vantore_layer_surface &l)
-{
-    return g_protect_focus && l.layer_surface->current.keyboard_interactive ==
-                                  ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_ON_DEMAND;
-}
-
-static void take_keyboard_on_demand(vantore_layer_surface &l)
-{
-    if (takes_keyboard_on_demand_only(l) && !l.server->locked)
-        take_keyboard(l);
-}
-
-void layer_pressed(wlr_surface *surface)
-{
-    wlr_layer_surface_v1 *layer = wlr_layer_surface_v1_try_from_wlr_surface(surface);
-    if (layer != nullptr && layer->data != nullptr)
-        take_keyboard_on_demand(*static_cast<vantore_layer_surface *>(layer->data));
-}
-
 static void layer_surface_map(vantore_layer_surface &l)
 {
     if (l.layer_surface->current.layer == ZWLR_LAYER_SHELL_V1_LAYER_TOP)
         raise_panels(*l.server);
     arrange_layers(*l.server, l.layer_surface->output);
     visible_changed(*l.server);
-    take_keyboard_on_demand(l);
+    layer_take_keyboard_on_demand(l);
 }
 
 static void layer_surface_unmap(vantore_layer_surface &l)
@@ -218,27 +186,6 @@ static void layer_surface_unmap(vantore_layer_surface &l)
     if (has_keyboard(*l.server, l.layer_surface->surface))
         focus_back(*l.server);
     arrange_layers_without(*l.server, l.layer_surface->output, &l);
-}
-
-// If a window took the keyboard from the surface, the surface takes it back with its next commit. A menu of a
-// layer surface keeps the keyboard while it is open.
-static void update_keyboard(vantore_layer_surface &l)
-{
-    const bool wanted = wants_keyboard(l);
-    if (wanted == has_keyboard(*l.server, l.layer_surface->surface) || popup_has_keyboard(l))
-        return;
-    if (!wanted)
-        focus_back(*l.server);
-    else if (!takes_keyboard_on_demand_only(l))
-        take_keyboard(l);
-}
-
-void layer_take_keyboard_back(vantore_layer_surface &l)
-{
-    if (l.layer_surface->surface->mapped && wants_keyboard(l))
-        take_keyboard(l);
-    else
-        focus_back(*l.server);
 }
 
 static void change_layer(vantore_layer_surface &l)
@@ -259,7 +206,7 @@ static void layer_surface_commit(vantore_layer_surface &l)
         change_layer(l);
     arrange_layers(*l.server, l.layer_surface->output);
     if (l.layer_surface->surface->mapped && !l.server->locked)
-        update_keyboard(l);
+        layer_update_keyboard(l);
 }
 
 static void handle_popups_destroy(vantore_layer_surface &l)

@@ -23,13 +23,6 @@ struct vantore_layer_surface {
 // layer.
 bool is_panel(const vantore_layer_surface &l);
 
-// Gives the keyboard to the surface if it wants the keyboard, otherwise to the topmost window. For a menu of
-// the surface that closes while it has the keyboard.
-void layer_take_keyboard_back(vantore_layer_surface &l);
-
-// Gives the keyboard to a pressed layer surface that takes it on demand, if the user protects the focus.
-void layer_pressed(wlr_surface *surface);
-
 // Handles the shell's new_surface event.
 void server_new_layer_surface(vantore_server &server, wlr_layer_surface_v1 *layer_surface);
 

@@ -5,6 +5,7 @@
 #include "../server.hpp"
 #include "../workspaces/focus.hpp"
 #include "layer.hpp"
+#include "layer_keyboard.hpp"
 #include "reach.hpp"
 #include "toplevel.hpp"
 
