@@ -32,6 +32,14 @@ void pointer_look_again(vantore_server &server)
     server.pointing.look_again = wl_event_loop_add_idle(loop, look_again, &server);
 }
 
+void scene_node_move(vantore_server &server, wlr_scene_node &node, int x, int y)
+{
+    if (node.x == x && node.y == y)
+        return;
+    wlr_scene_node_set_position(&node, x, y);
+    pointer_look_again(server);
+}
+
 void pointer_look_again_cancel(vantore_server &server)
 {
     if (wl_event_source *pending = std::exchange(server.pointing.look_again, nullptr))

@@ -10,6 +10,9 @@
 // is dragged, because the drag has the pointer and its end calls this again.
 void pointer_look_again(vantore_server &server);
 
+// Positions a node in its tree. If that moves the node, something else may lie under the pointer.
+void scene_node_move(vantore_server &server, wlr_scene_node &node, int x, int y);
+
 // Follows a new surface until it is destroyed. When it appears, goes, or takes input elsewhere than before,
 // the pointer looks again.
 void pointer_follow_surface(vantore_server &server, wlr_surface *surface);

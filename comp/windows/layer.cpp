@@ -59,15 +59,6 @@ static void tell_size(vantore_layer_surface &l, const wlr_box &box)
     wlr_layer_surface_v1_configure(l.layer_surface, uint32_t(box.width), uint32_t(box.height));
 }
 
-static void move_node(vantore_layer_surface &l, int lx, int ly)
-{
-    wlr_scene_node &node = l.scene->tree->node;
-    if (node.x == lx && node.y == ly)
-        return;
-    wlr_scene_node_set_position(&node, lx, ly);
-    pointer_look_again(*l.server);
-}
-
 static wlr_scene_tree *layer_tree(vantore_server &server, uint32_t layer)
 {
     return server.layers[std::min<size_t>(layer, server.layers.size() - 1)];
@@ -94,7 +85,7 @@ static void place_layer(vantore_layer_surface &l, const wlr_box &full, wlr_box &
     wlr_layer_surface_v1 *surface = l.layer_surface;
     const layer_wish wish = wish_of(surface->current);
     const wlr_box box = layer_box(wish, full, usable);
-    move_node(l, box.x, box.y);
+    scene_node_move(*l.server, l.scene->tree->node, box.x, box.y);
     place_popups(l);
     tell_size(l, box);
     if (!surface->surface->mapped)

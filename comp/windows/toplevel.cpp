@@ -130,19 +130,10 @@ bool tl_has_size(const vantore_toplevel &t, int w, int h)
     return asked.width == w && asked.height == h;
 }
 
-static void set_position(vantore_toplevel &t, int lx, int ly)
-{
-    wlr_scene_node &node = t.scene_tree->node;
-    if (node.x == lx && node.y == ly)
-        return;
-    wlr_scene_node_set_position(&node, lx, ly);
-    pointer_look_again(*t.server);
-}
-
 // Arrangements happen far more often than sizes change, and each request wakes the client.
 void tl_place(vantore_toplevel &t, const wlr_box &content)
 {
-    set_position(t, content.x, content.y);
+    scene_node_move(*t.server, t.scene_tree->node, content.x, content.y);
     t.want_w = content.width;
     t.want_h = content.height;
     if (!tl_has_size(t, content.width, content.height))
@@ -151,13 +142,13 @@ void tl_place(vantore_toplevel &t, const wlr_box &content)
 
 void tl_follow_x11(vantore_toplevel &t)
 {
-    set_position(t, t.xwl->x, t.xwl->y);
+    scene_node_move(*t.server, t.scene_tree->node, t.xwl->x, t.xwl->y);
     dec_layout(t);
 }
 
 void tl_move(vantore_toplevel &t, int lx, int ly)
 {
-    set_position(t, lx, ly);
+    scene_node_move(*t.server, t.scene_tree->node, lx, ly);
     if (t.kind == VNT_XWL)
         configure_x11(t, t.xwl->width, t.xwl->height);
 }

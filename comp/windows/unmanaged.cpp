@@ -11,9 +11,9 @@ static void unmanaged_place(vantore_unmanaged &u)
 {
     if (u.scene_tree == nullptr)
         return;
-    wlr_scene_node_set_position(&u.scene_tree->node, u.xwl->x, u.xwl->y);
+    scene_node_move(*u.server, u.scene_tree->node, u.xwl->x, u.xwl->y);
     wlr_scene_node_raise_to_top(&u.scene_tree->node);
-    pointer_look_again(*u.server);
+    pointer_look_again(*u.server); // the window may have come up under the pointer
 }
 
 // An X11 window that places itself can't ask for the keyboard, so it gets the keyboard when it maps. If the
