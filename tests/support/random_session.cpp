@@ -2,6 +2,7 @@
 
 #include "input/synthetic.hpp"
 #include "outputs/power.hpp"
+#include "presentation/switcher.hpp"
 #include "reload.hpp"
 #include "server_check.hpp"
 #include "windows/attention.hpp"
@@ -414,6 +415,17 @@ std::string random_session::await_frame()
     return "wait for a frame";
 }
 
+// The modifier is held in between, also while windows and outputs go.
+std::string random_session::use_switcher()
+{
+    static constexpr std::array<uint32_t, 3> modifiers{WLR_MODIFIER_ALT, WLR_MODIFIER_LOGO,
+                                                       WLR_MODIFIER_ALT | WLR_MODIFIER_SHIFT};
+    if (below(3) != 0)
+        return switcher_step(server, any_of(modifiers)), "step through windows";
+    const bool cancels = below(2) == 0;
+    return switcher_commit(server, cancels), cancels ? "leave the switcher" : "switch";
+}
+
 const random_session::operation random_session::operations[]{
     {&random_session::plug_output, 2},         {&random_session::unplug_output, 2},
     {&random_session::open_window, 6},         {&random_session::close_window, 3},
@@ -430,6 +442,7 @@ const random_session::operation random_session::operations[]{
     {&random_session::trouble_x11_window, 7},  {&random_session::lose_x11_client, 1},
     {&random_session::change_title_bar, 2},    {&random_session::await_frame, 2},
     {&random_session::visit_other_session, 2},  {&random_session::let_time_pass, 3},
+    {&random_session::use_switcher, 4},
 };
 
 // Points at any place in the layout or at a part of a window. A drag may be under way.

@@ -66,6 +66,7 @@ private:
     std::string ask_for_state(x11_window &w);
     std::string change_title_bar();
     std::string await_frame();
+    std::string use_switcher();
     bool can_be_seen(vantore_toplevel &t);
 
     struct operation {
