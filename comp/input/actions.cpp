@@ -10,7 +10,6 @@
 #include "../broadcast.hpp"
 #include "../config/commands.hpp"
 #include "../config/keybinds.hpp"
-#include "../presentation/switcher.hpp"
 #include "../reload.hpp"
 #include "../server.hpp"
 #include "../spawn.hpp"
@@ -23,6 +22,7 @@
 #include "../workspaces/stacks.hpp"
 #include "../workspaces/switch.hpp"
 #include "../workspaces/transfer.hpp"
+#include "switcher.hpp"
 
 #include <algorithm>
 #include <string_view>

@@ -5,7 +5,6 @@
 
 #include "../config/settings.hpp"
 #include "../platform.hpp"
-#include "../presentation/switcher.hpp"
 #include "../server.hpp"
 #include "actions.hpp"
 #include "idle.hpp"
@@ -13,6 +12,7 @@
 #include "keymap.hpp"
 #include "modifier_tap.hpp"
 #include "stages.hpp"
+#include "switcher.hpp"
 
 #include <algorithm>
 #include <span>

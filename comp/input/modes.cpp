@@ -1,11 +1,11 @@
 #include "modes.hpp"
 
-#include "../presentation/switcher.hpp"
 #include "../windows/toplevel.hpp"
 #include "interactive.hpp"
 #include "modifier_tap.hpp"
 #include "mouse_tiler.hpp"
 #include "pointer.hpp"
+#include "switcher.hpp"
 
 struct mode {
     void (*end)(vantore_server &server);

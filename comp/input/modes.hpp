@@ -1,5 +1,6 @@
-// The modes that the user can be in: a drag, the Mouse Tiler, a held modifier, the window switcher, a highlighted
-// button. Each mode is a row of one table. It remembers a window or an output by its id, or forgets it here when it goes.
+// The modes that the user can be in: a drag, the Mouse Tiler, a held modifier, the window switcher, a
+// highlighted button. Each mode is a row of one table. It remembers a window or an output by its id, or
+// forgets it here when it goes.
 #pragma once
 
 #include "../fwd.hpp"

@@ -33,9 +33,11 @@ wlr_fbox live_picture_source(const wlr_box &geometry, int surface_width, int sur
     wlr_box shown{};
     if (!wlr_box_intersection(&shown, &geometry, &surface))
         shown = surface;
-    const wlr_fbox upright{shown.x * x_scale, shown.y * y_scale, shown.width * x_scale, shown.height * y_scale};
+    const wlr_fbox upright{shown.x * x_scale, shown.y * y_scale, shown.width * x_scale,
+                           shown.height * y_scale};
     wlr_fbox part{};
-    wlr_fbox_transform(&part, &upright, wlr_output_transform_invert(transform), upright_width, upright_height);
+    wlr_fbox_transform(&part, &upright, wlr_output_transform_invert(transform), upright_width,
+                       upright_height);
     part.x += source.x;
     part.y += source.y;
     return part;

@@ -4,13 +4,13 @@
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
-// Returns the part of the buffer that shows the window geometry, in pixels of the buffer as the client sent it.
-// `geometry` and the surface's size are in surface coordinates, `source` is the part of the buffer that the
-// surface shows.
+// Returns the part of the buffer that shows the window geometry, in pixels of the buffer as the client sent
+// it. `geometry` and the surface's size are in surface coordinates, `source` is the part of the buffer that
+// the surface shows.
 wlr_fbox live_picture_source(const wlr_box &geometry, int surface_width, int surface_height,
                              const wlr_fbox &source, wl_output_transform transform);
 
-// Makes a node that shows the window geometry of the window's main surface. It keeps no buffer that the client
-// has replaced, takes no input, and becomes empty when the surface goes. The parent tree owns it, and the caller gives it a
-// size. Returns null if the window has drawn nothing or there is no memory.
+// Makes a node that shows the window geometry of the window's main surface. It keeps no buffer that the
+// client has replaced, takes no input, and becomes empty when the surface goes. The parent tree owns it, and
+// the caller gives it a size. Returns null if the window has drawn nothing or there is no memory.
 wlr_scene_buffer *live_picture_create(vantore_toplevel &t, wlr_scene_tree *parent);

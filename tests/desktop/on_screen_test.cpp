@@ -2,9 +2,9 @@
 
 #include "support/desktop.hpp"
 
+#include "outputs/identify.hpp"
 #include "outputs/power.hpp"
-#include "presentation/identify.hpp"
-#include "presentation/replay_osd.hpp"
+#include "outputs/replay_osd.hpp"
 #include "windows/fullscreen.hpp"
 
 using testing::ElementsAre;
@@ -144,7 +144,8 @@ TEST_F(on_screen, badges_stay_for_one_to_thirty_seconds)
     struct {
         const char *wish;
         int ms;
-    } const cases[]{{"identify 0", 1000}, {"identify 1000", 30000}, {"identify -5", 1000}, {"identify 2", 2000}};
+    } const cases[]{
+        {"identify 0", 1000}, {"identify 1000", 30000}, {"identify -5", 1000}, {"identify 2", 2000}};
     for (const auto &c : cases) {
         command(c.wish);
         advance_clock_ms(c.ms - 1);

@@ -41,9 +41,10 @@ TEST(startup_table, names_its_steps_in_order)
                             "listeners", "first globals", "explicit sync", "scene", "scene graph",
                             "configuration", "reduced motion", "presentation time", "accent", "workspaces",
                             "workspaces' configuration", "hangup", "animation timer", "modifier timer",
-                            "on-screen displays", "frames of covered windows", "resting pointer", "outputs", "xdg shell",
-                            "XWayland", "decoration manager", "layer shell", "cursor", "seat", "last globals",
-                            "clients", "socket and backend", "announcement", "IPC", "autostart"));
+                            "on-screen displays", "frames of covered windows", "resting pointer", "outputs",
+                            "xdg shell", "XWayland", "decoration manager", "layer shell", "cursor", "seat",
+                            "last globals", "clients", "socket and backend", "announcement", "IPC",
+                            "autostart"));
 }
 
 TEST(startup_table, ends_the_socket_the_clients_the_x_server_and_the_scene_before_what_they_need)
@@ -52,12 +53,12 @@ TEST(startup_table, ends_the_socket_the_clients_the_x_server_and_the_scene_befor
     for (const startup_step &step : std::views::reverse(startup_steps()))
         if (step.end != nullptr)
             names.push_back(step.name);
-    EXPECT_THAT(names,
-                ElementsAre("IPC", "socket and backend", "clients", "XWayland", "resting pointer",
-                            "frames of covered windows", "on-screen displays", "modifier timer", "animation timer", "hangup",
-                            "scene", "first globals", "listeners", "cursor, which outlives the scene",
-                            "frame measurements", "allocator", "renderer", "login session", "backend",
-                            "outputs file", "workspaces, which outlive the outputs", "memory", "display"));
+    EXPECT_THAT(names, ElementsAre("IPC", "socket and backend", "clients", "XWayland", "resting pointer",
+                                   "frames of covered windows", "on-screen displays", "modifier timer",
+                                   "animation timer", "hangup", "scene", "first globals", "listeners",
+                                   "cursor, which outlives the scene", "frame measurements", "allocator",
+                                   "renderer", "login session", "backend", "outputs file",
+                                   "workspaces, which outlive the outputs", "memory", "display"));
 }
 
 TEST_F(desktop, offers_exactly_the_globals_that_somebody_serves_in_their_order_and_version)

@@ -3,7 +3,7 @@
 #include "support/desktop.hpp"
 #include "support/wayland_seat.hpp"
 
-#include "presentation/switcher.hpp"
+#include "input/switcher.hpp"
 #include "session/lock.hpp"
 #include "windows/states.hpp"
 #include "workspaces/focus.hpp"

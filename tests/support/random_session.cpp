@@ -1,8 +1,8 @@
 #include "random_session.hpp"
 
+#include "input/switcher.hpp"
 #include "input/synthetic.hpp"
 #include "outputs/power.hpp"
-#include "presentation/switcher.hpp"
 #include "reload.hpp"
 #include "server_check.hpp"
 #include "windows/attention.hpp"
@@ -441,7 +441,7 @@ const random_session::operation random_session::operations[]{
     {&random_session::trouble_popup, 2},       {&random_session::open_x11_window, 4},
     {&random_session::trouble_x11_window, 7},  {&random_session::lose_x11_client, 1},
     {&random_session::change_title_bar, 2},    {&random_session::await_frame, 2},
-    {&random_session::visit_other_session, 2},  {&random_session::let_time_pass, 3},
+    {&random_session::visit_other_session, 2}, {&random_session::let_time_pass, 3},
     {&random_session::use_switcher, 4},
 };
 

@@ -1,8 +1,8 @@
 // Sizes and texts of the overlays that other programs ask for.
 
 #include "drawing.hpp"
-#include "presentation/identify.hpp"
-#include "presentation/replay_osd.hpp"
+#include "outputs/identify.hpp"
+#include "outputs/replay_osd.hpp"
 #include "support/boxes.hpp"
 
 #include <gmock/gmock.h>

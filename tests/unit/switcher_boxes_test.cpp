@@ -1,8 +1,8 @@
 // Where the parts of the window switcher go, and which part of a buffer a picture of a window shows.
 
+#include "input/switcher_boxes.hpp"
+#include "input/switcher_display.hpp"
 #include "presentation/live_picture.hpp"
-#include "presentation/switcher_boxes.hpp"
-#include "presentation/switcher_display.hpp"
 #include "support/boxes.hpp"
 
 #include <gmock/gmock.h>

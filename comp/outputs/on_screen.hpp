@@ -1,8 +1,8 @@
 // Overlays that other programs ask for, as data.
 #pragma once
 
+#include "../presentation/overlay.hpp"
 #include "../timer.hpp"
-#include "overlay.hpp"
 
 struct vantore_on_screen {
     overlay replay_osd;

@@ -3,10 +3,10 @@
 #include "../cairo_buffer.hpp"
 #include "../config/settings.hpp"
 #include "../drawing.hpp"
-#include "../outputs/lookup.hpp"
-#include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../utf8.hpp"
+#include "lookup.hpp"
+#include "output.hpp"
 
 #include <algorithm>
 #include <format>
@@ -45,9 +45,9 @@ static badge badge_of(const struct wlr_output &output)
             .subtitle_height = line_height(subtitle_font),
             .width = 0,
             .height = 0};
-    b.width = int(std::max(text_extents(name_font, b.name).width,
-                           text_extents(subtitle_font, b.subtitle).width)) +
-              around_text;
+    b.width =
+        int(std::max(text_extents(name_font, b.name).width, text_extents(subtitle_font, b.subtitle).width)) +
+        around_text;
     b.height = b.name_height + b.subtitle_height + around_lines;
     return b;
 }

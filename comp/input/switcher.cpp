@@ -1,12 +1,12 @@
 #include "switcher.hpp"
 
-#include "../input/keyboard.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
+#include "keyboard.hpp"
 #include "switcher_boxes.hpp"
 #include "switcher_display.hpp"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "../fwd.hpp"
-#include "overlay.hpp"
+#include "../presentation/overlay.hpp"
 
 #include <array>
 #include <vector>

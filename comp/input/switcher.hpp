@@ -18,8 +18,8 @@ void switcher_commit(vantore_server &server, bool cancel);
 // Whether this key is one of the modifiers that keep the switcher open. False while it is closed.
 bool switcher_is_held_by(const vantore_server &server, xkb_keysym_t sym);
 
-// Call it when the modifiers of a keyboard have changed, or a keyboard has gone. A program that types tells its
-// modifiers without key events.
+// Call it when the modifiers of a keyboard have changed, or a keyboard has gone. A program that types tells
+// its modifiers without key events.
 void switcher_follow_modifiers(vantore_server &server);
 
 // What a mode does.

@@ -3,11 +3,11 @@
 #include "../cairo_buffer.hpp"
 #include "../config/settings.hpp"
 #include "../drawing.hpp"
-#include "../outputs/lookup.hpp"
-#include "../outputs/output.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/workspace.hpp"
+#include "lookup.hpp"
+#include "output.hpp"
 
 #include <algorithm>
 
@@ -50,8 +50,7 @@ static cairo_buffer *draw_pill(const std::string &text, const wlr_box &size, dou
     cairo_buffer *picture = cairo_buffer_create_scaled(size.width, size.height, scale, &cr);
     const double w = size.width, h = size.height;
     fill_round(cr, {0.5, 0.5, w - 1, h - 1}, size.height / 2, fill);
-    const color dot =
-        g_accent_set ? color{g_accent[0], g_accent[1], g_accent[2], 1} : dot_without_accent;
+    const color dot = g_accent_set ? color{g_accent[0], g_accent[1], g_accent[2], 1} : dot_without_accent;
     fill_round(cr, {dot_x - dot_radius, h / 2 - dot_radius, 2 * dot_radius, 2 * dot_radius}, dot_radius, dot);
     const cairo_text_extents_t extents = text_extents(message_font, text);
     set_font(cr, message_font);
@@ -88,7 +87,7 @@ void replay_osd_show(vantore_server &server, std::string_view text)
     const cairo_text_extents_t extents = text_extents(message_font, fitting);
     const wlr_box place = replay_osd_place(screen, replay_osd_size(extents.width, extents.height));
     wlr_scene_tree *layer = server.layers[ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY];
-    overlay_show(server.on_screen.replay_osd, layer,
-                 draw_pill(fitting, place, double(o->wlr_output->scale)), place);
+    overlay_show(server.on_screen.replay_osd, layer, draw_pill(fitting, place, double(o->wlr_output->scale)),
+                 place);
     arm_timer(server);
 }

@@ -62,8 +62,7 @@ wlr_box switcher_picture(const switcher_cards &cards, int index, const wlr_box &
                        .y = cards.panel.y + picture_top,
                        .width = cards.width - picture_inset_x,
                        .height = cards.picture_height - picture_inset_y};
-    const double aspect =
-        window.width > 0 && window.height > 0 ? double(window.width) / window.height : 1;
+    const double aspect = window.width > 0 && window.height > 0 ? double(window.width) / window.height : 1;
     int width = room.width, height = int(room.width / aspect);
     if (height > room.height) {
         height = room.height;
@@ -76,7 +75,10 @@ std::array<wlr_box, 4> switcher_frame(const wlr_box &content, int bar)
 {
     const int x = content.x, y = content.y, w = content.width, h = content.height;
     return {{
-        {.x = x - frame_width, .y = y - bar - frame_width, .width = w + 2 * frame_width, .height = frame_width},
+        {.x = x - frame_width,
+         .y = y - bar - frame_width,
+         .width = w + 2 * frame_width,
+         .height = frame_width},
         {.x = x - frame_width, .y = y + h, .width = w + 2 * frame_width, .height = frame_width},
         {.x = x - frame_width, .y = y - bar, .width = frame_width, .height = bar + h},
         {.x = x + w, .y = y - bar, .width = frame_width, .height = bar + h},

@@ -5,10 +5,10 @@
 #include "../drawing.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
+#include "../presentation/effects.hpp"
+#include "../presentation/live_picture.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
-#include "effects.hpp"
-#include "live_picture.hpp"
 #include "switcher_boxes.hpp"
 
 static constexpr size_t most_row_bytes = 199;
