@@ -14,12 +14,21 @@ static bool shows_part_of(const vantore_output &o, const wlr_scene_buffer &buffe
     return pixman_region32_contains_rectangle(&buffer.node.WLR_PRIVATE.visible, &area) != PIXMAN_REGION_OUT;
 }
 
+// A surface that leaves its last output keeps it as a suspended one.
+static bool is_on_no_output(const wlr_surface &surface)
+{
+    for (const auto &entry : each<&wlr_surface_output::link>(surface.current_outputs))
+        if (!entry.WLR_PRIVATE.suspended)
+            return false;
+    return true;
+}
+
 // Returns the buffer's surface if the scene leaves it out although part of it shows on this output, else
 // null.
 static wlr_surface *surface_left_out(wlr_scene_buffer &buffer, const vantore_output &o)
 {
     const wlr_scene_surface *scene_surface = wlr_scene_surface_try_from_buffer(&buffer);
-    if (scene_surface == nullptr || wl_list_empty(&scene_surface->surface->current_outputs) == 0)
+    if (scene_surface == nullptr || !is_on_no_output(*scene_surface->surface))
         return nullptr;
     return shows_part_of(o, buffer) ? scene_surface->surface : nullptr;
 }
@@ -53,7 +62,7 @@ struct followed_surface {
 static bool waits_for_no_output(const wlr_surface &surface)
 {
     return surface.mapped && wl_list_empty(&surface.current.frame_callback_list) == 0 &&
-           wl_list_empty(&surface.current_outputs) != 0;
+           is_on_no_output(surface);
 }
 
 struct search {
