@@ -103,7 +103,7 @@ static constexpr size_t most_bytes = 4000;
 std::string fitting_text(const font &f, std::string_view text, double width)
 {
     const scratch paper{f};
-    const std::string whole = valid_utf8(text.substr(0, most_bytes));
+    std::string whole = valid_utf8(text.substr(0, most_bytes));
     if (text.size() <= most_bytes && paper.extents(whole).width <= width)
         return whole;
     size_t fits = 0, too_long = whole.size() + 1;

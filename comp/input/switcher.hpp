@@ -3,6 +3,7 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../wlr.hpp"
 
 #include <xkbcommon/xkbcommon.h>
 

@@ -168,6 +168,7 @@ static void frame_side_show(wlr_scene_rect *&side, wlr_scene_tree *layer, const 
         side = wlr_scene_rect_create(layer, box.width, box.height, premultiplied.data());
     if (side == nullptr)
         return;
+    side->accepts_input = false;
     wlr_scene_rect_set_color(side, premultiplied.data()); // the accent may have changed
     wlr_scene_rect_set_size(side, box.width, box.height);
     wlr_scene_node_set_position(&side->node, box.x, box.y);

@@ -49,7 +49,7 @@ static cairo_buffer *draw_pill(const std::string &text, const wlr_box &size, dou
     cairo_t *cr = nullptr;
     cairo_buffer *picture = cairo_buffer_create_scaled(size.width, size.height, scale, &cr);
     const double w = size.width, h = size.height;
-    fill_round(cr, {0.5, 0.5, w - 1, h - 1}, size.height / 2, fill);
+    fill_round(cr, {0.5, 0.5, w - 1, h - 1}, h / 2, fill);
     const color dot = g_accent_set ? color{g_accent[0], g_accent[1], g_accent[2], 1} : dot_without_accent;
     fill_round(cr, {dot_x - dot_radius, h / 2 - dot_radius, 2 * dot_radius, 2 * dot_radius}, dot_radius, dot);
     const cairo_text_extents_t extents = text_extents(message_font, text);

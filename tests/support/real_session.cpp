@@ -3,7 +3,7 @@
 #include "places.hpp"
 
 #include <csignal>
-#include <regex>
+#include <cstdio>
 
 namespace test
 {
@@ -54,16 +54,15 @@ std::string real_session::output_of(const std::vector<std::string> &arguments) c
 
 wlr_box real_session::box_of(const std::string &app_id) const
 {
-    const std::regex window{R"("app_id":")" + app_id +
-                            R"("[^}]*"rect":\{"x":(-?\d+),"y":(-?\d+),"width":(\d+),"height":(\d+)\})"};
     const std::string list = output_of({"windows"});
-    std::smatch found;
-    if (!std::regex_search(list, found, window))
+    const size_t window = list.find(R"("app_id":")" + app_id + '"');
+    const size_t rect = list.find(R"("rect":)", window == std::string::npos ? list.size() : window);
+    wlr_box box{};
+    if (rect == std::string::npos ||
+        sscanf(list.c_str() + rect, R"("rect":{"x":%d,"y":%d,"width":%d,"height":%d})", &box.x, &box.y,
+               &box.width, &box.height) != 4)
         return {};
-    return {.x = std::stoi(found[1]),
-            .y = std::stoi(found[2]),
-            .width = std::stoi(found[3]),
-            .height = std::stoi(found[4])};
+    return box;
 }
 
 image real_session::screenshot() const
