@@ -241,7 +241,7 @@ struct slide : animation {
     int x_of(int num) const { return workspace(num).tree->node.x; }
     bool shows(int num) const { return workspace(num).tree->node.enabled; }
     bool slides() const { return server.sliding.from != nullptr; }
-    void expect_rest(int shown)
+    void expect_rest(int shown) const
     {
         EXPECT_FALSE(slides());
         for (int num = 1; num <= 9; num++) {

@@ -37,6 +37,7 @@ struct switcher : test::desktop {
     std::vector<std::string> items()
     {
         std::vector<std::string> names;
+        names.reserve(server.switching.sw_items.size());
         for (const vantore_toplevel *t : server.switching.sw_items)
             names.emplace_back(tl_app_id(*t));
         return names;
@@ -286,7 +287,7 @@ TEST_F(switcher, lets_the_pointer_through)
 TEST_F(switcher, shows_very_long_titles_and_any_bytes)
 {
     map_windows({"b", "a"});
-    windows["a"]->title(std::string(3000, 'w').c_str());
+    windows["a"]->title(std::string(3000, 'w'));
     windows["b"]->title("\xff\xfe");
     settle();
     for (const uint32_t modifier : {WLR_MODIFIER_ALT, WLR_MODIFIER_LOGO}) {

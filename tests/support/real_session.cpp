@@ -55,7 +55,7 @@ std::string real_session::output_of(const std::vector<std::string> &arguments) c
 wlr_box real_session::box_of(const std::string &app_id) const
 {
     const std::string list = output_of({"windows"});
-    const size_t window = list.find(R"("app_id":")" + app_id + '"');
+    const size_t window = app_id.empty() ? 0 : list.find(R"("app_id":")" + app_id + '"');
     const size_t rect = list.find(R"("rect":)", window == std::string::npos ? list.size() : window);
     wlr_box box{};
     if (rect == std::string::npos ||

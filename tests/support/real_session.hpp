@@ -30,7 +30,7 @@ protected:
     [[nodiscard]] std::filesystem::path wayland_socket() const { return world.directory() / "run/wayland-0"; }
     // Returns the content of the window raised last of all or of an application, or an empty box when there
     // is none.
-    [[nodiscard]] wlr_box box_of(const std::string &app_id = "[^\"]*") const;
+    [[nodiscard]] wlr_box box_of(const std::string &app_id = "") const;
     // Returns an empty picture on failure.
     [[nodiscard]] image screenshot() const;
 
