@@ -87,11 +87,13 @@ std::optional<remembered_output> recognise(vantore_server &server, const struct 
                                            likeness least)
 {
     remembered_output *found = nullptr;
+    likeness best = likeness::none;
     for (remembered_output &remembered : server.absence.outputs) {
         const likeness like = likeness_of(output, remembered.description);
-        if (!remembered.absent || like < least || (found != nullptr && like < likeness::both))
+        if (!remembered.absent || like < least || like <= best)
             continue;
         found = &remembered;
+        best = like;
     }
     if (found == nullptr)
         return std::nullopt;

@@ -16,8 +16,6 @@
 #include "../timer.hpp"
 #include "../windows/fullscreen.hpp"
 #include "../windows/layer.hpp"
-#include "../windows/maximized.hpp"
-#include "../windows/toplevel.hpp"
 #include "../windows/xwayland.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
@@ -28,6 +26,7 @@
 #include "pacing.hpp"
 #include "power.hpp"
 #include "rehome.hpp"
+#include "returning.hpp"
 
 #include <ranges>
 #include <vector>
@@ -44,19 +43,10 @@ void outputs_rearranged(vantore_server &server)
             fit_fullscreen_windows(*o.current_ws);
 }
 
-// Call it when workspaces have found their outputs.
-static void settle_outputs(vantore_server &server)
-{
-    focus_top_if_hidden(server);
-    cursor_ensure_on_output(server);
-    apply_touch_mapping(server);
-    ipc_broadcast(server, VNT_EVT_OUTPUTS);
-}
-
 static void output_destroy(vantore_output &o)
 {
     vantore_server &server = *o.server;
-    const bool returns = will_come_back(o);
+    const bool returns = !server.shutting_down && will_come_back(o);
     if (returns)
         remember_absent(o);
     if (o.wlr_output == server.virtual_output)
@@ -123,98 +113,6 @@ static bool join_layout_and_scene(vantore_output &o)
     return true;
 }
 
-static void hand_workspace_to(vantore_output &o)
-{
-    vantore_workspace *ws = pick_workspace_for_output(*o.server, o.wlr_output, nullptr);
-    if (ws != nullptr)
-        ws_bind(*ws, o);
-    if (o.server->absence.outputs.empty())
-        refresh_workspace_visibility(*o.server);
-    else
-        show_bound_workspaces(*o.server); // what is minimized stays so until all outputs have returned
-    arrange_workspace(ws); // its windows may come from an output at another place
-}
-
-// Other outputs may still be absent, so windows are not fitted to this one yet.
-static void take_workspace_back(vantore_output &o, int num)
-{
-    vantore_workspace *ws = workspace_by_num(*o.server, num);
-    if (ws == nullptr || ws->output != nullptr)
-        return hand_workspace_to(o);
-    ws_link(*ws, o);
-    show_bound_workspaces(*o.server);
-}
-
-// Returns whether the output was only absent.
-static bool bring_into_session(vantore_output &o)
-{
-    vantore_server &server = *o.server;
-    if (const auto remembered = recognise(server, *o.wlr_output, likeness::display)) {
-        take_workspace_back(o, remembered->workspace);
-        return true;
-    }
-    outputs_rearranged(server);
-    hand_workspace_to(o);
-    if (!server.absence.outputs.empty())
-        focus_top_if_hidden(server);
-    return false;
-}
-
-// Gives displays that were exchanged meanwhile the workspaces of their predecessors.
-static void bring_back_by_connector(vantore_server &server)
-{
-    for (auto &o : each<&vantore_output::link>(server.outputs)) {
-        if (was_recognised(o))
-            continue;
-        const auto remembered = recognise(server, *o.wlr_output, likeness::connector);
-        vantore_workspace *ws = remembered ? workspace_by_num(server, remembered->workspace) : nullptr;
-        if (ws == nullptr || ws->output != nullptr)
-            continue;
-        if (o.current_ws != nullptr)
-            o.current_ws->output = nullptr;
-        ws_link(*ws, o);
-    }
-}
-
-static void fit_windows(vantore_output &o)
-{
-    if (o.current_ws == nullptr)
-        return;
-    if (!is_as_remembered(o))
-        fit_maximized_windows(*o.current_ws);
-    arrange_workspace(o.current_ws);
-}
-
-static void focus_as_before(vantore_server &server, uint32_t id)
-{
-    vantore_toplevel *t = toplevel_by_id(server, id);
-    if (t != nullptr && toplevel_visible(*t))
-        focus_toplevel_ex(t, false);
-    else if (server.seat->keyboard_state.focused_surface == nullptr)
-        focus_top_toplevel(server);
-}
-
-// Displays that the user has unplugged meanwhile are unplugged for us only now.
-void outputs_returned(vantore_server &server)
-{
-    if (server.absence.outputs.empty())
-        return;
-    bring_back_by_connector(server);
-    restore_order(server);
-    restore_pointer(server);
-    for (auto &o : each<&vantore_output::link>(server.outputs)) {
-        o.usable = output_layout_box(o);
-        fit_windows(o);
-    }
-    const uint32_t focused = server.absence.focused;
-    if (forget_absent(server))
-        rehome_outputs(server);
-    else
-        show_bound_workspaces(server);
-    focus_as_before(server, focused);
-    settle_outputs(server);
-}
-
 void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
 {
     if (!wlr_output_init_render(wlr_output, server.allocator, server.renderer)) {
@@ -236,7 +134,11 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
         output_destroy(*o);
         return;
     }
-    const bool was_absent = bring_into_session(*o);
+    const bool was_absent = output_returns(*o);
+    if (!was_absent) {
+        outputs_rearranged(server);
+        hand_workspace_to(*o);
+    }
     power_follow(*o);
     apply_touch_mapping(server);
     wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));

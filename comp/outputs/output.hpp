@@ -27,10 +27,6 @@ struct vantore_output {
 // Handles the backend's new_output event.
 void server_new_output(vantore_server &server, struct wlr_output *wlr_output);
 
-// Call it when the session has returned from another virtual terminal and the backend has announced the
-// outputs again. Displays that are missing count as unplugged from then on.
-void outputs_returned(vantore_server &server);
-
 // Receives broadcasts and keeps the outputs file current. It registers before the IPC socket does, so the
 // file is current when other programs hear of a change.
 void outputs_file_follow(vantore_server &server, vnt_event event);

@@ -4,6 +4,7 @@
 #include "../server.hpp"
 #include "lookup.hpp"
 #include "output.hpp"
+#include "returning.hpp"
 
 // A null mode leaves the output's mode unchanged.
 static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)

@@ -1,9 +1,12 @@
 #include "rehome.hpp"
 
+#include "../broadcast.hpp"
 #include "../clock.hpp"
+#include "../input/devices.hpp"
 #include "../input/pointer.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
+#include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
 #include "absent.hpp"
 #include "lookup.hpp"
@@ -80,4 +83,25 @@ void cursor_ensure_on_output(vantore_server &server)
     const point target = center_of(has_usable ? o->usable : output_layout_box(*o));
     wlr_cursor_warp_closest(server.cursor, nullptr, target.x, target.y);
     process_cursor_motion(server, uint32_t(mono_ms()));
+}
+
+void hand_workspace_to(vantore_output &o)
+{
+    vantore_workspace *ws = pick_workspace_for_output(*o.server, o.wlr_output, nullptr);
+    if (ws != nullptr)
+        ws_bind(*ws, o);
+    if (o.server->absence.outputs.empty())
+        refresh_workspace_visibility(*o.server);
+    else
+        show_bound_workspaces(*o.server); // what is minimized stays so until all outputs have returned
+    focus_top_if_hidden(*o.server); // the window that has the keyboard may be on an absent output
+    arrange_workspace(ws); // its windows may come from an output at another place
+}
+
+void settle_outputs(vantore_server &server)
+{
+    focus_top_if_hidden(server);
+    cursor_ensure_on_output(server);
+    apply_touch_mapping(server);
+    ipc_broadcast(server, VNT_EVT_OUTPUTS);
 }

@@ -9,3 +9,10 @@ void rehome_outputs(vantore_server &server);
 
 // Moves the pointer to the nearest enabled output if it lies on none.
 void cursor_ensure_on_output(vantore_server &server);
+
+// Gives an output the workspace that was last shown on it, else the first one that waits for no other output.
+void hand_workspace_to(vantore_output &o);
+
+// Call it when workspaces have found their outputs: the keyboard and the pointer go where they can be seen,
+// and programs are told.
+void settle_outputs(vantore_server &server);

@@ -340,7 +340,7 @@ TEST_F(slide, needs_a_single_output)
     go_to(3);
     EXPECT_FALSE(slides());
     EXPECT_EQ(x_of(3), 0);
-    test::unplug(test::made_up(output("B").wlr_output));
+    unplug("B");
     go_to(1);
     EXPECT_TRUE(slides());
 }
@@ -359,7 +359,7 @@ TEST_F(slide, ends_when_its_output_is_unplugged)
 {
     go_to(2);
     advance_clock_ms(30);
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     expect_rest(0);
     run_clock(std::chrono::milliseconds{100});
     plug("A", 640, 384);

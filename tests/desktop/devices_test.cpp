@@ -166,15 +166,15 @@ TEST_F(touchscreens, are_mapped_anew_when_outputs_come_and_go)
     EXPECT_EQ(middle(touch), middle_of_b);
     plug("C", 640, 640); // at 1920,0
     EXPECT_EQ(middle(touch), (at{2240, 320}));
-    test::unplug(test::made_up(output("C").wlr_output));
+    unplug("C");
     EXPECT_EQ(middle(touch), middle_of_b);
 }
 
 TEST_F(touchscreens, survive_a_time_without_outputs)
 {
     auto &touch = plug_touch("screen", "A");
-    test::unplug(test::made_up(output("A").wlr_output));
-    test::unplug(test::made_up(output("B").wlr_output));
+    unplug("A");
+    unplug("B");
     plug("A", 640, 640);
     EXPECT_EQ(middle(touch), (at{320, 320}));
 }

@@ -529,7 +529,7 @@ TEST_F(drags, survive_another_workspace_an_unplugged_output_and_a_second_button)
     command("workspace 1");
     press_at(t().scene_tree->node.x + 50, t().scene_tree->node.y - 10);
     plug("B", 640, 512);
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     go(100, 100);
     pointer->release(BTN_LEFT);
     settle();

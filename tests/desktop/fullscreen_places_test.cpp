@@ -82,7 +82,7 @@ TEST_F(fullscreen_places, finds_another_output_when_its_own_is_unplugged)
 {
     window &w = map_fullscreen("w");
     plug("B", 800, 600);
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     EVENTUALLY_EQ(record(w).workspace->output, nullptr);
     EXPECT_FALSE(record(w).scene_tree->node.enabled) << "B shows another workspace";
     goto_workspace(server, 1);
@@ -155,7 +155,7 @@ TEST_F(fullscreen_places, follow_an_output_that_moves_up_for_another)
     move_workspace_to_output(&workspace(1), output("B"));
     settle();
     w.auto_draw = false;
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     EVENTUALLY_EQ(output_layout_box(output("B")).x, 0);
     EXPECT_EQ(record(w).scene_tree->node.x, 0);
 }
@@ -305,7 +305,7 @@ TEST_F(fullscreen_places, of_a_window_mapped_again_without_an_output_waits_for_o
     window &w = map_fullscreen("w");
     w.unmap();
     EVENTUALLY(find_record(w) == nullptr);
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     settle();
     (void)heard();
     map(w);

@@ -183,7 +183,7 @@ TEST_F(fullscreen, puts_a_client_back_that_moves_itself)
 TEST_F(fullscreen, without_an_output_changes_nothing)
 {
     window &w = map("w");
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     w.request_fullscreen();
     settle();
     EXPECT_FALSE(record(w).fullscreen);

@@ -108,7 +108,7 @@ TEST_F(ipc_commands, pull_a_hidden_window_into_view)
 TEST_F(ipc_commands, hide_no_window_without_outputs)
 {
     window &w = map("w");
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     command("focus " + id_of(w));
     EXPECT_EQ(workspace(1).output, nullptr);
 }

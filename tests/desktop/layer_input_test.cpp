@@ -96,7 +96,7 @@ TEST_P(layers_with_keyboard, do_not_keep_a_window_active_that_is_unmapped_meanwh
     page.unmap();
     settle();
     map("editor");
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     map(page);
     EXPECT_FALSE(page.has(test::ACTIVATED));
 }
@@ -157,7 +157,7 @@ TEST_P(layers_with_keyboard, give_it_back_when_their_output_goes)
     traits.output = "B";
     layer_surface &l = show(traits);
     EXPECT_TRUE(has_keyboard(l));
-    test::unplug(test::made_up(output("B").wlr_output));
+    unplug("B");
     EXPECT_TRUE(has_keyboard(page));
 }
 

@@ -358,7 +358,7 @@ TEST_F(layers, that_take_everything_take_it_where_their_output_moves_to)
     plug("B", 640, 640);
     show({.output = "B", .size = {0, 40}, .anchor = TOP | LEFT | RIGHT, .zone = 5000});
     EXPECT_EQ(usable("B"), (wlr_box{1280, 640, 640, 0}));
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     EXPECT_EQ(usable("B"), (wlr_box{0, 640, 640, 0}));
 }
 
@@ -386,7 +386,7 @@ TEST_F(layers, of_an_output_that_goes_are_closed_and_not_moved)
     layer_traits of_a = top_bar(30);
     of_a.output = "A";
     layer_surface &other = show(of_a);
-    test::unplug(test::made_up(output("B").wlr_output));
+    unplug("B");
     EVENTUALLY(panel.closed());
     EXPECT_FALSE(other.closed());
     EXPECT_EQ(wl_list_length(&server.layer_surfaces), 1);
@@ -402,7 +402,7 @@ TEST_F(layers, that_name_an_output_that_has_gone_meanwhile_go_to_another)
 {
     plug("B", 640, 640);
     test::client &c = connect();
-    test::unplug(test::made_up(output("B").wlr_output));
+    unplug("B");
     layer_traits traits = top_bar(40);
     traits.output = "B"; // the client has not heard yet that B is gone
     layer_surface &l = create(c, traits);
@@ -416,7 +416,7 @@ TEST_F(layers, follow_their_output_when_its_place_or_size_changes)
     layer_traits traits = top_bar(40);
     traits.output = "B";
     layer_surface &panel = show(traits);
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     EVENTUALLY_EQ(box(panel), (wlr_box{0, 0, 640, 40}));
     EXPECT_EQ(usable("B"), (wlr_box{0, 40, 640, 600}));
 }

@@ -51,7 +51,7 @@ TEST_F(moves, adjacent_outputs_go_round_the_list_from_the_newest)
 
 TEST_F(moves, to_the_next_output_do_nothing_with_one)
 {
-    test::unplug(test::made_up(output("B").wlr_output));
+    unplug("B");
     window &w = map("w");
     settle();
     (void)heard();

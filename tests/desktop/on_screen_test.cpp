@@ -97,8 +97,8 @@ TEST_F(on_screen, message_without_text_or_output_does_not_appear)
     for (const char *nothing : {"osd", "osd ", "osd \n"})
         command(nothing);
     EXPECT_EQ(message(), nullptr);
-    test::unplug(test::made_up(output("A").wlr_output));
-    test::unplug(test::made_up(output("B").wlr_output));
+    unplug("A");
+    unplug("B");
     command("osd text");
     EXPECT_EQ(message(), nullptr);
 }
@@ -162,7 +162,7 @@ TEST_F(on_screen, badges_go_when_they_are_not_wanted_any_more)
     EXPECT_THAT(names_of_badged(), ElementsAre());
     command("identify 9");
     command("identify 9"); // replaces the first ones
-    test::unplug(test::made_up(output("B").wlr_output));
+    unplug("B");
     EXPECT_THAT(names_of_badged(), ElementsAre("A"));
 }
 

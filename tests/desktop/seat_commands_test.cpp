@@ -97,7 +97,7 @@ TEST_F(scripted, move_counts_what_is_not_a_number_as_zero)
 
 TEST_F(scripted, move_works_while_no_output_is_there)
 {
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     settle();
     for (const char *words : {"move 1e300 1e300", "scroll 1e300 -1e300", "drag 0 0 inf nan", "click 5 5"})
         command(std::string{"seat "} + words);

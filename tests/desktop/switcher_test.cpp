@@ -232,7 +232,7 @@ TEST_F(switcher, ends_with_a_lock_and_with_an_output)
     plug("B", 800, 600);
     map_windows({"b", "a"});
     switcher_step(server, WLR_MODIFIER_ALT);
-    test::unplug(test::made_up(output("B").wlr_output));
+    unplug("B");
     EXPECT_FALSE(server.switching.sw_active);
     switcher_step(server, WLR_MODIFIER_ALT);
     session_lock_begin(server);

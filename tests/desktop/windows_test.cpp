@@ -144,7 +144,7 @@ TEST_F(desktop, without_outputs_a_window_waits_on_the_first_workspace_without_th
 TEST_F(desk, a_window_on_a_workspace_that_is_not_shown_takes_no_focus)
 {
     test::window &shown = map("shown");
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     test::window &hidden = map("hidden");
     EXPECT_TRUE(has_keyboard(shown));
     EXPECT_FALSE(hidden.has(test::ACTIVATED));
@@ -290,7 +290,7 @@ TEST_F(desk, a_window_that_was_unmapped_in_focus_is_not_active_when_it_comes_bac
     w.unmap();
     settle();
     map("other");
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     map(w);
     EXPECT_FALSE(w.has(test::ACTIVATED));
 }
@@ -749,7 +749,7 @@ TEST_P(vanishing_client, may_take_the_only_output_with_it)
     test::client &doomed = connect();
     bring_to(doomed.create_window("doomed"), GetParam());
     doomed.vanish();
-    test::unplug(test::made_up(output("A").wlr_output));
+    unplug("A");
     EVENTUALLY_EQ(wl_list_length(&workspace(1).toplevels), 0);
     plug("A", 800, 600);
     settle();

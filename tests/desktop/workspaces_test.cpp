@@ -21,7 +21,6 @@ struct workspace_switch : test::desktop {
         wlr_cursor_warp(server.cursor, nullptr, 400, 300); // on A
         (void)heard();
     }
-    void unplug(const std::string &name) { test::unplug(test::made_up(output(name).wlr_output)); }
     void expect_pointer_in(const std::string &name)
     {
         const wlr_box box = output_layout_box(output(name));

@@ -362,7 +362,7 @@ TEST_F(x11_requests, for_focus_are_only_noted_of_a_window_that_nobody_sees)
 TEST_F(x11_requests, for_focus_mark_a_hidden_window_that_still_has_the_keyboard)
 {
     x11_window &w = map_x11();
-    test::unplug(test::made_up(output("A").wlr_output)); // nobody else can take the keyboard
+    unplug("A"); // nobody else can take the keyboard
     ASSERT_TRUE(has_keyboard(w));
     (void)heard();
     w.request_activate();

@@ -134,6 +134,11 @@ vantore_output &unstarted_desktop::output(const std::string &name)
     return *o;
 }
 
+void unstarted_desktop::unplug(const std::string &name)
+{
+    test::unplug(made_up(output(name).wlr_output));
+}
+
 image unstarted_desktop::picture(const std::string &name)
 {
     wlr_buffer *shown = made_up(output(name).wlr_output).shown;

@@ -64,6 +64,7 @@ protected:
     made_up_output &plug(output_traits traits);
     made_up_output &plug(const std::string &name, int width, int height);
     vantore_output &output(const std::string &name);
+    void unplug(const std::string &name);
     // Returns the last picture that the output committed.
     image picture(const std::string &name);
     // Returns a pixel of that picture as opaque ARGB, or 0 before the first picture.

@@ -640,7 +640,7 @@ std::string random_requests::pass_time()
 std::string random_requests::change_outputs()
 {
     if (second_output)
-        unplug(made_up(output("B").wlr_output));
+        unplug("B");
     else
         plug("B", 500 + below(100), 300);
     second_output = !second_output;

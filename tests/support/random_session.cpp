@@ -62,7 +62,7 @@ std::string random_session::unplug_output()
         return "nothing";
     const std::string name = any_of(plugged);
     std::erase(plugged, name);
-    unplug(made_up(output(name).wlr_output));
+    unplug(name);
     return "unplug " + name;
 }
 
@@ -77,7 +77,7 @@ std::string random_session::visit_other_session()
         made_up_output &display = made_up(output(name).wlr_output);
         displays.push_back(display.traits);
         shown[name] = output(name).current_ws;
-        unplug(display);
+        test::unplug(display);
     }
     if (below(2) == 0)
         open_window();
