@@ -37,8 +37,11 @@ static void constraint_warp_to_hint(vantore_server &server, const wlr_pointer_co
     const auto &hint = constraint.current.cursor_hint;
     if (constraint.type != WLR_POINTER_CONSTRAINT_V1_LOCKED || !hint.enabled)
         return;
-    if (const auto origin = constraint_surface_origin(server, constraint.surface))
-        wlr_cursor_warp(server.cursor, nullptr, origin->x + hint.x, origin->y + hint.y);
+    const auto origin = constraint_surface_origin(server, constraint.surface);
+    if (!origin)
+        return;
+    wlr_cursor_warp(server.cursor, nullptr, origin->x + hint.x, origin->y + hint.y);
+    pointer_look_again(server);
 }
 
 static wlr_pointer_constraint_v1 *constraint_of(const vantore_server &server, wlr_surface *surface)

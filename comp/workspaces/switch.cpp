@@ -1,6 +1,7 @@
 #include "switch.hpp"
 
 #include "../broadcast.hpp"
+#include "../input/resting_pointer.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
 #include "../presentation/slide.hpp"
@@ -14,8 +15,10 @@
 void focus_output(vantore_server &server, vantore_output &o)
 {
     const wlr_box box = output_layout_box(o);
-    if (!wlr_box_contains_point(&box, server.cursor->x, server.cursor->y))
-        wlr_cursor_warp(server.cursor, nullptr, box.x + box.width * 0.5, box.y + box.height * 0.5);
+    if (wlr_box_contains_point(&box, server.cursor->x, server.cursor->y))
+        return;
+    wlr_cursor_warp(server.cursor, nullptr, box.x + box.width * 0.5, box.y + box.height * 0.5);
+    pointer_look_again(server);
 }
 
 void focus_workspace_top(vantore_workspace &ws)

@@ -104,6 +104,14 @@ TEST_F(resting_pointer, follows_a_switch_of_workspaces)
     EXPECT_EQ(pointed(), surface_of(*w));
 }
 
+TEST_F(resting_pointer, follows_its_own_jump_to_another_output)
+{
+    plug("B", 800, 600); // shows workspace 2, which has no window
+    command("workspace 2");
+    settle();
+    EXPECT_EQ(pointed(), nullptr);
+}
+
 TEST_F(resting_pointer, follows_an_arrangement)
 {
     rest_at(1000, 600);
