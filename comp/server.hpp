@@ -5,6 +5,7 @@
 #include "input/cursor_shown.hpp"
 #include "input/drag.hpp"
 #include "input/locating.hpp"
+#include "input/overviewing.hpp"
 #include "input/pointing.hpp"
 #include "input/switching.hpp"
 #include "input/tap.hpp"
@@ -105,6 +106,7 @@ struct vantore_server {
     vantore_sliding sliding;
     vantore_on_screen on_screen;
     vantore_switching switching;
+    vantore_overviewing overview;
 
     wlr_idle_notifier_v1 *idle_notifier = nullptr;
     bool locked = false; // nothing except the lock screen may be seen or reached

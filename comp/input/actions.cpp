@@ -22,6 +22,7 @@
 #include "../workspaces/stacks.hpp"
 #include "../workspaces/switch.hpp"
 #include "../workspaces/transfer.hpp"
+#include "overview.hpp"
 #include "switcher.hpp"
 
 #include <algorithm>
@@ -143,7 +144,7 @@ static constexpr action actions[]{
     {ACT_CYCLE, step_through_windows},
     {ACT_QUIT, end_session},
     {ACT_RELOAD, run_plain<config_reload>},
-    {ACT_OVERVIEW, nullptr},
+    {ACT_OVERVIEW, run_plain<overview_toggle>},
     {ACT_CLIPBOARD, show_clipboard},
     {ACT_STACK_GROUP, run_plain<stack_toggle_focused>},
     {ACT_STACK_UNGROUP, run_plain<stack_ungroup_focused>},

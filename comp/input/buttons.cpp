@@ -1,5 +1,5 @@
-// Decides who gets a button: the lock screen, a panel, a drag, a title bar, a resize border or a client. Each
-// is a stage of the two tables below.
+// Decides who gets a button: the lock screen, the overview, a panel, a drag, a title bar, a resize border or
+// a client. Each is a stage of the two tables below.
 
 #include "buttons.hpp"
 
@@ -16,6 +16,7 @@
 #include "idle.hpp"
 #include "interactive.hpp"
 #include "modifier_tap.hpp"
+#include "overview_input.hpp"
 #include "stages.hpp"
 
 #include <linux/input-event-codes.h>
@@ -149,6 +150,23 @@ static bool give_to_lock_screen(vantore_server &server, const wlr_pointer_button
     return server.locked;
 }
 
+static bool press_in_overview(vantore_server &server, const wlr_pointer_button_event &event)
+{
+    if (!server.overview.active)
+        return false;
+    overview_press(server, event.button);
+    return true;
+}
+
+static bool release_in_overview(vantore_server &server, const wlr_pointer_button_event &event)
+{
+    if (!server.overview.active)
+        return false;
+    if (!overview_release(server))
+        notify_client(server, event);
+    return true;
+}
+
 static bool press_on_layer_surface(vantore_server &server, const wlr_pointer_button_event &event)
 {
     wlr_surface *surface = surface_at(server, server.cursor->x, server.cursor->y).surface;
@@ -177,9 +195,9 @@ static bool release_and_drop(vantore_server &server, const wlr_pointer_button_ev
     return true;
 }
 
-using press_stages =
-    stages<give_to_lock_screen, press_on_layer_surface, press_with_logo, press_on_frame, press_on_client>;
-using release_stages = stages<give_to_lock_screen, release_and_drop>;
+using press_stages = stages<give_to_lock_screen, press_in_overview, press_on_layer_surface, press_with_logo,
+                            press_on_frame, press_on_client>;
+using release_stages = stages<give_to_lock_screen, release_in_overview, release_and_drop>;
 
 void server_cursor_button(vantore_server &server, wlr_pointer_button_event *event)
 {

@@ -11,6 +11,7 @@
 #include "input_method.hpp"
 #include "keymap.hpp"
 #include "modifier_tap.hpp"
+#include "overview_input.hpp"
 #include "stages.hpp"
 #include "switcher.hpp"
 
@@ -62,6 +63,19 @@ static void notify_client(const key_event &key)
 {
     wlr_seat_set_keyboard(key.server.seat, key.keyboard);
     wlr_seat_keyboard_notify_key(key.server.seat, key.raw.time_msec, key.raw.keycode, key.raw.state);
+}
+
+// The overview takes every key.
+static bool give_to_overview(const key_event &key)
+{
+    vantore_overviewing &overview = key.server.overview;
+    if (!overview.active)
+        return false;
+    if (!key.pressed)
+        overview.swallowed_release = true;
+    else if (!key.base_syms.empty())
+        overview_key(key.server, first_sym(key));
+    return true;
 }
 
 static bool switch_vt(const key_event &key)
@@ -134,8 +148,8 @@ static bool give_to_client(const key_event &key)
     return true;
 }
 
-using key_stages = stages<switch_vt, give_to_lock_client, give_to_switcher, watch_modifier_tap, run_bindings,
-                          give_to_input_method, give_to_client>;
+using key_stages = stages<give_to_overview, switch_vt, give_to_lock_client, give_to_switcher,
+                          watch_modifier_tap, run_bindings, give_to_input_method, give_to_client>;
 
 static void keyboard_handle_key(vantore_keyboard &k, wlr_keyboard_key_event *event)
 {

@@ -4,6 +4,7 @@
 #include "interactive.hpp"
 #include "modifier_tap.hpp"
 #include "mouse_tiler.hpp"
+#include "overview.hpp"
 #include "pointer.hpp"
 #include "switcher.hpp"
 
@@ -21,6 +22,7 @@ static constexpr mode modes[]{
     {mt_hide, keep, mt_output_leaves},
     {shortcuts_force_hide, keep, keep},
     {switcher_cancel, switcher_window_leaves, switcher_output_leaves},
+    {overview_end, overview_window_leaves, overview_output_leaves},
     {pointer_leaves_decorations, hover_window_leaves, keep},
 };
 

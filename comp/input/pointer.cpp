@@ -13,6 +13,7 @@
 #include "hit_test.hpp"
 #include "idle.hpp"
 #include "interactive.hpp"
+#include "overview_input.hpp"
 #include "seat_requests.hpp"
 #include "stages.hpp"
 
@@ -102,6 +103,15 @@ static bool give_to_lock_screen(const motion &m)
         wlr_seat_pointer_notify_clear_focus(server.seat);
     else
         enter_and_deliver(server, m.time_msec, hit);
+    return true;
+}
+
+// No client hears of the motion.
+static bool give_to_overview(const motion &m)
+{
+    if (!m.server.overview.active)
+        return false;
+    show_image(m, overview_motion(m.server));
     return true;
 }
 
@@ -273,7 +283,8 @@ static bool give_to_client(const motion &m)
     return true;
 }
 
-using motion_stages = stages<move_drag_icon, give_to_lock_screen, drag_window, give_to_client>;
+using motion_stages =
+    stages<move_drag_icon, give_to_lock_screen, give_to_overview, drag_window, give_to_client>;
 
 void process_cursor_motion(vantore_server &server, uint32_t time_msec)
 {

@@ -1,6 +1,7 @@
 #include "command.hpp"
 
 #include "../broadcast.hpp"
+#include "../input/overview.hpp"
 #include "../layout.hpp"
 #include "../outputs/identify.hpp"
 #include "../outputs/lookup.hpp"
@@ -102,6 +103,11 @@ static void toggle_shortcuts(vantore_server &server, ipc_words &)
     ipc_broadcast(server, VNT_EVT_SHORTCUTS);
 }
 
+static void toggle_overview(vantore_server &server, ipc_words &)
+{
+    overview_toggle(server);
+}
+
 static void show_message(vantore_server &server, ipc_words &words)
 {
     replay_osd_show(server, words.line());
@@ -131,6 +137,7 @@ static constexpr verb verbs[]{
     {"launcher", open_launcher},
     {"shortcuts", toggle_shortcuts},
     {"osd", show_message},
+    {"overview", toggle_overview},
     {"identify", identify_outputs},
     {"virtual-output", change_virtual_output},
     {"dpms", change_power},

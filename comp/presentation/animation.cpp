@@ -2,6 +2,7 @@
 
 #include "../clock.hpp"
 #include "../input/cursor_locate.hpp"
+#include "../input/overview_zoom.hpp"
 #include "../server.hpp"
 #include "open_fade.hpp"
 #include "slide.hpp"
@@ -17,6 +18,7 @@ static bool cursor_locate_advance(vantore_server &server, int64_t now)
 static constexpr bool (*animations[])(vantore_server &server, int64_t now) = {
     anim_open_advance,
     slide_advance,
+    overview_zoom_advance,
     cursor_locate_advance,
 };
 

@@ -31,3 +31,15 @@ slide_offsets slide_at(int64_t elapsed_ms, int dir, int width)
     const int left = int((1 - ease_out_cubic(part(elapsed_ms, slide_ms))) * width);
     return {.from = (left - width) * dir, .to = left * dir};
 }
+
+zoom overview_opening_at(int64_t elapsed_ms)
+{
+    const double t = part(elapsed_ms, overview_zoom_ms);
+    return {.opacity = float(ease_out_quad(t)), .part = ease_out_cubic(t)};
+}
+
+zoom overview_closing_at(int64_t elapsed_ms)
+{
+    const double t = part(elapsed_ms, overview_zoom_ms), rest = 1 - t;
+    return {.opacity = float(rest * rest), .part = t * t * t};
+}

@@ -7,7 +7,7 @@
 double ease_out_quad(double t);
 double ease_out_cubic(double t);
 
-inline constexpr int64_t open_fade_ms = 160, slide_ms = 150;
+inline constexpr int64_t open_fade_ms = 160, slide_ms = 150, overview_zoom_ms = 150;
 
 // Returns the opacity of a window that has just opened.
 float open_fade_opacity(int64_t elapsed_ms);
@@ -19,3 +19,12 @@ struct slide_offsets {
 
 // `dir` is 1 when the workspaces move to the left, and -1 when they move to the right.
 slide_offsets slide_at(int64_t elapsed_ms, int dir, int width);
+
+// How the overview shows its pictures on their way.
+struct zoom {
+    float opacity;
+    double part; // of the way, from 0 to 1
+};
+
+zoom overview_opening_at(int64_t elapsed_ms);
+zoom overview_closing_at(int64_t elapsed_ms);

@@ -19,7 +19,8 @@ static void place(vantore_server &server, const slide_offsets &offsets)
 
 static bool may_slide(const vantore_server &server)
 {
-    return g_animations && fx_on() && !server.locked && wl_list_length(&server.outputs) == 1;
+    return g_animations && fx_on() && !server.locked && !server.overview.active &&
+           wl_list_length(&server.outputs) == 1;
 }
 
 void slide_start(vantore_server &server, wlr_scene_tree *from, wlr_scene_tree *to, int dir, int width)

@@ -3,6 +3,7 @@
 
 #include "layer.hpp"
 
+#include "../input/overview.hpp"
 #include "../input/resting_pointer.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
@@ -123,6 +124,7 @@ static void arrange_layers_without(vantore_server &server, wlr_output *output,
     o->usable = usable;
     arrange_workspace(o->current_ws);
     maximized.follow();
+    overview_output_changed(server, *o);
 }
 
 void arrange_layers(vantore_server &server, wlr_output *output)

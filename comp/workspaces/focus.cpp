@@ -95,6 +95,15 @@ void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
         enter_with(wlr_seat_keyboard_enter, seat, surface);
 }
 
+void keyboard_enter_again(wlr_seat *seat)
+{
+    wlr_surface *surface = seat->keyboard_state.focused_surface;
+    if (surface == nullptr)
+        return;
+    wlr_seat_keyboard_clear_focus(seat);
+    enter_with(wlr_seat_keyboard_enter, seat, surface);
+}
+
 // Restores a minimized window and ends its call for attention. Returns whether it was minimized.
 static bool bring_back(vantore_toplevel &t)
 {

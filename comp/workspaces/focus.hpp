@@ -24,7 +24,11 @@ bool has_keyboard(const vantore_server &server, const wlr_surface *surface);
 // window that it is no longer active.
 void keyboard_enter(wlr_seat *seat, wlr_surface *surface);
 
-// The same, except that a menu or a drag that holds the keyboard back keeps it.
+// Tells the client that has the keyboard anew which keys are down, because it missed some of them. Does
+// nothing when no client has it.
+void keyboard_enter_again(wlr_seat *seat);
+
+// The same as keyboard_enter, except that a menu or a drag that holds the keyboard back keeps it.
 void keyboard_offer(wlr_seat *seat, wlr_surface *surface);
 
 // Tells the window of this surface that it is not active any more. Does nothing for null and other surfaces.

@@ -51,4 +51,24 @@ TEST(slide_at, moves_both_workspaces_by_whole_pixels_side_by_side)
     }
 }
 
+TEST(overview_zoom, moves_fast_first_when_it_opens_and_fast_last_when_it_closes)
+{
+    for (const int64_t before : {int64_t{-1}, int64_t{0}}) {
+        EXPECT_EQ(overview_opening_at(before).opacity, 0);
+        EXPECT_EQ(overview_opening_at(before).part, 0);
+        EXPECT_EQ(overview_closing_at(before).opacity, 1);
+        EXPECT_EQ(overview_closing_at(before).part, 0);
+    }
+    EXPECT_FLOAT_EQ(overview_opening_at(75).opacity, 0.75F);
+    EXPECT_DOUBLE_EQ(overview_opening_at(75).part, 0.875);
+    EXPECT_FLOAT_EQ(overview_closing_at(75).opacity, 0.25F);
+    EXPECT_DOUBLE_EQ(overview_closing_at(75).part, 0.125);
+    for (const int64_t after : {int64_t{150}, INT64_MAX}) {
+        EXPECT_EQ(overview_opening_at(after).opacity, 1);
+        EXPECT_EQ(overview_opening_at(after).part, 1);
+        EXPECT_EQ(overview_closing_at(after).opacity, 0);
+        EXPECT_EQ(overview_closing_at(after).part, 1);
+    }
+}
+
 } // namespace

@@ -1,0 +1,39 @@
+#include "overview_canvas.hpp"
+
+#include "../cairo_buffer.hpp"
+#include "../config/settings.hpp"
+#include "../presentation/overlay.hpp"
+#include "overview_boxes.hpp"
+
+#include <algorithm>
+
+static constexpr color default_accent{0.4F, 0.62F, 0.95F, 1};
+
+void overview_add_picture(const overview_canvas &canvas, cairo_buffer *picture, const wlr_box &at)
+{
+    overlay shown; // the tree owns its node
+    overlay_show(shown, canvas.tree, picture, at);
+}
+
+void overview_draw_line(cairo_t *cr, const font &f, std::string_view text, const color &c,
+                        const wlr_box &size, double margin)
+{
+    const std::string line = fitting_text(f, text, size.width - 2 * margin);
+    const cairo_text_extents_t extents = text_extents(f, line);
+    const cairo_font_extents_t letters = font_extents(f);
+    set_font(cr, f);
+    cairo_set_color(cr, c);
+    cairo_move_to(cr, std::max((size.width - extents.width) / 2 - extents.x_bearing, margin),
+                  (size.height + letters.ascent - letters.descent) / 2);
+    cairo_show_text(cr, line.c_str());
+}
+
+void overview_fill_badge(cairo_t *cr, const color &c)
+{
+    fill_round(cr, {0, 0, overview_badge, overview_badge}, overview_badge / 2.0, c);
+}
+
+color overview_accent()
+{
+    return g_accent_set ? color{g_accent[0], g_accent[1], g_accent[2], 1} : default_accent;
+}

@@ -1,0 +1,683 @@
+// The overview, by keys, by the pointer and over IPC.
+
+#include "support/desktop.hpp"
+#include "support/wayland_constraints.hpp"
+
+#include "config/settings.hpp"
+#include "input/overview.hpp"
+#include "reload.hpp"
+#include "session/lock.hpp"
+#include "windows/states.hpp"
+#include "workspaces/focus.hpp"
+#include "workspaces/switch.hpp"
+#include "workspaces/transfer.hpp"
+
+#include <linux/input-event-codes.h>
+
+using test::made_up_keyboard;
+using test::made_up_pointer;
+using test::seat;
+using test::window;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+namespace
+{
+
+struct overview : test::desktop {
+    void SetUp() override
+    {
+        desktop::SetUp();
+        plug("A", 1280, 704);
+        keyboard = &plug_keyboard();
+        pointer = &plug_pointer();
+        point_at(*pointer, 700, 690);
+    }
+    // The last one is raised last.
+    void map_windows(const std::vector<std::string> &names)
+    {
+        for (const std::string &name : names)
+            windows[name] = &map(name, {200, 100});
+        settle();
+    }
+    void open()
+    {
+        overview_toggle(server);
+        ASSERT_TRUE(server.overview.active);
+        settle();
+    }
+    std::vector<std::string> items()
+    {
+        std::vector<std::string> names;
+        for (const overview_item &item : server.overview.items)
+            names.emplace_back(tl_app_id(*item.t));
+        return names;
+    }
+    const overview_item &item(const std::string &name)
+    {
+        for (const overview_item &item : server.overview.items)
+            if (tl_app_id(*item.t) == name)
+                return item;
+        ADD_FAILURE() << "no item " << name;
+        std::abort();
+    }
+    std::vector<int> strip()
+    {
+        std::vector<int> numbers;
+        for (const overview_workspace &ws : server.overview.ws_items)
+            numbers.push_back(ws.workspace->num);
+        return numbers;
+    }
+    void point_at_middle(const wlr_box &box)
+    {
+        point_at(*pointer, box.x + box.width / 2, box.y + box.height / 2);
+    }
+    void point_at_workspace(int num)
+    {
+        for (const overview_workspace &ws : server.overview.ws_items)
+            if (ws.workspace->num == num)
+                return point_at_middle(ws.box);
+        ADD_FAILURE() << "no workspace " << num;
+    }
+    void click(uint32_t button = BTN_LEFT)
+    {
+        pointer->press(button);
+        pointer->release(button);
+    }
+    void drag_to_workspace(const std::string &name, int num)
+    {
+        point_at_middle(item(name).rect);
+        pointer->press(BTN_LEFT);
+        point_at_workspace(num);
+        pointer->release(BTN_LEFT);
+    }
+    std::string selected()
+    {
+        const int sel = server.overview.sel;
+        return sel < 0 ? "" : items().at(size_t(sel));
+    }
+    std::string focused() { return tl_app_id(*focused_toplevel(server)); }
+    [[nodiscard]] bool ring_shows() const
+    {
+        return server.overview.ring != nullptr && server.overview.ring->node.enabled;
+    }
+    [[nodiscard]] bool is_closed() const
+    {
+        return server.overview.tree == nullptr && !server.overview.active && !server.overview.closing;
+    }
+    std::map<std::string, window *> windows;
+    made_up_keyboard *keyboard = nullptr;
+    made_up_pointer *pointer = nullptr;
+};
+
+TEST_F(overview, opens_by_key_and_by_command_and_closes_by_command)
+{
+    map_windows({"b", "a"});
+    keyboard->press(KEY_LEFTMETA);
+    keyboard->tap(KEY_A);
+    keyboard->release(KEY_LEFTMETA);
+    EXPECT_THAT(items(), ElementsAre("a", "b"));
+    command("overview");
+    EXPECT_TRUE(is_closed());
+    command("overview");
+    EXPECT_TRUE(server.overview.active);
+    command("overview");
+    EXPECT_TRUE(is_closed());
+}
+
+TEST_F(overview, opens_only_where_the_settings_allow_it_and_always_closes)
+{
+    map_windows({"a"});
+    config("overview = false\n");
+    overview_toggle(server);
+    EXPECT_TRUE(is_closed());
+    config("overview = true\n");
+    open();
+    config("overview = false\n");
+    overview_toggle(server);
+    EXPECT_TRUE(is_closed());
+}
+
+TEST_F(overview, does_not_open_without_a_window_to_show)
+{
+    overview_toggle(server);
+    EXPECT_TRUE(is_closed());
+    map_windows({"a"});
+    toplevel_minimize(record(*windows["a"]));
+    overview_toggle(server);
+    EXPECT_TRUE(is_closed());
+}
+
+TEST_F(overview, does_not_open_while_locked_and_ends_when_a_lock_begins)
+{
+    map_windows({"a"});
+    open();
+    session_lock_begin(server);
+    EXPECT_TRUE(is_closed());
+    overview_toggle(server);
+    EXPECT_TRUE(is_closed());
+    server.locked = false;
+}
+
+TEST_F(overview, lies_below_the_lock_screen_and_the_drag_icons_and_above_all_else)
+{
+    map_windows({"a"});
+    open();
+    std::vector<const wlr_scene_node *> order;
+    for (const auto &node : each<&wlr_scene_node::link>(server.scene->tree.children))
+        order.push_back(&node);
+    const auto own = std::ranges::find(order, &server.overview.tree->node);
+    EXPECT_THAT(std::vector(own, order.end()),
+                ElementsAre(*own, &server.lock_tree->node, &server.drag_icon_tree->node));
+    overview_exit(server);
+}
+
+TEST_F(overview, shows_one_window_in_its_own_size_in_the_middle)
+{
+    map_windows({"a"});
+    open();
+    ASSERT_THAT(items(), ElementsAre("a"));
+    // Beside the strip of 240, above the title of 26, with margins of 48.
+    EXPECT_EQ(item("a").rect, (wlr_box{240 + 420, 48 + 241, 200, 100}));
+    EXPECT_EQ(item("a").start, box(*windows["a"]));
+    overview_exit(server);
+}
+
+TEST_F(overview, lays_five_windows_out_in_rows_of_three_and_two)
+{
+    map_windows({"e", "d", "c", "b", "a"});
+    open();
+    EXPECT_THAT(items(), ElementsAre("a", "b", "c", "d", "e"));
+    EXPECT_EQ(item("a").rect.y, item("c").rect.y);
+    EXPECT_EQ(item("d").rect.y, item("e").rect.y);
+    EXPECT_EQ(item("d").rect.x - item("a").rect.x, 161); // half of 298 + 24
+    overview_exit(server);
+}
+
+TEST_F(overview, shows_only_visible_windows_of_the_outputs_workspace)
+{
+    map_windows({"minimized", "a"});
+    toplevel_minimize(record(*windows["minimized"]));
+    goto_workspace(server, 2);
+    map_windows({"elsewhere"});
+    goto_workspace(server, 1);
+    settle();
+    open();
+    EXPECT_THAT(items(), ElementsAre("a"));
+    overview_exit(server);
+}
+
+TEST_F(overview, shows_the_64_windows_that_were_raised_last)
+{
+    test::client &c = connect();
+    for (int i = 0; i < 66; i++) {
+        map(c.create_window("w" + std::to_string(i)));
+    }
+    settle();
+    open();
+    EXPECT_THAT(items(), SizeIs(64));
+    EXPECT_EQ(items().front(), "w65");
+    EXPECT_EQ(items().back(), "w2");
+    overview_exit(server);
+}
+
+TEST_F(overview, shows_client_drawn_shadows_neither_in_the_tile_nor_in_its_size)
+{
+    window &w = connect().create_window("shadowed");
+    w.preferred = {300, 200};
+    w.geometry(20, 30, 260, 140);
+    map(w);
+    settle();
+    open();
+    EXPECT_EQ(item("shadowed").rect.width, 260);
+    EXPECT_EQ(item("shadowed").rect.height, 140);
+    const wlr_fbox &source = item("shadowed").node->src_box;
+    EXPECT_EQ(source.x, 20);
+    EXPECT_EQ(source.y, 30);
+    EXPECT_EQ(source.width, 260);
+    EXPECT_EQ(source.height, 140);
+    overview_exit(server);
+}
+
+TEST_F(overview, opens_with_its_strip_where_only_another_workspace_has_windows)
+{
+    map_windows({"a"});
+    goto_workspace(server, 2);
+    open();
+    EXPECT_THAT(items(), IsEmpty());
+    EXPECT_THAT(strip(), ElementsAre(1, 2, 3));
+    click();
+    EXPECT_TRUE(is_closed());
+}
+
+TEST_F(overview, strip_has_the_workspaces_with_windows_the_current_one_and_an_empty_one)
+{
+    goto_workspace(server, 5);
+    map_windows({"five"});
+    goto_workspace(server, 3);
+    open();
+    EXPECT_THAT(strip(), ElementsAre(1, 3, 5));
+    overview_exit(server);
+}
+
+TEST_F(overview, strip_leaves_out_workspaces_of_other_outputs)
+{
+    map_windows({"a"});
+    plug("B", 800, 600); // shows workspace 2
+    open();
+    EXPECT_THAT(strip(), ElementsAre(1, 3));
+    EXPECT_EQ(server.overview.output, &output("A"));
+    overview_exit(server);
+}
+
+TEST_F(overview, strip_makes_room_for_names)
+{
+    map_windows({"a"});
+    open();
+    EXPECT_EQ(server.overview.ws_items[1].box.y - server.overview.ws_items[0].box.y, 112 + 16);
+    overview_exit(server);
+    write_config("workspaces.conf", "1 = Mail\n");
+    config_reload(server);
+    open();
+    EXPECT_EQ(server.overview.ws_items[1].box.y - server.overview.ws_items[0].box.y, 112 + 20 + 16);
+    overview_exit(server);
+}
+
+TEST_F(overview, does_not_open_on_a_point_outside_the_outputs)
+{
+    map_windows({"a"});
+    wlr_cursor_warp(server.cursor, nullptr, 5000, 5000);
+    unplug("A");
+    overview_toggle(server);
+    EXPECT_TRUE(is_closed());
+}
+
+TEST_F(overview, selects_by_arrows_and_tab)
+{
+    map_windows({"e", "d", "c", "b", "a"}); // a b c above d e
+    open();
+    EXPECT_EQ(selected(), "");
+    EXPECT_FALSE(ring_shows());
+    keyboard->tap(KEY_RIGHT); // nothing was selected, so this selects the window raised last
+    EXPECT_EQ(selected(), "a");
+    EXPECT_TRUE(ring_shows());
+    EXPECT_EQ(server.overview.ring->node.x, item("a").rect.x - 3);
+    EXPECT_EQ(server.overview.ring->width, item("a").rect.width + 6);
+    keyboard->tap(KEY_RIGHT);
+    EXPECT_EQ(selected(), "b");
+    keyboard->tap(KEY_DOWN);
+    EXPECT_EQ(selected(), "d");
+    keyboard->tap(KEY_LEFT);
+    EXPECT_EQ(selected(), "a"); // in the row above, and the only one to the left
+    for (const char *next : {"b", "c", "d", "e", "a"}) {
+        keyboard->tap(KEY_TAB);
+        EXPECT_EQ(selected(), next);
+    }
+    keyboard->tap(KEY_ESC);
+    EXPECT_TRUE(is_closed());
+    EXPECT_EQ(focused(), "a");
+}
+
+TEST_F(overview, tab_selects_the_first_tile_first)
+{
+    map_windows({"b", "a"});
+    open();
+    keyboard->tap(KEY_TAB);
+    EXPECT_EQ(selected(), "a");
+    keyboard->tap(KEY_ESC);
+}
+
+TEST_F(overview, picks_the_selected_window_by_enter_and_by_space)
+{
+    map_windows({"b", "a"});
+    for (const uint32_t key : {KEY_ENTER, KEY_KPENTER, KEY_SPACE}) {
+        open();
+        keyboard->tap(key); // nothing is selected
+        ASSERT_TRUE(server.overview.active);
+        const std::string other = items().at(1);
+        keyboard->tap(KEY_TAB);
+        keyboard->tap(KEY_TAB);
+        keyboard->tap(key);
+        EXPECT_TRUE(is_closed());
+        EXPECT_EQ(focused(), other);
+        EXPECT_TRUE(has_keyboard(*windows[other]));
+    }
+}
+
+TEST_F(overview, keeps_every_key_from_clients_and_bindings)
+{
+    map_windows({"a"});
+    seat ears{windows["a"]->owner()};
+    settle();
+    open();
+    (void)ears.take();
+    keyboard->tap(KEY_X);
+    keyboard->press(KEY_LEFTMETA);
+    keyboard->tap(KEY_2); // would show workspace 2
+    keyboard->release(KEY_LEFTMETA);
+    settle();
+    for (const std::string &event : ears.take())
+        EXPECT_THAT(event, Not(testing::StartsWith("key ")));
+    EXPECT_EQ(output("A").current_ws->num, 1);
+    EXPECT_THAT(heard(), Not(Contains(VNT_EVT_LAUNCHER)));
+    overview_exit(server);
+}
+
+// Otherwise it would believe that the keys are still down, and repeat the last one.
+TEST_F(overview, tells_the_client_which_keys_are_down_when_it_closes)
+{
+    map_windows({"a"});
+    seat ears{windows["a"]->owner()};
+    settle();
+    keyboard->press(KEY_X);
+    open();
+    keyboard->release(KEY_X);
+    (void)ears.take();
+    keyboard->tap(KEY_ESC);
+    settle();
+    const std::vector<std::string> events = ears.take();
+    EXPECT_THAT(events, Contains("keys leave a"));
+    EXPECT_THAT(events, Contains(testing::StartsWith("keys enter a")));
+    EXPECT_TRUE(has_keyboard(*windows["a"]));
+}
+
+TEST_F(overview, picks_a_window_by_a_click)
+{
+    map_windows({"b", "a"});
+    open();
+    point_at_middle(item("b").rect);
+    EXPECT_EQ(selected(), "b");
+    click();
+    EXPECT_TRUE(is_closed());
+    EXPECT_EQ(focused(), "b");
+}
+
+TEST_F(overview, gives_the_focus_back_after_a_click_beside_the_tiles)
+{
+    map_windows({"b", "a"});
+    open();
+    click();
+    EXPECT_TRUE(is_closed());
+    EXPECT_EQ(focused(), "a");
+}
+
+TEST_F(overview, keeps_motion_and_buttons_from_clients)
+{
+    map_windows({"a"});
+    place(*windows["a"], 600, 300);
+    seat ears{windows["a"]->owner()};
+    point_at(*pointer, 650, 350);
+    settle();
+    (void)ears.take();
+    open();
+    EXPECT_THAT(ears.take(), Contains("pointer leave a"));
+    point_at(*pointer, 660, 360);
+    click(BTN_RIGHT);
+    settle();
+    EXPECT_TRUE(is_closed()); // the right button pressed nothing
+    for (const std::string &event : ears.take())
+        EXPECT_THAT(event, Not(testing::StartsWith("button")));
+    EXPECT_EQ(server.seat->pointer_state.focused_surface, tl_surface(record(*windows["a"])));
+}
+
+TEST_F(overview, passes_on_the_release_of_a_button_that_was_pressed_before)
+{
+    map_windows({"a"});
+    place(*windows["a"], 600, 300);
+    point_at(*pointer, 650, 350);
+    pointer->press(BTN_LEFT);
+    open();
+    pointer->release(BTN_LEFT);
+    EXPECT_TRUE(server.overview.active);
+    EXPECT_EQ(server.seat->pointer_state.button_count, 0U);
+    click();
+    EXPECT_TRUE(is_closed());
+}
+
+TEST_F(overview, closes_a_window_by_its_badge_and_follows)
+{
+    map_windows({"b", "a"});
+    open();
+    point_at_middle(item("b").close_rect);
+    click();
+    EVENTUALLY(windows["b"]->closes() == 1);
+    EXPECT_TRUE(server.overview.active);
+    windows["b"]->destroy();
+    EVENTUALLY_EQ(items(), std::vector<std::string>{"a"});
+    EXPECT_EQ(item("a").rect, (wlr_box{660, 289, 200, 100}));
+    EXPECT_TRUE(server.overview.active);
+    overview_exit(server);
+}
+
+TEST_F(overview, closes_itself_after_the_last_window)
+{
+    map_windows({"a"});
+    open();
+    windows["a"]->destroy();
+    EVENTUALLY(is_closed());
+}
+
+TEST_F(overview, forgets_a_window_that_goes_while_it_is_pressed_or_dragged)
+{
+    for (const bool drags : {false, true}) {
+        map_windows({"b", "a"});
+        open();
+        point_at_middle(item("b").rect);
+        pointer->press(BTN_LEFT);
+        if (drags)
+            point_at(*pointer, 700, 650);
+        EXPECT_EQ(server.overview.drag, drags);
+        windows["b"]->destroy();
+        EVENTUALLY_EQ(items(), std::vector<std::string>{"a"});
+        point_at(*pointer, 710, 650);
+        pointer->release(BTN_LEFT);
+        EXPECT_TRUE(server.overview.active);
+        overview_exit(server);
+        windows["a"]->destroy();
+        EVENTUALLY(focused_toplevel(server) == nullptr);
+    }
+}
+
+TEST_F(overview, changes_the_workspace_by_a_click_in_the_strip_and_stays)
+{
+    map_windows({"b", "a"});
+    open();
+    point_at_workspace(2);
+    click();
+    EXPECT_EQ(output("A").current_ws->num, 2);
+    EXPECT_TRUE(server.overview.active);
+    EXPECT_THAT(items(), IsEmpty());
+    point_at_workspace(2);
+    click(); // on the current one
+    EXPECT_TRUE(is_closed());
+    EXPECT_EQ(output("A").current_ws->num, 2);
+    // The window that had the keyboard can't be seen any more, and nobody else can have it.
+    EXPECT_EQ(focused(), "a");
+}
+
+TEST_F(overview, moves_a_window_by_dragging_it_to_the_strip)
+{
+    map_windows({"b", "a"});
+    open();
+    drag_to_workspace("b", 2);
+    EXPECT_EQ(record(*windows["b"]).workspace->num, 2);
+    EXPECT_THAT(items(), ElementsAre("a"));
+    EXPECT_TRUE(server.overview.active);
+    drag_to_workspace("a", 2);
+    EXPECT_THAT(items(), IsEmpty());
+    overview_exit(server);
+    EXPECT_EQ(output("A").current_ws->num, 1);
+}
+
+TEST_F(overview, takes_a_tile_back_that_is_dropped_on_its_own_workspace_or_beside_the_strip)
+{
+    map_windows({"b", "a"});
+    open();
+    const wlr_box tile = item("b").rect;
+    drag_to_workspace("b", 1);
+    EXPECT_EQ(record(*windows["b"]).workspace->num, 1);
+    point_at_middle(item("b").rect);
+    pointer->press(BTN_LEFT);
+    point_at(*pointer, 700, 690);
+    pointer->release(BTN_LEFT);
+    EXPECT_EQ(record(*windows["b"]).workspace->num, 1);
+    EXPECT_EQ(item("b").node->node.x, tile.x);
+    EXPECT_EQ(item("b").node->dst_width, tile.width);
+    EXPECT_TRUE(server.overview.active);
+    overview_exit(server);
+}
+
+TEST_F(overview, drags_a_tile_only_after_more_than_seven_pixels)
+{
+    map_windows({"a"});
+    open();
+    const wlr_box tile = item("a").rect;
+    const int x = tile.x + 50, y = tile.y + 50;
+    point_at(*pointer, x, y);
+    pointer->press(BTN_LEFT);
+    point_at(*pointer, x + 7, y);
+    EXPECT_FALSE(server.overview.drag);
+    EXPECT_EQ(item("a").node->dst_width, 200);
+    point_at(*pointer, x + 7, y + 1);
+    EXPECT_TRUE(server.overview.drag);
+    EXPECT_EQ(item("a").node->dst_width, 84);
+    EXPECT_EQ(item("a").node->dst_height, 42);
+    EXPECT_EQ(item("a").node->node.x, x + 7 - 42);
+    EXPECT_EQ(item("a").node->opacity, 0.9F);
+    EXPECT_STREQ(server.cursor_shown.cur_cursor_name.data(), "grabbing");
+    pointer->press(BTN_RIGHT); // does not disturb it
+    point_at_workspace(2);
+    EXPECT_TRUE(ring_shows());
+    EXPECT_EQ(server.overview.ring->width, 204 + 10);
+    pointer->release(BTN_LEFT);
+    EXPECT_EQ(record(*windows["a"]).workspace->num, 2);
+    overview_exit(server);
+}
+
+TEST_F(overview, counts_seven_pixels_as_a_click)
+{
+    map_windows({"b", "a"});
+    open();
+    const wlr_box tile = item("b").rect;
+    point_at(*pointer, tile.x + 50, tile.y + 50);
+    pointer->press(BTN_LEFT);
+    point_at(*pointer, tile.x + 57, tile.y + 50);
+    pointer->release(BTN_LEFT);
+    EXPECT_TRUE(is_closed());
+    EXPECT_EQ(focused(), "b");
+}
+
+TEST_F(overview, gives_the_keyboard_to_a_window_that_can_be_seen)
+{
+    map_windows({"b", "a"});
+    open();
+    drag_to_workspace("a", 2); // it had the keyboard
+    point_at(*pointer, 700, 690);
+    click();
+    EXPECT_TRUE(is_closed());
+    EXPECT_TRUE(has_keyboard(*windows["b"]));
+}
+
+TEST_F(overview, ends_with_its_output)
+{
+    plug("B", 800, 600);
+    map_windows({"a"});
+    open();
+    unplug("B");
+    EXPECT_TRUE(server.overview.active);
+    unplug("A");
+    EXPECT_TRUE(is_closed());
+}
+
+TEST_F(overview, follows_the_usable_box_of_its_output)
+{
+    map_windows({"a"});
+    open();
+    output_state state;
+    wlr_output_state_set_scale(&state, 2);
+    wlr_output_send_request_state(output("A").wlr_output, &state);
+    settle();
+    EXPECT_TRUE(server.overview.active);
+    EXPECT_EQ(item("a").rect.x + item("a").rect.width / 2, 240 + 400 / 2);
+    overview_exit(server);
+}
+
+TEST_F(overview, ends_a_drag_that_is_under_way)
+{
+    map_windows({"a"});
+    place(*windows["a"], 600, 300);
+    keyboard->press(KEY_LEFTMETA);
+    point_at(*pointer, 650, 350);
+    pointer->press(BTN_LEFT);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_MOVE);
+    keyboard->tap(KEY_A);
+    EXPECT_TRUE(server.overview.active);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    pointer->release(BTN_LEFT);
+    EXPECT_TRUE(server.overview.active); // the press belonged to the drag
+    overview_exit(server);
+}
+
+TEST_F(overview, frees_a_pointer_that_a_client_has_locked)
+{
+    map_windows({"a"});
+    place(*windows["a"], 600, 300);
+    point_at(*pointer, 650, 350);
+    settle();
+    seat ears{windows["a"]->owner()};
+    settle();
+    const test::locked_pointer lock{ears, windows["a"]->get()};
+    EVENTUALLY(server.active_constraint != nullptr);
+    open();
+    EXPECT_EQ(server.active_constraint, nullptr);
+    point_at(*pointer, 660, 360);
+    EXPECT_EQ(server.cursor->x, 660);
+    overview_exit(server);
+    EVENTUALLY(server.active_constraint != nullptr);
+}
+
+TEST_F(overview, tiles_follow_their_clients_and_keep_no_replaced_buffer)
+{
+    map_windows({"a"});
+    open();
+    const wlr_box tile = item("a").rect;
+    const uint32_t red = 0xffff0000, green = 0xff00ff00;
+    for (const uint32_t color : {red, green}) {
+        windows["a"]->fill(color);
+        EVENTUALLY_EQ(pixel("A", tile.x + 20, tile.y + 60), color);
+    }
+    const wlr_surface *surface = tl_surface(record(*windows["a"]));
+    const wlr_buffer *before = &surface->buffer->base;
+    windows["a"]->fill(red);
+    EVENTUALLY_EQ(pixel("A", tile.x + 20, tile.y + 60), red);
+    EXPECT_NE(item("a").node->buffer, before);
+    windows["a"]->unmap();
+    EVENTUALLY(is_closed());
+}
+
+TEST_F(overview, without_animations_appears_in_place_and_goes_at_once)
+{
+    config("force_effects = true\nanimations = false\n");
+    map_windows({"a"});
+    open();
+    EXPECT_EQ(item("a").node->opacity, 1);
+    EXPECT_EQ(item("a").node->node.x, item("a").rect.x);
+    overview_exit(server);
+    EXPECT_TRUE(is_closed());
+}
+
+TEST_F(overview, creates_no_effect_without_effects)
+{
+    map_windows({"a"});
+    open();
+    for (const auto &node : each<&wlr_scene_node::link>(server.overview.tree->children)) {
+        EXPECT_NE(node.type, WLR_SCENE_NODE_SHADOW);
+        EXPECT_NE(node.type, WLR_SCENE_NODE_BLUR);
+    }
+    overview_exit(server);
+}
+
+} // namespace
