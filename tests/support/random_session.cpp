@@ -1,10 +1,12 @@
 #include "random_session.hpp"
 
+#include "input/overview.hpp"
 #include "input/switcher.hpp"
 #include "input/synthetic.hpp"
 #include "outputs/power.hpp"
 #include "reload.hpp"
 #include "server_check.hpp"
+#include "session/lock.hpp"
 #include "windows/attention.hpp"
 #include "windows/fullscreen.hpp"
 #include "windows/states.hpp"
@@ -426,6 +428,38 @@ std::string random_session::use_switcher()
     return switcher_commit(server, cancels), cancels ? "leave the switcher" : "switch";
 }
 
+wlr_box random_session::any_part_of_overview()
+{
+    const vantore_overviewing &overview = server.overview;
+    const int kind = below(3);
+    if (kind == 0 && !overview.ws_items.empty())
+        return overview.ws_items[size_t(below(overview.ws_items.size()))].box;
+    if (kind == 1 && !overview.items.empty())
+        return overview.items[size_t(below(overview.items.size()))].close_rect;
+    if (!overview.items.empty())
+        return overview.items[size_t(below(overview.items.size()))].rect;
+    return output_layout_box(*overview.output);
+}
+
+// Buttons are pressed and released by other operations too.
+std::string random_session::use_overview()
+{
+    static constexpr std::array<uint32_t, 9> keys{KEY_LEFT, KEY_RIGHT, KEY_UP,    KEY_DOWN, KEY_TAB,
+                                                  KEY_TAB,  KEY_ENTER, KEY_SPACE, KEY_ESC};
+    if (!server.overview.active || below(8) == 0)
+        return overview_toggle(server), "toggle the overview";
+    if (below(10) == 0) {
+        session_lock_begin(server);
+        server.locked = false;
+        return "lock and unlock";
+    }
+    if (below(3) == 0)
+        return keyboard->tap(any_of(keys)), "a key in the overview";
+    const wlr_box at = any_part_of_overview();
+    point_at(*pointer, at.x + at.width / 2, at.y + at.height / 2);
+    return below(2) == 0 ? use_button() + " in the overview" : "point in the overview";
+}
+
 const random_session::operation random_session::operations[]{
     {&random_session::plug_output, 2},         {&random_session::unplug_output, 2},
     {&random_session::open_window, 6},         {&random_session::close_window, 3},
@@ -442,7 +476,7 @@ const random_session::operation random_session::operations[]{
     {&random_session::trouble_x11_window, 7},  {&random_session::lose_x11_client, 1},
     {&random_session::change_title_bar, 2},    {&random_session::await_frame, 2},
     {&random_session::visit_other_session, 2}, {&random_session::let_time_pass, 3},
-    {&random_session::use_switcher, 4},
+    {&random_session::use_switcher, 4},        {&random_session::use_overview, 8},
 };
 
 // Points at any place in the layout or at a part of a window. A drag may be under way.

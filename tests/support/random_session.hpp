@@ -67,6 +67,8 @@ private:
     std::string change_title_bar();
     std::string await_frame();
     std::string use_switcher();
+    wlr_box any_part_of_overview();
+    std::string use_overview();
     bool can_be_seen(vantore_toplevel &t);
 
     struct operation {

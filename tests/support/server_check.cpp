@@ -216,6 +216,14 @@ private:
                name + " was told a size before it was shown");
     }
 
+    [[nodiscard]] bool is_plugged(const vantore_output *o) const
+    {
+        for (const auto &other : each<&vantore_output::link>(server.outputs))
+            if (&other == o)
+                return true;
+        return false;
+    }
+
     [[nodiscard]] bool is_listed(const vantore_toplevel *t) const
     {
         for (const auto &other : each<&vantore_toplevel::link>(server.toplevels))
@@ -249,6 +257,21 @@ private:
         expect(shown_on == nullptr || output_of(server, shown_on) != nullptr,
                "the Mouse Tiler is on an output that is there");
         check_constraint();
+        check_overview();
+    }
+
+    void check_overview()
+    {
+        const vantore_overviewing &o = server.overview;
+        expect((o.tree != nullptr) == (o.active || o.closing), "the overview has nodes iff it shows");
+        expect(!o.active || !o.closing, "the overview that closes is not active");
+        expect(o.tree == nullptr || !server.locked, "the overview does not show while the session is locked");
+        expect((o.output != nullptr) == (o.tree != nullptr), "the overview is on an output iff it shows");
+        expect(o.output == nullptr || is_plugged(o.output), "the overview's output is there");
+        for (const overview_item &item : o.items)
+            expect(is_listed(item.t), "each tile's window is mapped");
+        expect(o.sel < int(o.items.size()) && o.press < int(o.items.size()), "the overview's tiles exist");
+        expect(!o.drag || o.press >= 0, "the overview drags what was pressed");
     }
 
     void check_constraint()
@@ -379,6 +402,8 @@ static const wlr_surface *surface_under_pointer(const vantore_server &server)
     const double x = server.cursor->x, y = server.cursor->y;
     surface_hit hit;
     const vantore_toplevel *t = desktop_toplevel_at(server, x, y, hit);
+    if (server.overview.active)
+        return nullptr;
     if (t == nullptr || server.locked)
         return hit.surface;
     const bool at_border = !hides_frames(hit.surface) && resize_edges_at(*t, x, y) != WLR_EDGE_NONE;
