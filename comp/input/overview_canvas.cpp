@@ -33,7 +33,9 @@ void overview_fill_badge(cairo_t *cr, const color &c)
     fill_round(cr, {0, 0, overview_badge, overview_badge}, overview_badge / 2.0, c);
 }
 
-color overview_accent()
+color overview_accent(float opacity)
 {
-    return g_accent_set ? color{g_accent[0], g_accent[1], g_accent[2], 1} : default_accent;
+    color c = g_accent_set ? g_accent : default_accent;
+    c[3] = opacity;
+    return c;
 }

@@ -11,6 +11,7 @@ struct cairo_buffer;
 struct overview_canvas {
     wlr_scene_tree *tree; // at 0, 0
     double scale; // of the output
+    float opacity; // of what would be opaque
 };
 
 // Shows the picture in this box, and takes it over.
@@ -23,5 +24,5 @@ void overview_draw_line(cairo_t *cr, const font &f, std::string_view text, const
 // Fills a round badge.
 void overview_fill_badge(cairo_t *cr, const color &c);
 
-// Returns the user's accent, or a blue where none is set.
-color overview_accent();
+// Returns the user's accent with this opacity, or a blue where none is set.
+color overview_accent(float opacity);

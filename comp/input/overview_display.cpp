@@ -16,7 +16,7 @@
 
 static constexpr size_t most_items = 64;
 static constexpr int tile_radius = 12, ring_radius = 15, shadow_drop = 3, title_gap = 4;
-static constexpr float tile_shadow_sigma = 14;
+static constexpr float tile_shadow_sigma = 14, almost_opaque = 0.999F;
 static constexpr font title_font{.size = 13};
 static constexpr double title_margin = 4;
 static constexpr color blurred_backdrop{0.025F, 0.025F, 0.04F, 0.6F},
@@ -56,7 +56,7 @@ static void add_backdrop(const vantore_overviewing &overview)
 
 static void add_ring(vantore_overviewing &overview)
 {
-    overview.ring = wlr_scene_rect_create(overview.tree, 1, 1, overview_accent().data());
+    overview.ring = wlr_scene_rect_create(overview.tree, 1, 1, overview_accent(overview.opacity).data());
     if (overview.ring == nullptr)
         return;
     overview.ring->accepts_input = false;
@@ -85,14 +85,16 @@ static void add_shadow(wlr_scene_tree *tree, const wlr_box &tile)
         wlr_scene_node_set_position(&shadow->node, tile.x, tile.y + shadow_drop);
 }
 
-static wlr_scene_buffer *add_window_picture(wlr_scene_tree *tree, vantore_toplevel &t, const wlr_box &tile)
+static wlr_scene_buffer *add_window_picture(const overview_canvas &canvas, vantore_toplevel &t,
+                                            const wlr_box &tile)
 {
     if (fx_on())
-        add_shadow(tree, tile);
-    wlr_scene_buffer *picture = live_picture_create(t, tree);
+        add_shadow(canvas.tree, tile);
+    wlr_scene_buffer *picture = live_picture_create(t, canvas.tree);
     if (picture == nullptr)
         return nullptr;
     wlr_scene_buffer_set_dest_size(picture, tile.width, tile.height);
+    wlr_scene_buffer_set_opacity(picture, canvas.opacity);
     wlr_scene_node_set_position(&picture->node, tile.x, tile.y);
     if (fx_on())
         wlr_scene_buffer_set_corner_radii(picture, corner_radii_all(tile_radius));
@@ -130,7 +132,7 @@ static overview_item add_item(const overview_canvas &canvas, vantore_toplevel &t
                               const wlr_box &tile)
 {
     const wlr_box badge = overview_close_badge(tile);
-    wlr_scene_buffer *picture = add_window_picture(canvas.tree, t, tile);
+    wlr_scene_buffer *picture = add_window_picture(canvas, t, tile);
     add_title(canvas, tl_title(t),
               {.x = cell.x,
                .y = tile.y + tile.height + title_gap,
@@ -161,7 +163,9 @@ void overview_draw(vantore_server &server, vantore_output &o)
         return wlr_log(WLR_ERROR, "vantore-comp: no memory for the overview");
     wlr_scene_node_place_below(&overview.tree->node, &server.lock_tree->node);
     overview.output = &o;
-    const overview_canvas canvas{.tree = overview.tree, .scale = double(o.wlr_output->scale)};
+    overview.opacity = fx_blurs() ? almost_opaque : 1;
+    const overview_canvas canvas{
+        .tree = overview.tree, .scale = double(o.wlr_output->scale), .opacity = overview.opacity};
     add_backdrop(overview);
     add_ring(overview);
     overview.ws_items = overview_add_strip(server, canvas, o);

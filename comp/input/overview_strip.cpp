@@ -79,7 +79,7 @@ static void add_frame(const strip &s, const wlr_box &thumbnail)
 {
     const wlr_box box = overview_around(thumbnail, frame_width);
     wlr_scene_rect *frame =
-        wlr_scene_rect_create(s.canvas.tree, box.width, box.height, overview_accent().data());
+        wlr_scene_rect_create(s.canvas.tree, box.width, box.height, overview_accent(s.canvas.opacity).data());
     if (frame == nullptr)
         return;
     frame->accepts_input = false;
@@ -127,7 +127,7 @@ static void add_number(const strip &s, const vantore_workspace &ws, const wlr_bo
     if (!is_current)
         overview_fill_badge(cr, badge_fill);
     set_font(cr, number_font);
-    cairo_set_color(cr, is_current && g_accent_set ? overview_accent() : number_color);
+    cairo_set_color(cr, is_current && g_accent_set ? overview_accent(1) : number_color);
     const std::string number = std::to_string(ws.num);
     const cairo_text_extents_t extents = text_extents(number_font, number);
     draw_centered_text(cr, number.c_str(), 0, at.width, (at.height - extents.height) / 2 - extents.y_bearing);
@@ -145,8 +145,8 @@ static void add_name(const strip &s, const vantore_workspace &ws, const wlr_box 
                      .height = overview_name_height};
     cairo_t *cr = nullptr;
     cairo_buffer *picture = cairo_buffer_create_scaled(at.width, at.height, s.canvas.scale, &cr);
-    overview_draw_line(cr, name_font, text_of(ws.name), &ws == s.current ? overview_accent() : name_color, at,
-                       name_margin);
+    overview_draw_line(cr, name_font, text_of(ws.name), &ws == s.current ? overview_accent(1) : name_color,
+                       at, name_margin);
     cairo_destroy(cr);
     overview_add_picture(s.canvas, picture, at);
 }

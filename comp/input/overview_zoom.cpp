@@ -13,7 +13,7 @@ static void fade(const vantore_overviewing &overview, float opacity)
 {
     for (wlr_scene_node &node : each<&wlr_scene_node::link>(overview.tree->children))
         if (node.type == WLR_SCENE_NODE_BUFFER)
-            wlr_scene_buffer_set_opacity(wlr_scene_buffer_from_node(&node), opacity);
+            wlr_scene_buffer_set_opacity(wlr_scene_buffer_from_node(&node), opacity * overview.opacity);
 }
 
 // `part` of the way from one box to the other.

@@ -24,6 +24,9 @@ struct vantore_overviewing {
     wlr_scene_tree *tree =
         nullptr; // below the lock screen, above all else; null while the overview is closed
     wlr_scene_rect *ring = nullptr; // around the selected tile or the workspace under a dragged one
+    // Of pictures in their place. The library does not paint what lies below opaque ones, and a blurred
+    // backdrop takes its colours from there.
+    float opacity = 1;
     bool active = false; // takes the keyboard and the pointer
     bool closing = false; // the pictures return to their windows; no longer active
     int64_t anim_t0 = 0, close_t0 = 0; // when the zoom began, in mono_ms; 0 without one
