@@ -14,6 +14,6 @@ void layer_pressed(wlr_surface *surface);
 // Gives or takes the keyboard as the surface's last commit asks.
 void layer_update_keyboard(vantore_layer_surface &l);
 
-// Gives the keyboard to the surface if it wants the keyboard, otherwise to the topmost window. For a menu of
-// the surface that closes while it has the keyboard.
+// Gives the keyboard to the surface if it wants the keyboard, otherwise back to the window that had
+// it. For a menu of the surface that closes while it has the keyboard.
 void layer_take_keyboard_back(vantore_layer_surface &l);

@@ -26,8 +26,8 @@ namespace
 // Blurring and blending round differently where a pass begins elsewhere.
 constexpr int tolerance = 3;
 
-// Within this distance from the right and the lower edge, the library's blur mixes in what an earlier blur has
-// left in its buffers.
+// Within this distance from the right and the lower edge, the library's blur mixes in what an earlier blur
+// has left in its buffers.
 constexpr int blurred_edge = 48;
 
 image without_edges(const image &whole)
@@ -126,8 +126,8 @@ struct random_scene : damage {
         if (windows.size() >= 4)
             return "nothing";
         static constexpr std::array<uint32_t, 4> colors{0xff336699, 0xffcc9933, 0xff993366, 0xffffffff};
-        window &w = open_window(below(width - 60), 30 + below(height - 60), {60 + below(200), 60 + below(120)},
-                                colors[size_t(below(4))]);
+        window &w = open_window(below(width - 60), 30 + below(height - 60),
+                                {60 + below(200), 60 + below(120)}, colors[size_t(below(4))]);
         return "open " + std::to_string(record(w).id);
     }
     std::string close_any()
