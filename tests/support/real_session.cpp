@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <fstream>
 
 namespace test
 {
@@ -50,6 +51,18 @@ std::string real_session::output_of(const std::vector<std::string> &arguments) c
     process tool = message(arguments);
     EXPECT_THAT(tool.wait(), testing::Optional(0)) << tool.output();
     return tool.output();
+}
+
+std::string real_session::x_display() const
+{
+    for (int number = 0; number < 33; number++) {
+        pid_t owner = 0;
+        std::ifstream{"/tmp/.X" + std::to_string(number) + "-lock"} >> owner;
+        if (owner == compositor.pid())
+            return ":" + std::to_string(number);
+    }
+    ADD_FAILURE() << "no X display";
+    return ":999";
 }
 
 wlr_box real_session::box_of(const std::string &app_id) const

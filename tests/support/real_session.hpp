@@ -28,6 +28,8 @@ protected:
     [[nodiscard]] std::string output_of(const std::vector<std::string> &arguments) const;
 
     [[nodiscard]] std::filesystem::path wayland_socket() const { return world.directory() / "run/wayland-0"; }
+    // Returns the X display whose lock file the compositor holds.
+    [[nodiscard]] std::string x_display() const;
     // Returns the content of the window raised last of all or of an application, or an empty box when there
     // is none.
     [[nodiscard]] wlr_box box_of(const std::string &app_id = "") const;

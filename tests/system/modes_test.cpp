@@ -14,7 +14,7 @@ namespace
 {
 
 struct modes : test::real_session {
-    modes() : user(wayland_socket()) {}
+    modes() : user(wayland_socket()) { world.environment["DISPLAY"] = x_display(); }
 
     // Returns what the list of windows says of an application, or nothing.
     [[nodiscard]] std::string entry(const std::string &app_id) const
@@ -57,16 +57,20 @@ TEST_F(modes, the_overview_moves_a_window_to_another_workspace_and_closes_it)
     EXPECT_TRUE(is_on_workspace("foot", 1));
     const overview_grid grid = overview_grid_in(overview_beside_strip(screen), 1);
     const wlr_box tile = overview_tile(grid, 0, box_of("foot"), screen);
-    const wlr_box second = overview_thumbnail(overview_strip_in(screen, screen, 2, false), 1);
+    const auto second_of = [](int count) {
+        return overview_thumbnail(overview_strip_in(screen, screen, count, false), 1);
+    };
     (void)output_of({"command", "overview"});
     move_into(tile);
     user.press();
     user.move_to(tile.x, tile.y);
-    move_into(second);
+    move_into(second_of(2));
     user.release();
     EXPECT_TRUE(eventually([&] { return is_on_workspace("foot", 2); })) << output_of({"windows"});
     // The first workspace is the current one, and the second one has the window, so there are three now.
-    user.click(second.x + 100, second.y + 60);
+    move_into(second_of(3));
+    user.press();
+    user.release();
     EXPECT_TRUE(eventually([&] {
         return output_of({"workspaces"}).contains(R"("num":2,"name":"2","focused":true)");
     })) << output_of({"workspaces"});

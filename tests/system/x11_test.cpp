@@ -19,20 +19,8 @@ namespace
 struct x11_programs : test::real_session {
     x11_programs()
     {
-        world.environment["DISPLAY"] = display();
+        world.environment["DISPLAY"] = x_display();
         world.environment["LC_ALL"] = "C.UTF-8";
-    }
-    // Returns the X display whose lock file the compositor holds.
-    [[nodiscard]] std::string display() const
-    {
-        for (int number = 0; number < 33; number++) {
-            pid_t owner = 0;
-            std::ifstream{"/tmp/.X" + std::to_string(number) + "-lock"} >> owner;
-            if (owner == compositor.pid())
-                return ":" + std::to_string(number);
-        }
-        ADD_FAILURE() << "no X display";
-        return ":999";
     }
     [[nodiscard]] std::string windows() const { return output_of({"windows"}); }
     [[nodiscard]] bool shows(const std::string &app_id) const
