@@ -80,7 +80,8 @@ void switcher_commit(vantore_server &server, bool cancel)
     s.sw_active = false;
     s.sw_items.clear();
     switcher_hide(s);
-    if (!cancel)
+    // The workspace may have left its output since the switcher opened, and nobody would see the window.
+    if (!cancel && output_showing(*selected) != nullptr)
         focus_toplevel_ex(selected, true);
 }
 
@@ -119,7 +120,7 @@ void switcher_cancel(vantore_server &server)
     switcher_commit(server, true);
 }
 
-// A window that is not listed may have been the reason why another one can't be seen, so the list is old too.
+// Cancels for windows that are not listed too: when such a window goes, other windows may come into sight.
 void switcher_window_leaves(vantore_server &server, const vantore_toplevel &)
 {
     switcher_cancel(server);

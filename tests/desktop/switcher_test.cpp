@@ -1,7 +1,7 @@
 // The window switcher, by the keys that open, step and close it.
 
 #include "support/desktop.hpp"
-#include "support/wayland_seat.hpp"
+#include "support/wayland_devices.hpp"
 
 #include "input/switcher.hpp"
 #include "session/lock.hpp"
@@ -53,6 +53,17 @@ struct switcher : test::desktop {
     {
         const wlr_scene_buffer *list = server.switching.sw_overlay.node;
         return list != nullptr && list->node.enabled;
+    }
+    // A program's keyboard tells its modifiers without key events.
+    void open_by_typing(test::virtual_keyboard &typist, const seat &ears)
+    {
+        typist.keymap(ears.keymap());
+        typist.modifiers(WLR_MODIFIER_ALT);
+        typist.key(KEY_TAB, true);
+        typist.key(KEY_TAB, false);
+        EVENTUALLY(server.switching.sw_active);
+        settle();
+        EXPECT_EQ(selected(), "b");
     }
     std::map<std::string, window *> windows;
     made_up_keyboard *keyboard = nullptr;
@@ -249,6 +260,60 @@ TEST_F(switcher, ends_when_its_keyboard_is_unplugged)
     unplug_device(*keyboard);
     EXPECT_FALSE(server.switching.sw_active);
     EXPECT_EQ(focused(), "b");
+}
+
+TEST_F(switcher, ends_when_a_program_that_types_lets_the_modifier_go)
+{
+    map_windows({"b", "a"});
+    seat ears{windows["a"]->owner()};
+    settle();
+    test::virtual_keyboard typist{ears};
+    open_by_typing(typist, ears);
+    typist.modifiers(0);
+    EVENTUALLY(!server.switching.sw_active);
+    EXPECT_EQ(focused(), "b");
+}
+
+TEST_F(switcher, ends_when_a_program_that_types_goes)
+{
+    map_windows({"b", "a"});
+    seat ears{windows["a"]->owner()};
+    settle();
+    {
+        test::virtual_keyboard typist{ears};
+        open_by_typing(typist, ears);
+    }
+    EVENTUALLY(!server.switching.sw_active);
+    EXPECT_EQ(focused(), "b");
+}
+
+TEST_F(switcher, is_cancelled_when_an_x11_window_closes)
+{
+    map_windows({"b", "a"});
+    test::x11_window &x = map_x11();
+    switcher_step(server, WLR_MODIFIER_LOGO);
+    switcher_step(server, WLR_MODIFIER_LOGO);
+    ASSERT_THAT(items(), ElementsAre("xapp", "a", "b"));
+    ASSERT_EQ(selected(), "b");
+    x.destroy();
+    EVENTUALLY(!server.switching.sw_active);
+    EXPECT_THAT(items(), IsEmpty());
+    EXPECT_EQ(focused(), "a");
+}
+
+TEST_F(switcher, gives_the_keyboard_to_no_window_whose_workspace_has_gone_out_of_sight)
+{
+    map_windows({"b", "a"});
+    keyboard->press(KEY_LEFTMETA);
+    keyboard->tap(KEY_TAB);
+    ASSERT_EQ(selected(), "b");
+    keyboard->tap(KEY_3);
+    ASSERT_EQ(output("A").current_ws, &workspace(3));
+    keyboard->release(KEY_LEFTMETA);
+    EXPECT_FALSE(server.switching.sw_active);
+    EXPECT_FALSE(list_shows());
+    EXPECT_EQ(keyboard_focus(), nullptr);
+    EXPECT_EQ(focused(), "a");
 }
 
 TEST_F(switcher, pictures_follow_their_clients_and_keep_no_replaced_buffer)
