@@ -35,8 +35,7 @@ void stroke_round(cairo_t *cr, const wlr_fbox &box, double radius, const color &
 
 void draw_centered_text(cairo_t *cr, const char *text, double x, double width, double baseline)
 {
-    cairo_text_extents_t extents;
-    cairo_text_extents(cr, text, &extents);
+    const cairo_text_extents_t extents = text_extents(cr, text);
     cairo_move_to(cr, x + (width - extents.width) / 2 - extents.x_bearing, baseline);
     cairo_show_text(cr, text);
 }
@@ -47,46 +46,28 @@ void set_font(cairo_t *cr, const font &f)
     cairo_set_font_size(cr, f.size);
 }
 
-// A context with the font, on a surface that is not shown.
-class scratch
+handle<cairo_t, cairo_destroy> measuring_context(const font &f, double scale)
 {
-public:
-    explicit scratch(const font &f)
-    {
-        cairo_surface_t *surface = cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1);
-        cr = cairo_create(surface);
-        cairo_surface_destroy(surface); // the context keeps it
-        set_font(cr, f);
-    }
-    ~scratch() { cairo_destroy(cr); }
-    scratch(const scratch &) = delete;
-    scratch &operator=(const scratch &) = delete;
-
-    [[nodiscard]] cairo_text_extents_t extents(const std::string &text) const
-    {
-        cairo_text_extents_t extents;
-        cairo_text_extents(cr, text.c_str(), &extents);
-        return extents;
-    }
-    [[nodiscard]] cairo_font_extents_t font() const
-    {
-        cairo_font_extents_t extents;
-        cairo_font_extents(cr, &extents);
-        return extents;
-    }
-
-private:
-    cairo_t *cr;
-};
-
-cairo_text_extents_t text_extents(const font &f, const std::string &text)
-{
-    return scratch{f}.extents(text);
+    cairo_surface_t *surface = cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1);
+    handle<cairo_t, cairo_destroy> cr{cairo_create(surface)};
+    cairo_surface_destroy(surface); // the context keeps it
+    cairo_scale(cr.get(), scale, scale);
+    set_font(cr.get(), f);
+    return cr;
 }
 
-cairo_font_extents_t font_extents(const font &f)
+cairo_text_extents_t text_extents(cairo_t *cr, const std::string &text)
 {
-    return scratch{f}.font();
+    cairo_text_extents_t extents;
+    cairo_text_extents(cr, text.c_str(), &extents);
+    return extents;
+}
+
+cairo_font_extents_t font_extents(cairo_t *cr)
+{
+    cairo_font_extents_t extents;
+    cairo_font_extents(cr, &extents);
+    return extents;
 }
 
 // Returns the length of the text's start up to the character that holds this byte.
@@ -100,17 +81,16 @@ static size_t character_start(std::string_view text, size_t byte)
 // No text that fits a screen is longer, and cairo takes its time to measure megabytes.
 static constexpr size_t most_bytes = 4000;
 
-std::string fitting_text(const font &f, std::string_view text, double width)
+std::string fitting_text(cairo_t *cr, std::string_view text, double width)
 {
-    const scratch paper{f};
     std::string whole = valid_utf8(text.substr(0, most_bytes));
-    if (text.size() <= most_bytes && paper.extents(whole).width <= width)
+    if (text.size() <= most_bytes && text_extents(cr, whole).width <= width)
         return whole;
     size_t fits = 0, too_long = whole.size() + 1;
     while (too_long - fits > 1) {
         const size_t middle = fits + (too_long - fits) / 2;
         const std::string cut = whole.substr(0, character_start(whole, middle)) + "…";
-        (paper.extents(cut).width <= width ? fits : too_long) = middle;
+        (text_extents(cr, cut).width <= width ? fits : too_long) = middle;
     }
     return whole.substr(0, character_start(whole, fits)) + "…";
 }

@@ -1,7 +1,8 @@
-// Draws shapes and text for the compositor's own pictures. Coordinates are pixels of the picture.
+// Draws shapes and text for the compositor's own pictures. Coordinates are units of the context.
 #pragma once
 
 #include "color.hpp"
+#include "handles.hpp"
 #include "wlr.hpp"
 
 #include <cairo.h>
@@ -21,11 +22,14 @@ struct font {
 };
 
 void set_font(cairo_t *cr, const font &f);
-// Measures without a picture.
-cairo_text_extents_t text_extents(const font &f, const std::string &text);
-cairo_font_extents_t font_extents(const font &f);
+// Creates a context that measures text before there is a picture. Letters are fitted to whole pixels, so they
+// are not equally wide at all scales.
+handle<cairo_t, cairo_destroy> measuring_context(const font &f, double scale);
+// These measure in the font of the context.
+cairo_text_extents_t text_extents(cairo_t *cr, const std::string &text);
+cairo_font_extents_t font_extents(cairo_t *cr);
 // Returns the text as valid UTF-8. If it is wider than this, it is cut and ends with "…".
-std::string fitting_text(const font &f, std::string_view text, double width);
+std::string fitting_text(cairo_t *cr, std::string_view text, double width);
 
 // Centres the text between x and x + width, in the font of the context. Longer text reaches beyond both ends.
 // The text must be valid UTF-8, because cairo draws nothing any more after an error.

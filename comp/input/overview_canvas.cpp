@@ -18,10 +18,10 @@ void overview_add_picture(const overview_canvas &canvas, cairo_buffer *picture, 
 void overview_draw_line(cairo_t *cr, const font &f, std::string_view text, const color &c,
                         const wlr_box &size, double margin)
 {
-    const std::string line = fitting_text(f, text, size.width - 2 * margin);
-    const cairo_text_extents_t extents = text_extents(f, line);
-    const cairo_font_extents_t letters = font_extents(f);
     set_font(cr, f);
+    const std::string line = fitting_text(cr, text, size.width - 2 * margin);
+    const cairo_text_extents_t extents = text_extents(cr, line);
+    const cairo_font_extents_t letters = font_extents(cr);
     cairo_set_color(cr, c);
     cairo_move_to(cr, std::max((size.width - extents.width) / 2 - extents.x_bearing, margin),
                   (size.height + letters.ascent - letters.descent) / 2);

@@ -129,7 +129,7 @@ static void add_number(const strip &s, const vantore_workspace &ws, const wlr_bo
     set_font(cr, number_font);
     cairo_set_color(cr, is_current && g_accent_set ? overview_accent(1) : number_color);
     const std::string number = std::to_string(ws.num);
-    const cairo_text_extents_t extents = text_extents(number_font, number);
+    const cairo_text_extents_t extents = text_extents(cr, number);
     draw_centered_text(cr, number.c_str(), 0, at.width, (at.height - extents.height) / 2 - extents.y_bearing);
     cairo_destroy(cr);
     overview_add_picture(s.canvas, picture, at);

@@ -79,7 +79,7 @@ static void draw_row(cairo_t *cr, const vantore_toplevel &t, int index, bool sel
         fill_round(cr, {item_radius, y + 2, switcher_list_width - 2 * item_radius, switcher_row_height - 2},
                    item_radius, selection_fill(0.85F));
     const std::string text = switcher_row_text(tl_app_id(t), tl_title(t), t.minimized);
-    show_line(cr, fitting_text(row_font, text, row_text_width), row_text_left, y + row_baseline, selected);
+    show_line(cr, fitting_text(cr, text, row_text_width), row_text_left, y + row_baseline, selected);
 }
 
 static void switcher_draw(vantore_server &server)
@@ -102,7 +102,7 @@ static void draw_card(cairo_t *cr, const vantore_toplevel &t, const wlr_box &car
     const wlr_fbox shape{double(card.x), double(card.y), double(card.width), double(card.height)};
     fill_round(cr, shape, item_radius, selected ? selection_fill(0.92F) : plain_card);
     const std::string text = switcher_card_text(tl_app_id(t), tl_title(t), t.minimized);
-    show_line(cr, fitting_text(card_font, text, card.width - card_text_margin), card.x + card_text_left,
+    show_line(cr, fitting_text(cr, text, card.width - card_text_margin), card.x + card_text_left,
               card_baseline, selected);
 }
 

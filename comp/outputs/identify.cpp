@@ -25,30 +25,37 @@ std::string identify_subtitle(const char *model, int width, int height, int refr
     return model != nullptr && model[0] != '\0' ? valid_utf8(model) + " · " + mode : mode;
 }
 
+struct line_size {
+    double width;
+    int height; // of the font
+};
+
 struct badge {
     std::string name, subtitle;
-    int name_height, subtitle_height; // of the fonts
+    line_size name_size, subtitle_size;
     int width, height;
 };
 
-static int line_height(const font &f)
+static line_size size_of_line(const font &f, const std::string &text, double scale)
 {
-    const cairo_font_extents_t extents = font_extents(f);
-    return int(extents.ascent + extents.descent);
+    const auto measuring = measuring_context(f, scale);
+    const cairo_font_extents_t letters = font_extents(measuring.get());
+    return {.width = text_extents(measuring.get(), text).width,
+            .height = int(letters.ascent + letters.descent)};
 }
 
 static badge badge_of(const struct wlr_output &output)
 {
     badge b{.name = valid_utf8(output_name(&output)),
             .subtitle = identify_subtitle(output.model, output.width, output.height, output.refresh),
-            .name_height = line_height(name_font),
-            .subtitle_height = line_height(subtitle_font),
+            .name_size = {},
+            .subtitle_size = {},
             .width = 0,
             .height = 0};
-    b.width =
-        int(std::max(text_extents(name_font, b.name).width, text_extents(subtitle_font, b.subtitle).width)) +
-        around_text;
-    b.height = b.name_height + b.subtitle_height + around_lines;
+    b.name_size = size_of_line(name_font, b.name, double(output.scale));
+    b.subtitle_size = size_of_line(subtitle_font, b.subtitle, double(output.scale));
+    b.width = int(std::max(b.name_size.width, b.subtitle_size.width)) + around_text;
+    b.height = b.name_size.height + b.subtitle_size.height + around_lines;
     return b;
 }
 
@@ -57,7 +64,7 @@ static void draw_line(cairo_t *cr, const badge &b, const font &f, const std::str
 {
     set_font(cr, f);
     cairo_set_color(cr, c);
-    draw_centered_text(cr, text.c_str(), 0, b.width, top + font_extents(f).ascent);
+    draw_centered_text(cr, text.c_str(), 0, b.width, top + font_extents(cr).ascent);
 }
 
 static cairo_buffer *draw_badge(const badge &b, double scale)
@@ -71,7 +78,7 @@ static cairo_buffer *draw_badge(const badge &b, double scale)
                  g_accent_set ? color{g_accent[0], g_accent[1], g_accent[2], 0.95F} : border_without_accent,
                  border);
     draw_line(cr, b, name_font, b.name, name_color, above_name);
-    draw_line(cr, b, subtitle_font, b.subtitle, subtitle_color, b.name_height + above_subtitle);
+    draw_line(cr, b, subtitle_font, b.subtitle, subtitle_color, b.name_size.height + above_subtitle);
     cairo_destroy(cr);
     return picture;
 }

@@ -52,8 +52,8 @@ static cairo_buffer *draw_pill(const std::string &text, const wlr_box &size, dou
     fill_round(cr, {0.5, 0.5, w - 1, h - 1}, h / 2, fill);
     const color dot = g_accent_set ? color{g_accent[0], g_accent[1], g_accent[2], 1} : dot_without_accent;
     fill_round(cr, {dot_x - dot_radius, h / 2 - dot_radius, 2 * dot_radius, 2 * dot_radius}, dot_radius, dot);
-    const cairo_text_extents_t extents = text_extents(message_font, text);
     set_font(cr, message_font);
+    const cairo_text_extents_t extents = text_extents(cr, text);
     cairo_set_color(cr, text_color);
     cairo_move_to(cr, text_left - extents.x_bearing, (h - extents.height) / 2 - extents.y_bearing);
     cairo_show_text(cr, text.c_str());
@@ -83,11 +83,12 @@ void replay_osd_show(vantore_server &server, std::string_view text)
     const wlr_box screen = output_layout_box(*o);
     if (screen.width <= 0)
         return;
-    const std::string fitting = fitting_text(message_font, text, screen.width - around_text);
-    const cairo_text_extents_t extents = text_extents(message_font, fitting);
+    const auto scale = double(o->wlr_output->scale);
+    const auto measuring = measuring_context(message_font, scale);
+    const std::string fitting = fitting_text(measuring.get(), text, screen.width - around_text);
+    const cairo_text_extents_t extents = text_extents(measuring.get(), fitting);
     const wlr_box place = replay_osd_place(screen, replay_osd_size(extents.width, extents.height));
     wlr_scene_tree *layer = server.layers[ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY];
-    overlay_show(server.on_screen.replay_osd, layer, draw_pill(fitting, place, double(o->wlr_output->scale)),
-                 place);
+    overlay_show(server.on_screen.replay_osd, layer, draw_pill(fitting, place, scale), place);
     arm_timer(server);
 }

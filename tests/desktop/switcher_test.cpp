@@ -4,11 +4,13 @@
 #include "support/wayland_devices.hpp"
 
 #include "input/switcher.hpp"
+#include "input/switcher_boxes.hpp"
 #include "session/lock.hpp"
 #include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 
 #include <linux/input-event-codes.h>
+#include <set>
 
 using test::made_up_keyboard;
 using test::seat;
@@ -360,6 +362,31 @@ TEST_F(switcher, shows_very_long_titles_and_any_bytes)
         settle();
         switcher_cancel(server);
     }
+}
+
+// Narrow letters are a tenth wider at this scale than at 1.
+TEST_F(switcher, keeps_names_on_their_cards_at_a_fractional_scale)
+{
+    output_state state;
+    wlr_output_state_set_scale(&state, 1.5F);
+    wlr_output_send_request_state(output("A").wlr_output, &state);
+    map_windows({"b", "a"});
+    place(*windows["a"], 0, 0);
+    place(*windows["b"], 600, 0);
+    windows["a"]->title(std::string(200, 'l'));
+    settle();
+    switcher_step(server, WLR_MODIFIER_ALT);
+    settle();
+    const switcher_cards cards = switcher_cards_in(usable_at_cursor(server), 2);
+    const wlr_box card = switcher_card(cards, 0);
+    const double right = cards.panel.x + card.x + card.width, top = cards.panel.y + card.y;
+    const test::image shown = picture("A");
+    std::set<uint32_t> between_cards;
+    for (int y = 0; y < 30; y++)
+        for (int x = 2; x < cards.gap - 2; x++)
+            between_cards.insert(shown.at(int((right + x) * 1.5), int((top + y) * 1.5)));
+    EXPECT_EQ(between_cards.size(), 1U);
+    switcher_cancel(server);
 }
 
 TEST_F(switcher, looks_like_this)

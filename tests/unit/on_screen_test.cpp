@@ -38,30 +38,41 @@ TEST(identify, tells_model_mode_and_rate)
 
 TEST(text, that_fits_stays_whole)
 {
-    EXPECT_EQ(fitting_text(plain, "", 10), "");
-    EXPECT_EQ(fitting_text(plain, "short", 400), "short");
-    EXPECT_EQ(fitting_text(plain, "a\xff", 400), "a\xef\xbf\xbd");
+    const auto cr = measuring_context(plain, 1);
+    EXPECT_EQ(fitting_text(cr.get(), "", 10), "");
+    EXPECT_EQ(fitting_text(cr.get(), "short", 400), "short");
+    EXPECT_EQ(fitting_text(cr.get(), "a\xff", 400), "a\xef\xbf\xbd");
 }
 
 TEST(text, that_is_too_wide_ends_with_dots_within_the_width)
 {
+    const auto cr = measuring_context(plain, 1);
     for (const double width : {40.0, 100.0, 300.0}) {
-        const std::string cut = fitting_text(plain, std::string(9000, 'w'), width);
+        const std::string cut = fitting_text(cr.get(), std::string(9000, 'w'), width);
         EXPECT_THAT(cut, EndsWith("w…"));
-        EXPECT_LE(text_extents(plain, cut).width, width);
-        EXPECT_GT(text_extents(plain, "w" + cut).width, width);
+        EXPECT_LE(text_extents(cr.get(), cut).width, width);
+        EXPECT_GT(text_extents(cr.get(), "w" + cut).width, width);
     }
 }
 
 TEST(text, is_cut_between_characters)
 {
+    const auto cr = measuring_context(plain, 1);
     std::string umlauts;
     for (int i = 0; i < 100; i++)
         umlauts += "ä";
-    const std::string cut = fitting_text(plain, umlauts, 77);
+    const std::string cut = fitting_text(cr.get(), umlauts, 77);
     EXPECT_THAT(cut, StartsWith("ää"));
     EXPECT_THAT(cut, EndsWith("ä…"));
-    EXPECT_EQ(fitting_text(plain, umlauts, 0), "…");
+    EXPECT_EQ(fitting_text(cr.get(), umlauts, 0), "…");
+}
+
+TEST(text, is_measured_at_the_scale_at_which_it_is_drawn)
+{
+    constexpr font small{.size = 12};
+    const std::string narrow(40, 'l');
+    const double width = text_extents(measuring_context(small, 1).get(), narrow).width;
+    EXPECT_GT(text_extents(measuring_context(small, 1.5).get(), narrow).width, width + 10);
 }
 
 } // namespace
