@@ -6,8 +6,8 @@
 // Lives as long as the node.
 struct live_picture {
     wlr_scene_buffer *node = nullptr;
-    const vantore_toplevel *window = nullptr; // null when its surface has gone
-    listener commit, surface_destroy, node_destroy;
+    const vantore_toplevel *window = nullptr; // null when it is no longer mapped
+    listener commit, unmap, surface_destroy, node_destroy;
 };
 
 // The pointer reaches what lies below.
@@ -59,10 +59,12 @@ static void show_latest(live_picture &p)
     wlr_scene_buffer_set_transform(p.node, state.transform);
 }
 
-static void surface_gone(live_picture &p)
+// The window may go before its surface does, which can then be committed again.
+static void window_gone(live_picture &p)
 {
     p.window = nullptr;
     unlisten(p.commit);
+    unlisten(p.unmap);
     unlisten(p.surface_destroy);
     wlr_scene_buffer_set_buffer(p.node, nullptr);
 }
@@ -85,7 +87,8 @@ wlr_scene_buffer *live_picture_create(vantore_toplevel &t, wlr_scene_tree *paren
     p->node = node;
     p->window = &t;
     listen<&live_picture::commit, show_latest>(*p, surface->events.commit);
-    listen<&live_picture::surface_destroy, surface_gone>(*p, surface->events.destroy);
+    listen<&live_picture::unmap, window_gone>(*p, surface->events.unmap);
+    listen<&live_picture::surface_destroy, window_gone>(*p, surface->events.destroy);
     listen<&live_picture::node_destroy, node_gone>(*p, node->node.events.destroy);
     show_latest(*p);
     return node;

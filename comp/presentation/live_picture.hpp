@@ -11,6 +11,7 @@ wlr_fbox live_picture_source(const wlr_box &geometry, int surface_width, int sur
                              const wlr_fbox &source, wl_output_transform transform);
 
 // Makes a node that shows the window geometry of the window's main surface. It keeps no buffer that the
-// client has replaced, takes no input, and becomes empty when the surface goes. The parent tree owns it, and
-// the caller gives it a size. Returns null if the window has drawn nothing or there is no memory.
+// client has replaced, takes no input, and becomes empty when the window is unmapped. The parent tree owns
+// it. The caller gives it a size, which stays the same when the client's window changes its shape. Returns
+// null if the window has drawn nothing or there is no memory.
 wlr_scene_buffer *live_picture_create(vantore_toplevel &t, wlr_scene_tree *parent);
