@@ -1,13 +1,14 @@
 #include "live_picture.hpp"
 
 #include "../records.hpp"
+#include "../server.hpp"
 #include "../windows/toplevel.hpp"
 
 // Lives as long as the node.
 struct live_picture {
     wlr_scene_buffer *node = nullptr;
     const vantore_toplevel *window = nullptr; // null when it is no longer mapped
-    listener commit, unmap, surface_destroy, node_destroy;
+    listener commit, unmap, surface_destroy, output_sample, node_destroy;
 };
 
 // The pointer reaches what lies below.
@@ -43,15 +44,26 @@ wlr_fbox live_picture_source(const wlr_box &geometry, int surface_width, int sur
     return part;
 }
 
+// Waits for the point in time at which the client has drawn the buffer, where the client says so.
+static void set_buffer(const live_picture &p, wlr_surface &surface)
+{
+    wlr_buffer *buffer = surface.buffer != nullptr ? &surface.buffer->base : nullptr;
+    wlr_scene_buffer_set_buffer_options options{};
+    if (const auto *sync = wlr_linux_drm_syncobj_v1_get_surface_state(&surface)) {
+        options.wait_timeline = sync->acquire_timeline;
+        options.wait_point = sync->acquire_point;
+    }
+    wlr_scene_buffer_set_buffer_with_options(p.node, buffer, &options);
+}
+
 static void show_latest(live_picture &p)
 {
-    const wlr_surface *surface = tl_surface(*p.window);
-    wlr_buffer *buffer = surface->buffer != nullptr ? &surface->buffer->base : nullptr;
-    wlr_scene_buffer_set_buffer(p.node, buffer);
-    if (buffer == nullptr)
+    wlr_surface *surface = tl_surface(*p.window);
+    set_buffer(p, *surface);
+    if (surface->buffer == nullptr)
         return;
     wlr_fbox whole{};
-    wlr_surface_get_buffer_source_box(const_cast<wlr_surface *>(surface), &whole);
+    wlr_surface_get_buffer_source_box(surface, &whole);
     const auto &state = surface->current;
     const wlr_fbox source =
         live_picture_source(tl_get_geometry(*p.window), state.width, state.height, whole, state.transform);
@@ -59,10 +71,21 @@ static void show_latest(live_picture &p)
     wlr_scene_buffer_set_transform(p.node, state.transform);
 }
 
+// The client may not draw into its buffer again before an output has read it for this picture.
+static void hold_release(live_picture &p, wlr_scene_output_sample_event *sample)
+{
+    auto *sync = wlr_linux_drm_syncobj_v1_get_surface_state(tl_surface(*p.window));
+    if (sync == nullptr || sample->release_timeline == nullptr)
+        return;
+    wlr_linux_drm_syncobj_v1_state_add_release_point(sync, sample->release_timeline, sample->release_point,
+                                                     wl_display_get_event_loop(p.window->server->display));
+}
+
 // The window may go before its surface does, which can then be committed again.
 static void window_gone(live_picture &p)
 {
     p.window = nullptr;
+    unlisten(p.output_sample);
     unlisten(p.commit);
     unlisten(p.unmap);
     unlisten(p.surface_destroy);
@@ -89,6 +112,7 @@ wlr_scene_buffer *live_picture_create(vantore_toplevel &t, wlr_scene_tree *paren
     listen<&live_picture::commit, show_latest>(*p, surface->events.commit);
     listen<&live_picture::unmap, window_gone>(*p, surface->events.unmap);
     listen<&live_picture::surface_destroy, window_gone>(*p, surface->events.destroy);
+    listen<&live_picture::output_sample, hold_release>(*p, node->events.output_sample);
     listen<&live_picture::node_destroy, node_gone>(*p, node->node.events.destroy);
     show_latest(*p);
     return node;
