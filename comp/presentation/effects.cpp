@@ -11,6 +11,8 @@
 #include "../windows/toplevel.hpp"
 #include "backdrop_blur.hpp"
 
+#include <algorithm>
+
 static constexpr float glow = 0.65F; // strength of a shadow in the accent's colour
 
 bool fx_on()
@@ -94,15 +96,22 @@ static void make_dim_rect(vantore_toplevel &t)
     wlr_scene_node_place_above(&t.dim_rect->node, &t.tabbar->node);
 }
 
-static void lay_out_dim(vantore_toplevel &t, const effect_plan &plan, const wlr_box &frame)
+// A client that decorates its window itself may draw a shadow around it, which does not get darker.
+static wlr_box box_to_dim(const vantore_toplevel &t, const wlr_box &frame)
+{
+    const wlr_box geometry = tl_get_geometry(t);
+    return t.ssd ? frame : window_frame(std::max(geometry.width, 1), std::max(geometry.height, 1), false);
+}
+
+static void lay_out_dim(vantore_toplevel &t, const effect_plan &plan, const wlr_box &box)
 {
     if (plan.can_dim && t.dim_rect == nullptr)
         make_dim_rect(t);
     if (t.dim_rect == nullptr)
         return;
     wlr_scene_rect_set_color(t.dim_rect, dim_color().data());
-    wlr_scene_rect_set_size(t.dim_rect, frame.width, frame.height);
-    wlr_scene_node_set_position(&t.dim_rect->node, frame.x, frame.y);
+    wlr_scene_rect_set_size(t.dim_rect, box.width, box.height);
+    wlr_scene_node_set_position(&t.dim_rect->node, box.x, box.y);
     wlr_scene_rect_set_corner_radius(t.dim_rect, plan.radius);
     wlr_scene_node_set_enabled(&t.dim_rect->node, plan.dim);
 }
@@ -151,7 +160,7 @@ void effects_layout(vantore_toplevel &t)
     const effect_plan plan = effects_of(t);
     const wlr_box frame = window_frame(tl_shown_width(t), tl_shown_height(t), plan.has_bar);
     round_corners(t, plan);
-    lay_out_dim(t, plan, frame);
+    lay_out_dim(t, plan, box_to_dim(t, frame));
     lay_out_shadow(t, plan, frame);
 }
 

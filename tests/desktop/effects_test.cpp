@@ -195,6 +195,22 @@ TEST_F(effects, darken_windows_without_the_focus)
     EXPECT_EQ(record(*paper).dim_rect->corners.top_left, 10);
 }
 
+// The window's own shadow is 20 pixels wide on all sides.
+TEST_F(effects, darken_nothing_around_a_window_whose_client_draws_a_shadow)
+{
+    window &shadowed = connect().create_window("shadowed");
+    shadowed.preferred = {140, 100};
+    shadowed.geometry(20, 20, 100, 60);
+    map(shadowed);
+    shadowed.fill(red);
+    place(shadowed, 450, 150);
+    use("dim_inactive = 0.5\n");
+    focus(*w);
+    EVENTUALLY(std::abs(red_of(at(500, 180)) - 128) <= 1);
+    EXPECT_TRUE(is_red(560, 180)) << "the shadow";
+    EXPECT_EQ(at(580, 180), at(50, 50)) << "the window below";
+}
+
 TEST_F(effects, let_clicks_through_to_a_window_that_is_darkened)
 {
     use("dim_inactive = 0.5\n");
