@@ -116,7 +116,7 @@ static void xdg_toplevel_map(vantore_toplevel &t)
     wl_list_insert(&server.toplevels, &t.link);
     if (const char *app_id = tl_app_id(t); app_id != nullptr && strcmp(app_id, lifted_app_id) == 0)
         t.overlay_lift = t.floating = t.skip_taskbar = true;
-    t.minimized = t.put_away = false; // they belong to an earlier map
+    t.minimized = t.put_away = t.snapped = false; // they belong to an earlier map
     vantore_workspace *previous = t.workspace; // from an earlier map, or null
     toplevel_set_workspace(t, workspace_for_new_window(server));
     refresh_showing(t);

@@ -307,6 +307,18 @@ TEST_F(effects, of_a_snapped_window_include_no_shadow)
     drag_end(server);
 }
 
+TEST_F(effects, of_a_snapped_window_come_back_when_it_maps_again)
+{
+    snap_window(t(), {0, 0, 320, 384});
+    settle();
+    ASSERT_FALSE(has_shadow());
+    w->unmap();
+    EVENTUALLY(find_record(*w) == nullptr);
+    map(*w);
+    EXPECT_FALSE(t().snapped);
+    EXPECT_TRUE(has_shadow());
+}
+
 TEST_F(effects, of_a_minimized_window_wait_until_it_comes_back)
 {
     toplevel_minimize(t());
