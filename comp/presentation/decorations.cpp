@@ -261,13 +261,17 @@ void dec_hover_set(vantore_toplevel &t, vantore_dec_region region)
     wlr_scene_node_set_enabled(&t.btn_hover->node, button);
 }
 
+void dec_recolor(vantore_toplevel &t, bool focused)
+{
+    render_buttons(t);
+    dec_forget_title(t);
+    dec_layout(t);
+    dec_set_focused(t, focused);
+}
+
 void recolor_all_decorations(vantore_server &server)
 {
     const vantore_toplevel *first = each<&vantore_toplevel::link>(server.toplevels).first();
-    for (auto &t : each<&vantore_toplevel::link>(server.toplevels)) {
-        render_buttons(t);
-        dec_forget_title(t);
-        dec_layout(t);
-        dec_set_focused(t, &t == first);
-    }
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        dec_recolor(t, &t == first);
 }

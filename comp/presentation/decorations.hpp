@@ -31,6 +31,7 @@ void dec_forget_title(vantore_toplevel &t);
 void dec_render_button(wlr_scene_buffer *node, vantore_dec_region region, bool alt);
 void dec_refresh_max_button(vantore_toplevel &t);
 
-// Draws all title bars anew in the colours of the settings. The window raised last gets the colours of the
-// focus.
+// Draws the title bar anew in the colours of the settings, for a window with or without the focus.
+void dec_recolor(vantore_toplevel &t, bool focused);
+// Does the same for all mapped windows. The window raised last gets the colours of the focus.
 void recolor_all_decorations(vantore_server &server);

@@ -127,7 +127,7 @@ static void xdg_toplevel_map(vantore_toplevel &t)
         t.floating = true;
     config_apply_rules(t); // after the lines that set floating, to override them
     settle_fullscreen(t);
-    dec_layout(t);
+    dec_recolor(t, false); // a reload leaves out windows that are not mapped
     center_toplevel(t);
     place_toplevel_rule(t);
     arrange_workspace(t.workspace);

@@ -71,6 +71,26 @@ struct decorations : test::desktop {
         (void)decoration_at(server, lx, ly, region);
         return region;
     }
+    void use_theme(const char *text)
+    {
+        world.write_config("appearance.conf", text);
+        config_reload(server);
+        settle();
+    }
+    // Returns the lightest and the darkest blue in a part of the bar.
+    std::pair<uint32_t, uint32_t> blues(int from, int to)
+    {
+        const test::image shown = picture("A");
+        std::pair<uint32_t, uint32_t> found{0, 255};
+        for (int x = 200 + from; x < 200 + to; x++)
+            for (int y = 60 - 22; y < 60 - 8; y++) {
+                const uint32_t blue = shown.at(x, y) & 0xff;
+                found = {std::max(found.first, blue), std::min(found.second, blue)};
+            }
+        return found;
+    }
+    // The title and the buttons, from where to where.
+    static constexpr std::pair<int, int> drawn_parts[]{{10, 100}, {193, 207}, {215, 229}, {237, 251}};
     window *w = nullptr, *other = nullptr;
 };
 
@@ -306,28 +326,36 @@ TEST_F(decorations, take_another_accent_with_a_reload)
 
 TEST_F(decorations, are_drawn_anew_in_the_foreground_of_another_theme)
 {
-    // Returns the lightest and the darkest blue in a part of the bar.
-    const auto blues = [&](int from, int to) {
-        const test::image shown = picture("A");
-        std::pair<uint32_t, uint32_t> found{0, 255};
-        for (int x = 200 + from; x < 200 + to; x++)
-            for (int y = 60 - 22; y < 60 - 8; y++) {
-                const uint32_t blue = shown.at(x, y) & 0xff;
-                found = {std::max(found.first, blue), std::min(found.second, blue)};
-            }
-        return found;
-    };
-    for (const auto &[from, to] : {std::pair{10, 100}, {193, 207}, {215, 229}, {237, 251}}) {
-        world.write_config("appearance.conf", "dark = true\n");
-        config_reload(server);
-        settle();
+    for (const auto &[from, to] : drawn_parts) {
+        use_theme("dark = true\n");
         EXPECT_GT(blues(from, to).first, 0xa0U) << from;
         EXPECT_GT(blues(from, to).second, 0x40U) << from;
-        world.write_config("appearance.conf", "dark = false\n");
-        config_reload(server);
-        settle();
+        use_theme("dark = false\n");
         EXPECT_LT(blues(from, to).second, 0x60U) << from;
     }
+}
+
+TEST_F(decorations, of_a_window_that_maps_after_a_reload_are_drawn_in_the_new_theme)
+{
+    w->unmap();
+    EVENTUALLY(find_record(*w) == nullptr);
+    use_theme("dark = false\n");
+    w->title("Title of w"); // it ended with the earlier map
+    map(*w);
+    place(*w, 200, 60);
+    settle();
+    for (const auto &[from, to] : drawn_parts)
+        EXPECT_LT(blues(from, to).second, 0x60U) << from;
+}
+
+TEST_F(decorations, of_a_window_that_maps_unseen_after_a_reload_have_the_new_colour_without_focus)
+{
+    w->unmap();
+    EVENTUALLY(find_record(*w) == nullptr);
+    use_theme("dark = false\n");
+    unplug("A");
+    map(*w);
+    EXPECT_FLOAT_EQ(t().titlebar->color[0], g_tb_unfocus[0]);
 }
 
 } // namespace
