@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-static constexpr float first_opacity = 0.05F; // so that its first frame shows something
+static constexpr float first_opacity = 0.05F; // until the first tick
 
 double ease_out_quad(double t)
 {

@@ -25,7 +25,7 @@ static void set_opacity(const vantore_toplevel &t, float opacity)
 
 void anim_open_start(vantore_toplevel &t)
 {
-    if (!g_animations || !fx_on() || t.fullscreen)
+    if (!g_animations || !fx_on() || t.fullscreen || t.server->anim_timer == nullptr)
         return;
     t.anim_open_t0 = mono_ms();
     set_opacity(t, open_fade_opacity(0));

@@ -9,7 +9,8 @@
 // off, and for a fullscreen window.
 void anim_open_start(vantore_toplevel &t);
 
-// Ends the fade at full opacity. Does nothing when there is none.
+// Ends the fade at full opacity. A window that becomes fullscreen, is minimized or is unmapped ends its fade.
+// Does nothing when there is none.
 void anim_open_end(vantore_toplevel &t);
 
 // Call this after a commit of the window's surface, at which the scene sets the opacity anew.

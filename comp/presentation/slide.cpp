@@ -19,8 +19,8 @@ static void place(vantore_server &server, const slide_offsets &offsets)
 
 static bool may_slide(const vantore_server &server)
 {
-    return g_animations && fx_on() && !server.locked && !server.overview.active &&
-           wl_list_length(&server.outputs) == 1;
+    return g_animations && fx_on() && server.anim_timer != nullptr && !server.locked &&
+           !server.overview.active && wl_list_length(&server.outputs) == 1;
 }
 
 void slide_start(vantore_server &server, wlr_scene_tree *from, wlr_scene_tree *to, int dir, int width)
@@ -34,6 +34,8 @@ void slide_start(vantore_server &server, wlr_scene_tree *from, wlr_scene_tree *t
     anim_kick(server);
 }
 
+// Hides the tree of the workspace that left, which slide_start has enabled. Every other node is as it should
+// be already: a fullscreen window that was minimized during the slide must stay hidden.
 void slide_end(vantore_server &server)
 {
     if (server.sliding.from == nullptr)

@@ -132,6 +132,14 @@ TEST_F(opening, happens_at_once_without_animations)
     expect_no_timer();
 }
 
+TEST_F(opening, happens_at_once_when_there_is_no_timer)
+{
+    server.anim_timer.reset();
+    window &w = map("w");
+    EXPECT_FALSE(fades(w));
+    EXPECT_EQ(opacity(w), 1);
+}
+
 TEST_F(opening, of_a_fullscreen_window_happens_at_once)
 {
     window &w = connect().create_window("film");
@@ -318,6 +326,13 @@ TEST_F(slide, does_not_happen_without_animations)
         expect_rest(1);
     }
     expect_no_timer();
+}
+
+TEST_F(slide, does_not_happen_when_there_is_no_timer)
+{
+    server.anim_timer.reset();
+    go_to(2);
+    expect_rest(2);
 }
 
 TEST_F(slide, is_left_out_by_the_direct_way)
