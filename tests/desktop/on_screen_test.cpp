@@ -30,6 +30,12 @@ struct on_screen : test::desktop {
     {
         return message() != nullptr ? std::pair{message()->x, message()->y} : std::pair{-1, -1};
     }
+    void set_scale(const std::string &name, float scale)
+    {
+        output_state state;
+        wlr_output_state_set_scale(&state, scale);
+        wlr_output_send_request_state(output(name).wlr_output, &state);
+    }
     test::image picture_of(const std::string &request)
     {
         command("osd gone"); // another picture before
@@ -114,16 +120,23 @@ TEST_F(on_screen, message_that_is_too_long_is_cut_to_its_output)
 
 TEST_F(on_screen, pictures_have_the_pixels_of_their_output)
 {
-    wlr_output_state state{};
-    wlr_output_state_init(&state);
-    wlr_output_state_set_scale(&state, 2);
-    wlr_output_commit_state(output("A").wlr_output, &state);
-    wlr_output_state_finish(&state);
+    set_scale("A", 2);
     command("osd Saved");
     const wlr_scene_buffer &shown = *server.on_screen.replay_osd.node;
     EXPECT_EQ(shown.WLR_PRIVATE.buffer_width, 2 * shown.dst_width);
     EXPECT_EQ(shown.WLR_PRIVATE.buffer_height, 2 * shown.dst_height);
     EXPECT_EQ(place_of_message().first, (640 - shown.dst_width) / 2);
+}
+
+TEST_F(on_screen, message_over_a_fullscreen_window_looks_like_this)
+{
+    test::window &game = map("game");
+    toplevel_set_fullscreen(record(game), true);
+    settle();
+    game.fill(0xff336699);
+    command("osd The last minute was saved");
+    settle();
+    EXPECT_TRUE(test::matches_golden(picture("A"), "message_over_fullscreen", 8));
 }
 
 TEST_F(on_screen, badges_name_every_enabled_output_in_its_middle)
@@ -164,6 +177,17 @@ TEST_F(on_screen, badges_go_when_they_are_not_wanted_any_more)
     command("identify 9"); // replaces the first ones
     unplug("B");
     EXPECT_THAT(names_of_badged(), ElementsAre("A"));
+}
+
+TEST_F(on_screen, badges_look_like_this_on_outputs_of_different_scales)
+{
+    unplug("B");
+    plug({.name = "HDMI-A-1", .modes = {{.width = 960, .height = 540, .preferred = true}}});
+    set_scale("HDMI-A-1", 1.5F);
+    command("identify");
+    settle();
+    EXPECT_TRUE(test::matches_golden(picture("A"), "badge", 8));
+    EXPECT_TRUE(test::matches_golden(picture("HDMI-A-1"), "badge_scaled", 8));
 }
 
 TEST_F(on_screen, badges_leave_dark_outputs_out)
