@@ -82,15 +82,6 @@ static void output_request_state(vantore_output &o, const wlr_output_event_reque
     ipc_broadcast(*o.server, VNT_EVT_OUTPUTS);
 }
 
-static void light_up(wlr_output *output)
-{
-    output_state state;
-    wlr_output_state_set_enabled(&state, true);
-    output_set_best_mode(output, &state);
-    wlr_output_commit_state(output, &state);
-    vrr_apply_output(output);
-}
-
 static void attach_listeners(vantore_output &o)
 {
     auto &events = o.wlr_output->events;
@@ -120,11 +111,15 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
                 output_name(wlr_output));
         return;
     }
-    light_up(wlr_output);
+    if (g_dpms_off)
+        output_foresee_size(wlr_output);
+    else
+        output_light_up(wlr_output);
     wlr_xcursor_manager_load(server.xcursor_mgr, wlr_output->scale);
     auto *o = new vantore_output{};
     o->wlr_output = wlr_output;
     o->server = &server;
+    o->never_lit = g_dpms_off;
     pacing_start(*o);
     attach_listeners(*o);
     wl_list_insert(&server.outputs, &o->link);

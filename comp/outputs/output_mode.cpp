@@ -36,6 +36,28 @@ void output_set_best_mode(wlr_output *output, wlr_output_state *state)
     wlr_output_state_set_custom_mode(state, width, height, 0);
 }
 
+void output_light_up(wlr_output *output)
+{
+    output_state state;
+    wlr_output_state_set_enabled(&state, true);
+    output_set_best_mode(output, &state);
+    wlr_output_commit_state(output, &state);
+    vrr_apply_output(output);
+}
+
+// An output without modes keeps the size that it has. If it has none, it gets one when it is lit.
+void output_foresee_size(wlr_output *output)
+{
+    output_state state;
+    wlr_output_state_set_enabled(&state, true);
+    output_set_best_mode(output, &state); // tests modes and shows nothing
+    if (state.mode_type != WLR_OUTPUT_STATE_MODE_FIXED)
+        return;
+    output->width = state.mode->width;
+    output->height = state.mode->height;
+    output->refresh = state.mode->refresh;
+}
+
 void vrr_apply_output(wlr_output *output)
 {
     if (!g_vrr)

@@ -4,7 +4,10 @@
 #include "../server.hpp"
 #include "lookup.hpp"
 #include "output.hpp"
+#include "output_mode.hpp"
 #include "returning.hpp"
+
+#include <utility>
 
 // A null mode leaves the output's mode unchanged.
 static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)
@@ -16,6 +19,14 @@ static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)
     if (!wlr_output_commit_state(o.wlr_output, &state))
         wlr_log(WLR_ERROR, "vantore-comp: output %s can't be powered %s", output_name(o.wlr_output),
                 on ? "up" : "down");
+}
+
+static void power_up(vantore_output &o, wlr_output_mode *mode)
+{
+    if (std::exchange(o.never_lit, false))
+        output_light_up(o.wlr_output);
+    else
+        set_power(o, true, mode);
 }
 
 static void show_again(vantore_server &server)
@@ -32,15 +43,17 @@ void set_dpms(vantore_server &server, bool on)
         return;
     g_dpms_off = !on;
     for (auto &o : each<&vantore_output::link>(server.outputs))
-        if (on || o.wlr_output->enabled)
-            set_power(o, on, on ? o.wlr_output->current_mode : nullptr);
+        if (on)
+            power_up(o, o.wlr_output->current_mode);
+        else if (o.wlr_output->enabled)
+            set_power(o, false, nullptr);
     if (on)
         show_again(server);
 }
 
 void power_follow(vantore_output &o)
 {
-    if (g_dpms_off)
+    if (g_dpms_off && o.wlr_output->enabled)
         set_power(o, false, nullptr);
 }
 
@@ -60,7 +73,7 @@ void handle_session_active(vantore_server &server)
         wlr_output_mode *mode = o.wlr_output->current_mode;
         if (mode == nullptr)
             mode = wlr_output_preferred_mode(o.wlr_output);
-        set_power(o, true, mode);
+        power_up(o, mode);
     }
     outputs_returned(server);
     show_again(server);

@@ -8,7 +8,7 @@ inline bool g_dpms_inhibit; // keeps the displays on
 
 // Powers all outputs up or down. While somebody keeps the displays on, every request powers them up.
 void set_dpms(vantore_server &server, bool on);
-// Powers a new output down if the others are dark. The output must have been lit once, so that it has a size.
+// Powers down a new output that its backend has announced as lit while the others are dark.
 void power_follow(vantore_output &o);
 // Setting it powers dark displays up again. Clearing it powers nothing down.
 void set_dpms_inhibit(vantore_server &server, bool on);

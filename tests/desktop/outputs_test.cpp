@@ -561,6 +561,41 @@ TEST_F(outputs, that_appear_while_the_others_are_dark_stay_dark_until_all_are_tu
     EVENTUALLY_EQ(pixel("B", 5, 5), 0xff0f121aU);
 }
 
+TEST_F(outputs, that_appear_in_the_dark_are_not_lit_before_all_are_turned_on)
+{
+    g_vrr = true;
+    plug("A", 800, 600);
+    set_dpms(server, false);
+    auto &made =
+        plug({.name = "B",
+              .modes = {{.width = 1024, .height = 768}, {.width = 640, .height = 480, .preferred = true}}});
+    settle();
+    EXPECT_EQ(made.commits, 0);
+    EXPECT_EQ(output_layout_box(output("B")), (wlr_box{800, 0, 640, 480}));
+    EXPECT_EQ(output("B").usable, (wlr_box{800, 0, 640, 480}));
+    EXPECT_EQ(output("B").current_ws, &workspace(2));
+    set_dpms(server, true);
+    ASSERT_NE(made.base.current_mode, nullptr);
+    EXPECT_EQ(made.base.current_mode->width, 640);
+    EXPECT_TRUE(made.adaptive_sync);
+    EVENTUALLY_EQ(pixel("B", 5, 5), 0xff0f121aU);
+    set_dpms(server, false);
+    made.adaptive_sync = false;
+    set_dpms(server, true);
+    EXPECT_FALSE(made.adaptive_sync) << "it comes back as others do";
+}
+
+TEST_F(outputs, without_a_size_that_appear_in_the_dark_get_one_with_the_light)
+{
+    plug("A", 800, 600);
+    set_dpms(server, false);
+    plug({.name = "B"});
+    settle();
+    set_dpms(server, true);
+    EXPECT_EQ(output("B").usable, (wlr_box{800, 0, 1280, 720}));
+    EVENTUALLY_EQ(pixel("B", 5, 5), 0xff0f121aU);
+}
+
 TEST_F(outputs, that_were_lit_in_the_dark_go_dark_when_it_is_asked_for_again)
 {
     plug("A", 800, 600);

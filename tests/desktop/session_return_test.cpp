@@ -51,6 +51,22 @@ TEST_F(login_session, returns_with_its_outputs_lit)
     EVENTUALLY_EQ(pixel("A", 5, 5), 0xff0f121aU);
 }
 
+TEST_F(login_session, lights_an_output_that_appeared_in_the_dark_in_its_best_mode)
+{
+    plug("A", 800, 600);
+    set_dpms(server, false);
+    auto &made =
+        plug({.name = "B",
+              .modes = {{.width = 1024, .height = 768, .preferred = true}, {.width = 640, .height = 480}},
+              .accepts = [](const wlr_output_state &state) {
+                  return state.mode == nullptr || state.mode->width == 640;
+              }});
+    switch_to(true);
+    EXPECT_TRUE(made.base.enabled);
+    EXPECT_EQ(made.base.width, 640);
+    EVENTUALLY_EQ(pixel("B", 5, 5), 0xff0f121aU);
+}
+
 TEST_F(login_session, lights_an_output_without_a_mode_in_its_preferred_one)
 {
     auto &made = plug({.name = "A", .modes = {{.width = 1024, .height = 768, .preferred = true}}});
