@@ -59,7 +59,8 @@ bool has_constraint(const vantore_server &server, wlr_surface *surface)
 
 void constrain_to_surface(vantore_server &server, wlr_surface *surface)
 {
-    wlr_pointer_constraint_v1 *c = constraint_of(server, surface);
+    // The overview has the pointer, and looks again when it gives it back.
+    wlr_pointer_constraint_v1 *c = server.overview.active ? nullptr : constraint_of(server, surface);
     wlr_pointer_constraint_v1 *previous = server.active_constraint;
     if (c == previous)
         return;

@@ -131,6 +131,8 @@ static void let_go_of_other(vantore_toplevel &t)
 
 void begin_interactive(vantore_toplevel &t, vantore_cursor_mode mode, uint32_t edges)
 {
+    if (t.server->overview.active) // it would keep the release from the drag
+        return;
     let_go_of_other(t);
     t.server->drag.grabbed_toplevel = &t;
     t.server->drag.cursor_mode = mode;

@@ -19,9 +19,9 @@
 #include <algorithm>
 #include <utility>
 
-static bool may_zoom()
+static bool may_zoom(const vantore_server &server)
 {
-    return g_animations && fx_on();
+    return g_animations && fx_on() && server.anim_timer != nullptr;
 }
 
 static bool has_picture(const vantore_toplevel &t)
@@ -38,23 +38,19 @@ static bool any_window_has_picture(vantore_server &server)
     return false;
 }
 
-static void forget_pictures(vantore_overviewing &overview)
+static void destroy_tree(const vantore_overviewing &overview)
 {
     if (overview.tree != nullptr)
         wlr_scene_node_destroy(&overview.tree->node);
-    overview.tree = nullptr;
-    overview.ring = nullptr;
-    overview.items.clear();
-    overview.ws_items.clear();
-    overview.sel = overview.press = -1;
-    overview.drag = overview.saw_press = false;
 }
 
 static void overview_build(vantore_server &server, vantore_output &o)
 {
     vantore_overviewing &overview = server.overview;
     overview_draw(server, o);
-    overview.active = overview.tree != nullptr;
+    if (overview.tree == nullptr)
+        return overview_end(server);
+    overview.active = true;
     clear_pointer_focus(server);
 }
 
@@ -69,7 +65,7 @@ static void overview_enter(vantore_server &server)
     const vantore_toplevel *focused = focused_toplevel(server);
     server.overview.prev_focus_id = focused != nullptr ? focused->id : 0;
     overview_build(server, *o);
-    if (server.overview.active && may_zoom())
+    if (server.overview.active && may_zoom(server))
         overview_zoom_in(server);
 }
 
@@ -86,51 +82,53 @@ void overview_rebuild(vantore_server &server)
     vantore_overviewing &overview = server.overview;
     if (!overview.active)
         return;
-    forget_pictures(overview);
-    overview.anim_t0 = 0;
-    overview_build(server, *overview.output);
-    overview_hover(server);
-}
-
-// The clients did not hear of the keys that were released meanwhile.
-static void keyboard_is_free(vantore_server &server)
-{
-    if (std::exchange(server.overview.swallowed_release, false))
-        keyboard_enter_again(server.seat);
+    destroy_tree(overview);
+    vantore_output &o = *overview.output;
+    overview = {.swallowed_release = overview.swallowed_release, .prev_focus_id = overview.prev_focus_id};
+    overview_build(server, o);
+    if (overview.active)
+        overview_hover(server);
 }
 
 // A window that was dragged to another workspace, or stayed on the one that the user has left, must not get
 // what the user types.
 static void give_focus_back(vantore_server &server)
 {
-    vantore_toplevel *t = toplevel_by_id(server, std::exchange(server.overview.prev_focus_id, 0));
+    vantore_toplevel *t = toplevel_by_id(server, server.overview.prev_focus_id);
     if (t != nullptr && !t->minimized && output_showing(*t) != nullptr)
         focus_toplevel_ex(t, true);
     focus_top_if_hidden(server);
+    if (focus_is_hidden(server))
+        focus_clear(server);
 }
 
 void overview_exit(vantore_server &server)
 {
-    vantore_overviewing &overview = server.overview;
+    const vantore_overviewing &overview = server.overview;
     if (!overview.active)
         return;
-    keyboard_is_free(server);
     give_focus_back(server);
-    if (may_zoom() && !overview.items.empty())
+    if (may_zoom(server) && !overview.items.empty())
         overview_zoom_out(server);
     else
         overview_end(server);
+}
+
+void overview_free_input(vantore_server &server)
+{
+    vantore_overviewing &overview = server.overview;
+    overview.active = false;
+    if (std::exchange(overview.swallowed_release, false))
+        keyboard_lift_keys(server.seat);
     pointer_look_again(server);
 }
 
 void overview_end(vantore_server &server)
 {
-    vantore_overviewing &overview = server.overview;
-    if (overview.active)
-        pointer_look_again(server);
-    keyboard_is_free(server);
-    forget_pictures(overview);
-    overview = {};
+    if (server.overview.active)
+        overview_free_input(server);
+    destroy_tree(server.overview);
+    server.overview = {};
 }
 
 // The window is still mapped, so the tiles are drawn anew when it has left.
@@ -139,7 +137,12 @@ void overview_window_leaves(vantore_server &server, const vantore_toplevel &t)
     vantore_overviewing &overview = server.overview;
     overview.sel = overview.press = -1;
     overview.drag = false;
-    std::erase_if(overview.items, [&](const overview_item &item) { return item.t == &t; });
+    const auto leaving = std::ranges::find(overview.items, &t, &overview_item::t);
+    if (leaving == overview.items.end())
+        return;
+    if (leaving->node != nullptr)
+        wlr_scene_node_destroy(&leaving->node->node);
+    overview.items.erase(leaving);
 }
 
 void overview_window_left(vantore_server &server)

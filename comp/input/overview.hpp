@@ -16,13 +16,14 @@ void overview_exit(vantore_server &server);
 // Draws an active overview anew, with nothing selected or pressed.
 void overview_rebuild(vantore_server &server);
 
+// Gives the keyboard and the pointer of an active overview back to the clients. It is no longer active then.
+void overview_free_input(vantore_server &server);
+
 // Call it when an output's usable box has changed.
 void overview_output_changed(vantore_server &server, const vantore_output &o);
-
-// Call it after a window was unmapped and others have taken its place.
-void overview_window_left(vantore_server &server);
 
 // What a mode does.
 void overview_end(vantore_server &server);
 void overview_window_leaves(vantore_server &server, const vantore_toplevel &t);
+void overview_window_left(vantore_server &server);
 void overview_output_leaves(vantore_server &server, const wlr_output *output);

@@ -55,7 +55,8 @@ wlr_box overview_cell(const overview_grid &grid, int index)
 
 static extent fit_into_cell(const overview_grid &grid, double aspect)
 {
-    extent e{.width = grid.first.width, .height = int(grid.first.width / aspect)};
+    extent e{.width = grid.first.width,
+             .height = int(std::min(grid.first.width / aspect, grid.picture_height + 1.0))};
     if (e.height > grid.picture_height)
         e = {.width = int(grid.picture_height * aspect), .height = grid.picture_height};
     return {.width = std::clamp(e.width, 1, grid.first.width), .height = e.height};

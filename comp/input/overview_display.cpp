@@ -51,7 +51,6 @@ static void add_backdrop(const vantore_overviewing &overview)
     wlr_scene_node_set_position(&rect->node, screen.x, screen.y);
     wlr_scene_blur *blur = nullptr; // the tree owns it
     backdrop_blur_set(blur, rect, blurs);
-    backdrop_blur_follow(blur, rect);
 }
 
 static void add_ring(vantore_overviewing &overview)

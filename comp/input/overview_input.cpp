@@ -1,5 +1,6 @@
 #include "overview_input.hpp"
 
+#include "../broadcast.hpp"
 #include "../outputs/output.hpp"
 #include "../presentation/effects.hpp"
 #include "../server.hpp"
@@ -84,7 +85,8 @@ static void select_next(vantore_server &server)
 static void pick(vantore_server &server, vantore_toplevel &t)
 {
     overview_exit(server);
-    focus_toplevel_ex(&t, true);
+    if (output_showing(t) != nullptr) // its workspace may have changed since its tile was drawn
+        focus_toplevel_ex(&t, true);
 }
 
 void overview_key(vantore_server &server, xkb_keysym_t sym)
@@ -190,6 +192,7 @@ static void drop(vantore_server &server, vantore_toplevel &t)
 {
     if (const overview_workspace *target = workspace_under_pointer(server))
         carry_to_workspace(t, *target->workspace);
+    ipc_broadcast(server, VNT_EVT_WORKSPACES);
     overview_rebuild(server);
 }
 

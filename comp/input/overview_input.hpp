@@ -15,5 +15,6 @@ void overview_hover(vantore_server &server);
 
 // `button` is an evdev code.
 void overview_press(vantore_server &server, uint32_t button);
-// Returns false for the release of a button that was pressed before the overview was drawn.
+// Returns false for a release that means nothing to the overview: its press came before the overview was
+// drawn, or was the one on a badge.
 bool overview_release(vantore_server &server);

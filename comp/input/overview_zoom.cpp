@@ -16,30 +16,28 @@ static void fade(const vantore_overviewing &overview, float opacity)
             wlr_scene_buffer_set_opacity(wlr_scene_buffer_from_node(&node), opacity * overview.opacity);
 }
 
-// `part` of the way from one box to the other.
-static void place(const overview_item &item, const wlr_box &from, const wlr_box &to, double part)
+// Shows the pictures on their way from one of their boxes to the other.
+static void show(const vantore_overviewing &overview, const zoom &z, wlr_box overview_item::*from,
+                 wlr_box overview_item::*to)
 {
-    if (item.node == nullptr || item.start.width <= 0 || item.start.height <= 0)
-        return;
-    const wlr_box box = overview_between(from, to, part);
-    wlr_scene_buffer_set_dest_size(item.node, box.width, box.height);
-    wlr_scene_node_set_position(&item.node->node, box.x, box.y);
+    fade(overview, z.opacity);
+    for (const overview_item &item : overview.items) {
+        if (item.node == nullptr || item.start.width <= 0 || item.start.height <= 0)
+            continue;
+        const wlr_box box = overview_between(item.*from, item.*to, z.part);
+        wlr_scene_buffer_set_dest_size(item.node, box.width, box.height);
+        wlr_scene_node_set_position(&item.node->node, box.x, box.y);
+    }
 }
 
 static void show_opening(const vantore_overviewing &overview, int64_t elapsed_ms)
 {
-    const zoom z = overview_opening_at(elapsed_ms);
-    fade(overview, z.opacity);
-    for (const overview_item &item : overview.items)
-        place(item, item.start, item.rect, z.part);
+    show(overview, overview_opening_at(elapsed_ms), &overview_item::start, &overview_item::rect);
 }
 
 static void show_closing(const vantore_overviewing &overview, int64_t elapsed_ms)
 {
-    const zoom z = overview_closing_at(elapsed_ms);
-    fade(overview, z.opacity);
-    for (const overview_item &item : overview.items)
-        place(item, item.rect, item.start, z.part);
+    show(overview, overview_closing_at(elapsed_ms), &overview_item::rect, &overview_item::start);
 }
 
 void overview_zoom_in(vantore_server &server)
@@ -61,7 +59,7 @@ void overview_zoom_finish(vantore_server &server)
 void overview_zoom_out(vantore_server &server)
 {
     vantore_overviewing &overview = server.overview;
-    overview.active = false;
+    overview_free_input(server);
     overview.closing = true;
     overview.close_t0 = mono_ms();
     overview.anim_t0 = 0;

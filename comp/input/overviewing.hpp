@@ -37,7 +37,8 @@ struct vantore_overviewing {
     int press = -1; // the item under the press, or -1
     double press_x = 0, press_y = 0; // layout coordinates
     bool drag = false; // the pressed item follows the pointer
-    bool saw_press = false; // since the overview was built
+    bool saw_press =
+        false; // since the overview was drawn and a badge was pressed, so the next release counts
     bool swallowed_release = false; // a client may believe that a key is still down
     uint32_t prev_focus_id = 0; // of the window raised last when the overview opened, or 0
 };

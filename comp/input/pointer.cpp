@@ -111,7 +111,8 @@ static bool give_to_overview(const motion &m)
 {
     if (!m.server.overview.active)
         return false;
-    show_image(m, overview_motion(m.server));
+    if (!m.pointer_rests) // or it would take the selection from the keys
+        show_image(m, overview_motion(m.server));
     return true;
 }
 

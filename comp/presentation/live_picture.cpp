@@ -3,6 +3,7 @@
 #include "../records.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
+#include "overlay.hpp"
 
 // Lives as long as the node.
 struct live_picture {
@@ -10,12 +11,6 @@ struct live_picture {
     const vantore_toplevel *window = nullptr; // null when it is no longer mapped
     listener commit, unmap, surface_destroy, output_sample, node_destroy;
 };
-
-// The pointer reaches what lies below.
-static bool takes_no_input(wlr_scene_buffer *, double *, double *)
-{
-    return false;
-}
 
 static bool is_turned(wl_output_transform transform)
 {

@@ -7,8 +7,7 @@ bool overlay_show(overlay &shown, wlr_scene_tree *tree, cairo_buffer *picture, i
     return overlay_show(shown, tree, picture, {.x = lx, .y = ly, .width = 0, .height = 0});
 }
 
-// The pointer reaches what lies below.
-static bool takes_no_input(wlr_scene_buffer *, double *, double *)
+bool takes_no_input(wlr_scene_buffer *, double *, double *)
 {
     return false;
 }

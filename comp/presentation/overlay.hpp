@@ -6,6 +6,9 @@
 
 struct cairo_buffer;
 
+// For point_accepts_input of a buffer: the pointer reaches what lies below.
+bool takes_no_input(wlr_scene_buffer *buffer, double *sx, double *sy);
+
 struct overlay {
     wlr_scene_buffer *node = nullptr; // owned by the scene; null before the first show
 };

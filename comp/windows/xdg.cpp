@@ -10,7 +10,6 @@
 #include "../broadcast.hpp"
 #include "../input/interactive.hpp"
 #include "../input/modes.hpp"
-#include "../input/overview.hpp"
 #include "../memory_trim.hpp"
 #include "../outputs/lookup.hpp"
 #include "../presentation/decorations.hpp"
@@ -147,7 +146,7 @@ static void xdg_toplevel_unmap(vantore_toplevel &t)
         arrange_workspace(t.workspace); // another tab shows, and the tabs are drawn anew
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
     refocus_after_unmap(t);
-    overview_window_left(*t.server);
+    window_left(*t.server);
 }
 
 static void xdg_toplevel_destroy(vantore_toplevel &t)

@@ -11,7 +11,6 @@
 #include "../broadcast.hpp"
 #include "../input/constraints.hpp"
 #include "../input/modes.hpp"
-#include "../input/overview.hpp"
 #include "../memory_trim.hpp"
 #include "../presentation/decorations.hpp"
 #include "../presentation/open_fade.hpp"
@@ -118,7 +117,7 @@ static void xwl_toplevel_unmap(vantore_toplevel &t)
     arrange_workspace(ws);
     refocus_after_unmap(t);
     ipc_broadcast(*t.server, VNT_EVT_WINDOWS);
-    overview_window_left(*t.server);
+    window_left(*t.server);
 }
 
 static void xwl_handle_associate(vantore_toplevel &t)

@@ -95,13 +95,14 @@ void keyboard_enter(wlr_seat *seat, wlr_surface *surface)
         enter_with(wlr_seat_keyboard_enter, seat, surface);
 }
 
-void keyboard_enter_again(wlr_seat *seat)
+void keyboard_lift_keys(wlr_seat *seat)
 {
     wlr_surface *surface = seat->keyboard_state.focused_surface;
-    if (surface == nullptr)
+    const wlr_keyboard *keyboard = wlr_seat_get_keyboard(seat);
+    if (surface == nullptr || keyboard == nullptr)
         return;
     wlr_seat_keyboard_clear_focus(seat);
-    enter_with(wlr_seat_keyboard_enter, seat, surface);
+    wlr_seat_keyboard_enter(seat, surface, nullptr, 0, &keyboard->modifiers);
 }
 
 // Restores a minimized window and ends its call for attention. Returns whether it was minimized.
@@ -178,10 +179,17 @@ void focus_back(vantore_server &server)
         focus_top_toplevel(server);
 }
 
-void focus_top_if_hidden(vantore_server &server)
+bool focus_is_hidden(vantore_server &server)
 {
     const wlr_surface *focused = server.seat->keyboard_state.focused_surface;
     for (const auto &t : each<&vantore_toplevel::link>(server.toplevels))
         if (tl_surface(t) == focused && !toplevel_visible(t))
-            return focus_top_toplevel(server);
+            return true;
+    return false;
+}
+
+void focus_top_if_hidden(vantore_server &server)
+{
+    if (focus_is_hidden(server))
+        focus_top_toplevel(server);
 }

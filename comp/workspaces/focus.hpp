@@ -24,9 +24,9 @@ bool has_keyboard(const vantore_server &server, const wlr_surface *surface);
 // window that it is no longer active.
 void keyboard_enter(wlr_seat *seat, wlr_surface *surface);
 
-// Tells the client that has the keyboard anew which keys are down, because it missed some of them. Does
+// Tells the client that has the keyboard that no key is down any more, because it missed releases. Does
 // nothing when no client has it.
-void keyboard_enter_again(wlr_seat *seat);
+void keyboard_lift_keys(wlr_seat *seat);
 
 // The same as keyboard_enter, except that a menu or a drag that holds the keyboard back keeps it.
 void keyboard_offer(wlr_seat *seat, wlr_surface *surface);
@@ -43,6 +43,9 @@ void focus_top_toplevel(vantore_server &server);
 // Gives the keyboard back to the window that had it before a panel or a menu took it. If that window is not
 // visible, calls focus_top_toplevel.
 void focus_back(vantore_server &server);
+
+// Whether a window has the keyboard and can't be seen.
+bool focus_is_hidden(vantore_server &server);
 
 // Calls focus_top_toplevel if the window that has the keyboard is not visible any more.
 void focus_top_if_hidden(vantore_server &server);

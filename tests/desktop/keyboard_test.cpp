@@ -8,6 +8,7 @@
 #include "input/input_method.hpp"
 #include "input/keymap.hpp"
 #include "input/modifier_tap.hpp"
+#include "input/overview.hpp"
 #include "text.hpp"
 
 #include <linux/input-event-codes.h>
@@ -338,6 +339,16 @@ TEST_F(seat_session, switches_the_terminal_while_locked)
     EXPECT_THAT(world.virtual_terminals(), ElementsAre(2U));
     EXPECT_FALSE(press_heard);
     server.locked = false;
+}
+
+TEST_F(seat_session, switches_no_terminal_in_the_overview)
+{
+    overview_toggle(server);
+    ASSERT_TRUE(server.overview.active);
+    control_alt(KEY_F2);
+    EXPECT_THAT(world.virtual_terminals(), IsEmpty());
+    EXPECT_FALSE(press_heard);
+    overview_end(server);
 }
 
 TEST_F(seat_session, leaves_plain_function_keys_to_the_client)

@@ -487,6 +487,17 @@ TEST_F(outputs, that_go_leave_the_keyboard_to_a_window_that_can_be_seen)
     EXPECT_TRUE(has_keyboard(stays)) << "nobody else can take it";
 }
 
+TEST_F(outputs, that_go_leave_the_keyboard_to_nobody_where_no_window_can_be_seen)
+{
+    plug("A", 800, 600);
+    plug("B", 800, 600);
+    wlr_cursor_warp(server.cursor, nullptr, 900, 100);
+    test::window &goes = map("goes");
+    unplug("B"); // its workspace waits, because A shows one already
+    EXPECT_EQ(keyboard_focus(), nullptr);
+    EVENTUALLY(!goes.has(test::ACTIVATED));
+}
+
 TEST_F(outputs, without_any_the_pointer_stays)
 {
     plug("A", 800, 600);

@@ -4,6 +4,7 @@
 #include "support/wayland_constraints.hpp"
 
 #include "config/settings.hpp"
+#include "input/interactive.hpp"
 #include "input/overview.hpp"
 #include "reload.hpp"
 #include "session/lock.hpp"
@@ -251,6 +252,8 @@ TEST_F(overview, opens_with_its_strip_where_only_another_workspace_has_windows)
 {
     map_windows({"a"});
     goto_workspace(server, 2);
+    map_windows({"minimized"});
+    toplevel_minimize(record(*windows["minimized"]));
     open();
     EXPECT_THAT(items(), IsEmpty());
     EXPECT_THAT(strip(), ElementsAre(1, 2, 3));
@@ -371,8 +374,8 @@ TEST_F(overview, keeps_every_key_from_clients_and_bindings)
     overview_exit(server);
 }
 
-// Otherwise it would believe that the keys are still down, and repeat the last one.
-TEST_F(overview, tells_the_client_which_keys_are_down_when_it_closes)
+// Otherwise it would believe that the key is still down, and repeat it.
+TEST_F(overview, tells_the_client_that_no_key_is_down_when_it_closes)
 {
     map_windows({"a"});
     seat ears{windows["a"]->owner()};
@@ -499,8 +502,7 @@ TEST_F(overview, changes_the_workspace_by_a_click_in_the_strip_and_stays)
     click(); // on the current one
     EXPECT_TRUE(is_closed());
     EXPECT_EQ(output("A").current_ws->num, 2);
-    // The window that had the keyboard can't be seen any more, and nobody else can have it.
-    EXPECT_EQ(focused(), "a");
+    EXPECT_EQ(keyboard_focus(), nullptr); // no window can be seen
 }
 
 TEST_F(overview, moves_a_window_by_dragging_it_to_the_strip)
@@ -524,6 +526,7 @@ TEST_F(overview, takes_a_tile_back_that_is_dropped_on_its_own_workspace_or_besid
     const wlr_box tile = item("b").rect;
     drag_to_workspace("b", 1);
     EXPECT_EQ(record(*windows["b"]).workspace->num, 1);
+    EXPECT_EQ(item("b").node->node.x, tile.x);
     point_at_middle(item("b").rect);
     pointer->press(BTN_LEFT);
     point_at(*pointer, 700, 690);
@@ -642,6 +645,47 @@ TEST_F(overview, frees_a_pointer_that_a_client_has_locked)
     EXPECT_EQ(server.cursor->x, 660);
     overview_exit(server);
     EVENTUALLY(server.active_constraint != nullptr);
+}
+
+TEST_F(overview, gives_no_client_the_pointer)
+{
+    map_windows({"a"});
+    place(*windows["a"], 600, 300);
+    point_at(*pointer, 650, 350);
+    seat ears{windows["a"]->owner()};
+    settle();
+    open();
+    const test::locked_pointer lock{ears, windows["a"]->get()};
+    settle();
+    EXPECT_EQ(server.active_constraint, nullptr);
+    begin_interactive(record(*windows["a"]), VANTORE_CURSOR_MOVE, 0);
+    EXPECT_EQ(server.drag.cursor_mode, VANTORE_CURSOR_PASSTHROUGH);
+    overview_exit(server);
+    EVENTUALLY(server.active_constraint != nullptr);
+}
+
+TEST_F(overview, keeps_the_selection_where_the_desktop_changes_under_a_resting_pointer)
+{
+    map_windows({"b", "a"});
+    open();
+    keyboard->tap(KEY_TAB);
+    EXPECT_EQ(selected(), "a");
+    map("another");
+    settle();
+    EXPECT_EQ(selected(), "a");
+    keyboard->tap(KEY_ENTER);
+    EXPECT_EQ(focused(), "a");
+}
+
+TEST_F(overview, picks_no_window_that_nobody_can_see_any_more)
+{
+    map_windows({"a"});
+    open();
+    keyboard->tap(KEY_TAB);
+    command("workspace 2");
+    keyboard->tap(KEY_ENTER);
+    EXPECT_TRUE(is_closed());
+    EXPECT_EQ(keyboard_focus(), nullptr);
 }
 
 TEST_F(overview, tiles_follow_their_clients_and_keep_no_replaced_buffer)
@@ -828,6 +872,25 @@ TEST_F(zooming_overview, forgets_windows_that_go_meanwhile)
     EVENTUALLY_EQ(items(), std::vector<std::string>{"c"});
     disconnect(windows["c"]->owner());
     EVENTUALLY(items().empty());
+    run_clock(std::chrono::milliseconds{200});
+    EXPECT_TRUE(is_closed());
+}
+
+// It is no window any more then, although its surface is not unmapped.
+TEST_F(zooming_overview, forgets_an_x11_window_that_leaves_the_manager_while_it_closes)
+{
+    active_windows = test::activity::may_lag;
+    test::x11_window &w = map_x11({.title = "x"});
+    map_faded({"a"});
+    open();
+    run_clock(std::chrono::milliseconds{200});
+    EXPECT_THAT(server.overview.items, SizeIs(2));
+    overview_exit(server);
+    w.override_redirect(true);
+    w.move(20, 30);
+    EVENTUALLY(find_unmanaged(w) != nullptr);
+    EXPECT_THAT(items(), ElementsAre("a"));
+    settle();
     run_clock(std::chrono::milliseconds{200});
     EXPECT_TRUE(is_closed());
 }
