@@ -117,7 +117,7 @@ struct desktop : test::desktop {
     {
         test::desktop::SetUp();
         plug("A", 1920, 1088);
-        c = &connect();
+        program = &connect();
     }
     void use(const std::string &settings)
     {
@@ -128,7 +128,7 @@ struct desktop : test::desktop {
     void map_up_to(int count)
     {
         for (int i = int(windows.size()); i < count; i++) {
-            test::window &w = c->create_window("window");
+            test::window &w = program->create_window("window");
             w.preferred = {400, 300};
             w.open();
             ASSERT_TRUE(until([&] { return find_record(w) != nullptr; }));
@@ -170,7 +170,7 @@ struct desktop : test::desktop {
         unplug("floor");
         return c;
     }
-    test::client *c = nullptr;
+    test::client *program = nullptr;
     std::vector<test::window *> windows;
 };
 

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <linux/input-event-codes.h>
+#include <ranges>
 #include <utility>
 
 static constexpr double drag_distance_squared = 49; // 7 pixels
@@ -69,9 +70,8 @@ static void overview_sel_move(vantore_server &server, int dx, int dy)
         return overview_set_sel(server,
                                 found != overview.items.end() ? int(found - overview.items.begin()) : 0);
     }
-    std::vector<wlr_box> tiles;
-    for (const overview_item &item : overview.items)
-        tiles.push_back(item.rect);
+    const auto tiles =
+        overview.items | std::views::transform(&overview_item::rect) | std::ranges::to<std::vector>();
     overview_set_sel(server, overview_neighbour(tiles, overview.sel, dx, dy));
 }
 

@@ -101,7 +101,7 @@ void hand_workspace_to(vantore_output &o)
 void settle_outputs(vantore_server &server)
 {
     focus_top_if_hidden(server);
-    if (!wl_list_empty(&server.outputs) && focus_is_hidden(server)) // no window can be seen
+    if (wl_list_empty(&server.outputs) == 0 && focus_is_hidden(server)) // no window can be seen
         focus_clear(server);
     cursor_ensure_on_output(server);
     apply_touch_mapping(server);

@@ -15,8 +15,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-using test::desktop;
-
 namespace
 {
 

@@ -55,6 +55,7 @@ struct overview : test::desktop {
     std::vector<std::string> items()
     {
         std::vector<std::string> names;
+        names.reserve(server.overview.items.size());
         for (const overview_item &item : server.overview.items)
             names.emplace_back(tl_app_id(*item.t));
         return names;
@@ -70,13 +71,14 @@ struct overview : test::desktop {
     std::vector<int> strip()
     {
         std::vector<int> numbers;
+        numbers.reserve(server.overview.ws_items.size());
         for (const overview_workspace &ws : server.overview.ws_items)
             numbers.push_back(ws.workspace->num);
         return numbers;
     }
     void point_at_middle(const wlr_box &box)
     {
-        point_at(*pointer, box.x + box.width / 2, box.y + box.height / 2);
+        point_at(*pointer, box.x + box.width / 2.0, box.y + box.height / 2.0);
     }
     void point_at_workspace(int num)
     {
@@ -85,7 +87,7 @@ struct overview : test::desktop {
                 return point_at_middle(ws.box);
         ADD_FAILURE() << "no workspace " << num;
     }
-    void click(uint32_t button = BTN_LEFT)
+    void click(uint32_t button = BTN_LEFT) const
     {
         pointer->press(button);
         pointer->release(button);
@@ -341,7 +343,7 @@ TEST_F(overview, tab_selects_the_first_tile_first)
 TEST_F(overview, picks_the_selected_window_by_enter_and_by_space)
 {
     map_windows({"b", "a"});
-    for (const uint32_t key : {KEY_ENTER, KEY_KPENTER, KEY_SPACE}) {
+    for (const uint32_t key : {uint32_t{KEY_ENTER}, uint32_t{KEY_KPENTER}, uint32_t{KEY_SPACE}}) {
         open();
         keyboard->tap(key); // nothing is selected
         ASSERT_TRUE(server.overview.active);

@@ -456,7 +456,7 @@ std::string random_session::use_overview()
     if (below(3) == 0)
         return keyboard->tap(any_of(keys)), "a key in the overview";
     const wlr_box at = any_part_of_overview();
-    point_at(*pointer, at.x + at.width / 2, at.y + at.height / 2);
+    point_at(*pointer, at.x + at.width / 2.0, at.y + at.height / 2.0);
     return below(2) == 0 ? use_button() + " in the overview" : "point in the overview";
 }
 
