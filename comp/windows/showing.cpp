@@ -47,7 +47,7 @@ wlr_scene_tree *toplevel_parent_tree(const vantore_toplevel &t)
 // Of the windows that share a tile, only the active one is shown: the one raised last. Null for no stack.
 static const vantore_toplevel *active_of_stack(const vantore_toplevel &t)
 {
-    return t.stack_id != 0 ? stack_active_member(*t.server, t.stack_id) : nullptr;
+    return t.stack_id != 0 ? stack_active_member(*t.server, t.workspace, t.stack_id) : nullptr;
 }
 
 // A fullscreen window may hang outside its workspace's tree, so hiding that tree does not hide the window.
@@ -105,11 +105,10 @@ void refresh_showing(vantore_toplevel &t)
 {
     if (t.scene_tree == nullptr)
         return;
-    const vantore_toplevel *active = active_of_stack(t);
-    refresh_one(t, active);
+    refresh_one(t, active_of_stack(t));
     if (t.stack_id == 0)
         return;
     for (auto &other : each<&vantore_toplevel::link>(t.server->toplevels))
-        if (other.stack_id == t.stack_id)
-            refresh_one(other, active);
+        if (other.stack_id == t.stack_id) // it may have left another workspace, which now shows the next one
+            refresh_one(other, active_of_stack(other));
 }

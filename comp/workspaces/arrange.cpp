@@ -69,7 +69,7 @@ static tile_slots gather_slots(vantore_workspace &ws)
             continue;
         }
         stacks.add(t.stack_id);
-        if (vantore_toplevel *active = stack_active_member(*ws.server, t.stack_id))
+        if (vantore_toplevel *active = stack_active_member(*ws.server, &ws, t.stack_id))
             slots.add(active);
     }
     return slots;

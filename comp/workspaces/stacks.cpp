@@ -40,10 +40,10 @@ int stack_members::index_of(const vantore_toplevel &t) const
     return at != members.end() ? int(at - members.begin()) : -1;
 }
 
-vantore_toplevel *stack_active_member(vantore_server &server, int stack_id)
+vantore_toplevel *stack_active_member(vantore_server &server, const vantore_workspace *ws, int stack_id)
 {
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
-        if (t.stack_id == stack_id && tile_participates(t))
+        if (t.stack_id == stack_id && t.workspace == ws && tile_participates(t))
             return &t;
     return nullptr;
 }
@@ -96,7 +96,8 @@ void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width)
 
 void stack_refresh_tabs(const vantore_toplevel &t)
 {
-    vantore_toplevel *active = t.stack_id != 0 ? stack_active_member(*t.server, t.stack_id) : nullptr;
+    vantore_toplevel *active =
+        t.stack_id != 0 ? stack_active_member(*t.server, t.workspace, t.stack_id) : nullptr;
     if (active != nullptr && active->tabbar->node.enabled) // on a tile, whose width the arrangement has set
         render_tabbar(*active, *active->workspace, active->want_w);
 }
@@ -107,7 +108,8 @@ static void set_stack(vantore_toplevel &t, int stack_id)
     const int left = std::exchange(t.stack_id, stack_id);
     refresh_showing(t);
     dec_layout(t); // after the tabs have been hidden, which take input too
-    if (vantore_toplevel *next = stack_active_member(*t.server, left); next != nullptr && left != 0)
+    vantore_toplevel *next = left != 0 ? stack_active_member(*t.server, t.workspace, left) : nullptr;
+    if (next != nullptr)
         refresh_showing(*next);
 }
 

@@ -23,9 +23,10 @@ private:
     size_t count = 0;
 };
 
-// Returns the member that shows: the tile of this stack that was raised last, on any workspace. Null when the
-// stack has no tile.
-vantore_toplevel *stack_active_member(vantore_server &server, int stack_id);
+// Returns the member that shows on this workspace: the tile of the stack that was raised last there. A stack
+// that has members on several workspaces shows one on each, so that none of them gets lost. Null when the
+// stack has no tile there. The workspace may be null.
+vantore_toplevel *stack_active_member(vantore_server &server, const vantore_workspace *ws, int stack_id);
 
 // Draws the tabs of a workspace's stack above its active member, `width` layout pixels wide.
 void render_tabbar(vantore_toplevel &active, vantore_workspace &ws, int width);

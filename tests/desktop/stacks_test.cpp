@@ -248,11 +248,25 @@ TEST_F(stacks, keep_their_number_on_another_workspace)
     command("ws-layout 2 tiling");
     move_toplevel_to_workspace(record(*members[1]), 2);
     EXPECT_EQ(record(*members[1]).stack_id, id);
-    // The member that was raised last is the active one wherever it is.
-    EXPECT_EQ(stack_active_member(server, id), &record(*members[1]));
-    arrange_workspace(&workspace(1));
-    EXPECT_EQ(record(*members[1]).scene_tree->node.y, 26);
+    EXPECT_EQ(record(*members[0]).stack_id, id);
+}
+
+TEST_F(stacks, show_a_member_on_each_workspace_that_has_some)
+{
+    plug("B", 800, 600);
+    command("ws-layout 2 tiling");
+    const auto members = map_stack(3);
+    move_toplevel_to_workspace(record(*members[2]), 2);
+    EXPECT_TRUE(toplevel_visible(record(*members[2])));
+    EVENTUALLY_EQ(box(*members[2]), (wlr_box{1280, 26, 800, 574}));
+    EXPECT_TRUE(toplevel_visible(record(*members[1])));
+    EVENTUALLY_EQ(box(*members[1]), (wlr_box{0, 26, 1280, 678}));
     EXPECT_FALSE(shows(*members[0]));
+    EXPECT_TRUE(record(*members[1]).tabbar->node.enabled);
+    EXPECT_TRUE(record(*members[2]).tabbar->node.enabled);
+    move_toplevel_to_workspace(record(*members[2]), 1);
+    EXPECT_EQ(stack_active_member(server, &workspace(1), record(*members[2]).stack_id), &record(*members[1]));
+    EXPECT_FALSE(shows(*members[2])) << "it was raised before the other";
 }
 
 TEST_F(stacks, have_at_most_32_tabs)

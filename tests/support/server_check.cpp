@@ -327,8 +327,8 @@ std::vector<tile> tiles_of(vantore_workspace &ws)
 {
     std::vector<tile> tiles;
     for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels)) {
-        // A stack shows only one window, even if it has members on other workspaces.
-        if (!tile_participates(t) || (t.stack_id != 0 && stack_active_member(*ws.server, t.stack_id) != &t))
+        if (!tile_participates(t) ||
+            (t.stack_id != 0 && stack_active_member(*ws.server, &ws, t.stack_id) != &t))
             continue;
         const int bar = t.stack_id != 0 ? tabbar_height : titlebar_of(t);
         const wlr_scene_node &node = t.scene_tree->node;
