@@ -18,6 +18,7 @@
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
+#include "maximized.hpp"
 #include "placement.hpp"
 #include "showing.hpp"
 #include "states.hpp"
@@ -95,6 +96,7 @@ static void leave_fullscreen(vantore_toplevel &t)
 {
     t.fullscreen = t.fs_demoted = false;
     apply_new_state(t, t.saved_geo);
+    fit_maximized(t); // panels or outputs may have changed meanwhile
 }
 
 void toplevel_set_fullscreen(vantore_toplevel &t, bool fs)

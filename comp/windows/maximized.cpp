@@ -77,12 +77,16 @@ void maximized_windows::follow() const
     }
 }
 
+void fit_maximized(vantore_toplevel &t)
+{
+    if (!keeps_to_usable_area(t))
+        return;
+    const vantore_output *under = output_under(t);
+    fill(t, under != nullptr ? under : output_showing(t));
+}
+
 void fit_maximized_windows(vantore_workspace &ws)
 {
-    for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels)) {
-        if (!keeps_to_usable_area(t))
-            continue;
-        const vantore_output *under = output_under(t);
-        fill(t, under != nullptr ? under : ws.output);
-    }
+    for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels))
+        fit_maximized(t);
 }

@@ -29,3 +29,7 @@ private:
 // Call this after the workspace came to an output, because the output that a window filled may have gone
 // meanwhile.
 void fit_maximized_windows(vantore_workspace &ws);
+
+// Fills the usable box of the output that the window lies on if the window is maximized. Call this after the
+// window had another state meanwhile, in which it did not follow that box.
+void fit_maximized(vantore_toplevel &t);

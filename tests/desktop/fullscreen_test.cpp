@@ -144,6 +144,18 @@ TEST_F(fullscreen, of_a_maximized_window_comes_back_to_the_maximized_box)
     EXPECT_TRUE(record(w).maximized);
 }
 
+TEST_F(fullscreen, of_a_maximized_window_comes_back_to_the_usable_area_as_it_is_then)
+{
+    window &w = map("w");
+    w.request_maximize();
+    settle();
+    w.request_fullscreen();
+    EVENTUALLY_EQ(box(w), screen_a);
+    show(test::top_bar(40));
+    w.request_unfullscreen();
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 40, 1280, 704 - 40}));
+}
+
 TEST_F(fullscreen, closes_up_the_tiles_and_gives_the_tile_back)
 {
     workspace(1).layout = VANTORE_LAYOUT_TILING;
