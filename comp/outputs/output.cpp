@@ -111,15 +111,14 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
                 output_name(wlr_output));
         return;
     }
-    if (g_dpms_off)
+    const bool lit = !g_dpms_off && output_light_up(wlr_output);
+    if (!lit)
         output_foresee_size(wlr_output);
-    else
-        output_light_up(wlr_output);
     wlr_xcursor_manager_load(server.xcursor_mgr, wlr_output->scale);
     auto *o = new vantore_output{};
     o->wlr_output = wlr_output;
     o->server = &server;
-    o->never_lit = g_dpms_off;
+    o->never_lit = !lit;
     pacing_start(*o);
     attach_listeners(*o);
     wl_list_insert(&server.outputs, &o->link);

@@ -12,7 +12,7 @@ struct vantore_output {
     vantore_server *server = nullptr;
     struct wlr_output *wlr_output = nullptr;
     wlr_scene_output *scene_output = nullptr;
-    bool never_lit = false; // it appeared while all outputs were dark, and has no mode yet
+    bool never_lit = false; // it has no mode yet: all outputs were dark when it appeared, or it refused
     wlr_box usable{}; // free of panels, layout coordinates
     vantore_workspace *current_ws = nullptr; // current_ws->output points back; null for none
     timer_source frame_timer; // starts a delayed paint; null when it could not be made

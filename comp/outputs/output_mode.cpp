@@ -36,13 +36,17 @@ void output_set_best_mode(wlr_output *output, wlr_output_state *state)
     wlr_output_state_set_custom_mode(state, width, height, 0);
 }
 
-void output_light_up(wlr_output *output)
+bool output_light_up(wlr_output *output)
 {
     output_state state;
     wlr_output_state_set_enabled(&state, true);
     output_set_best_mode(output, &state);
-    wlr_output_commit_state(output, &state);
+    if (!wlr_output_commit_state(output, &state)) {
+        wlr_log(WLR_ERROR, "vantore-comp: output %s can't be lit", output_name(output));
+        return false;
+    }
     vrr_apply_output(output);
+    return true;
 }
 
 // An output without modes keeps the size that it has. If it has none, it gets one when it is lit.

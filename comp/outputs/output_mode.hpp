@@ -7,8 +7,9 @@
 // accepts none, the state gets a custom mode of its current size, or of 1280 by 720 if it has no size.
 void output_set_best_mode(wlr_output *output, wlr_output_state *state);
 
-// Switches the output on in its best mode, with adaptive sync if the configuration asks for it.
-void output_light_up(wlr_output *output);
+// Switches the output on in its best mode, with adaptive sync if the configuration asks for it. Returns false
+// if the output refuses, which is logged.
+bool output_light_up(wlr_output *output);
 
 // Gives an output that stays dark for now the size that it will have when it is lit. The library sets a mode
 // only together with switching the output on, but the layout and other programs need the size before.

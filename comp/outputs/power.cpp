@@ -7,8 +7,6 @@
 #include "output_mode.hpp"
 #include "returning.hpp"
 
-#include <utility>
-
 // A null mode leaves the output's mode unchanged.
 static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)
 {
@@ -23,8 +21,8 @@ static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)
 
 static void power_up(vantore_output &o, wlr_output_mode *mode)
 {
-    if (std::exchange(o.never_lit, false))
-        output_light_up(o.wlr_output);
+    if (o.never_lit)
+        o.never_lit = !output_light_up(o.wlr_output);
     else
         set_power(o, true, mode);
 }

@@ -365,6 +365,22 @@ TEST_F(outputs, that_accept_nothing_survive_power_changes_and_a_return_of_the_se
     EXPECT_EQ(made.commits, 0);
 }
 
+TEST_F(outputs, that_refuse_to_be_lit_at_first_get_a_mode_when_all_are_turned_on_again)
+{
+    bool accepts = false;
+    auto &made = plug({.name = "A",
+                       .modes = {{.width = 1024, .height = 768, .preferred = true}},
+                       .accepts = [&](const wlr_output_state &) { return accepts; }});
+    EXPECT_FALSE(made.base.enabled);
+    EXPECT_THAT(world.log(), HasSubstr("output A can't be lit"));
+    accepts = true;
+    set_dpms(server, false);
+    set_dpms(server, true);
+    EXPECT_TRUE(made.base.enabled);
+    EXPECT_EQ(made.base.width, 1024);
+    EVENTUALLY_EQ(pixel("A", 5, 5), 0xff0f121aU);
+}
+
 struct pointer_on_outputs : outputs {
     void SetUp() override
     {
