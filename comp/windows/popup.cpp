@@ -1,5 +1,6 @@
 #include "popup.hpp"
 
+#include "../input/constraints.hpp"
 #include "../input/resting_pointer.hpp"
 #include "../records.hpp"
 #include "../server.hpp"
@@ -131,8 +132,10 @@ static void xdg_popup_reposition(vantore_popup &p)
 // A panel usually has no keyboard that its menu could use, so a menu that grabs gets it.
 static void layer_popup_map(vantore_popup &p)
 {
-    if (p.xdg_popup->seat != nullptr && !p.server->locked)
-        keyboard_enter(p.server->seat, p.xdg_popup->base->surface);
+    if (p.xdg_popup->seat == nullptr || p.server->locked)
+        return;
+    keyboard_enter(p.server->seat, p.xdg_popup->base->surface);
+    constrain_to_surface(*p.server, p.xdg_popup->base->surface);
 }
 
 // Gives the keyboard to the menu that this one belongs to, or back to the panel or a window.
@@ -274,4 +277,11 @@ void end_menus_of_others(const vantore_toplevel &t)
     const wlr_xdg_popup *menu = menu_with_grab(*t.server);
     if (menu != nullptr && window_of(*menu) != &t)
         wlr_seat_pointer_end_grab(t.server->seat); // tells all menus of the grab
+}
+
+void end_menus_of_windows(vantore_server &server)
+{
+    const wlr_xdg_popup *menu = menu_with_grab(server);
+    if (menu != nullptr && window_of(*menu) != nullptr)
+        wlr_seat_pointer_end_grab(server.seat);
 }

@@ -153,6 +153,7 @@ void focus_toplevel_ex(vantore_toplevel *t, bool raise)
 
 void focus_clear(vantore_server &server)
 {
+    end_menus_of_windows(server); // a menu that nobody sees any more would still take the keys
     deactivate_windows_except(server, nullptr);
     wlr_seat_keyboard_notify_clear_focus(server.seat);
     if (server.seat->keyboard_state.focused_surface != nullptr) // a grab holds it back, as in keyboard_enter

@@ -1,6 +1,7 @@
 // Menus of panels, docks and wallpapers.
 
 #include "support/layers.hpp"
+#include "support/wayland_constraints.hpp"
 #include "support/wayland_popup.hpp"
 #include "support/wayland_seat.hpp"
 
@@ -148,6 +149,26 @@ TEST_F(layer_menus, of_clients_that_vanish_are_harmless)
         panel.owner().vanish();
         EVENTUALLY(has_keyboard(page));
         ears.reset();
+    }
+}
+
+TEST_F(layer_menus, that_grab_free_a_pointer_that_a_window_has_locked)
+{
+    window &page = map("page");
+    place(page, 0, 0);
+    test::made_up_pointer &pointer = plug_pointer();
+    point_at(pointer, 300, 300);
+    {
+        test::seat games{page.owner()};
+        settle();
+        const test::locked_pointer lock{games, page.get()};
+        EVENTUALLY(lock.active());
+        layer_surface &panel = show_heard(dock());
+        auto menu = std::make_unique<popup>(panel, test::placement{.x = 20, .y = 30}, ears.get(), 1);
+        EVENTUALLY(menu_has_keyboard());
+        EVENTUALLY(!lock.active());
+        menu.reset();
+        EVENTUALLY(lock.active());
     }
 }
 

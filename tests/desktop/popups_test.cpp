@@ -379,6 +379,16 @@ TEST_F(grabbing_menus, end_once_when_another_window_takes_the_keyboard)
     pointer->release(BTN_LEFT);
 }
 
+TEST_F(grabbing_menus, end_when_an_empty_workspace_is_shown)
+{
+    popup menu{*page, {.x = 20, .y = 30}, popup::draws::always, ears.get(), ears->press_serial()};
+    EVENTUALLY_EQ(menu.configure_count(), 1);
+    command("workspace 5");
+    EVENTUALLY(menu.dismissed());
+    EXPECT_FALSE(wlr_seat_keyboard_has_grab(server.seat));
+    pointer->release(BTN_LEFT);
+}
+
 TEST_F(grabbing_menus, stay_when_their_own_window_takes_the_keyboard)
 {
     popup menu{*page, {.x = 20, .y = 30}, popup::draws::always, ears.get(), ears->press_serial()};
