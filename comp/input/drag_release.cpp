@@ -13,7 +13,6 @@
 #include "../workspaces/stacks.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
-#include "drag_zones.hpp"
 #include "hit_test.hpp"
 #include "interactive.hpp"
 #include "mouse_tiler.hpp"
@@ -90,27 +89,28 @@ static void swap_tiles(vantore_toplevel &t, vantore_toplevel &target)
     move_to_front(*before_target, t.ws_link);
 }
 
+drop_target drop_target_at(const vantore_toplevel &t, double x, double y)
+{
+    if (const vantore_toplevel *tab = tab_at(*t.server, x, y, &t))
+        return {.tile = stack_active_member(*t.server, tab->workspace, tab->stack_id), .zone = DROP_STACK};
+    vantore_toplevel *tile = tile_at(t.workspace, x, y, &t);
+    return {.tile = tile, .zone = tile != nullptr ? zone_at(tile_frame(*tile), x, y) : DROP_SWAP};
+}
+
 static void drop_on_tile(vantore_toplevel &t)
 {
-    vantore_server &server = *t.server;
-    const double x = server.cursor->x, y = server.cursor->y;
-    if (vantore_toplevel *tab = tab_at(server, x, y, &t)) {
-        stack_join(t, *tab);
+    const drop_target target = drop_target_at(t, t.server->cursor->x, t.server->cursor->y);
+    if (target.tile == nullptr)
         return;
-    }
-    vantore_toplevel *target = tile_at(t.workspace, x, y, &t);
-    if (target == nullptr)
-        return;
-    const drop_zone zone = zone_at(tile_frame(*target), x, y);
-    if (zone == DROP_STACK) {
-        stack_join(t, *target);
+    if (target.zone == DROP_STACK) {
+        stack_join(t, *target.tile);
         return;
     }
     stack_leave(t);
-    if (zone == DROP_SWAP)
-        swap_tiles(t, *target);
+    if (target.zone == DROP_SWAP)
+        swap_tiles(t, *target.tile);
     else
-        insert_beside(t, *target, zone);
+        insert_beside(t, *target.tile, target.zone);
 }
 
 static void drop(const ended_drag &drag)

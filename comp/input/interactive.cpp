@@ -14,7 +14,7 @@
 #include "../workspaces/stacks.hpp"
 #include "../workspaces/tiles.hpp"
 #include "../workspaces/workspace.hpp"
-#include "drag_zones.hpp"
+#include "drag_release.hpp"
 #include "mouse_tiler.hpp"
 #include "pointer.hpp"
 #include "resting_pointer.hpp"
@@ -222,13 +222,12 @@ static void raise_tiler(vantore_server &server)
 
 static void hint_at_drop(vantore_server &server, const vantore_toplevel &t)
 {
-    const double x = server.cursor->x, y = server.cursor->y;
-    const vantore_toplevel *target =
-        toplevel_is_tiled(t) && !t.fullscreen ? tile_at(t.workspace, x, y, &t) : nullptr;
-    if (target == nullptr)
+    const drop_target target = toplevel_is_tiled(t) && !t.fullscreen
+                                   ? drop_target_at(t, server.cursor->x, server.cursor->y)
+                                   : drop_target{};
+    if (target.tile == nullptr)
         return wlr_scene_node_set_enabled(&server.drag_hint->node, false);
-    const wlr_box frame = tile_frame(*target);
-    show_box(server.drag_hint, zone_hint_box(frame, zone_at(frame, x, y)));
+    show_box(server.drag_hint, zone_hint_box(tile_frame(*target.tile), target.zone));
 }
 
 void process_cursor_move(vantore_server &server)

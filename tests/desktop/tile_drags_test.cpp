@@ -171,7 +171,12 @@ TEST_F(tile_drags, to_the_tabs_of_another_workspace_join_it)
     window &tab = map("tab");
     stack_toggle_focused(server);
     EVENTUALLY_EQ(box(tab), (wlr_box{1280, 26, 640, 486}));
-    drag(100, 10, 1280 + 100, 10);
+    press_at(100, 10);
+    go(1280 + 100, 10);
+    EXPECT_TRUE(shows(server.drag_hint));
+    EXPECT_EQ(server.drag_hint->node.x, 1280);
+    EXPECT_EQ(server.drag_hint->height, 32);
+    drop_at(1280 + 100, 10);
     EXPECT_EQ(record(*tiles[0]).workspace, &workspace(2));
     EXPECT_EQ(record(*tiles[0]).stack_id, record(tab).stack_id);
     EVENTUALLY_EQ(box(*tiles[0]), (wlr_box{1280, 26, 640, 486}));
