@@ -163,6 +163,7 @@ struct desktop : test::desktop {
         const cost c = measure([&] { settle(); },
                                [&] {
                                    wlr_damage_ring_add_whole(&shown->damage_ring);
+                                   wlr_output_update_needs_frame(&bare.base);
                                    wlr_scene_output_commit(shown, nullptr);
                                });
         wlr_scene_output_destroy(shown);

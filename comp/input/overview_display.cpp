@@ -9,6 +9,7 @@
 #include "../presentation/backdrop_blur.hpp"
 #include "../presentation/effects.hpp"
 #include "../presentation/live_picture.hpp"
+#include "../presentation/overlay.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
 #include "overview_boxes.hpp"
@@ -111,10 +112,10 @@ static void add_title(const overview_canvas &canvas, const char *title, const wl
     overview_add_picture(canvas, picture, at);
 }
 
-static void add_close_badge(const overview_canvas &canvas, const wlr_box &at)
+static cairo_buffer *draw_close_badge(double scale)
 {
     cairo_t *cr = nullptr;
-    cairo_buffer *picture = cairo_buffer_create_scaled(at.width, at.height, canvas.scale, &cr);
+    cairo_buffer *picture = cairo_buffer_create_scaled(overview_badge, overview_badge, scale, &cr);
     overview_fill_badge(cr, badge_fill);
     cairo_set_color(cr, badge_cross);
     cairo_set_line_width(cr, cross_width);
@@ -124,11 +125,21 @@ static void add_close_badge(const overview_canvas &canvas, const wlr_box &at)
     cairo_line_to(cr, cross_from, cross_to);
     cairo_stroke(cr);
     cairo_destroy(cr);
-    overview_add_picture(canvas, picture, at);
+    return picture;
 }
 
-static overview_item add_item(const overview_canvas &canvas, vantore_toplevel &t, const wlr_box &cell,
-                              const wlr_box &tile)
+static void add_close_badge(const overview_canvas &canvas, cairo_buffer &picture, const wlr_box &at)
+{
+    wlr_scene_buffer *badge = wlr_scene_buffer_create(canvas.tree, &picture.base);
+    if (badge == nullptr)
+        return;
+    badge->point_accepts_input = takes_no_input;
+    wlr_scene_buffer_set_dest_size(badge, at.width, at.height);
+    wlr_scene_node_set_position(&badge->node, at.x, at.y);
+}
+
+static overview_item add_item(const overview_canvas &canvas, cairo_buffer &badge_picture, vantore_toplevel &t,
+                              const wlr_box &cell, const wlr_box &tile)
 {
     const wlr_box badge = overview_close_badge(tile);
     wlr_scene_buffer *picture = add_window_picture(canvas, t, tile);
@@ -137,7 +148,7 @@ static overview_item add_item(const overview_canvas &canvas, vantore_toplevel &t
                .y = tile.y + tile.height + title_gap,
                .width = cell.width,
                .height = overview_title_height});
-    add_close_badge(canvas, badge);
+    add_close_badge(canvas, badge_picture, badge);
     return {.t = &t, .rect = tile, .node = picture, .close_rect = badge, .start = toplevel_box(t)};
 }
 
@@ -147,11 +158,13 @@ static void add_items(vantore_server &server, const overview_canvas &canvas, con
     const std::vector<vantore_toplevel *> windows = windows_to_show(server, overview.output->current_ws);
     const overview_grid grid = overview_grid_in(area, int(windows.size()));
     const wlr_box screen = output_layout_box(*overview.output);
+    cairo_buffer *badge = draw_close_badge(canvas.scale);
     for (int i = 0; i < grid.count; i++) {
         vantore_toplevel &t = *windows[size_t(i)];
         const wlr_box tile = overview_tile(grid, i, tl_get_geometry(t), screen);
-        overview.items.push_back(add_item(canvas, t, overview_cell(grid, i), tile));
+        overview.items.push_back(add_item(canvas, *badge, t, overview_cell(grid, i), tile));
     }
+    wlr_buffer_drop(&badge->base); // the nodes keep it
 }
 
 void overview_draw(vantore_server &server, vantore_output &o)
@@ -161,6 +174,7 @@ void overview_draw(vantore_server &server, vantore_output &o)
     if (overview.tree == nullptr)
         return wlr_log(WLR_ERROR, "vantore-comp: no memory for the overview");
     wlr_scene_node_place_below(&overview.tree->node, &server.lock_tree->node);
+    wlr_scene_node_set_enabled(&overview.tree->node, false); // each shown node makes the scene look at all others
     overview.output = &o;
     overview.opacity = fx_blurs() ? almost_opaque : 1;
     const overview_canvas canvas{
@@ -169,4 +183,5 @@ void overview_draw(vantore_server &server, vantore_output &o)
     add_ring(overview);
     overview.ws_items = overview_add_strip(server, canvas, o);
     add_items(server, canvas, overview.ws_items.empty() ? o.usable : overview_beside_strip(o.usable));
+    wlr_scene_node_set_enabled(&overview.tree->node, true);
 }
