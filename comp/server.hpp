@@ -89,6 +89,7 @@ struct vantore_server {
     wlr_output_layout *output_layout = nullptr;
     list_head outputs; // vantore_output.link, newest first
     vantore_absence absence; // empty while the session is in front
+    bool profile_waits = false; // until the displays are turned on
     listener new_output;
     listener gamma_set;
     list_head workspaces; // vantore_workspace.link, always nine, ascending num

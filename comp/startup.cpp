@@ -22,6 +22,7 @@
 #include "ipc/transport.hpp"
 #include "log.hpp"
 #include "memory_trim.hpp"
+#include "outputs/displays.hpp"
 #include "outputs/output.hpp"
 #include "outputs/pacing.hpp"
 #include "outputs/perf_mode.hpp"
@@ -308,6 +309,7 @@ static bool open_socket_and_start_backend(vantore_server &server)
         wlr_log(WLR_ERROR, "vantore-comp: backend start failed");
         return false;
     }
+    displays_autoapply(server);
     startup_reprobe_arm(server);
     outputs_file_follow(server, VNT_EVT_OUTPUTS);
     setenv("WAYLAND_DISPLAY", server.socket.name.c_str(), 1);

@@ -2,6 +2,7 @@
 
 #include "../clock.hpp"
 #include "../config/settings.hpp"
+#include "../outputs/rehome.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
@@ -289,6 +290,7 @@ using motion_stages =
 
 void process_cursor_motion(vantore_server &server, uint32_t time_msec)
 {
+    keep_cursor_on_lit_outputs(server);
     const motion m{.server = server, .time_msec = time_msec};
     motion_stages::run(m);
 }

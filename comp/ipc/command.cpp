@@ -3,6 +3,7 @@
 #include "../broadcast.hpp"
 #include "../input/overview.hpp"
 #include "../layout.hpp"
+#include "../outputs/displays.hpp"
 #include "../outputs/identify.hpp"
 #include "../outputs/lookup.hpp"
 #include "../outputs/output.hpp"
@@ -92,6 +93,13 @@ static void move_workspace(vantore_server &server, ipc_words &words)
         move_workspace_to_output(ws, *o);
 }
 
+static void change_one_output(vantore_server &server, ipc_words &words)
+{
+    const char *token = words.next();
+    if (token != nullptr)
+        ipc_output_command(server, token, words.line());
+}
+
 static void open_launcher(vantore_server &server, ipc_words &)
 {
     ipc_broadcast(server, VNT_EVT_LAUNCHER);
@@ -141,6 +149,7 @@ static constexpr verb verbs[]{
     {"identify", identify_outputs},
     {"virtual-output", change_virtual_output},
     {"dpms", change_power},
+    {"output", change_one_output},
     {"ws-layout", change_layout},
     {"ws-tile-mode", change_tile_mode},
     {"focus", ipc_focus_window},

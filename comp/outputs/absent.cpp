@@ -20,12 +20,15 @@ bool will_come_back(const vantore_output &o)
     return session != nullptr && !session->active && !wlr_output_is_headless(o.wlr_output);
 }
 
-static remembered_output remember(const vantore_output &o)
+static remembered_output remember(const vantore_output &o, bool has_own_place)
 {
-    return {.description = describe_output(o), .workspace = o.current_ws != nullptr ? o.current_ws->num : 0};
+    return {.description = describe_output(o),
+            .workspace = o.current_ws != nullptr ? o.current_ws->num : 0,
+            .has_own_place = has_own_place,
+            .turned_off = o.turned_off};
 }
 
-// Outputs that stay would move into the gaps if the layout went on placing them.
+// Outputs that the layout places by itself would move into the gaps that others leave.
 static void stay_in_place(vantore_server &server, const remembered_output &remembered)
 {
     const wlr_box &box = remembered.description.box;
@@ -41,7 +44,7 @@ static vantore_absence remember_all(vantore_server &server)
                             .focused = server.last_focused};
     for (const auto &place : each<&wlr_output_layout_output::link>(server.output_layout->outputs))
         if (const vantore_output *o = output_of(server, place.output))
-            absence.outputs.push_back(remember(*o));
+            absence.outputs.push_back(remember(*o, !place.auto_configured));
     for (const remembered_output &remembered : absence.outputs)
         stay_in_place(server, remembered);
     return absence;
@@ -126,6 +129,9 @@ void restore_order(vantore_server &server)
         place_automatically(server, *o->wlr_output);
         move_to_front(server.outputs, o->link);
     }
+    for (const remembered_output &remembered : server.absence.outputs)
+        if (remembered.has_own_place)
+            stay_in_place(server, remembered);
 }
 
 bool was_recognised(const vantore_output &o)

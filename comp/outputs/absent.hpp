@@ -13,6 +13,8 @@ struct remembered_output {
     output_description description;
     int workspace = 0; // the number of the one that it showed, 0 for none
     bool absent = false; // the others are here, but were remembered with it
+    bool has_own_place = false; // the user has placed it in the layout
+    bool turned_off = false; // by the user
 };
 
 struct vantore_absence {
@@ -40,8 +42,9 @@ enum class likeness : unsigned char {
 std::optional<remembered_output> recognise(vantore_server &server, const struct wlr_output &output,
                                            likeness least);
 
-// Puts the outputs that have returned back into the order in which the layout places them side by side. They
-// may have returned in any order. Outputs that are new come last.
+// Puts the outputs that have returned back to the places that the user gave them, and the others into the
+// order in which the layout places them side by side. They may have returned in any order. Outputs that are
+// new come last.
 void restore_order(vantore_server &server);
 
 // Whether the output is one of those that are remembered.

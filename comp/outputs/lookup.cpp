@@ -1,8 +1,11 @@
 #include "lookup.hpp"
 
+#include "../config/settings.hpp"
 #include "../server.hpp"
+#include "../text.hpp"
 #include "absent.hpp"
 #include "output.hpp"
+#include "output_token.hpp"
 
 vantore_output *output_by_name(vantore_server &server, std::string_view name)
 {
@@ -34,10 +37,18 @@ vantore_output *current_output(vantore_server &server)
 
 vantore_output *resolve_primary_output(vantore_server &server)
 {
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        if (o.wlr_output->enabled)
+    const std::string_view wanted = text_of(g_primary_pref);
+    vantore_output *first = nullptr;
+    for (auto &o : each<&vantore_output::link>(server.outputs)) {
+        if (!o.wlr_output->enabled)
+            continue;
+        if (!wanted.empty() &&
+            (output_name(o.wlr_output) == wanted || output_token_id(*o.wlr_output) == wanted))
             return &o;
-    return nullptr;
+        if (first == nullptr)
+            first = &o;
+    }
+    return first;
 }
 
 int outputs_enabled_count(vantore_server &server)

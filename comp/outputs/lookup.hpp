@@ -14,7 +14,8 @@ vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_o
 vantore_output *output_at(vantore_server &server, double lx, double ly);
 // Returns the output under the pointer, else the newest output, else null.
 vantore_output *current_output(vantore_server &server);
-// Returns the output to use when only one is wanted: the newest enabled output, or null.
+// Returns the output to use when only one is wanted: of the enabled ones that of the setting `primary`, else
+// the newest. Null if none is enabled.
 vantore_output *resolve_primary_output(vantore_server &server);
 int outputs_enabled_count(vantore_server &server);
 

@@ -21,6 +21,7 @@
 #include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
 #include "absent.hpp"
+#include "displays.hpp"
 #include "identify.hpp"
 #include "output_mode.hpp"
 #include "pacing.hpp"
@@ -72,6 +73,7 @@ static void output_destroy(vantore_output &o)
     }
     outputs_rearranged(server);
     rehome_outputs(server);
+    displays_autoapply(server);
     settle_outputs(server);
 }
 
@@ -135,6 +137,8 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output)
     }
     power_follow(*o);
     apply_touch_mapping(server);
+    if (!was_absent)
+        displays_autoapply(server);
     wlr_log(WLR_INFO, "output %s online", output_name(wlr_output));
     apply_x_primary(server);
     if (!was_absent) // nobody was told that the others had gone
@@ -156,8 +160,9 @@ void outputs_file_follow(vantore_server &server, vnt_event event)
 
 static int startup_reprobe(void *data)
 {
-    const auto *server = static_cast<vantore_server *>(data);
+    auto *server = static_cast<vantore_server *>(data);
     wlr_log(WLR_INFO, "post-startup re-probe — %d output(s) connected", wl_list_length(&server->outputs));
+    displays_autoapply(*server);
     return 0;
 }
 

@@ -13,6 +13,7 @@ struct vantore_output {
     struct wlr_output *wlr_output = nullptr;
     wlr_scene_output *scene_output = nullptr;
     bool never_lit = false; // it has no mode yet: all outputs were dark when it appeared, or it refused
+    bool turned_off = false; // by the user alone: it stays dark when all outputs are turned on
     wlr_box usable{}; // free of panels, layout coordinates
     vantore_workspace *current_ws = nullptr; // current_ws->output points back; null for none
     timer_source frame_timer; // starts a delayed paint; null when it could not be made
@@ -36,7 +37,7 @@ void outputs_file_follow(vantore_server &server, vnt_event event);
 // layer surfaces and fullscreen windows of all outputs again.
 void outputs_rearranged(vantore_server &server);
 
-// Logs the number of outputs half a second after the start, because monitors may still appear just after the
-// backend has started.
+// Half a second after the start, logs the number of outputs and applies the saved arrangement that fits,
+// because monitors may still appear just after the backend has started.
 void startup_reprobe_arm(vantore_server &server);
 void startup_reprobe_cancel();

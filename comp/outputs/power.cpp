@@ -2,9 +2,11 @@
 
 #include "../handles.hpp"
 #include "../server.hpp"
+#include "displays.hpp"
 #include "lookup.hpp"
 #include "output.hpp"
 #include "output_mode.hpp"
+#include "rehome.hpp"
 #include "returning.hpp"
 
 // A null mode leaves the output's mode unchanged.
@@ -27,6 +29,20 @@ static void power_up(vantore_output &o, wlr_output_mode *mode)
         set_power(o, true, mode);
 }
 
+void output_turn_on(vantore_output &o)
+{
+    o.turned_off = false;
+    if (!g_dpms_off && !o.wlr_output->enabled)
+        power_up(o, o.wlr_output->current_mode);
+}
+
+void output_turn_off(vantore_output &o)
+{
+    o.turned_off = true;
+    if (o.wlr_output->enabled)
+        set_power(o, false, nullptr);
+}
+
 static void show_again(vantore_server &server)
 {
     outputs_rearranged(server);
@@ -41,17 +57,20 @@ void set_dpms(vantore_server &server, bool on)
         return;
     g_dpms_off = !on;
     for (auto &o : each<&vantore_output::link>(server.outputs))
-        if (on)
+        if (on && !o.turned_off)
             power_up(o, o.wlr_output->current_mode);
-        else if (o.wlr_output->enabled)
+        else if (!on && o.wlr_output->enabled)
             set_power(o, false, nullptr);
-    if (on)
-        show_again(server);
+    if (!on)
+        return;
+    rehome_outputs(server); // some may have been turned on in the dark
+    show_again(server);
+    displays_catch_up(server);
 }
 
 void power_follow(vantore_output &o)
 {
-    if (g_dpms_off && o.wlr_output->enabled)
+    if ((g_dpms_off || o.turned_off) && o.wlr_output->enabled)
         set_power(o, false, nullptr);
 }
 
@@ -68,6 +87,8 @@ void handle_session_active(vantore_server &server)
         return;
     g_dpms_off = false;
     for (auto &o : each<&vantore_output::link>(server.outputs)) {
+        if (o.turned_off)
+            continue;
         wlr_output_mode *mode = o.wlr_output->current_mode;
         if (mode == nullptr)
             mode = wlr_output_preferred_mode(o.wlr_output);
@@ -75,4 +96,5 @@ void handle_session_active(vantore_server &server)
     }
     outputs_returned(server);
     show_again(server);
+    displays_autoapply(server);
 }

@@ -8,8 +8,13 @@ inline bool g_dpms_inhibit; // keeps the displays on
 
 // Powers all outputs up or down. While somebody keeps the displays on, every request powers them up.
 void set_dpms(vantore_server &server, bool on);
-// Powers down a new output that its backend has announced as lit while the others are dark.
+// Powers down a new output that its backend has announced as lit while the others are dark, or that the user
+// had turned off.
 void power_follow(vantore_output &o);
+
+// Turn one output on and off. While all are dark, one that is turned on waits for the others.
+void output_turn_on(vantore_output &o);
+void output_turn_off(vantore_output &o);
 // Setting it powers dark displays up again. Clearing it powers nothing down.
 void set_dpms_inhibit(vantore_server &server, bool on);
 

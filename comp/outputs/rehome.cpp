@@ -12,7 +12,9 @@
 #include "lookup.hpp"
 #include "output.hpp"
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 
 struct point {
     double x, y;
@@ -83,6 +85,32 @@ void cursor_ensure_on_output(vantore_server &server)
     const point target = center_of(has_usable ? o->usable : output_layout_box(*o));
     wlr_cursor_warp_closest(server.cursor, nullptr, target.x, target.y);
     process_cursor_motion(server, uint32_t(mono_ms()));
+}
+
+static point nearest_in(const wlr_box &box, const wlr_cursor &cursor)
+{
+    return {.x = std::clamp<double>(cursor.x, box.x, box.x + box.width - 1),
+            .y = std::clamp<double>(cursor.y, box.y, box.y + box.height - 1)};
+}
+
+void keep_cursor_on_lit_outputs(vantore_server &server)
+{
+    const wlr_cursor &cursor = *server.cursor;
+    const wlr_output *at = wlr_output_layout_output_at(server.output_layout, cursor.x, cursor.y);
+    if (at == nullptr || at->enabled)
+        return;
+    std::optional<point> best;
+    const auto distance = [&](const point &p) { return std::hypot(p.x - cursor.x, p.y - cursor.y); };
+    for (const auto &o : each<&vantore_output::link>(server.outputs)) {
+        const wlr_box box = output_layout_box(o);
+        if (!o.wlr_output->enabled || box.width < 1 || box.height < 1)
+            continue;
+        const point nearest = nearest_in(box, cursor);
+        if (!best || distance(nearest) < distance(*best))
+            best = nearest;
+    }
+    if (best) // otherwise all are dark
+        wlr_cursor_warp(server.cursor, nullptr, best->x, best->y);
 }
 
 void hand_workspace_to(vantore_output &o)

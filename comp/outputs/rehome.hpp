@@ -10,6 +10,10 @@ void rehome_outputs(vantore_server &server);
 // Moves the pointer to the nearest enabled output if it lies on none.
 void cursor_ensure_on_output(vantore_server &server);
 
+// Moves the pointer from an output that is turned off to the nearest point of one that is lit. Such an output
+// stays in the layout, but nobody would see the pointer there. Does nothing while all are dark.
+void keep_cursor_on_lit_outputs(vantore_server &server);
+
 // Gives an output the workspace that was last shown on it, else the first one that waits for no other output.
 void hand_workspace_to(vantore_output &o);
 

@@ -26,7 +26,9 @@ bool output_returns(vantore_output &o)
     const auto remembered = recognise(*o.server, *o.wlr_output, likeness::display);
     if (!remembered)
         return false;
-    take_workspace_back(o, remembered->workspace);
+    o.turned_off = remembered->turned_off;
+    if (!o.turned_off)
+        take_workspace_back(o, remembered->workspace);
     return true;
 }
 

@@ -14,30 +14,26 @@
 #include "tiles.hpp"
 #include "workspace.hpp"
 
-struct offset {
-    int x = 0, y = 0;
-};
-
-static offset offset_between(const vantore_output &from, const vantore_output &to)
+static layout_offset offset_between(const vantore_output &from, const vantore_output &to)
 {
     const wlr_box a = output_layout_box(from), b = output_layout_box(to);
     return {.x = b.x - a.x, .y = b.y - a.y};
 }
 
-static void move_node(vantore_toplevel &t, const offset &by)
+static void move_node(vantore_toplevel &t, const layout_offset &by)
 {
     const wlr_scene_node &node = t.scene_tree->node;
     tl_move(t, node.x + by.x, node.y + by.y);
 }
 
-static void move_box(wlr_box &box, const offset &by)
+static void move_box(wlr_box &box, const layout_offset &by)
 {
     box.x += by.x;
     box.y += by.y;
 }
 
 // A window that ends being maximized, fullscreen or snapped must not return to the output that it left.
-static void move_boxes_to_return_to(vantore_toplevel &t, const offset &by)
+static void move_boxes_to_return_to(vantore_toplevel &t, const layout_offset &by)
 {
     move_box(t.saved_geo, by);
     move_box(t.snap_geo, by);
@@ -55,7 +51,7 @@ vantore_output *adjacent_output(vantore_server &server, const vantore_output *fr
 }
 
 // The arrangement that follows places tiles. A fullscreen window covers its output already.
-static void carry_window(vantore_toplevel &t, vantore_output &target, const offset &by)
+static void carry_window(vantore_toplevel &t, vantore_output &target, const layout_offset &by)
 {
     move_boxes_to_return_to(t, by);
     if (t.fullscreen) {
@@ -94,7 +90,7 @@ static void rebind(vantore_workspace &ws, vantore_output &target)
     ws_bind(ws, target);
     if (source == nullptr)
         return;
-    const offset by = offset_between(*source, target);
+    const layout_offset by = offset_between(*source, target);
     for (auto &t : each<&vantore_toplevel::ws_link>(ws.toplevels))
         if (tl_mapped(t))
             carry_window(t, target, by);
@@ -127,8 +123,16 @@ void move_ws_to_adjacent_output(vantore_server &server, int dir)
         move_workspace_to_output(from->current_ws, *target);
 }
 
+void shift_window(vantore_toplevel &t, const layout_offset &by)
+{
+    if (t.scene_tree != nullptr)
+        move_node(t, by);
+    move_box(t.float_geo, by);
+    move_boxes_to_return_to(t, by);
+}
+
 // Brings a window along to its new workspace's output. The arrangement that follows places tiles.
-static void bring_along(vantore_toplevel &t, const vantore_output &target, const offset &by)
+static void bring_along(vantore_toplevel &t, const vantore_output &target, const layout_offset &by)
 {
     if (t.maximized && !t.fullscreen)
         toplevel_fill(t, target.usable);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "../outputs/layout_repair.hpp"
 
 // Returns the output before (dir below 0) or after another in the list of outputs. The list has the newest
 // first and wraps around. Null for null, or when there is no other output.
@@ -12,6 +13,10 @@ vantore_output *adjacent_output(vantore_server &server, const vantore_output *fr
 // nothing for null or a disabled target.
 void move_workspace_to_output(vantore_workspace *ws, vantore_output &target);
 void move_ws_to_adjacent_output(vantore_server &server, int dir);
+
+// Moves the window and all boxes that it may return to, because its output has moved. Does nothing visible to
+// a window without a scene tree.
+void shift_window(vantore_toplevel &t, const layout_offset &by);
 
 // Moves the window to another workspace, and lays both out. The focus stays.
 void carry_to_workspace(vantore_toplevel &t, vantore_workspace &ws);
