@@ -227,6 +227,34 @@ TEST_P(returning_session, tells_programs_of_the_outputs_as_they_were)
     EXPECT_THAT(outputs_file(), ElementsAre("B", "A"));
 }
 
+TEST_F(left_session, has_displays_where_the_user_placed_them)
+{
+    command("output A position 900 100");
+    command("output B position 0 0");
+    leave();
+    come_back_with({{.name = "A", .width = 1000, .height = 700}, {.name = "B", .width = 800, .height = 600}});
+    EXPECT_EQ(output_layout_box(output("A")), (wlr_box{900, 100, 1000, 700}));
+    EXPECT_EQ(output_layout_box(output("B")), (wlr_box{0, 0, 800, 600}));
+}
+
+TEST_F(left_session, leaves_a_display_off_that_the_user_has_turned_off)
+{
+    command("output B disable");
+    leave();
+    come_back_with({{.name = "B", .width = 800, .height = 600}, {.name = "A", .width = 1000, .height = 700}});
+    EXPECT_TRUE(output("A").wlr_output->enabled);
+    EXPECT_FALSE(output("B").wlr_output->enabled);
+    EXPECT_EQ(output("B").current_ws, nullptr);
+}
+
+TEST_F(left_session, gets_the_saved_arrangement_of_its_displays)
+{
+    world.write_config("displays.conf", "[a]\noutput A enable scale 2\noutput B enable\n");
+    leave();
+    come_back_with({{.name = "A", .width = 1000, .height = 700}, {.name = "B", .width = 800, .height = 600}});
+    EXPECT_EQ(output("A").wlr_output->scale, 2);
+}
+
 TEST_F(left_session, counts_a_display_that_does_not_return_as_unplugged)
 {
     test::window &w = map_on(500, 300);

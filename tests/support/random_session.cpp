@@ -3,6 +3,8 @@
 #include "input/overview.hpp"
 #include "input/switcher.hpp"
 #include "input/synthetic.hpp"
+#include "outputs/displays.hpp"
+#include "outputs/output.hpp"
 #include "outputs/power.hpp"
 #include "reload.hpp"
 #include "server_check.hpp"
@@ -214,6 +216,43 @@ std::string random_session::change_power()
 {
     set_dpms(server, below(3) != 0);
     return "power";
+}
+
+// Returns one step that changes a display, or a few.
+std::string random_session::display_steps()
+{
+    static constexpr const char *words[]{"enable",           "transform 90",  "transform flipped-180",
+                                         "transform normal", "scale 1",       "scale 1.5",
+                                         "scale 2",          "mode 1024x768", "mode 800x600@60Hz"};
+    if (below(4) == 0)
+        return "disable";
+    std::string steps =
+        "position " + std::to_string(below(4000) - 2000) + " " + std::to_string(below(3000) - 1500);
+    if (below(2) == 0)
+        steps.clear();
+    for (int i = below(3); i >= 0; i--)
+        steps += std::string{" "} + words[size_t(below(std::size(words)))];
+    return steps;
+}
+
+std::string random_session::change_display()
+{
+    std::vector<std::string> names;
+    for (const auto &o : each<&vantore_output::link>(server.outputs))
+        names.emplace_back(o.wlr_output->name);
+    if (names.empty())
+        return "nothing";
+    if (below(4) != 0) {
+        const std::string name = any_of(names), steps = display_steps();
+        ipc_output_command(server, name, steps);
+        return "output " + name + " " + steps;
+    }
+    std::string profile = "[all]\n";
+    for (const std::string &name : names)
+        profile += "output " + name + " enable " + (below(2) == 0 ? display_steps() : "") + "\n";
+    world.write_config("displays.conf", profile);
+    displays_autoapply(server);
+    return "arrange displays:\n" + profile;
 }
 
 std::string random_session::move_pointer()
@@ -461,22 +500,23 @@ std::string random_session::use_overview()
 }
 
 const random_session::operation random_session::operations[]{
-    {&random_session::plug_output, 2},         {&random_session::unplug_output, 2},
-    {&random_session::open_window, 6},         {&random_session::close_window, 3},
-    {&random_session::trouble_window, 5},      {&random_session::lose_client, 1},
-    {&random_session::change_power, 1},        {&random_session::move_pointer, 2},
-    {&random_session::focus_window, 2},        {&random_session::arrow_key, 5},
-    {&random_session::change_stack, 5},        {&random_session::change_layout, 4},
-    {&random_session::change_workspace, 4},    {&random_session::send_elsewhere, 4},
-    {&random_session::mark_window, 1},         {&random_session::point, 4},
-    {&random_session::use_button, 6},          {&random_session::reload, 3},
-    {&random_session::open_panel, 2},          {&random_session::trouble_panel, 3},
-    {&random_session::change_state, 3},        {&random_session::open_popup, 2},
-    {&random_session::trouble_popup, 2},       {&random_session::open_x11_window, 4},
-    {&random_session::trouble_x11_window, 7},  {&random_session::lose_x11_client, 1},
-    {&random_session::change_title_bar, 2},    {&random_session::await_frame, 2},
-    {&random_session::visit_other_session, 2}, {&random_session::let_time_pass, 3},
-    {&random_session::use_switcher, 4},        {&random_session::use_overview, 8},
+    {&random_session::plug_output, 2},     {&random_session::unplug_output, 2},
+    {&random_session::open_window, 6},     {&random_session::close_window, 3},
+    {&random_session::trouble_window, 5},  {&random_session::lose_client, 1},
+    {&random_session::change_power, 1},    {&random_session::move_pointer, 2},
+    {&random_session::change_display, 2},  {&random_session::focus_window, 2},
+    {&random_session::arrow_key, 5},       {&random_session::change_stack, 5},
+    {&random_session::change_layout, 4},   {&random_session::change_workspace, 4},
+    {&random_session::send_elsewhere, 4},  {&random_session::mark_window, 1},
+    {&random_session::point, 4},           {&random_session::use_button, 6},
+    {&random_session::reload, 3},          {&random_session::open_panel, 2},
+    {&random_session::trouble_panel, 3},   {&random_session::change_state, 3},
+    {&random_session::open_popup, 2},      {&random_session::trouble_popup, 2},
+    {&random_session::open_x11_window, 4}, {&random_session::trouble_x11_window, 7},
+    {&random_session::lose_x11_client, 1}, {&random_session::change_title_bar, 2},
+    {&random_session::await_frame, 2},     {&random_session::visit_other_session, 2},
+    {&random_session::let_time_pass, 3},   {&random_session::use_switcher, 4},
+    {&random_session::use_overview, 8},
 };
 
 // Points at any place in the layout or at a part of a window. A drag may be under way.

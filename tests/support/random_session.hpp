@@ -42,6 +42,8 @@ private:
     std::string trouble_window();
     std::string lose_client();
     std::string change_power();
+    std::string display_steps();
+    std::string change_display();
     std::string move_pointer();
     std::string focus_window();
     std::string arrow_key();
