@@ -14,7 +14,8 @@ fail() {
 }
 
 native_libraries=(wlroots-0.20 scenefx-0.5 wayland-server wayland-client wayland-protocols xkbcommon cairo
-	libdrm pixman-1 xcb xcb-ewmh xcb-icccm libinput libudev libpng nlohmann_json gtest_main gmock benchmark)
+	libdrm pixman-1 stb libwebp libwebpdemux libwebpmux xcb xcb-ewmh xcb-icccm libinput libudev libpng nlohmann_json
+	gtest_main gmock benchmark)
 
 has_everything() {
 	local program programs=(meson ninja wayland-scanner pkg-config c++ python3 foot grim wayland-info wl-copy)
