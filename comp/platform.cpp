@@ -10,7 +10,9 @@
 #include <ctime>
 #include <memory>
 #include <pthread.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 static int64_t read_monotonic_clock()
 {
@@ -29,13 +31,18 @@ static uint32_t pick_below(uint32_t limit)
     return limit != 0 ? arc4random_uniform(limit) : 0;
 }
 
+static constexpr int worker_niceness = 10;
+
 struct worker {
     void (*work)(void *data);
     void *data;
 };
 
+// A worker must not take processor time from the session. On Linux, the priority of a process's id is that of
+// one thread.
 static void *run_worker(void *raw)
 {
+    setpriority(PRIO_PROCESS, id_t(gettid()), worker_niceness);
     const std::unique_ptr<worker> w{static_cast<worker *>(raw)};
     w->work(w->data);
     return nullptr;

@@ -21,8 +21,8 @@ struct vnt_platform {
     int64_t (*wall_clock_s)();
     // Any number from 0 to limit - 1, or 0 if the limit is 0.
     uint32_t (*random_below)(uint32_t limit);
-    // Runs `work` on a thread of its own, which nobody waits for. Returns false without running it if no
-    // thread can be made.
+    // Runs `work` on a thread of its own with low priority, which nobody waits for. Returns false without
+    // running it if no thread can be made.
     bool (*start_worker)(void (*work)(void *data), void *data);
     void (*run_shell_line)(const char *line);
     void (*run_program)(const char *const argv[]);

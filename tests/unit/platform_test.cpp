@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <string>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -51,12 +52,13 @@ TEST(platform, picks_numbers_below_a_limit)
     EXPECT_EQ(g_platform.random_below(0), 0U);
 }
 
-TEST(platform, runs_a_worker_on_a_thread_of_its_own_without_signals)
+TEST(platform, runs_a_worker_on_a_thread_of_its_own_without_signals_and_with_low_priority)
 {
     struct job {
         pipe_ends pipe;
         pthread_t thread{};
         bool blocks_terminations = false;
+        int niceness = 0;
     } shared;
     ASSERT_TRUE(g_platform.start_worker(
         [](void *data) {
@@ -65,12 +67,14 @@ TEST(platform, runs_a_worker_on_a_thread_of_its_own_without_signals)
             pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
             work.blocks_terminations = sigismember(&blocked, SIGTERM) == 1;
             work.thread = pthread_self();
+            work.niceness = getpriority(PRIO_PROCESS, id_t(gettid()));
             (void)!write(work.pipe.fds[1], "x", 1);
         },
         &shared));
     ASSERT_TRUE(hears_a_byte(shared.pipe.fds[0]));
     EXPECT_EQ(pthread_equal(shared.thread, pthread_self()), 0);
     EXPECT_TRUE(shared.blocks_terminations);
+    EXPECT_GT(shared.niceness, getpriority(PRIO_PROCESS, id_t(gettid())));
 }
 
 TEST(platform, knows_once_that_a_child_has_ended)
