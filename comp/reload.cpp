@@ -13,6 +13,7 @@
 #include "input/keymap.hpp"
 #include "input/libinput_settings.hpp"
 #include "notify.hpp"
+#include "outputs/wallpaper.hpp"
 #include "presentation/decorations.hpp"
 #include "server.hpp"
 #include "visibility.hpp"
@@ -84,10 +85,9 @@ static void report_bad_lines(vantore_server &)
 }
 
 static constexpr void (*steps[])(vantore_server &) = {
-    config_load,       cursor_apply,   apply_x_primary,
-    reload_keyboards,  reload_devices, apply_touch_mapping,
-    reload_workspaces, reload_rules,   recolor_all_decorations,
-    visible_changed,   announce,       report_bad_lines,
+    config_load,         cursor_apply,      apply_x_primary,   reload_keyboards, reload_devices,
+    apply_touch_mapping, reload_workspaces, wallpapers_reload, reload_rules,     recolor_all_decorations,
+    visible_changed,     announce,          report_bad_lines,
 };
 
 void config_reload(vantore_server &server)

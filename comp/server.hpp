@@ -13,6 +13,7 @@
 #include "ipc/socket.hpp"
 #include "outputs/absent.hpp"
 #include "outputs/on_screen.hpp"
+#include "outputs/wallpapers.hpp"
 #include "presentation/sliding.hpp"
 #include "records.hpp"
 #include "timer.hpp"
@@ -92,6 +93,7 @@ struct vantore_server {
     bool profile_waits = false; // until the displays are turned on
     listener new_output;
     listener gamma_set;
+    vantore_wallpapers wallpapers;
     list_head workspaces; // vantore_workspace.link, always nine, ascending num
     uint32_t wm_modifier = WLR_MODIFIER_LOGO; // Ctrl, Alt or Logo
     bool shutting_down = false; // the event loop has ended; the teardown must not rearrange windows

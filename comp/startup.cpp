@@ -27,6 +27,7 @@
 #include "outputs/pacing.hpp"
 #include "outputs/perf_mode.hpp"
 #include "outputs/power.hpp"
+#include "outputs/wallpaper.hpp"
 #include "padded_allocator.hpp"
 #include "presentation/animation.hpp"
 #include "reload.hpp"
@@ -412,6 +413,7 @@ static constexpr startup_step steps[]{
     {"workspaces", [](vantore_server &server) { return made(workspaces_create(server), "workspaces"); }},
     {"workspaces' configuration", always<config_apply_workspaces>},
     {"hangup", always<config_reload_on_hangup>, config_ignore_hangup},
+    {"wallpapers", always<wallpapers_begin>, wallpapers_end},
     {"animation timer", always<anim_start>, anim_stop},
     {"modifier timer", always<modifier_tap_start>, modifier_tap_stop},
     {"on-screen displays", nullptr, [](vantore_server &server) { server.on_screen = {}; }},

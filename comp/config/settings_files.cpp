@@ -3,6 +3,7 @@
 #include "../text.hpp"
 #include "settings_apply.hpp"
 
+#include <cstdlib>
 #include <unistd.h>
 
 static constexpr const char *standard_wallpaper = "/usr/share/vantore/wallpapers/Vantore.png";
@@ -59,5 +60,6 @@ void config_parse_appearance(const char *path)
     while (file != nullptr && fgets(line.data(), int(line.size()), file.get()) != nullptr)
         if (const auto pair = cfg_split(line.data()))
             (void)settings_take(setting_file::appearance, *pair, nullptr);
-    config_resolve_wallpaper(g_wallpaper, standard_wallpaper);
+    const char *other_standard = getenv("VANTORE_STANDARD_WALLPAPER");
+    config_resolve_wallpaper(g_wallpaper, other_standard != nullptr ? other_standard : standard_wallpaper);
 }

@@ -14,7 +14,7 @@ void config_parse_dock(const char *path);
 void config_parse_panel(const char *path);
 
 // Resets its settings before it reads the file, and chooses a wallpaper afterwards, whether or not there is a
-// file.
+// file. VANTORE_STANDARD_WALLPAPER in the environment names another standard picture, or none if it is empty.
 void config_parse_appearance(const char *path);
 
 // Puts in the standard picture if the text is empty and the picture can be read. "none" becomes empty.

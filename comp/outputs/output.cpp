@@ -28,6 +28,7 @@
 #include "power.hpp"
 #include "rehome.hpp"
 #include "returning.hpp"
+#include "wallpaper.hpp"
 
 #include <ranges>
 #include <vector>
@@ -39,9 +40,11 @@ static timer_source g_reprobe_timer;
 void outputs_rearranged(vantore_server &server)
 {
     arrange_all_layers(server);
-    for (auto &o : each<&vantore_output::link>(server.outputs))
+    for (auto &o : each<&vantore_output::link>(server.outputs)) {
         if (o.current_ws != nullptr)
             fit_fullscreen_windows(*o.current_ws);
+        set_wallpaper(o, false, false);
+    }
 }
 
 static void output_destroy(vantore_output &o)
@@ -55,6 +58,7 @@ static void output_destroy(vantore_output &o)
     if (!server.shutting_down) { // the end of the session destroys the scene before the outputs
         output_leaves(server, o.wlr_output);
         identify_output_leaves(o);
+        wallpaper_destroy(o);
         if (o.scene_output != nullptr)
             wlr_scene_output_destroy(o.scene_output);
         wlr_output_layout_remove(server.output_layout, o.wlr_output);

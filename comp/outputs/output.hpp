@@ -6,6 +6,7 @@
 #include "../records.hpp"
 #include "../timer.hpp"
 #include "paint_time.hpp"
+#include "wallpaper_shown.hpp"
 
 struct vantore_output {
     list_link link; // server->outputs
@@ -22,6 +23,7 @@ struct vantore_output {
     wlr_scene_timer rt{}; // measures a frame
     bool rt_pending = false; // rt holds a measurement
     render_times times;
+    vantore_wallpaper wallpaper;
     wlr_scene_buffer *ident_buf = nullptr; // the badge with its name, while that is shown
     listener frame, present, request_state, destroy;
 };
@@ -34,7 +36,7 @@ void server_new_output(vantore_server &server, struct wlr_output *wlr_output);
 void outputs_file_follow(vantore_server &server, vnt_event event);
 
 // Call it when outputs have changed their sizes or places. Their neighbours then move too, so it places the
-// layer surfaces and fullscreen windows of all outputs again.
+// layer surfaces, fullscreen windows and wallpapers of all outputs again.
 void outputs_rearranged(vantore_server &server);
 
 // Half a second after the start, logs the number of outputs and applies the saved arrangement that fits,

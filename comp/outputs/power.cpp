@@ -8,6 +8,7 @@
 #include "output_mode.hpp"
 #include "rehome.hpp"
 #include "returning.hpp"
+#include "wallpaper.hpp"
 
 // A null mode leaves the output's mode unchanged.
 static void set_power(vantore_output &o, bool on, wlr_output_mode *mode)
@@ -46,8 +47,10 @@ void output_turn_off(vantore_output &o)
 static void show_again(vantore_server &server)
 {
     outputs_rearranged(server);
-    for (auto &o : each<&vantore_output::link>(server.outputs))
+    for (auto &o : each<&vantore_output::link>(server.outputs)) {
+        set_wallpaper(o, true, false); // the GPU may have lost the picture while the output was dark
         wlr_output_schedule_frame(o.wlr_output);
+    }
 }
 
 void set_dpms(vantore_server &server, bool on)

@@ -26,7 +26,7 @@ struct animation : test::desktop {
         desktop::SetUp();
         plug("A", 640, 384);
         config("force_effects = true\n");
-        run_clock(std::chrono::seconds{1}); // past what the start has armed
+        run_clock(std::chrono::seconds{5}); // past what the start has armed
     }
     void expect_no_timer() { EXPECT_FALSE(world.advance_clock_ms(10'000)) << "a timer is still armed"; }
     int red_at(int x, int y) { return int(pixel("A", x, y) >> 16 & 0xff); }

@@ -27,6 +27,7 @@ struct locating : test::desktop {
         pointer = &plug_pointer();
         point_at(*pointer, 600, 300);
         g_cursor_shake_magnify = true;
+        run_clock(std::chrono::seconds{5}); // past what the start has armed
     }
 
     // Shakes the pointer, and returns at the moment at which the shake counts.

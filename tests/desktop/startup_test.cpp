@@ -40,11 +40,11 @@ TEST(startup_table, names_its_steps_in_order)
                             "allocator", "frame measurements", "cursor, which outlives the scene",
                             "listeners", "first globals", "explicit sync", "scene", "scene graph",
                             "configuration", "reduced motion", "presentation time", "accent", "workspaces",
-                            "workspaces' configuration", "hangup", "animation timer", "modifier timer",
-                            "on-screen displays", "frames of covered windows", "resting pointer", "outputs",
-                            "xdg shell", "XWayland", "decoration manager", "layer shell", "cursor", "seat",
-                            "last globals", "clients", "socket and backend", "announcement", "IPC",
-                            "autostart"));
+                            "workspaces' configuration", "hangup", "wallpapers", "animation timer",
+                            "modifier timer", "on-screen displays", "frames of covered windows",
+                            "resting pointer", "outputs", "xdg shell", "XWayland", "decoration manager",
+                            "layer shell", "cursor", "seat", "last globals", "clients", "socket and backend",
+                            "announcement", "IPC", "autostart"));
 }
 
 TEST(startup_table, ends_the_socket_the_clients_the_x_server_and_the_scene_before_what_they_need)
@@ -55,9 +55,9 @@ TEST(startup_table, ends_the_socket_the_clients_the_x_server_and_the_scene_befor
             names.push_back(step.name);
     EXPECT_THAT(names, ElementsAre("IPC", "socket and backend", "clients", "XWayland", "resting pointer",
                                    "frames of covered windows", "on-screen displays", "modifier timer",
-                                   "animation timer", "hangup", "scene", "first globals", "listeners",
-                                   "cursor, which outlives the scene", "frame measurements", "allocator",
-                                   "renderer", "login session", "backend", "outputs file",
+                                   "animation timer", "wallpapers", "hangup", "scene", "first globals",
+                                   "listeners", "cursor, which outlives the scene", "frame measurements",
+                                   "allocator", "renderer", "login session", "backend", "outputs file",
                                    "workspaces, which outlive the outputs", "memory", "display"));
 }
 

@@ -25,6 +25,7 @@ std::map<std::string, std::string> make_session_folders(const std::filesystem::p
         {"XDG_DATA_HOME", root / "data"},
         {"PATH", root / "bin"},
         {"WLR_BACKENDS", "headless"},
+        {"VANTORE_STANDARD_WALLPAPER", ""}, // no picture unless a test asks for one
     };
 }
 

@@ -105,7 +105,7 @@ struct zooming_overview : overview_desk {
     {
         overview_desk::SetUp();
         config("force_effects = true\n");
-        run_clock(std::chrono::seconds{1}); // past what the start has armed
+        run_clock(std::chrono::seconds{5}); // past what the start has armed
     }
     // Maps windows, which also fade in, and waits for the end of that.
     void map_faded(const std::vector<std::string> &names)

@@ -96,7 +96,30 @@ private:
             const std::string name = std::string{"output "} + output_name(o.wlr_output);
             expect(o.current_ws == nullptr || o.current_ws->output == &o, name + "'s workspace points back");
             expect(o.scene_output != nullptr, name + " shows the scene");
+            if (o.wallpaper.node != nullptr)
+                check_wallpaper(*o.wallpaper.node, output_layout_box(o), name + "'s wallpaper");
         }
+    }
+
+    // Only other wallpapers lie between a wallpaper and the backdrop.
+    void check_wallpaper(wlr_scene_buffer &shown, const wlr_box &box, const std::string &name)
+    {
+        const wlr_scene_node &node = shown.node;
+        expect(node.enabled && node.x == box.x && node.y == box.y, name + " is in its place");
+        expect(shown.point_accepts_input != nullptr && !shown.point_accepts_input(&shown, nullptr, nullptr),
+               name + " takes no input");
+        if (!expect(node.parent == server.layers[0], name + " lies in the background"))
+            return;
+        int others = 0;
+        for (auto &o : each<&vantore_output::link>(server.outputs))
+            others += o.wallpaper.node != nullptr && o.wallpaper.node != &shown ? 1 : 0;
+        int below = 0;
+        for (auto &sibling : each<&wlr_scene_node::link>(server.layers[0]->children)) {
+            if (&sibling == &node)
+                break;
+            below++;
+        }
+        expect(below >= 1 && below <= 1 + others, name + " lies above nothing but the backdrop");
     }
 
     void check_window(vantore_toplevel &t)
