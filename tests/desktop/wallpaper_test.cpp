@@ -2,6 +2,7 @@
 
 #include "support/desktop.hpp"
 #include "support/picture_files.hpp"
+#include "support/places.hpp"
 #include "support/wayland_layer.hpp"
 
 #include "outputs/wallpaper.hpp"
@@ -184,6 +185,22 @@ TEST_F(wallpaper, is_the_standard_picture_where_none_is_chosen)
     EVENTUALLY_EQ(pixel("A", 1, 1), red);
     choose("wallpaper = none\n");
     EXPECT_EQ(node("A"), nullptr);
+}
+
+TEST_F(wallpaper, that_comes_with_the_compositor_is_dark_and_large)
+{
+    setenv("VANTORE_STANDARD_WALLPAPER", test::standard_wallpaper, 1);
+    plug("A", 3840, 2160);
+    choose("");
+    EVENTUALLY(node("A") != nullptr);
+    settle();
+    const test::image shown = picture("A");
+    std::set<uint32_t> colours{shown.argb.begin(), shown.argb.end()};
+    EXPECT_GT(colours.size(), 1000U);
+    size_t light = 0;
+    for (const uint32_t pixel : shown.argb)
+        light += (pixel >> 8 & 0xff) > 96 ? 1 : 0;
+    EXPECT_LT(light, shown.argb.size() / 50);
 }
 
 TEST_F(wallpaper, differs_for_the_outputs_that_have_their_own)

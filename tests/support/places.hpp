@@ -10,6 +10,7 @@ extern const char *const compositor_binary;
 extern const char *const vantore_msg_binary;
 extern const char *const cued_child_binary;
 extern const char *const vantore_launch;
+extern const char *const standard_wallpaper; // the picture that comes with the compositor
 extern const char *const with_launcher; // runs a command whose programs find vantore-launch
 
 } // namespace test

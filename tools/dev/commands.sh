@@ -106,7 +106,9 @@ dev_run() {
 	done
 	prepare
 	configure dev
-	compile dev comp/vantore-comp tools/vantore-msg/vantore-msg tools/libheadless_stand_in.so
+	compile dev comp/vantore-comp tools/vantore-msg/vantore-msg tools/libheadless_stand_in.so \
+		tools/standard-wallpaper/Vantore.png
+	export VANTORE_STANDARD_WALLPAPER=$project/build/dev/tools/standard-wallpaper/Vantore.png
 	if [ "$headless" = no ] && { [ -n "${WAYLAND_DISPLAY:-}" ] || [ -n "${DISPLAY:-}" ]; }; then
 		is_native || sandbox_with_the_hosts_display
 		# The session has no bus, because it must not announce itself to the desktop that it runs in.

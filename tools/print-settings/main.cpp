@@ -41,6 +41,16 @@ Numbers are 1 to 9. Several lines with the same number add up. A workspace witho
 | `tile_mode` | `master`, `grid`, `columns` or `monocle` | `master` | how tiles are placed |
 )";
 
+static constexpr const char *wallpapers = R"(
+Up to 16 outputs can have a wallpaper of their own; further names are ignored.
+
+A wallpaper is a PNG, JPEG, BMP, GIF or WebP file of at most 134 megapixels (134217728 pixels) and 32767 pixels on a
+side; of an animation, the first picture is shown. A file that can't be shown leaves the wallpaper as it is. A folder is
+a slide show of the files in it whose names end with `.png`, `.jpg`, `.jpeg`, `.bmp`, `.webp` or `.gif`. The standard
+picture is `/usr/share/vantore/wallpapers/Vantore.png`, unless `VANTORE_STANDARD_WALLPAPER` in the environment names
+another one; where that can't be read, and with `none`, there is no wallpaper.
+)";
+
 static std::string number(double value)
 {
     std::array<char, 32> text{};
@@ -102,7 +112,7 @@ int main()
     print_file(setting_file::input, "input.conf");
     fputs(workspaces, stdout);
     print_file(setting_file::appearance, "appearance.conf");
-    puts("\nUp to 16 outputs can have a wallpaper of their own; further names are ignored.");
+    fputs(wallpapers, stdout);
     print_file(setting_file::dock, "dock.conf");
     print_file(setting_file::panel, "panel.conf");
     return 0;
