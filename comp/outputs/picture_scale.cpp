@@ -36,6 +36,8 @@ static void draw_image(cairo_t *cr, cairo_surface_t *image, picture_size size)
 picture scale_picture(cairo_surface_t *image, picture_size output, wp_mode mode)
 {
     picture target{cairo_image_surface_create(CAIRO_FORMAT_ARGB32, output.width, output.height)};
+    if (cairo_surface_status(target.get()) != CAIRO_STATUS_SUCCESS)
+        return nullptr;
     const handle<cairo_t, cairo_destroy> cr{cairo_create(target.get())};
     cairo_set_source_rgb(cr.get(), 0, 0, 0);
     cairo_paint(cr.get());
