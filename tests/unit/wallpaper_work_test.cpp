@@ -176,10 +176,9 @@ TEST_F(wallpaper_work, drops_results_that_nobody_takes_any_more)
     submit("A");
     run_workers(); // lies in the pipe
     submit("B");
-    const std::shared_ptr<wp_queue> ended = queue;
     wp_queue_end(*queue, results.fd);
     EXPECT_THAT(finished(), IsEmpty());
-    ended->waiting.push_back(std::make_unique<wp_job>()); // as if it had been taken before the end
+    queue->waiting.push_back(std::make_unique<wp_job>()); // as if it had been taken before the end
     run_workers();
     EXPECT_THAT(finished(), IsEmpty());
 }
