@@ -53,7 +53,7 @@ static size_t length_of(FILE &file)
 {
     const bool found = fseeko(&file, 0, SEEK_END) == 0;
     const off_t length = found ? ftello(&file) : 0;
-    rewind(&file);
+    fseeko(&file, 0, SEEK_SET);
     return length > 0 ? size_t(length) : 0;
 }
 
@@ -196,7 +196,7 @@ static bool is_webp(FILE &file)
 {
     std::array<char, 12> start{};
     const size_t length = fread(start.data(), 1, start.size(), &file);
-    rewind(&file);
+    fseeko(&file, 0, SEEK_SET);
     const std::string_view text{start.data(), length};
     return text.starts_with("RIFF") && text.ends_with("WEBP");
 }

@@ -4,11 +4,12 @@
 #include "../platform.hpp"
 
 #include <algorithm>
+#include <cstring>
 #include <dirent.h>
 #include <span>
 #include <strings.h>
 
-static constexpr std::string_view suffixes[]{".png", ".jpg", ".jpeg", ".bmp", ".webp", ".gif"};
+static constexpr const char *suffixes[]{".png", ".jpg", ".jpeg", ".bmp", ".webp", ".gif"};
 
 static std::string_view base_name(std::string_view path)
 {
@@ -27,18 +28,14 @@ static void note_shown(recent_pictures &recent, std::string_view name)
     recent.count = std::min(recent.count + 1, recent.names.size());
 }
 
-bool is_picture_name(std::string_view name)
+bool is_picture_name(const char *name)
 {
-    const size_t dot = name.rfind('.');
-    if (dot == std::string_view::npos || name.starts_with('.'))
-        return false;
-    const std::string_view suffix = name.substr(dot);
-    return std::ranges::any_of(suffixes, [&](std::string_view known) {
-        return suffix.size() == known.size() && strncasecmp(suffix.data(), known.data(), known.size()) == 0;
-    });
+    const char *suffix = strrchr(name, '.');
+    return suffix != nullptr && name[0] != '.' &&
+           std::ranges::any_of(suffixes, [&](const char *known) { return strcasecmp(suffix, known) == 0; });
 }
 
-static bool is_candidate(std::string_view name, const left_out_pictures &left_out)
+static bool is_candidate(const char *name, const left_out_pictures &left_out)
 {
     return is_picture_name(name) && name != left_out.name &&
            (left_out.recent == nullptr || !wp_recently_shown(*left_out.recent, name));

@@ -15,7 +15,7 @@ struct recent_pictures {
 bool wp_recently_shown(const recent_pictures &recent, std::string_view name);
 
 // Tells by the suffix whether a folder's file is a picture. Hidden files are not.
-bool is_picture_name(std::string_view name);
+bool is_picture_name(const char *name);
 
 // Pictures that a choice leaves out.
 struct left_out_pictures {

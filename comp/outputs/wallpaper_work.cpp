@@ -30,9 +30,9 @@ static void do_job(wp_job &job)
 static void hand_back(wp_queue &queue, std::unique_ptr<wp_job> job)
 {
     const std::lock_guard lock{queue.mutex};
-    const wp_job *finished = job.get();
-    if (!queue.ended && write(queue.results.fd, &finished, sizeof finished) == sizeof finished)
-        (void)job.release();
+    const auto address = reinterpret_cast<uintptr_t>(job.get());
+    if (!queue.ended && write(queue.results.fd, &address, sizeof address) == sizeof address) [[maybe_unused]]
+        const wp_job *owned_by_pipe = job.release();
 }
 
 // Returns null if nothing waits. The worker that asked then counts as gone.
@@ -83,24 +83,29 @@ void wp_queue_submit(const std::shared_ptr<wp_queue> &queue, std::unique_ptr<wp_
     if (!enqueue(*queue, std::move(job)))
         return;
     auto owner = std::make_unique<std::shared_ptr<wp_queue>>(queue);
-    if (g_platform.start_worker(wp_worker, owner.get()))
-        (void)owner.release();
+    if (g_platform.start_worker(wp_worker, owner.get())) [[maybe_unused]]
+        const auto *owned_by_worker = owner.release();
     else
         forget_worker(*queue);
 }
 
 std::unique_ptr<wp_job> wp_queue_take(int read_end)
 {
-    wp_job *finished = nullptr;
-    const bool taken = read(read_end, &finished, sizeof finished) == sizeof finished;
-    return std::unique_ptr<wp_job>{taken ? finished : nullptr};
+    uintptr_t address = 0;
+    const bool taken = read(read_end, &address, sizeof address) == sizeof address;
+    return std::unique_ptr<wp_job>{taken ? reinterpret_cast<wp_job *>(address) : nullptr};
 }
 
-void wp_queue_end(wp_queue &queue, int read_end)
+static void refuse_results(wp_queue &queue)
 {
     const std::lock_guard lock{queue.mutex};
     queue.ended = true;
     queue.waiting.clear();
+}
+
+void wp_queue_end(wp_queue &queue, int read_end)
+{
+    refuse_results(queue);
     while (wp_queue_take(read_end) != nullptr) {
     }
 }

@@ -107,9 +107,9 @@ TEST_F(wallpaper_pick, finds_nothing_where_there_is_no_folder)
 TEST_F(wallpaper_pick, repeats_nothing_within_32_pictures)
 {
     add_pictures(33);
-    std::vector<std::string> picks;
-    for (int i = 0; i < 150; i++)
-        picks.push_back(pick_random_image(recent, folder, picks.empty() ? "" : picks.back()));
+    std::vector<std::string> picks(150);
+    for (size_t i = 0; i < picks.size(); i++)
+        picks[i] = pick_random_image(recent, folder, i > 0 ? picks[i - 1] : "");
     for (size_t i = 0; i + 33 <= picks.size(); i++)
         EXPECT_THAT((std::set<std::string>{picks.begin() + ptrdiff_t(i), picks.begin() + ptrdiff_t(i) + 33}),
                     SizeIs(33));
