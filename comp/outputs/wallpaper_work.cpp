@@ -26,12 +26,16 @@ static void do_job(wp_job &job)
         job.result = scale_picture(image.get(), {.width = job.width, .height = job.height}, job.mode);
 }
 
-// The pipe passes the ownership on.
+// What the pipe carries. It passes the ownership on.
+struct result_message {
+    wp_job *finished;
+};
+
 static void hand_back(wp_queue &queue, std::unique_ptr<wp_job> job)
 {
     const std::lock_guard lock{queue.mutex};
-    const auto address = reinterpret_cast<uintptr_t>(job.get());
-    if (!queue.ended && write(queue.results.fd, &address, sizeof address) == sizeof address) [[maybe_unused]]
+    const result_message message{job.get()};
+    if (!queue.ended && write(queue.results.fd, &message, sizeof message) == sizeof message) [[maybe_unused]]
         const wp_job *owned_by_pipe = job.release();
 }
 
@@ -91,9 +95,9 @@ void wp_queue_submit(const std::shared_ptr<wp_queue> &queue, std::unique_ptr<wp_
 
 std::unique_ptr<wp_job> wp_queue_take(int read_end)
 {
-    uintptr_t address = 0;
-    const bool taken = read(read_end, &address, sizeof address) == sizeof address;
-    return std::unique_ptr<wp_job>{taken ? reinterpret_cast<wp_job *>(address) : nullptr};
+    result_message message{};
+    const bool taken = read(read_end, &message, sizeof message) == sizeof message;
+    return std::unique_ptr<wp_job>{taken ? message.finished : nullptr};
 }
 
 static void refuse_results(wp_queue &queue)
