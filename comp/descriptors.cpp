@@ -4,9 +4,20 @@
 
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 static rlimit g_found_limit; // all zero before the first call
+
+descriptor open_regular_file(const char *path)
+{
+    descriptor file{open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY)};
+    struct stat status{};
+    if (file.fd < 0 || fstat(file.fd, &status) != 0 || !S_ISREG(status.st_mode))
+        return descriptor{-1};
+    return file;
+}
 
 void descriptors_raise_limit()
 {

@@ -3,6 +3,12 @@
 // was started with.
 #pragma once
 
+#include "descriptor.hpp"
+
+// Opens a file for reading. There is no descriptor if it is missing, unreadable or not a regular file,
+// because a FIFO in its place would block.
+descriptor open_regular_file(const char *path);
+
 // Raises the limit to the hard limit and remembers what it was. Later calls in the same process do nothing.
 void descriptors_raise_limit();
 

@@ -1,15 +1,14 @@
 #include "files.hpp"
 
+#include "../descriptors.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <limits>
 #include <string_view>
-#include <sys/stat.h>
-#include <unistd.h>
 
 void config_dir(std::span<char> buf)
 {
@@ -31,14 +30,11 @@ void config_path(std::span<char> buf, const char *name)
 
 config_file config_open(const char *path)
 {
-    const int fd = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-    if (fd < 0)
-        return nullptr;
-    struct stat status{};
-    FILE *file = fstat(fd, &status) == 0 && S_ISREG(status.st_mode) ? fdopen(fd, "r") : nullptr;
-    if (file == nullptr)
-        close(fd);
-    return config_file{file};
+    descriptor opened = open_regular_file(path);
+    config_file file{opened.fd >= 0 ? fdopen(opened.fd, "r") : nullptr};
+    if (file != nullptr)
+        opened.fd = -1; // the file closes it
+    return file;
 }
 
 char *cfg_trim(char *s)

@@ -4,7 +4,7 @@
 
 #include "picture_file.hpp"
 
-#include "../config/files.hpp"
+#include "../descriptors.hpp"
 
 #include <algorithm>
 #include <array>
@@ -12,12 +12,16 @@
 #include <cstring>
 #include <span>
 #include <string_view>
+#include <sys/stat.h>
 #include <webp/decode.h>
 #include <webp/demux.h>
 
 static constexpr size_t decoder_state_bytes = size_t{1} << 20; // what decoders need besides pixels
-static constexpr size_t decoder_pixel_bytes = 8; // four channels of 16 bits
-static constexpr size_t longest_webp_file = size_t{256} << 20;
+// Four channels of 16 bits take 8. The decoder of interlaced PNG files doubles a block that is slightly
+// smaller than their data.
+static constexpr size_t decoder_pixel_bytes = 17;
+// A file may have a hole of any size, which costs its maker nothing.
+static constexpr off_t longest_file = off_t{512} << 20;
 
 static thread_local size_t t_block_limit;
 
@@ -49,13 +53,63 @@ static bool is_allowed_size(int width, int height)
            int64_t{width} * height <= most_picture_pixels;
 }
 
-static size_t length_of(FILE &file)
+// Not a FILE, because the C library takes the locks of all FILEs when the process ends. A worker that waits
+// for a slow disk would then hold up the end of the session.
+class picture_source
 {
-    const bool found = fseeko(&file, 0, SEEK_END) == 0;
-    const off_t length = found ? ftello(&file) : 0;
-    fseeko(&file, 0, SEEK_SET);
-    return length > 0 ? size_t(length) : 0;
-}
+public:
+    explicit picture_source(const char *path) : file{open_regular_file(path)} {}
+    // Returns the length of the file, or 0 if there is none or it is too long.
+    [[nodiscard]] size_t length() const
+    {
+        struct stat status{};
+        const bool known = file.fd >= 0 && fstat(file.fd, &status) == 0;
+        return known && status.st_size <= longest_file ? size_t(status.st_size) : 0;
+    }
+    void rewind()
+    {
+        offset = 0;
+        at = end = 0;
+        past_end = false;
+    }
+    // Returns how much there was.
+    size_t read(std::span<char> into)
+    {
+        size_t taken = 0;
+        while (taken < into.size() && (at < end || refill())) {
+            const size_t length = std::min(into.size() - taken, end - at);
+            memcpy(&into[taken], &buffer[at], length);
+            taken += length;
+            at += length;
+        }
+        past_end = past_end || (taken == 0 && !into.empty());
+        return taken;
+    }
+    // Goes back for a negative length.
+    void skip(off_t length)
+    {
+        offset = std::max<off_t>(offset - off_t(end - at) + length, 0);
+        at = end = 0;
+    }
+    // Whether more was read than there is.
+    [[nodiscard]] bool is_past_end() const { return past_end; }
+
+private:
+    bool refill()
+    {
+        const ssize_t length = pread(file.fd, buffer.data(), buffer.size(), offset);
+        at = 0;
+        end = length > 0 ? size_t(length) : 0;
+        offset += off_t(end);
+        return end > 0;
+    }
+
+    descriptor file;
+    off_t offset = 0; // of what follows the buffer
+    std::array<char, 16384> buffer{};
+    size_t at = 0, end = 0; // what is left of the buffer
+    bool past_end = false;
+};
 
 // Turns straight RGBA bytes into what cairo draws.
 static void premultiply(std::span<unsigned char> bytes)
@@ -87,44 +141,36 @@ static picture surface_of_pixels(unsigned char *rgba, int width, int height)
     return surface;
 }
 
-struct reading {
-    FILE *file;
-    bool past_end = false;
-};
-
-// stb_image takes zeros for what a truncated file lacks, so the missing data is noted here.
 static int read_some(void *data, char *bytes, int size)
 {
-    auto &from = *static_cast<reading *>(data);
-    const size_t length = fread(bytes, 1, size_t(size), from.file);
-    from.past_end = from.past_end || length == 0;
-    return int(length);
+    return int(static_cast<picture_source *>(data)->read({bytes, size_t(size)}));
 }
 
 static void skip_some(void *data, int size)
 {
-    fseeko(static_cast<reading *>(data)->file, size, SEEK_CUR);
+    static_cast<picture_source *>(data)->skip(size);
 }
 
 static int is_at_end(void *data)
 {
-    return static_cast<reading *>(data)->past_end ? 1 : 0;
+    return static_cast<picture_source *>(data)->is_past_end() ? 1 : 0;
 }
 
-static picture decode_with_stb(FILE &file)
+// stb_image takes zeros for what a truncated file lacks, so the source notes when something is missing.
+static picture decode_with_stb(picture_source &from)
 {
     static constexpr stbi_io_callbacks callbacks{.read = read_some, .skip = skip_some, .eof = is_at_end};
-    reading from{.file = &file};
     int width = 0, height = 0, channels = 0;
     t_block_limit = decoder_state_bytes;
-    if (stbi_info_from_callbacks(&callbacks, &from, &width, &height, &channels) == 0 || from.past_end ||
+    if (stbi_info_from_callbacks(&callbacks, &from, &width, &height, &channels) == 0 || from.is_past_end() ||
         !is_allowed_size(width, height))
         return nullptr;
-    t_block_limit += size_t(width) * size_t(height) * decoder_pixel_bytes + 2 * length_of(file);
+    from.rewind();
+    t_block_limit += size_t(width) * size_t(height) * decoder_pixel_bytes + 2 * from.length();
     handle<unsigned char, free> pixels{
         stbi_load_from_callbacks(&callbacks, &from, &width, &height, &channels, STBI_rgb_alpha)};
     // The file may have changed since its header was read.
-    if (pixels == nullptr || from.past_end || !is_allowed_size(width, height))
+    if (pixels == nullptr || from.is_past_end() || !is_allowed_size(width, height))
         return nullptr;
     return surface_of_pixels(pixels.release(), width, height);
 }
@@ -181,33 +227,28 @@ static picture decode_webp_data(const WebPData &data)
     return surface;
 }
 
-static picture decode_webp(FILE &file)
+static picture decode_webp(picture_source &from)
 {
-    const size_t length = length_of(file);
-    if (length == 0 || length > longest_webp_file)
+    const size_t length = from.length();
+    const handle<char, free> bytes{static_cast<char *>(malloc(length))};
+    if (bytes == nullptr || from.read({bytes.get(), length}) != length)
         return nullptr;
-    const handle<unsigned char, free> bytes{static_cast<unsigned char *>(malloc(length))};
-    if (bytes == nullptr || fread(bytes.get(), 1, length, &file) != length)
-        return nullptr;
-    return decode_webp_data({.bytes = bytes.get(), .size = length});
+    return decode_webp_data({.bytes = reinterpret_cast<const uint8_t *>(bytes.get()), .size = length});
 }
 
-static bool is_webp(FILE &file)
+static bool is_webp(picture_source &from)
 {
     std::array<char, 12> start{};
-    const size_t length = fread(start.data(), 1, start.size(), &file);
-    fseeko(&file, 0, SEEK_SET);
+    const size_t length = from.read(start);
+    from.rewind();
     const std::string_view text{start.data(), length};
     return text.starts_with("RIFF") && text.ends_with("WEBP");
 }
 
-picture decode_picture(FILE &file)
-{
-    return is_webp(file) ? decode_webp(file) : decode_with_stb(file);
-}
-
 picture load_image_surface(const char *path)
 {
-    const config_file file = config_open(path);
-    return file != nullptr ? decode_picture(*file) : nullptr;
+    picture_source from{path};
+    if (from.length() == 0)
+        return nullptr;
+    return is_webp(from) ? decode_webp(from) : decode_with_stb(from);
 }

@@ -5,11 +5,10 @@
 
 #include <cairo.h>
 #include <cstdint>
-#include <cstdio>
 
 using picture = handle<cairo_surface_t, cairo_surface_destroy>;
 
-// Larger pictures are not decoded. A decoded pixel takes four bytes, and the decoders need up to twice as
+// Larger pictures are not decoded. A decoded pixel takes four bytes, and decoders need up to three times as
 // much again while they work.
 constexpr int64_t most_picture_pixels = int64_t{128} * 1024 * 1024;
 constexpr int longest_picture_side = 32767; // the longest that cairo draws
@@ -18,6 +17,3 @@ constexpr int longest_picture_side = 32767; // the longest that cairo draws
 // Returns a premultiplied ARGB32 surface, or null if the file is not a regular one, can't be read, is too
 // large or is damaged.
 picture load_image_surface(const char *path);
-
-// Does the same for an open file, from its start.
-picture decode_picture(FILE &file);

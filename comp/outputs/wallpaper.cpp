@@ -198,11 +198,13 @@ void wallpapers_begin(vantore_server &server)
 {
     vantore_wallpapers &all = server.wallpapers;
     all.queue = wp_queue_create(all.results);
-    if (all.queue == nullptr)
-        wlr_log(WLR_ERROR, "vantore-comp: no pipe for the wallpapers, which stay away");
-    else
+    if (all.queue != nullptr)
         all.done.reset(wl_event_loop_add_fd(wl_display_get_event_loop(server.display), all.results.fd,
                                             WL_EVENT_READABLE, wp_done, &server));
+    if (all.done == nullptr) { // nobody would take the pictures
+        wlr_log(WLR_ERROR, "vantore-comp: no pipe for the wallpapers, which stay away");
+        all.queue.reset();
+    }
     all.timer = timer_create(server.display, wallpaper_tick, &server);
     timer_arm(all.timer, first_tick_ms);
 }

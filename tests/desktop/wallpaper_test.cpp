@@ -75,7 +75,8 @@ struct wallpaper : test::unstarted_desktop {
         const std::lock_guard lock{server.wallpapers.queue->mutex};
         int unread = 0;
         ioctl(server.wallpapers.results.fd, FIONREAD, &unread);
-        return int(server.wallpapers.queue->waiting.size()) + server.wallpapers.queue->workers + unread;
+        const long shares = server.wallpapers.queue.use_count() - 1; // each worker has one until it ends
+        return int(server.wallpapers.queue->waiting.size()) + int(shares) + unread;
     }
 
     static void hold_workers()

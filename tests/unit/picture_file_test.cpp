@@ -98,9 +98,19 @@ TEST_F(picture_file, multiplies_colours_by_their_alpha)
 
 TEST_F(picture_file, that_is_no_picture_gives_nothing)
 {
-    for (const char *content :
-         {"", "P", "BM", "GIF89a", "\x89PNG\r\n\x1a\n", "\xff\xd8\xff", "RIFF\0\0\0\0WEBP", "text"})
-        EXPECT_EQ(load(content), nullptr) << content;
+    using namespace std::string_view_literals;
+    for (const auto content : {""sv, "P"sv, "BM"sv, "GIF89a"sv, "\x89PNG\r\n\x1a\n"sv, "\xff\xd8\xff"sv,
+                               "RIFF\0\0\0\0WEBP"sv, "text"sv})
+        EXPECT_EQ(load(std::string{content}), nullptr) << content;
+}
+
+TEST_F(picture_file, with_a_huge_hole_gives_nothing)
+{
+    const auto path =
+        write_file(world.directory() / "holed", test::png_file(test::plain_image(4, 4, 0xffff0000)));
+    EXPECT_NE(load_image_surface(path.c_str()), nullptr);
+    std::filesystem::resize_file(path, uintmax_t{1} << 40);
+    EXPECT_EQ(load_image_surface(path.c_str()), nullptr);
 }
 
 TEST_F(picture_file, that_is_missing_or_unreadable_gives_nothing)
