@@ -18,7 +18,7 @@ static constexpr int overlay_layer = 3;
 
 static wlr_output *output_under_cursor(const vantore_server &server)
 {
-    return wlr_output_layout_output_at(server.output_layout, server.cursor->x, server.cursor->y);
+    return layout_output_at(server, server.cursor->x, server.cursor->y);
 }
 
 static int current_tile(vantore_server &server)

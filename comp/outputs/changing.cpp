@@ -5,6 +5,7 @@
 #include "../input/resting_pointer.hpp"
 #include "../notify.hpp"
 #include "../server.hpp"
+#include "../windows/maximized.hpp"
 #include "../windows/toplevel.hpp"
 #include "../workspaces/transfer.hpp"
 #include "../workspaces/workspace.hpp"
@@ -14,6 +15,7 @@
 #include "power.hpp"
 #include "rehome.hpp"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -33,16 +35,17 @@ static void shift_outputs(wlr_output_layout &layout, const layout_offset &by)
         wlr_output_layout_add(&layout, place.output, place.x + by.x, place.y + by.y);
 }
 
-// The windows that the output shows go along.
-static void move_output(vantore_output &o, int x, int y)
+static void place_side_by_side(wlr_output_layout &layout)
 {
-    const wlr_box before = output_layout_box(o);
+    for (const auto &place : each<&wlr_output_layout_output::link>(layout.outputs))
+        wlr_output_layout_add_auto(&layout, place.output);
+}
+
+static void move_output(const vantore_output &o, int x, int y)
+{
+    end_modes(*o.server); // they remember places
     pin_outputs(*o.server->output_layout);
     wlr_output_layout_add(o.server->output_layout, o.wlr_output, x, y);
-    if (o.current_ws == nullptr)
-        return;
-    for (auto &t : each<&vantore_toplevel::ws_link>(o.current_ws->toplevels))
-        shift_window(t, {.x = x - before.x, .y = y - before.y});
 }
 
 static void deoverlap_moved(vantore_output &moved)
@@ -57,6 +60,13 @@ static void deoverlap_moved(vantore_output &moved)
         move_output(moved, box.x + way.x, box.y + way.y);
 }
 
+// Many commands in a row can move outputs apart for ever.
+static bool is_too_far(const wlr_box &box, const layout_offset &way)
+{
+    static constexpr int farthest = 4'000'000;
+    return box.x + way.x > farthest || box.y + way.y > farthest;
+}
+
 void normalize_output_layout(vantore_server &server)
 {
     std::vector<wlr_box> boxes;
@@ -66,7 +76,10 @@ void normalize_output_layout(vantore_server &server)
     const auto way = way_to_origin(boxes);
     if (!way)
         return;
-    end_modes(server); // they remember places
+    if (std::ranges::any_of(boxes, [&](const wlr_box &box) { return is_too_far(box, *way); }))
+        return place_side_by_side(*server.output_layout);
+    end_modes(server);
+    const maximized_windows maximized{server};
     const double x = server.cursor->x, y = server.cursor->y; // it moves when its output does
     shift_outputs(*server.output_layout, *way);
     for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
@@ -75,8 +88,11 @@ void normalize_output_layout(vantore_server &server)
         remembered.description.box.x += way->x;
         remembered.description.box.y += way->y;
     }
+    server.absence.pointer_x += way->x;
+    server.absence.pointer_y += way->y;
     wlr_cursor_warp(server.cursor, nullptr, x + way->x, y + way->y);
     outputs_rearranged(server);
+    maximized.follow();
     pointer_look_again(server);
     wlr_log(WLR_INFO, "anchored live layout to 0,0 (shifted by %d,%d)", way->x, way->y);
 }
@@ -102,11 +118,39 @@ static wlr_output_mode *mode_for(const vantore_output &o, const output_mode_wish
     return best;
 }
 
+static void put_mode(const vantore_output &o, const output_mode_wish &wish, output_state &into)
+{
+    if (wlr_output_mode *mode = mode_for(o, wish))
+        wlr_output_state_set_mode(&into, mode);
+    else
+        wlr_output_state_set_custom_mode(&into, wish.width, wish.height, wish.refresh_hz * 1000);
+}
+
+void restore_output(const vantore_output &o, const output_description &as_it_was)
+{
+    const struct wlr_output &out = *o.wlr_output;
+    const auto &[width, height, refresh] = as_it_was.current;
+    output_state state;
+    if (out.scale != as_it_was.scale)
+        wlr_output_state_set_scale(&state, as_it_was.scale);
+    if (out.transform != as_it_was.transform)
+        wlr_output_state_set_transform(&state, as_it_was.transform);
+    if (out.enabled && width > 0 && (out.width != width || out.height != height || out.refresh != refresh))
+        put_mode(o, {.width = width, .height = height, .refresh_hz = refresh / 1000}, state);
+    if (state.committed != 0)
+        commit(o, state);
+}
+
 // Takes one step after the other. Each call returns false if no step may follow.
 class output_change
 {
 public:
-    output_change(vantore_output &changed, std::string_view name) : o{changed}, token{name} {}
+    output_change(vantore_output &changed, std::string_view name)
+        : o{changed}, token{name}, maximized{*changed.server}
+    {
+        for (auto &each_one : each<&vantore_output::link>(o.server->outputs))
+            before.emplace_back(&each_one, output_layout_box(each_one));
+    }
     bool operator()(const output_enable &)
     {
         output_turn_on(o);
@@ -137,10 +181,7 @@ public:
     bool operator()(const output_mode_wish &wish)
     {
         output_state state;
-        if (wlr_output_mode *mode = mode_for(o, wish))
-            wlr_output_state_set_mode(&state, mode);
-        else
-            wlr_output_state_set_custom_mode(&state, wish.width, wish.height, wish.refresh_hz * 1000);
+        put_mode(o, wish, state);
         commit(o, state);
         return true;
     }
@@ -149,18 +190,36 @@ public:
         wlr_log(WLR_INFO, "IPC output: unhandled '%s %s'", token.c_str(), unhandled.word.c_str());
         return true;
     }
+    // Windows go along with outputs that have moved, also with those that the layout has moved.
+    void carry_windows();
     void settle();
 
 private:
     vantore_output &o;
     std::string token;
+    maximized_windows maximized;
+    std::vector<std::pair<vantore_output *, wlr_box>> before; // where each output was
     bool rehome = false; // an output has lost its workspace, or needs one
 };
+
+// While all displays are dark, those that will be lit again are on.
+static bool is_on(const vantore_output &o)
+{
+    return g_dpms_off ? !o.turned_off : o.wlr_output->enabled;
+}
+
+static int outputs_on_count(const vantore_server &server)
+{
+    int count = 0;
+    for (const auto &o : each<&vantore_output::link>(server.outputs))
+        count += is_on(o) ? 1 : 0;
+    return count;
+}
 
 bool output_change::operator()(const output_disable &)
 {
     vantore_server &server = *o.server;
-    if (o.wlr_output->enabled && outputs_enabled_count(server) <= 1) {
+    if (is_on(o) && outputs_on_count(server) <= 1) {
         wlr_log(WLR_INFO, "IPC output: refusing to disable only display '%s'", token.c_str());
         config_notify("Can't disable the only display");
         return false;
@@ -173,14 +232,28 @@ bool output_change::operator()(const output_disable &)
     return true;
 }
 
+void output_change::carry_windows()
+{
+    for (const auto &[output, was] : before) {
+        const wlr_box now = output_layout_box(*output);
+        const layout_offset way{.x = now.x - was.x, .y = now.y - was.y};
+        if (output->current_ws == nullptr || way == layout_offset{})
+            continue;
+        for (auto &t : each<&vantore_toplevel::ws_link>(output->current_ws->toplevels))
+            shift_window(t, way);
+    }
+}
+
 void output_change::settle()
 {
     vantore_server &server = *o.server;
     if (!g_applying_profile && o.wlr_output->enabled)
         deoverlap_moved(o);
+    carry_windows();
     if (rehome)
         rehome_outputs(server);
     outputs_rearranged(server);
+    maximized.follow();
     if (!g_applying_profile)
         normalize_output_layout(server);
     settle_outputs(server);
@@ -191,7 +264,7 @@ void change_output(vantore_output &o, std::string_view token, std::span<const ou
     output_change change{o, token};
     for (const output_step &step : steps)
         if (!std::visit(change, step))
-            return;
+            return change.carry_windows();
     if (!steps.empty())
         change.settle();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../fwd.hpp"
+#include "output_description.hpp"
 #include "output_steps.hpp"
 
 #include <span>
@@ -13,6 +14,9 @@ inline bool g_applying_profile;
 // can be seen, and tells other programs. The token is what the user calls the output, for messages. A step
 // that the output refuses leaves it as it was. Nothing follows a refusal to turn off the only display.
 void change_output(vantore_output &o, std::string_view token, std::span<const output_step> steps);
+
+// Gives an output that has returned the mode, the scale and the transform that it had.
+void restore_output(const vantore_output &o, const output_description &as_it_was);
 
 // Moves all outputs, and the windows with them, so that none begins left of or above 0, 0.
 void normalize_output_layout(vantore_server &server);

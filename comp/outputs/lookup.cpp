@@ -3,6 +3,7 @@
 #include "../config/settings.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
+#include "../windows/placement.hpp"
 #include "absent.hpp"
 #include "output.hpp"
 #include "output_token.hpp"
@@ -23,9 +24,17 @@ vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_o
     return nullptr;
 }
 
+struct wlr_output *layout_output_at(const vantore_server &server, double lx, double ly)
+{
+    for (const auto &o : each<&vantore_output::link>(server.outputs))
+        if (o.wlr_output->enabled && box_contains(output_layout_box(o), lx, ly))
+            return o.wlr_output;
+    return wlr_output_layout_output_at(server.output_layout, lx, ly);
+}
+
 vantore_output *output_at(vantore_server &server, double lx, double ly)
 {
-    return output_of(server, wlr_output_layout_output_at(server.output_layout, lx, ly));
+    return output_of(server, layout_output_at(server, lx, ly));
 }
 
 vantore_output *current_output(vantore_server &server)
@@ -73,7 +82,7 @@ wlr_box output_layout_box(const vantore_output &o)
 
 wlr_box output_usable_at(vantore_server &server, double lx, double ly)
 {
-    struct wlr_output *at = wlr_output_layout_output_at(server.output_layout, lx, ly);
+    struct wlr_output *at = layout_output_at(server, lx, ly);
     if (at == nullptr)
         return {};
     const vantore_output *o = output_of(server, at);

@@ -10,7 +10,10 @@
 vantore_output *output_by_name(vantore_server &server, std::string_view name);
 // Returns the record of a wlr_output, or null if there is no record or the wlr_output is null.
 vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_output);
-// Returns the output at a point, or null.
+// Returns the output at a point, or null. Displays that are turned off keep their boxes, so where several lie
+// it is one that is lit.
+struct wlr_output *layout_output_at(const vantore_server &server, double lx, double ly);
+// Returns its record.
 vantore_output *output_at(vantore_server &server, double lx, double ly);
 // Returns the output under the pointer, else the newest output, else null.
 vantore_output *current_output(vantore_server &server);

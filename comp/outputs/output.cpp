@@ -78,6 +78,7 @@ static void output_destroy(vantore_output &o)
     outputs_rearranged(server);
     rehome_outputs(server);
     displays_autoapply(server);
+    keep_one_lit(server);
     settle_outputs(server);
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 
 // No display or layout needs more, and sums of these numbers still fit into an int.
 static constexpr int farthest = 1'000'000, largest_side = 32'768, fastest_hz = 100'000;
@@ -15,8 +16,11 @@ template <class Number> static std::optional<Number> number_at(std::string_view 
         text.remove_prefix(1);
     Number number{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc{})
+    if (error != std::errc{} && error != std::errc::result_out_of_range)
         return std::nullopt;
+    using limits = std::numeric_limits<Number>;
+    if (error == std::errc::result_out_of_range)
+        number = text.starts_with('-') ? limits::lowest() : limits::max();
     text.remove_prefix(size_t(end - text.data()));
     return number;
 }

@@ -2,6 +2,7 @@
 
 #include "../handles.hpp"
 #include "../server.hpp"
+#include "changing.hpp"
 #include "displays.hpp"
 #include "lookup.hpp"
 #include "output.hpp"
@@ -39,9 +40,18 @@ void output_turn_on(vantore_output &o)
 
 void output_turn_off(vantore_output &o)
 {
-    o.turned_off = true;
     if (o.wlr_output->enabled)
         set_power(o, false, nullptr);
+    o.turned_off = !o.wlr_output->enabled;
+}
+
+void keep_one_lit(vantore_server &server)
+{
+    if (g_dpms_off || outputs_enabled_count(server) > 0)
+        return;
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        output_turn_on(o);
+    find_homes(server);
 }
 
 static void show_again(vantore_server &server)
@@ -66,8 +76,10 @@ void set_dpms(vantore_server &server, bool on)
             set_power(o, false, nullptr);
     if (!on)
         return;
-    rehome_outputs(server); // some may have been turned on in the dark
+    keep_one_lit(server);
+    find_homes(server); // some may have been turned on in the dark
     show_again(server);
+    normalize_output_layout(server); // or moved
     displays_catch_up(server);
 }
 
@@ -97,7 +109,9 @@ void handle_session_active(vantore_server &server)
             mode = wlr_output_preferred_mode(o.wlr_output);
         power_up(o, mode);
     }
+    keep_one_lit(server);
     outputs_returned(server);
+    find_homes(server);
     show_again(server);
     displays_autoapply(server);
 }

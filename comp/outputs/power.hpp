@@ -15,6 +15,8 @@ void power_follow(vantore_output &o);
 // Turn one output on and off. While all are dark, one that is turned on waits for the others.
 void output_turn_on(vantore_output &o);
 void output_turn_off(vantore_output &o);
+// Turns all outputs on if the user has turned off all that are left.
+void keep_one_lit(vantore_server &server);
 // Setting it powers dark displays up again. Clearing it powers nothing down.
 void set_dpms_inhibit(vantore_server &server, bool on);
 

@@ -4,6 +4,7 @@
 #include "../clock.hpp"
 #include "../input/devices.hpp"
 #include "../input/pointer.hpp"
+#include "../input/resting_pointer.hpp"
 #include "../server.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
@@ -51,8 +52,7 @@ void rehome_outputs(vantore_server &server)
 
 static bool cursor_is_on_enabled_output(vantore_server &server)
 {
-    const wlr_output *at =
-        wlr_output_layout_output_at(server.output_layout, server.cursor->x, server.cursor->y);
+    const wlr_output *at = layout_output_at(server, server.cursor->x, server.cursor->y);
     return at != nullptr && at->enabled;
 }
 
@@ -96,7 +96,7 @@ static point nearest_in(const wlr_box &box, const wlr_cursor &cursor)
 void keep_cursor_on_lit_outputs(vantore_server &server)
 {
     const wlr_cursor &cursor = *server.cursor;
-    const wlr_output *at = wlr_output_layout_output_at(server.output_layout, cursor.x, cursor.y);
+    const wlr_output *at = layout_output_at(server, cursor.x, cursor.y);
     if (at == nullptr || at->enabled)
         return;
     std::optional<point> best;
@@ -126,12 +126,29 @@ void hand_workspace_to(vantore_output &o)
     arrange_workspace(ws); // its windows may come from an output at another place
 }
 
+void find_homes(vantore_server &server)
+{
+    const auto is_homeless = [](const vantore_output &o) {
+        return o.wlr_output->enabled && o.current_ws == nullptr;
+    };
+    bool found = false;
+    for (const auto &o : each<&vantore_output::link>(server.outputs))
+        found = found || is_homeless(o);
+    if (!found)
+        return;
+    rehome_outputs(server);
+    settle_outputs(server);
+}
+
 void settle_outputs(vantore_server &server)
 {
     focus_top_if_hidden(server);
+    if (server.seat->keyboard_state.focused_surface == nullptr)
+        focus_back(server); // its window may have come back
     if (wl_list_empty(&server.outputs) == 0 && focus_is_hidden(server)) // no window can be seen
         focus_clear(server);
     cursor_ensure_on_output(server);
+    pointer_look_again(server);
     apply_touch_mapping(server);
     ipc_broadcast(server, VNT_EVT_OUTPUTS);
 }

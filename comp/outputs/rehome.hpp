@@ -17,6 +17,9 @@ void keep_cursor_on_lit_outputs(vantore_server &server);
 // Gives an output the workspace that was last shown on it, else the first one that waits for no other output.
 void hand_workspace_to(vantore_output &o);
 
+// Call it after outputs were lit: those that have no workspace get one.
+void find_homes(vantore_server &server);
+
 // Call it when workspaces have found their outputs: the keyboard and the pointer go where they can be seen,
 // and programs are told.
 void settle_outputs(vantore_server &server);

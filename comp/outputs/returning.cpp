@@ -7,6 +7,7 @@
 #include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
 #include "absent.hpp"
+#include "changing.hpp"
 #include "lookup.hpp"
 #include "output.hpp"
 #include "rehome.hpp"
@@ -26,6 +27,7 @@ bool output_returns(vantore_output &o)
     const auto remembered = recognise(*o.server, *o.wlr_output, likeness::display);
     if (!remembered)
         return false;
+    restore_output(o, remembered->description);
     o.turned_off = remembered->turned_off;
     if (!o.turned_off)
         take_workspace_back(o, remembered->workspace);

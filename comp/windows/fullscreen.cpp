@@ -47,10 +47,8 @@ static vantore_output *output_below(const vantore_toplevel &t)
     const wlr_box box = toplevel_box(t);
     if (output_showing(t) == nullptr || toplevel_is_tiled(t) || box.width < 2 || box.height < 2)
         return nullptr;
-    vantore_server &server = *t.server;
-    const wlr_output *at =
-        wlr_output_layout_output_at(server.output_layout, box.x + box.width / 2.0, box.y + box.height / 2.0);
-    return at != nullptr ? output_of(server, at) : nullptr;
+    vantore_output *o = output_at(*t.server, box.x + box.width / 2.0, box.y + box.height / 2.0);
+    return o != nullptr && !o->turned_off ? o : nullptr;
 }
 
 static vantore_output *output_to_fill(vantore_toplevel &t)

@@ -29,12 +29,18 @@ static wlr_box asked_box(const vantore_toplevel &t)
     return box;
 }
 
-// Goes by the usable boxes, because outputs may already have other places in the layout.
+// Goes by the usable boxes, because outputs may already have other places in the layout. Where several
+// overlap, the window belongs to the one that shows it.
 static const vantore_output *output_under(const vantore_toplevel &t)
 {
     const wlr_box box = asked_box(t);
+    const auto is_over = [&](const vantore_output &o) {
+        return !o.turned_off && box_contains(o.usable, box.x + box.width / 2.0, box.y + box.height / 2.0);
+    };
+    if (const vantore_output *o = output_showing(t); o != nullptr && is_over(*o))
+        return o;
     for (const auto &o : each<&vantore_output::link>(t.server->outputs))
-        if (box_contains(o.usable, box.x + box.width / 2.0, box.y + box.height / 2.0))
+        if (is_over(o))
             return &o;
     return nullptr;
 }

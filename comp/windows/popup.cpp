@@ -2,6 +2,7 @@
 
 #include "../input/constraints.hpp"
 #include "../input/resting_pointer.hpp"
+#include "../outputs/lookup.hpp"
 #include "../records.hpp"
 #include "../server.hpp"
 #include "../workspaces/focus.hpp"
@@ -57,7 +58,7 @@ static wlr_box room_of_window(const vantore_toplevel &t)
 {
     const wlr_scene_node &node = t.scene_tree->node;
     wlr_output_layout *layout = t.server->output_layout;
-    wlr_output *output = wlr_output_layout_output_at(layout, node.x + 1, node.y + 1); // a pixel inside
+    wlr_output *output = layout_output_at(*t.server, node.x + 1, node.y + 1); // a pixel inside
     if (output == nullptr)
         return {};
     wlr_box box{};

@@ -2,6 +2,7 @@
 
 #include "../config/settings.hpp"
 #include "../input/resting_pointer.hpp"
+#include "../outputs/lookup.hpp"
 #include "../server.hpp"
 #include "../workspaces/focus.hpp"
 #include "placement.hpp"
@@ -125,13 +126,11 @@ void unmanaged_take_over(vantore_unmanaged &u)
 static bool covers_output(const vantore_unmanaged &u)
 {
     const wlr_xwayland_surface &xwl = *u.xwl;
-    wlr_output_layout *layout = u.server->output_layout;
-    wlr_output *under =
-        wlr_output_layout_output_at(layout, xwl.x + xwl.width / 2.0, xwl.y + xwl.height / 2.0);
+    wlr_output *under = layout_output_at(*u.server, xwl.x + xwl.width / 2.0, xwl.y + xwl.height / 2.0);
     if (u.scene_tree == nullptr || under == nullptr)
         return false;
     wlr_box screen{};
-    wlr_output_layout_get_box(layout, under, &screen);
+    wlr_output_layout_get_box(u.server->output_layout, under, &screen);
     return fills({.x = xwl.x, .y = xwl.y, .width = xwl.width, .height = xwl.height}, screen);
 }
 

@@ -43,11 +43,15 @@ vantore_output *adjacent_output(vantore_server &server, const vantore_output *fr
 {
     if (from == nullptr)
         return nullptr;
-    wl_list *next = dir < 0 ? from->link.prev : from->link.next;
-    if (next == &server.outputs)
-        next = dir < 0 ? server.outputs.prev : server.outputs.next;
-    auto *found = owner_of<&vantore_output::link>(next);
-    return found != from ? found : nullptr;
+    const auto step = [dir](const wl_list &at) { return dir < 0 ? at.prev : at.next; };
+    const auto is_passed_over = [&](wl_list *at) {
+        return at == &server.outputs ||
+               (at != &from->link && owner_of<&vantore_output::link>(at)->turned_off);
+    };
+    wl_list *next = step(from->link);
+    while (is_passed_over(next))
+        next = step(*next);
+    return next != &from->link ? owner_of<&vantore_output::link>(next) : nullptr;
 }
 
 // The arrangement that follows places tiles. A fullscreen window covers its output already.

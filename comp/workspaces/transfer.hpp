@@ -5,7 +5,8 @@
 #include "../outputs/layout_repair.hpp"
 
 // Returns the output before (dir below 0) or after another in the list of outputs. The list has the newest
-// first and wraps around. Null for null, or when there is no other output.
+// first and wraps around. Passes over outputs that are turned off. Null for null, or when there is no other
+// output.
 vantore_output *adjacent_output(vantore_server &server, const vantore_output *from, int dir);
 
 // Shows a workspace on an output, with its windows at the same places on that output. The workspace that the

@@ -237,6 +237,7 @@ TEST_F(display_commands, turn_an_output_off_and_on)
     EXPECT_TRUE(is_lit("B"));
     EXPECT_EQ(output("B").current_ws, &workspace(2));
     EXPECT_TRUE(toplevel_visible(record(w)));
+    EXPECT_TRUE(has_keyboard(w));
     EVENTUALLY_EQ(pixel("B", 5, 5), 0xff0f121aU);
 }
 
@@ -263,6 +264,92 @@ TEST_F(display_commands, keep_the_pointer_off_an_output_that_is_turned_off)
     command("output B enable");
     pointer.move(100, 0);
     EXPECT_GT(server.cursor->x, 1279);
+}
+
+TEST_F(display_commands, turn_a_display_on_again_when_no_other_is_left)
+{
+    plug_two();
+    command("output A disable");
+    unplug("B");
+    EXPECT_TRUE(is_lit("A"));
+    EXPECT_NE(output("A").current_ws, nullptr);
+}
+
+TEST_F(display_commands, do_not_turn_off_the_only_display_while_it_is_dark)
+{
+    plug_two();
+    command("output B disable");
+    set_dpms(server, false);
+    command("output A disable");
+    EXPECT_THAT(world.log(), HasSubstr("refusing to disable only display 'A'"));
+    set_dpms(server, true);
+    EXPECT_TRUE(is_lit("A"));
+}
+
+TEST_F(display_commands, turn_off_the_only_display_that_is_off)
+{
+    bool accepts = false;
+    plug({.name = "A", .width = 800, .height = 600, .accepts = [&](const wlr_output_state &) {
+              return accepts;
+          }});
+    command("output A disable");
+    EXPECT_THAT(world.log(), Not(HasSubstr("refusing")));
+    accepts = true;
+    set_dpms(server, false);
+    set_dpms(server, true);
+    EXPECT_TRUE(is_lit("A")) << "it is the only one";
+}
+
+TEST_F(display_commands, give_no_window_to_a_display_that_is_off_and_lies_below_another)
+{
+    plug_two();
+    command("output A disable");
+    command("output B position 0 0");
+    EXPECT_EQ(place_of("B"), (wlr_box{0, 0, 800, 600}));
+    wlr_cursor_warp(server.cursor, nullptr, 100, 100);
+    command("output B scale 1"); // nothing moves the pointer
+    EXPECT_EQ(server.cursor->x, 100);
+    window &w = map("w", {300, 200});
+    EXPECT_EQ(output_showing(record(w)), &output("B"));
+    EXPECT_TRUE(toplevel_visible(record(w)));
+    toplevel_toggle_maximize(record(w));
+    EVENTUALLY_EQ(toplevel_box(record(w)).width, 800);
+    command("workspace 5");
+    EXPECT_EQ(output("B").current_ws, &workspace(5));
+}
+
+TEST_F(display_commands, keep_maximized_windows_on_their_display_when_they_shift_the_layout)
+{
+    plug_two();
+    wlr_cursor_warp(server.cursor, nullptr, 1500, 100);
+    window &w = map("w", {300, 200});
+    command("move id:" + std::to_string(record(w).id) + " 2");
+    toplevel_toggle_maximize(record(w));
+    EVENTUALLY_EQ(box(w), (wlr_box{1280, 0, 800, 600}));
+    command("output B position -800 -20");
+    EVENTUALLY_EQ(box(w), (wlr_box{0, 0, 800, 600}));
+    command("output B position 1280 20");
+    EVENTUALLY_EQ(box(w).x, output_layout_box(output("B")).x);
+}
+
+TEST_F(display_commands, that_move_a_neighbour_take_its_windows_along)
+{
+    plug_two();
+    wlr_cursor_warp(server.cursor, nullptr, 1500, 100);
+    window &w = map("w", {300, 200});
+    place(w, 1380, 50);
+    command("output A transform 90");
+    EXPECT_EQ(place_of("B").x, 704);
+    EXPECT_EQ(toplevel_box(record(w)), (wlr_box{804, 50, 300, 200}));
+}
+
+TEST_F(display_commands, that_go_on_for_ever_leave_displays_within_reach)
+{
+    plug_two();
+    for (int i = 0; i < 20; i++)
+        command("output B position -1000000 0");
+    EXPECT_LT(place_of("A").x, 4'100'000);
+    EXPECT_LT(place_of("B").x, 4'100'000);
 }
 
 TEST_F(display_commands, leave_an_output_off_when_all_are_turned_on)

@@ -237,6 +237,27 @@ TEST_F(left_session, has_displays_where_the_user_placed_them)
     EXPECT_EQ(output_layout_box(output("B")), (wlr_box{0, 0, 800, 600}));
 }
 
+TEST_F(left_session, has_displays_in_the_mode_and_scale_that_they_had)
+{
+    command("output A scale 2 transform 90 mode 1200x800");
+    leave();
+    come_back_with({{.name = "B", .width = 800, .height = 600}, {.name = "A", .width = 1000, .height = 700}});
+    EXPECT_EQ(output("A").wlr_output->scale, 2);
+    EXPECT_EQ(output("A").wlr_output->transform, WL_OUTPUT_TRANSFORM_90);
+    EXPECT_EQ(output("A").wlr_output->width, 1200);
+}
+
+TEST_F(left_session, has_a_workspace_on_a_display_that_was_turned_on_in_the_dark)
+{
+    command("output B disable");
+    set_dpms(server, false);
+    command("output B enable");
+    leave();
+    come_back_with({{.name = "B", .width = 800, .height = 600}, {.name = "A", .width = 1000, .height = 700}});
+    EXPECT_TRUE(output("B").wlr_output->enabled);
+    EXPECT_NE(output("B").current_ws, nullptr);
+}
+
 TEST_F(left_session, leaves_a_display_off_that_the_user_has_turned_off)
 {
     command("output B disable");

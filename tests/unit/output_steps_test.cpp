@@ -73,8 +73,9 @@ TEST(output_steps, pass_over_modes_and_scales_that_make_no_sense)
 
 TEST(output_steps, limit_positions)
 {
-    EXPECT_THAT(steps("position -1920 +20 position 2000000 -2000000 position a 0 position 1.5 0"),
-                ElementsAre("position -1920 20", "position 1000000 -1000000"));
+    EXPECT_THAT(steps("position -1920 +20 position 2000000 -2000000 "
+                      "position 99999999999 -99999999999 position a 0 position 1.5 0"),
+                ElementsAre("position -1920 20", "position 1000000 -1000000", "position 1000000 -1000000"));
 }
 
 TEST(output_steps, end_where_an_argument_is_missing)
