@@ -44,7 +44,7 @@ Numbers are 1 to 9. Several lines with the same number add up. A workspace witho
 static constexpr const char *wallpapers = R"(
 Up to 16 outputs can have a wallpaper of their own; further names are ignored.
 
-A wallpaper is a PNG, JPEG, BMP, GIF or WebP file of at most 134 megapixels (134217728 pixels) and 32767 pixels on a
+A wallpaper is a PNG, JPEG, BMP, GIF or WebP file of at most 512 MiB, 134,217,728 pixels, and 32,767 pixels on a
 side; of an animation, the first picture is shown. A file that can't be shown leaves the wallpaper as it is. A folder is
 a slide show of the files in it whose names end with `.png`, `.jpg`, `.jpeg`, `.bmp`, `.webp` or `.gif`. The standard
 picture is `/usr/share/vantore/wallpapers/Vantore.png`, unless `VANTORE_STANDARD_WALLPAPER` in the environment names
