@@ -89,11 +89,12 @@ static void swap_tiles(vantore_toplevel &t, vantore_toplevel &target)
     move_to_front(*before_target, t.ws_link);
 }
 
-drop_target drop_target_at(const vantore_toplevel &t, double x, double y)
+drop_target drop_target_at(const vantore_toplevel &dragged, double x, double y)
 {
-    if (const vantore_toplevel *tab = tab_at(*t.server, x, y, &t))
-        return {.tile = stack_active_member(*t.server, tab->workspace, tab->stack_id), .zone = DROP_STACK};
-    vantore_toplevel *tile = tile_at(t.workspace, x, y, &t);
+    if (const vantore_toplevel *tab = tab_at(*dragged.server, x, y, &dragged))
+        return {.tile = stack_active_member(*dragged.server, tab->workspace, tab->stack_id),
+                .zone = DROP_STACK};
+    vantore_toplevel *tile = tile_at(dragged.workspace, x, y, &dragged);
     return {.tile = tile, .zone = tile != nullptr ? zone_at(tile_frame(*tile), x, y) : DROP_SWAP};
 }
 

@@ -17,6 +17,3 @@ void change_output(vantore_output &o, std::string_view token, std::span<const ou
 
 // Gives an output that has returned the mode, the scale and the transform that it had.
 void restore_output(const vantore_output &o, const output_description &as_it_was);
-
-// Moves all outputs, and the windows with them, so that none begins left of or above 0, 0.
-void normalize_output_layout(vantore_server &server);

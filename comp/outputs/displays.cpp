@@ -7,6 +7,7 @@
 #include "../workspaces/workspace.hpp"
 #include "changing.hpp"
 #include "display_profiles.hpp"
+#include "layout_moves.hpp"
 #include "output.hpp"
 #include "output_token.hpp"
 #include "power.hpp"

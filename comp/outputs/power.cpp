@@ -2,8 +2,8 @@
 
 #include "../handles.hpp"
 #include "../server.hpp"
-#include "changing.hpp"
 #include "displays.hpp"
+#include "layout_moves.hpp"
 #include "lookup.hpp"
 #include "output.hpp"
 #include "output_mode.hpp"

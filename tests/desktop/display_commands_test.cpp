@@ -14,7 +14,6 @@
 
 using test::window;
 using testing::AllOf;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -350,6 +349,8 @@ TEST_F(display_commands, that_go_on_for_ever_leave_displays_within_reach)
         command("output B position -1000000 0");
     EXPECT_LT(place_of("A").x, 4'100'000);
     EXPECT_LT(place_of("B").x, 4'100'000);
+    EXPECT_EQ(output("A").usable, place_of("A"));
+    EXPECT_EQ(output("B").usable, place_of("B"));
 }
 
 TEST_F(display_commands, leave_an_output_off_when_all_are_turned_on)

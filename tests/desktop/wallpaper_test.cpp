@@ -282,13 +282,24 @@ TEST_F(wallpaper, of_an_output_that_has_gone_is_dropped)
     plug("A", 320, 200);
     hold_workers();
     choose("wallpaper = " + picture_file("red.png", red) + "\n");
+    run_workers(); // the result lies in the pipe
     unplug("A");
-    plug("A", 640, 400); // its own request has a generation of its own
+    EVENTUALLY(jobs() == 0);
+}
+
+TEST_F(wallpaper, of_an_output_that_has_gone_does_not_show_on_another_of_its_name)
+{
+    plug("A", 320, 200);
+    hold_workers();
+    choose("wallpaper = " + picture_file("red.png", red) + "\n");
+    run_workers();
+    unplug("A");
+    plug("A", 640, 400); // its own request waits
+    settle();
+    EXPECT_EQ(node("A"), nullptr);
     run_workers();
     EVENTUALLY(node("A") != nullptr);
     EXPECT_EQ(node("A")->WLR_PRIVATE.buffer_width, 640);
-    unplug("A");
-    EVENTUALLY(jobs() == 0);
 }
 
 TEST_F(wallpaper, stays_when_a_file_can_not_be_shown)
