@@ -47,22 +47,45 @@ struct drops : test::real_session {
             user.chord(WLR_MODIFIER_CTRL, KEY_A);
             user.move_to(box.x + 60, box.y + 90);
             user.press();
-            user.move_to(box.x + 80, box.y + 110);
-            user.move_to(box.x + 100, box.y + 130);
-            if (eventually([&] { return editor.output().contains("start_drag("); }, std::chrono::seconds{3}))
-                return true;
-            user.release();
-            return false;
+            const size_t before = drags_begun_by(editor);
+            const bool begins = eventually(
+                [&] {
+                    wiggle(box.x + 80, box.y + 110);
+                    return drags_begun_by(editor) > before;
+                },
+                std::chrono::seconds{3});
+            if (!begins)
+                user.release();
+            return begins;
         });
+    }
+
+    // Toolkits begin a drag, and look for its target, with a motion that they get after they have understood
+    // what came before.
+    void wiggle(int x, int y)
+    {
+        user.move_to(x, y);
+        user.move_to(x + 20, y + 20);
+    }
+
+    static size_t drags_begun_by(test::process &editor)
+    {
+        static constexpr std::string_view request = "start_drag(";
+        const std::string said = editor.output();
+        size_t count = 0;
+        for (size_t at = said.find(request); at != std::string::npos; at = said.find(request, at + 1))
+            count++;
+        return count;
     }
 
     // Goes on until the terminal would take the text. The editor takes none of it into its own selection.
     bool drags_to_terminal(test::process &editor)
     {
         const wlr_box box = box_of("foot");
-        user.move_to(box.x + 200, box.y + 80);
-        user.move_to(box.x + 200, box.y + 100);
-        return editor.says(".target(\"");
+        return eventually([&] {
+            wiggle(box.x + 180, box.y + 80);
+            return editor.output().contains(".target(\"");
+        });
     }
 
     test::remote_user user;
