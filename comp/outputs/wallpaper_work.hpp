@@ -31,7 +31,7 @@ struct wp_queue {
     descriptor results{-1}; // the pipe's write end; carries pointers to finished jobs
 };
 
-constexpr int most_wallpaper_workers = 2;
+inline constexpr int most_wallpaper_workers = 2;
 
 // Returns a queue with the read end of its pipe, which does not block. Returns null if there are no
 // descriptors left.
