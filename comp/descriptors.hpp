@@ -1,6 +1,6 @@
-// The process's limit of open descriptors. Each client takes several, so the session raises its limit as far
-// as it may. Some programs can't cope with a large limit, so those that we start get the one that the session
-// was started with.
+// Files that are opened with care, and the process's limit of open descriptors. Each client takes several, so
+// the session raises its limit as far as it may. Some programs can't cope with a large limit, so those that
+// we start get the one that the session was started with.
 #pragma once
 
 #include "descriptor.hpp"

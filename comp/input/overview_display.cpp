@@ -174,8 +174,8 @@ void overview_draw(vantore_server &server, vantore_output &o)
     if (overview.tree == nullptr)
         return wlr_log(WLR_ERROR, "vantore-comp: no memory for the overview");
     wlr_scene_node_place_below(&overview.tree->node, &server.lock_tree->node);
-    wlr_scene_node_set_enabled(&overview.tree->node,
-                               false); // each shown node makes the scene look at all others
+    // Each node that is shown makes the scene look at all others.
+    wlr_scene_node_set_enabled(&overview.tree->node, false);
     overview.output = &o;
     overview.opacity = fx_blurs() ? almost_opaque : 1;
     const overview_canvas canvas{

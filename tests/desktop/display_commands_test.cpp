@@ -1,5 +1,6 @@
 // Outputs that are changed on command, and how the layout is repaired afterwards.
 
+#include "support/notifications.hpp"
 #include "support/outputs.hpp"
 
 #include "config/settings.hpp"
@@ -12,6 +13,7 @@
 #include "windows/states.hpp"
 #include "workspaces/layout.hpp"
 
+using test::notifications_in;
 using test::window;
 using testing::AllOf;
 using testing::ElementsAre;
@@ -37,15 +39,6 @@ struct display_commands : test::outputs_desk {
         plug("B", 800, 600);
         settle();
         (void)heard();
-    }
-    // Returns the text of each notification.
-    [[nodiscard]] std::vector<std::string> notifications() const
-    {
-        std::vector<std::string> texts;
-        for (const auto &program : world.programs())
-            if (program.front() == "notify-send")
-                texts.push_back(program.back());
-        return texts;
     }
 };
 
@@ -83,6 +76,11 @@ TEST_F(display_commands, call_an_output_that_tells_nothing_by_its_name)
     const auto make = std::exchange(out.make, none), model = std::exchange(out.model, none),
                serial = std::exchange(out.serial, none);
     EXPECT_EQ(output_token_id(out), "A");
+    char display_make[] = "Dell Inc.", display_model[] = "U27/20";
+    out.make = display_make;
+    out.model = display_model;
+    EXPECT_EQ(output_token_id(out), "Dell_Inc_~U27_20~");
+    out.make = out.model = none;
     const auto name = std::exchange(out.name, none);
     EXPECT_EQ(output_token_id(out), "?");
     out.name = name;
@@ -216,7 +214,7 @@ TEST_F(display_commands, do_not_turn_off_the_only_display)
     EXPECT_EQ(output("A").wlr_output->width, 1000) << "what came before has taken effect";
     EXPECT_EQ(output("A").wlr_output->scale, 1);
     EXPECT_THAT(world.log(), HasSubstr("IPC output: refusing to disable only display 'A'\n"));
-    EXPECT_THAT(notifications(), ElementsAre("Can't disable the only display"));
+    EXPECT_THAT(notifications_in(world), ElementsAre("Can't disable the only display"));
     EXPECT_THAT(heard(), IsEmpty());
 }
 

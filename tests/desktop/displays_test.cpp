@@ -66,6 +66,18 @@ TEST_F(saved_displays, begin_at_0_0)
     EXPECT_THAT(world.log(), Not(HasSubstr("anchored live layout")));
 }
 
+TEST_F(saved_displays, are_moved_to_0_0_where_the_profile_leaves_one_elsewhere)
+{
+    plug("A", 1280, 704);
+    plug("B", 800, 600);
+    command("output B disable");
+    command("output B position -500 0"); // nobody sees it there
+    save("[a]\noutput A enable\noutput B enable\n");
+    displays_autoapply(server);
+    EXPECT_EQ(place_of("B").x, 0);
+    EXPECT_EQ(place_of("A").x, 500);
+}
+
 TEST_F(saved_displays, may_overlap_as_the_user_wants)
 {
     save("[a]\noutput A enable position 0 0\noutput B enable position 100 0\n");

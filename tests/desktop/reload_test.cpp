@@ -2,6 +2,7 @@
 
 #include "reload.hpp"
 #include "support/desktop.hpp"
+#include "support/notifications.hpp"
 #include "support/wayland_devices.hpp"
 
 #include "config/keybinds.hpp"
@@ -13,6 +14,7 @@
 #include <linux/input-event-codes.h>
 
 using test::made_up_keyboard;
+using test::notifications_in;
 using test::seat;
 using unstarted_desktop = test::unstarted_desktop;
 using testing::ElementsAre;
@@ -34,16 +36,6 @@ struct reload : test::desktop {
 
     // Writes a file that the compositor does not read yet.
     void write(const std::string &name, std::string_view text) const { world.write_config(name, text); }
-
-    // The text of each notification.
-    [[nodiscard]] std::vector<std::string> notifications() const
-    {
-        std::vector<std::string> texts;
-        for (const auto &program : world.programs())
-            if (program.front() == "notify-send")
-                texts.push_back(program.back());
-        return texts;
-    }
 
     static std::string layout_of(const made_up_keyboard &keyboard)
     {
@@ -75,7 +67,7 @@ TEST_P(started_by, key_or_signal_a_reload_is_the_same)
     for (const uint32_t key : GetParam().held)
         keyboard.release(key);
     EVENTUALLY_EQ(g_gap, 20);
-    EXPECT_EQ(notifications().size(), 1U);
+    EXPECT_EQ(notifications_in(world).size(), 1U);
     EXPECT_THAT(heard(), ElementsAre(VNT_EVT_WORKSPACES, VNT_EVT_RELOADED));
 }
 
@@ -339,7 +331,7 @@ TEST_F(reload, counts_anew_each_time)
     config_reload(server);
     write("compositor.conf", "gaps = 3\n");
     config_reload(server);
-    EXPECT_THAT(notifications(), ElementsAre(HasSubstr("with 1 issue"), HasSubstr("with 1 issue")));
+    EXPECT_THAT(notifications_in(world), ElementsAre(HasSubstr("with 1 issue"), HasSubstr("with 1 issue")));
     EXPECT_THAT(world.log(), HasSubstr("vantore-comp: config reloaded\n"));
 }
 
@@ -366,7 +358,7 @@ TEST_F(reload, leaves_nothing_behind_however_often_it_runs)
     }
     settle();
     EXPECT_LT(open_files(), before + 5); // the output may have got another buffer or two to paint into
-    EXPECT_EQ(notifications().size(), 50U);
+    EXPECT_EQ(notifications_in(world).size(), 50U);
 }
 
 } // namespace

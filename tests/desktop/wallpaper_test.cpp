@@ -1,6 +1,7 @@
 // The picture that each output shows, and slide shows.
 
 #include "support/desktop.hpp"
+#include "support/held_workers.hpp"
 #include "support/picture_files.hpp"
 #include "support/places.hpp"
 #include "support/wayland_layer.hpp"
@@ -16,6 +17,9 @@
 #include <sys/stat.h>
 
 using std::chrono::seconds;
+using test::g_held;
+using test::hold_workers;
+using test::run_workers;
 using testing::SizeIs;
 
 namespace
@@ -23,11 +27,6 @@ namespace
 
 constexpr uint32_t red = 0xffff0000, green = 0xff00ff00, blue = 0xff0000ff, backdrop = 0xff0f121a;
 
-struct held_worker {
-    void (*work)(void *data);
-    void *data;
-};
-std::vector<held_worker> g_held;
 int64_t g_wall_clock_s;
 
 struct wallpaper : test::unstarted_desktop {
@@ -77,19 +76,6 @@ struct wallpaper : test::unstarted_desktop {
         ioctl(server.wallpapers.results.fd, FIONREAD, &unread);
         const long shares = server.wallpapers.queue.use_count() - 1; // each worker has one until it ends
         return int(server.wallpapers.queue->waiting.size()) + int(shares) + unread;
-    }
-
-    static void hold_workers()
-    {
-        g_platform.start_worker = [](void (*work)(void *), void *data) {
-            g_held.push_back({work, data});
-            return true;
-        };
-    }
-    static void run_workers()
-    {
-        for (const held_worker &w : std::exchange(g_held, {}))
-            w.work(w.data);
     }
 
     // Lets time pass on both clocks, in steps of which each lets a slide show move on once.

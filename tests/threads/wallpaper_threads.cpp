@@ -33,6 +33,8 @@ std::string write_picture(const std::filesystem::path &folder)
     return path;
 }
 
+constexpr uint64_t requests = 60;
+
 struct session {
     descriptor results{-1};
     std::shared_ptr<wp_queue> queue = wp_queue_create(results);
@@ -60,12 +62,15 @@ void look_at(wp_job &job)
             "a picture is not opaque");
 }
 
+// Returns how many of the last three requests, one of each output, have been served.
 int take_all(const session &s)
 {
-    int taken = 0;
-    for (; const auto job = wp_queue_take(s.results.fd); taken++)
+    int last_served = 0;
+    while (const auto job = wp_queue_take(s.results.fd)) {
         look_at(*job);
-    return taken;
+        last_served += job->gen >= requests - 3 ? 1 : 0;
+    }
+    return last_served;
 }
 
 // The last request of each output is always served.
@@ -73,15 +78,15 @@ void serve(const std::string &path)
 {
     const session s;
     require(s.queue != nullptr, "no pipe");
-    int taken = 0;
-    for (int request = 0; request < 60; request++) {
+    int served = 0;
+    for (int request = 0; request < int(requests); request++) {
         submit(s, path, request);
-        taken += take_all(s);
+        served += take_all(s);
     }
     pollfd ready{.fd = s.results.fd, .events = POLLIN, .revents = 0};
-    while (taken < 3) {
+    while (served < 3) {
         require(poll(&ready, 1, 60'000) == 1, "a result is missing");
-        taken += take_all(s);
+        served += take_all(s);
     }
     wp_queue_end(*s.queue, s.results.fd);
 }

@@ -2,6 +2,7 @@
 
 #include "outputs/wallpaper_work.hpp"
 #include "platform.hpp"
+#include "support/held_workers.hpp"
 #include "support/isolation.hpp"
 #include "support/picture_files.hpp"
 
@@ -9,6 +10,9 @@
 #include <gmock/gmock.h>
 #include <poll.h>
 
+using test::g_held;
+using test::hold_workers;
+using test::run_workers;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -22,12 +26,6 @@ size_t open_descriptors()
     return size_t(std::distance(begin(list), end(list)));
 }
 
-struct held_worker {
-    void (*work)(void *data);
-    void *data;
-};
-std::vector<held_worker> g_held; // workers that were started and run when the test wants
-
 struct wallpaper_work : testing::Test {
     test::isolation world;
     std::string path =
@@ -37,18 +35,6 @@ struct wallpaper_work : testing::Test {
 
     ~wallpaper_work() override { run_workers(); }
 
-    static void hold_workers()
-    {
-        g_platform.start_worker = [](void (*work)(void *), void *data) {
-            g_held.push_back({work, data});
-            return true;
-        };
-    }
-    static void run_workers()
-    {
-        for (const held_worker &w : std::exchange(g_held, {}))
-            w.work(w.data);
-    }
     void submit(const std::string &output, uint64_t gen = 0) const
     {
         auto job = std::make_unique<wp_job>();
