@@ -2,6 +2,7 @@
 
 #include "support/notifications.hpp"
 #include "support/outputs.hpp"
+#include "support/wayland_layer.hpp"
 
 #include "config/settings.hpp"
 #include "input/interactive.hpp"
@@ -203,6 +204,10 @@ TEST_F(display_commands, place_panels_anew_on_an_output_that_is_turned)
     EXPECT_EQ(output("A").usable, (wlr_box{0, 0, 704, 1280}));
     EXPECT_EQ(place_of("B").x, 704) << "it is placed by the layout";
     EXPECT_EQ(output("B").usable.x, 704);
+    test::layer_surface panel{connect(), test::top_bar(40)}; // on the newest output
+    EVENTUALLY_EQ(output("B").usable, (wlr_box{704, 40, 800, 560}));
+    command("output B transform 90");
+    EVENTUALLY_EQ(output("B").usable, (wlr_box{704, 40, 600, 760}));
 }
 
 TEST_F(display_commands, do_not_turn_off_the_only_display)
