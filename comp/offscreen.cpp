@@ -6,7 +6,11 @@
 #include "outputs/output.hpp"
 #include "server.hpp"
 
+#include <algorithm>
+#include <cmath>
 #include <drm_fourcc.h>
+#include <span>
+#include <utility>
 
 // Keeps the scene from passing a client's own buffer through, because that has the client's size and format.
 struct composition_lock {
@@ -32,12 +36,92 @@ static const wlr_drm_format *picture_format(const vantore_server &server)
     return format != nullptr ? format : wlr_drm_format_set_get(formats, DRM_FORMAT_ARGB8888);
 }
 
-swapchain_handle offscreen_swapchain(const vantore_server &server, int width, int height)
+static bool offers(const wlr_drm_format &format, uint64_t modifier)
+{
+    return std::ranges::contains(std::span{format.modifiers, format.len}, modifier);
+}
+
+swapchain_handle offscreen_swapchain(const vantore_server &server, int width, int height, pixel_order order)
 {
     const wlr_drm_format *format = picture_format(server);
     if (width < 1 || height < 1 || format == nullptr)
         return nullptr;
+    uint64_t modifier = DRM_FORMAT_MOD_LINEAR;
+    const wlr_drm_format linear{.format = format->format, .len = 1, .capacity = 1, .modifiers = &modifier};
+    if (order == pixel_order::linear_if_possible && offers(*format, modifier))
+        format = &linear; // the swapchain copies it
     return swapchain_handle{wlr_swapchain_create(server.allocator, width, height, format)};
+}
+
+static picture_size texture_size(const wlr_texture *texture, wl_output_transform transform)
+{
+    picture_size size{.width = int(texture->width), .height = int(texture->height)};
+    if ((unsigned(transform) & WL_OUTPUT_TRANSFORM_90) != 0)
+        std::swap(size.width, size.height);
+    return size;
+}
+
+picture_size offscreen_surface_size(wlr_surface &surface)
+{
+    const wlr_texture *texture = wlr_surface_get_texture(&surface);
+    return texture != nullptr ? texture_size(texture, surface.current.transform) : picture_size{};
+}
+
+// Where surfaces are drawn, and how many pixels a unit of their coordinates takes.
+struct surface_canvas {
+    wlr_render_pass *pass;
+    double x_scale, y_scale;
+};
+
+static wlr_box box_on_canvas(const surface_canvas &canvas, const wlr_surface &surface, int sx, int sy)
+{
+    const auto left = int(std::lround(sx * canvas.x_scale)), top = int(std::lround(sy * canvas.y_scale));
+    const auto right = int(std::lround((sx + surface.current.width) * canvas.x_scale));
+    const auto bottom = int(std::lround((sy + surface.current.height) * canvas.y_scale));
+    return {.x = left, .y = top, .width = right - left, .height = bottom - top};
+}
+
+static void cap_blit_surface(wlr_surface *surface, int sx, int sy, void *data)
+{
+    const auto &canvas = *static_cast<surface_canvas *>(data);
+    wlr_render_texture_options options{};
+    options.texture = wlr_surface_get_texture(surface);
+    if (options.texture == nullptr)
+        return;
+    wlr_surface_get_buffer_source_box(surface, &options.src_box);
+    options.dst_box = box_on_canvas(canvas, *surface, sx, sy);
+    options.transform = wlr_output_transform_invert(surface->current.transform);
+    if (const auto *sync = wlr_linux_drm_syncobj_v1_get_surface_state(surface)) {
+        options.wait_timeline = sync->acquire_timeline;
+        options.wait_point = sync->acquire_point;
+    }
+    wlr_render_pass_add_texture(canvas.pass, &options);
+}
+
+static void add_black(wlr_render_pass *pass, const wlr_swapchain &swapchain)
+{
+    wlr_render_rect_options whole{};
+    whole.box = {.x = 0, .y = 0, .width = swapchain.width, .height = swapchain.height};
+    whole.color = {0, 0, 0, 1};
+    whole.blend_mode = WLR_RENDER_BLEND_MODE_NONE;
+    wlr_render_pass_add_rect(pass, &whole);
+}
+
+locked_buffer offscreen_draw_surface(const vantore_server &server, wlr_swapchain &swapchain,
+                                     wlr_surface &surface)
+{
+    locked_buffer buffer{wlr_swapchain_acquire(&swapchain)};
+    if (buffer == nullptr || surface.current.width < 1 || surface.current.height < 1)
+        return nullptr;
+    wlr_render_pass *pass = wlr_renderer_begin_buffer_pass(server.renderer, buffer.get(), nullptr);
+    if (pass == nullptr)
+        return nullptr;
+    add_black(pass, swapchain);
+    surface_canvas canvas{.pass = pass,
+                          .x_scale = double(swapchain.width) / surface.current.width,
+                          .y_scale = double(swapchain.height) / surface.current.height};
+    wlr_surface_for_each_surface(&surface, cap_blit_surface, &canvas);
+    return wlr_render_pass_submit(pass) ? std::move(buffer) : nullptr;
 }
 
 bool offscreen_draw_output(vantore_output &o, wlr_swapchain *swapchain, wlr_output_state &state)

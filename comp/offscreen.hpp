@@ -10,14 +10,34 @@ using texture_handle = handle<wlr_texture, wlr_texture_destroy>;
 using swapchain_handle = handle<wlr_swapchain, wlr_swapchain_destroy>;
 using pixel_memory = handle<unsigned char, free>;
 
+using locked_buffer = handle<wlr_buffer, wlr_buffer_unlock>;
+
+enum class pixel_order { any, linear_if_possible }; // linear buffers can be read by any program
+
 // Returns a swapchain whose buffers the renderer can draw into and read. Sizes are pixels. Returns null if a
 // size is below 1 or the renderer offers no suitable format.
-swapchain_handle offscreen_swapchain(const vantore_server &server, int width, int height);
+swapchain_handle offscreen_swapchain(const vantore_server &server, int width, int height,
+                                     pixel_order order = pixel_order::any);
 
 // Draws the scene as the output shows it into the next buffer of the swapchain, which must have the output's
 // size, and puts that buffer into the state. Composes client buffers even if one could be shown directly.
 // Nothing is committed, and all damage remains for the output's next frame. Returns false on failure.
 bool offscreen_draw_output(vantore_output &o, wlr_swapchain *swapchain, wlr_output_state &state);
+
+struct picture_size {
+    int width = 0, height = 0; // pixels
+    bool operator==(const picture_size &) const = default;
+};
+
+// Returns the size of the picture that the client has drawn of the surface, the right way up. Both sides are
+// 0 if it has drawn nothing.
+picture_size offscreen_surface_size(wlr_surface &surface);
+
+// Draws the surface and its subsurfaces, on black, into the next buffer of the swapchain, which must have the
+// surface's size. A surface that shows one pixel of its buffer as several is drawn in the pixels of the
+// buffer. Returns null on failure.
+locked_buffer offscreen_draw_surface(const vantore_server &server, wlr_swapchain &swapchain,
+                                     wlr_surface &surface);
 
 // Returns the texture's pixels as red, green, blue and alpha, with the rows packed. Returns null if there is
 // no memory or the texture can't be read.

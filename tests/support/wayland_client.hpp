@@ -109,6 +109,8 @@ public:
     // Adds a desynchronised subsurface at this place and draws it. The caller must commit the window to show
     // it.
     void add_subsurface(int x, int y, test::size s);
+    void paint_subsurfaces(test::size s, uint32_t argb);
+    void destroy_subsurfaces();
     void request_maximize();
     void request_unmaximize();
     void request_fullscreen(wl_output *output = nullptr); // null lets the compositor choose

@@ -176,10 +176,7 @@ void window::destroy_role()
 void window::destroy()
 {
     destroy_role();
-    for (const auto &[child, part] : std::exchange(subsurfaces, {})) {
-        wl_subsurface_destroy(part);
-        owned_by->destroy_surface(child);
-    }
+    destroy_subsurfaces();
     for (wl_callback *callback : std::exchange(frame_requests, {}))
         wl_callback_destroy(callback);
     if (surface != nullptr)
@@ -260,6 +257,20 @@ void window::add_subsurface(int x, int y, test::size s)
     wl_subsurface_set_desync(part);
     owned_by->paint(child, s, 0xff00c0c0);
     subsurfaces.emplace_back(child, part);
+}
+
+void window::paint_subsurfaces(test::size s, uint32_t argb)
+{
+    for (const auto &[child, part] : subsurfaces)
+        owned_by->paint(child, s, argb);
+}
+
+void window::destroy_subsurfaces()
+{
+    for (const auto &[child, part] : std::exchange(subsurfaces, {})) {
+        wl_subsurface_destroy(part);
+        owned_by->destroy_surface(child);
+    }
 }
 
 void window::request_maximize()
