@@ -5,6 +5,7 @@
 
 #include "support/desktop.hpp"
 
+#include "cairo_buffer.hpp"
 #include "input/overview.hpp"
 #include "input/switcher.hpp"
 #include "outputs/pacing.hpp"
@@ -56,6 +57,23 @@ static void print(const std::string &what, const cost &c)
     printf("%s: %.0f microseconds of the main thread, %.0f of all\n", what.c_str(), c.main_us, c.all_us);
 }
 
+// Lets a copy show what the original shows. The scene gives up the compositor's own pictures once they are in
+// the GPU's memory, so a plain picture of the same size stands for them.
+static void copy_content(wlr_scene_buffer &shown, wlr_scene_buffer *copy)
+{
+    const wlr_scene_surface *surface = wlr_scene_surface_try_from_buffer(&shown);
+    const wlr_texture *texture = shown.WLR_PRIVATE.texture;
+    if (surface != nullptr && surface->surface->buffer != nullptr)
+        return wlr_scene_buffer_set_buffer(copy, &surface->surface->buffer->base);
+    if (shown.buffer != nullptr || texture == nullptr)
+        return wlr_scene_buffer_set_buffer(copy, shown.buffer);
+    cairo_t *cr = nullptr;
+    cairo_buffer *plain = cairo_buffer_create(int(texture->width), int(texture->height), &cr);
+    cairo_paint_with_alpha(cr, 0.5);
+    cairo_destroy(cr);
+    scene_buffer_set_cairo(copy, plain);
+}
+
 // Copies what a scene shows into another one.
 static void copy_nodes(wlr_scene_tree &from, wlr_scene_tree *to)
 {
@@ -94,11 +112,8 @@ static void copy_nodes(wlr_scene_tree &from, wlr_scene_tree *to)
         }
         case WLR_SCENE_NODE_BUFFER: {
             wlr_scene_buffer &shown = *wlr_scene_buffer_from_node(&node);
-            wlr_scene_surface *surface = wlr_scene_surface_try_from_buffer(&shown);
-            wlr_buffer *content = surface != nullptr && surface->surface->buffer != nullptr
-                                      ? &surface->surface->buffer->base
-                                      : shown.buffer;
-            wlr_scene_buffer *b = wlr_scene_buffer_create(to, content);
+            wlr_scene_buffer *b = wlr_scene_buffer_create(to, nullptr);
+            copy_content(shown, b);
             wlr_scene_buffer_set_dest_size(b, shown.dst_width, shown.dst_height);
             wlr_scene_buffer_set_corner_radii(b, shown.corners);
             wlr_scene_buffer_set_opacity(b, shown.opacity);
@@ -166,9 +181,11 @@ struct desktop : test::desktop {
         wlr_scene_output *shown = wlr_scene_output_create(scene, &bare.base);
         const cost c = measure([&] { settle(); },
                                [&] {
+                                   const uint32_t before = bare.base.commit_seq;
                                    wlr_damage_ring_add_whole(&shown->damage_ring);
                                    wlr_output_update_needs_frame(&bare.base);
                                    wlr_scene_output_commit(shown, nullptr);
+                                   ASSERT_NE(bare.base.commit_seq, before);
                                });
         wlr_scene_output_destroy(shown);
         wlr_scene_node_destroy(&scene->tree.node);
