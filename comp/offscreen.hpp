@@ -3,6 +3,7 @@
 
 #include "fwd.hpp"
 #include "handles.hpp"
+#include "picture_size.hpp"
 
 #include <cstdlib>
 
@@ -23,11 +24,6 @@ swapchain_handle offscreen_swapchain(const vantore_server &server, int width, in
 // size, and puts that buffer into the state. Composes client buffers even if one could be shown directly.
 // Nothing is committed, and all damage remains for the output's next frame. Returns false on failure.
 bool offscreen_draw_output(vantore_output &o, wlr_swapchain *swapchain, wlr_output_state &state);
-
-struct picture_size {
-    int width = 0, height = 0; // pixels
-    bool operator==(const picture_size &) const = default;
-};
 
 // Returns the size of the picture that the client has drawn of the surface, the right way up. Both sides are
 // 0 if it has drawn nothing.

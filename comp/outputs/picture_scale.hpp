@@ -2,11 +2,8 @@
 #pragma once
 
 #include "../config/settings.hpp"
+#include "../picture_size.hpp"
 #include "picture_file.hpp"
-
-struct picture_size {
-    int width, height;
-};
 
 struct picture_place {
     double x, y; // of the picture's top left corner on the output
