@@ -2,6 +2,7 @@
 
 #include "../clock.hpp"
 #include "../config/settings.hpp"
+#include "../outputs/mirror.hpp"
 #include "../outputs/rehome.hpp"
 #include "../presentation/decorations.hpp"
 #include "../server.hpp"
@@ -290,7 +291,8 @@ using motion_stages =
 
 void process_cursor_motion(vantore_server &server, uint32_t time_msec)
 {
-    keep_cursor_on_lit_outputs(server);
+    clamp_cursor_off_mirror(server);
+    mirror_follow_pointer(server);
     const motion m{.server = server, .time_msec = time_msec};
     motion_stages::run(m);
 }

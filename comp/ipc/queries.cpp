@@ -139,6 +139,18 @@ static void sb_mode(strbuf &sb, const output_description::mode &m)
     sb_appendf(sb, R"({"width":%d,"height":%d,"refresh":%d})", m.width, m.height, m.refresh_mhz);
 }
 
+static void sb_mirror(strbuf &sb, const std::optional<mirror_source> &source)
+{
+    if (!source) {
+        sb_appendf(sb, R"(,"mirror":false)");
+    } else if (source->mir_is_output) {
+        sb_key(sb, R"(,"mirror":{"kind":"screen","output":)", source->mir_src_out.c_str());
+        sb_appendf(sb, "}");
+    } else {
+        sb_appendf(sb, R"(,"mirror":{"kind":"window","window":%u})", source->mir_src_wid);
+    }
+}
+
 static void sb_output(strbuf &sb, const output_description &o, bool focused)
 {
     sb_appendf(sb, R"({"focused":%s)", word(focused));
@@ -151,7 +163,8 @@ static void sb_output(strbuf &sb, const output_description &o, bool focused)
     sb_appendf(sb, R"(,"rect":{"x":%d,"y":%d,"width":%d,"height":%d},"current_mode":)", o.box.x, o.box.y,
                o.box.width, o.box.height);
     sb_mode(sb, o.current);
-    sb_appendf(sb, R"(,"mirror":false,"modes":)"); // nothing is mirrored
+    sb_mirror(sb, o.mirror);
+    sb_appendf(sb, R"(,"modes":)");
     sb_array(sb, o.modes, all, [&](const auto &m) { sb_mode(sb, m); });
     sb_appendf(sb, "}");
 }

@@ -11,7 +11,9 @@
 #include "layout_moves.hpp"
 #include "layout_repair.hpp"
 #include "lookup.hpp"
+#include "mirror.hpp"
 #include "output.hpp"
+#include "output_token.hpp"
 #include "power.hpp"
 #include "rehome.hpp"
 
@@ -106,6 +108,7 @@ public:
         commit(o, state);
         return true;
     }
+    bool operator()(const output_mirror &wish);
     bool operator()(const output_unhandled &unhandled)
     {
         wlr_log(WLR_INFO, "IPC output: unhandled '%s %s'", token.c_str(), unhandled.word.c_str());
@@ -116,6 +119,9 @@ public:
     void settle();
 
 private:
+    void mirror_window(const std::string &id);
+    void mirror_screen(const std::string &source);
+
     vantore_output &o;
     std::string token;
     maximized_windows maximized;
@@ -153,6 +159,37 @@ bool output_change::operator()(const output_disable &)
     return true;
 }
 
+void output_change::mirror_window(const std::string &id)
+{
+    vantore_toplevel *t = toplevel_by_id(*o.server, uint32_t(strtoul(id.c_str(), nullptr, 10)));
+    if (t != nullptr)
+        return mirror_enable(o, *t);
+    wlr_log(WLR_INFO, "IPC output mirror: no window '%s'", id.c_str());
+    config_notify("Mirror: no such window");
+}
+
+void output_change::mirror_screen(const std::string &source)
+{
+    const vantore_output *src = resolve_output_token(*o.server, source);
+    if (src != nullptr)
+        return mirror_enable_output(o, *src);
+    wlr_log(WLR_INFO, "IPC output mirror: no screen '%s'", source.c_str());
+    config_notify("Mirror: no such screen");
+}
+
+bool output_change::operator()(const output_mirror &wish)
+{
+    if (wish.kind == "off")
+        mirror_disable(o, true);
+    else if (wish.kind == "window")
+        mirror_window(wish.source);
+    else if (wish.kind == "output" || wish.kind == "screen")
+        mirror_screen(wish.source);
+    else
+        wlr_log(WLR_INFO, "IPC output mirror: expected 'window <id>', 'output <name>' or 'off'");
+    return true;
+}
+
 void output_change::carry_windows()
 {
     for (const auto &[output, was] : before) {
@@ -171,6 +208,7 @@ void output_change::settle()
     if (!g_applying_profile && o.wlr_output->enabled)
         deoverlap_moved(o);
     carry_windows();
+    keep_one_lit(server);
     if (rehome)
         rehome_outputs(server);
     outputs_rearranged(server);

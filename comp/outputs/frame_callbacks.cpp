@@ -3,6 +3,7 @@
 #include "../clock.hpp"
 #include "../records.hpp"
 #include "../server.hpp"
+#include "../windows/toplevel.hpp"
 #include "lookup.hpp"
 #include "output.hpp"
 
@@ -45,11 +46,28 @@ static void tell_if_left_out(wlr_scene_buffer *buffer, int, int, void *data)
         wlr_surface_send_frame_done(surface, &frame.when);
 }
 
+// Returns null if the output mirrors no window.
+static wlr_surface *mirrored_surface(const vantore_output &o)
+{
+    if (!o.mirror.mir_on)
+        return nullptr;
+    const vantore_toplevel *t = toplevel_by_id(*o.server, o.mirror.source.mir_src_wid);
+    return t != nullptr ? tl_surface(*t) : nullptr;
+}
+
+static void tell_if_on_no_output(wlr_surface *surface, int, int, void *when)
+{
+    if (is_on_no_output(*surface))
+        wlr_surface_send_frame_done(surface, static_cast<timespec *>(when));
+}
+
 void send_frame_callbacks(vantore_output &o)
 {
     painted_frame frame{.output = o, .when = mono_timespec()};
     wlr_scene_output_send_frame_done(o.scene_output, &frame.when);
     wlr_scene_output_for_each_buffer(o.scene_output, tell_if_left_out, &frame);
+    if (wlr_surface *mirrored = mirrored_surface(o)) // its own workspace may be hidden
+        wlr_surface_for_each_surface(mirrored, tell_if_on_no_output, &frame.when);
 }
 
 // Lives as long as the surface, whatever its role.
@@ -85,7 +103,7 @@ static void surface_commit(followed_surface &followed)
     for (auto &o : each<&vantore_output::link>(followed.server->outputs)) {
         search wanted{.output = o, .surface = followed.surface};
         wlr_scene_output_for_each_buffer(o.scene_output, look_for_surface, &wanted);
-        if (wanted.found)
+        if (wanted.found || mirrored_surface(o) == followed.surface)
             wlr_output_schedule_frame(o.wlr_output);
     }
 }

@@ -128,7 +128,7 @@ void identify_show(vantore_server &server, long seconds)
 {
     identify_clear(server);
     for (auto &o : each<&vantore_output::link>(server.outputs))
-        if (o.wlr_output->enabled)
+        if (shows_desktop(o))
             identify_render_output(server, o);
     arm_timer(server, std::clamp(seconds, least_seconds, most_seconds));
 }

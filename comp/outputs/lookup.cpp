@@ -24,10 +24,20 @@ vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_o
     return nullptr;
 }
 
+bool is_usual_screen(const vantore_output &o)
+{
+    return !o.turned_off && !o.mirror.mir_on;
+}
+
+bool shows_desktop(const vantore_output &o)
+{
+    return o.wlr_output->enabled && !o.mirror.mir_on;
+}
+
 struct wlr_output *layout_output_at(const vantore_server &server, double lx, double ly)
 {
     for (const auto &o : each<&vantore_output::link>(server.outputs))
-        if (o.wlr_output->enabled && box_contains(output_layout_box(o), lx, ly))
+        if (shows_desktop(o) && box_contains(output_layout_box(o), lx, ly))
             return o.wlr_output;
     return wlr_output_layout_output_at(server.output_layout, lx, ly);
 }
@@ -39,9 +49,13 @@ vantore_output *output_at(vantore_server &server, double lx, double ly)
 
 vantore_output *current_output(vantore_server &server)
 {
-    if (vantore_output *o = output_at(server, server.cursor->x, server.cursor->y))
-        return o;
-    return each<&vantore_output::link>(server.outputs).first();
+    vantore_output *at = output_at(server, server.cursor->x, server.cursor->y);
+    if (at != nullptr && !at->mirror.mir_on)
+        return at;
+    for (auto &o : each<&vantore_output::link>(server.outputs))
+        if (!o.mirror.mir_on)
+            return &o;
+    return nullptr;
 }
 
 vantore_output *resolve_primary_output(vantore_server &server)
@@ -49,7 +63,7 @@ vantore_output *resolve_primary_output(vantore_server &server)
     const std::string_view wanted = text_of(g_primary_pref);
     vantore_output *first = nullptr;
     for (auto &o : each<&vantore_output::link>(server.outputs)) {
-        if (!o.wlr_output->enabled)
+        if (!shows_desktop(o))
             continue;
         if (!wanted.empty() &&
             (output_name(o.wlr_output) == wanted || output_token_id(*o.wlr_output) == wanted))

@@ -10,15 +10,19 @@
 vantore_output *output_by_name(vantore_server &server, std::string_view name);
 // Returns the record of a wlr_output, or null if there is no record or the wlr_output is null.
 vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_output);
-// Returns the output at a point, or null. Displays that are turned off keep their boxes, so where several lie
-// it is one that is lit.
+// Whether the output has a workspace when it is lit. One that is turned off or mirrors something has none.
+bool is_usual_screen(const vantore_output &o);
+// Whether that is so now.
+bool shows_desktop(const vantore_output &o);
+
+// Returns the output at a point, or null. Where several lie, it is one that shows the desktop.
 struct wlr_output *layout_output_at(const vantore_server &server, double lx, double ly);
 // Returns its record.
 vantore_output *output_at(vantore_server &server, double lx, double ly);
-// Returns the output under the pointer, else the newest output, else null.
+// Returns the output under the pointer, else the newest output that mirrors nothing, else null.
 vantore_output *current_output(vantore_server &server);
-// Returns the output to use when only one is wanted: of the enabled ones that of the setting `primary`, else
-// the newest. Null if none is enabled.
+// Returns the output to use when only one is wanted: of those that show the desktop that of the setting
+// `primary`, else the newest. Null if there is none.
 vantore_output *resolve_primary_output(vantore_server &server);
 int outputs_enabled_count(vantore_server &server);
 

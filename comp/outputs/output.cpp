@@ -23,6 +23,7 @@
 #include "absent.hpp"
 #include "displays.hpp"
 #include "identify.hpp"
+#include "mirror.hpp"
 #include "output_mode.hpp"
 #include "pacing.hpp"
 #include "power.hpp"
@@ -44,6 +45,7 @@ void outputs_rearranged(vantore_server &server)
         if (o.current_ws != nullptr)
             fit_fullscreen_windows(*o.current_ws);
         set_wallpaper(o, false, false);
+        mirror_refresh(o);
     }
 }
 
@@ -53,6 +55,7 @@ static void output_destroy(vantore_output &o)
     const bool returns = !server.shutting_down && will_come_back(o);
     if (returns)
         remember_absent(o);
+    mirror_output_leaves(o, returns);
     if (o.wlr_output == server.virtual_output)
         server.virtual_output = nullptr;
     if (!server.shutting_down) { // the end of the session destroys the scene before the outputs

@@ -5,6 +5,7 @@
 #include "../fwd.hpp"
 #include "../records.hpp"
 #include "../timer.hpp"
+#include "mirroring.hpp"
 #include "paint_time.hpp"
 #include "wallpaper_shown.hpp"
 
@@ -24,6 +25,7 @@ struct vantore_output {
     bool rt_pending = false; // rt holds a measurement
     render_times times;
     vantore_wallpaper wallpaper;
+    vantore_mirror mirror; // while it is on, current_ws is null
     wlr_scene_buffer *ident_buf = nullptr; // the badge with its name, while that is shown
     listener frame, present, request_state, destroy;
 };

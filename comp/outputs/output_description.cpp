@@ -25,5 +25,7 @@ output_description describe_output(const vantore_output &o)
     };
     for (const auto &m : each<&wlr_output_mode::link>(out.modes))
         d.modes.push_back({.width = m.width, .height = m.height, .refresh_mhz = m.refresh});
+    if (o.mirror.mir_on)
+        d.mirror = o.mirror.source;
     return d;
 }

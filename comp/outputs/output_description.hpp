@@ -3,7 +3,9 @@
 
 #include "../fwd.hpp"
 #include "../wlr.hpp"
+#include "mirror_source.hpp"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +20,7 @@ struct output_description {
     wlr_box box{}; // layout coordinates
     mode current{};
     std::vector<mode> modes;
+    std::optional<mirror_source> mirror; // what it mirrors
 };
 
 output_description describe_output(const vantore_output &o);

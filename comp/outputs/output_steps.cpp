@@ -102,6 +102,15 @@ static bool read_mode(std::string_view &words, steps &into)
     return true;
 }
 
+static bool read_mirror(std::string_view &words, steps &into)
+{
+    const std::string_view kind = take_word(words);
+    const bool has_source = kind == "window" || kind == "output" || kind == "screen";
+    const std::string_view source = has_source ? take_word(words) : std::string_view{};
+    into.emplace_back(output_mirror{.kind = std::string{kind}, .source = std::string{source}});
+    return true;
+}
+
 template <class Step> static bool read_plain(std::string_view &, steps &into)
 {
     into.emplace_back(Step{});
@@ -114,9 +123,13 @@ struct step_word {
 };
 
 static constexpr step_word step_words[]{
-    {"enable", read_plain<output_enable>}, {"disable", read_plain<output_disable>},
-    {"transform", read_transform},         {"scale", read_scale},
-    {"position", read_position},           {"mode", read_mode},
+    {"enable", read_plain<output_enable>},
+    {"disable", read_plain<output_disable>},
+    {"transform", read_transform},
+    {"scale", read_scale},
+    {"position", read_position},
+    {"mode", read_mode},
+    {"mirror", read_mirror},
 };
 
 std::vector<output_step> output_steps_in(std::string_view words)

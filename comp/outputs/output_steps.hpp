@@ -26,12 +26,17 @@ struct output_mode_wish {
     int width, height; // pixels
     int refresh_hz; // 0 for any
 };
+// To mirror something, in the user's words.
+struct output_mirror {
+    std::string kind; // "window", "output", "screen", "off", or a word that makes no sense
+    std::string source; // the window's id or the output's token; may be empty
+};
 struct output_unhandled {
     std::string word;
 };
 
 using output_step = std::variant<output_enable, output_disable, output_transform, output_scale,
-                                 output_position, output_mode_wish, output_unhandled>;
+                                 output_position, output_mode_wish, output_mirror, output_unhandled>;
 
 // Returns a word that is a number of layout units. Numbers beyond a million are limited to that. Nothing for
 // any other word.

@@ -8,6 +8,7 @@
 #include "../workspaces/workspace.hpp"
 #include "frame_callbacks.hpp"
 #include "lookup.hpp"
+#include "mirror.hpp"
 #include "output.hpp"
 
 static bool is_measured()
@@ -74,6 +75,7 @@ static void commit_tearing(vantore_output &o)
 static void output_do_repaint(vantore_output &o)
 {
     read_measurement(o);
+    mirror_before_paint(o);
     if (output_wants_tearing(o))
         commit_tearing(o);
     else if (is_measured() && !o.times.rt_giveup)
@@ -81,6 +83,7 @@ static void output_do_repaint(vantore_output &o)
     else
         wlr_scene_output_commit(o.scene_output, nullptr);
     send_frame_callbacks(o);
+    mirror_wake_for_source(o);
 }
 
 static int output_frame_timer(void *data)

@@ -5,6 +5,7 @@
 #include "displays.hpp"
 #include "layout_moves.hpp"
 #include "lookup.hpp"
+#include "mirror.hpp"
 #include "output.hpp"
 #include "output_mode.hpp"
 #include "rehome.hpp"
@@ -47,10 +48,12 @@ void output_turn_off(vantore_output &o)
 
 void keep_one_lit(vantore_server &server)
 {
-    if (g_dpms_off || outputs_enabled_count(server) > 0)
+    if (g_dpms_off)
         return;
-    for (auto &o : each<&vantore_output::link>(server.outputs))
-        output_turn_on(o);
+    if (outputs_enabled_count(server) == 0)
+        for (auto &o : each<&vantore_output::link>(server.outputs))
+            output_turn_on(o);
+    keep_one_desktop(server);
     find_homes(server);
 }
 

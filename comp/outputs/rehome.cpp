@@ -37,7 +37,7 @@ static vantore_workspace *orphan_with_windows(vantore_server &server)
 void rehome_outputs(vantore_server &server)
 {
     for (auto &o : each<&vantore_output::link>(server.outputs)) {
-        if (!o.wlr_output->enabled || o.current_ws != nullptr)
+        if (!shows_desktop(o) || o.current_ws != nullptr)
             continue;
         vantore_workspace *ws = orphan_with_windows(server);
         if (ws == nullptr)
@@ -50,10 +50,10 @@ void rehome_outputs(vantore_server &server)
     refresh_workspace_visibility(server);
 }
 
-static bool cursor_is_on_enabled_output(vantore_server &server)
+static bool cursor_is_on_desktop(vantore_server &server)
 {
-    const wlr_output *at = layout_output_at(server, server.cursor->x, server.cursor->y);
-    return at != nullptr && at->enabled;
+    const vantore_output *at = output_at(server, server.cursor->x, server.cursor->y);
+    return at != nullptr && shows_desktop(*at);
 }
 
 static vantore_output *output_nearest_to_cursor(vantore_server &server)
@@ -62,7 +62,7 @@ static vantore_output *output_nearest_to_cursor(vantore_server &server)
     double best = 1e18;
     for (auto &o : each<&vantore_output::link>(server.outputs)) {
         const wlr_box box = output_layout_box(o);
-        if (!o.wlr_output->enabled || box.width <= 0 || box.height <= 0)
+        if (!shows_desktop(o) || box.width <= 0 || box.height <= 0)
             continue;
         const point center = center_of(box);
         const double distance = std::hypot(center.x - server.cursor->x, center.y - server.cursor->y);
@@ -76,7 +76,7 @@ static vantore_output *output_nearest_to_cursor(vantore_server &server)
 
 void cursor_ensure_on_output(vantore_server &server)
 {
-    if (cursor_is_on_enabled_output(server))
+    if (cursor_is_on_desktop(server))
         return;
     const vantore_output *o = output_nearest_to_cursor(server);
     if (o == nullptr)
@@ -93,17 +93,17 @@ static point nearest_in(const wlr_box &box, const wlr_cursor &cursor)
             .y = std::clamp<double>(cursor.y, box.y, box.y + box.height - 1)};
 }
 
-void keep_cursor_on_lit_outputs(vantore_server &server)
+void clamp_cursor_off_mirror(vantore_server &server)
 {
     const wlr_cursor &cursor = *server.cursor;
-    const wlr_output *at = layout_output_at(server, cursor.x, cursor.y);
-    if (at == nullptr || at->enabled)
+    const vantore_output *at = output_at(server, cursor.x, cursor.y);
+    if (at == nullptr || shows_desktop(*at))
         return;
     std::optional<point> best;
     const auto distance = [&](const point &p) { return std::hypot(p.x - cursor.x, p.y - cursor.y); };
     for (const auto &o : each<&vantore_output::link>(server.outputs)) {
         const wlr_box box = output_layout_box(o);
-        if (!o.wlr_output->enabled || box.width < 1 || box.height < 1)
+        if (!shows_desktop(o) || box.width < 1 || box.height < 1)
             continue;
         const point nearest = nearest_in(box, cursor);
         if (!best || distance(nearest) < distance(*best))
@@ -129,7 +129,7 @@ void hand_workspace_to(vantore_output &o)
 void find_homes(vantore_server &server)
 {
     const auto is_homeless = [](const vantore_output &o) {
-        return o.wlr_output->enabled && o.current_ws == nullptr;
+        return shows_desktop(o) && o.current_ws == nullptr;
     };
     bool found = false;
     for (const auto &o : each<&vantore_output::link>(server.outputs))

@@ -3,16 +3,17 @@
 
 #include "../fwd.hpp"
 
-// Gives a workspace to every enabled output that has none. Workspaces with windows but without an output come
-// first.
+// Gives a workspace to every output that shows the desktop and has none. Workspaces with windows but without
+// an output come first.
 void rehome_outputs(vantore_server &server);
 
-// Moves the pointer to the nearest enabled output if it lies on none.
+// Moves the pointer to the nearest output that shows the desktop if it lies on none.
 void cursor_ensure_on_output(vantore_server &server);
 
-// Moves the pointer from an output that is turned off to the nearest point of one that is lit. Such an output
-// stays in the layout, but nobody would see the pointer there. Does nothing while all are dark.
-void keep_cursor_on_lit_outputs(vantore_server &server);
+// Moves the pointer from an output that is turned off or only mirrors something to the nearest point of one
+// that shows the desktop. Both keep their place in the layout, but the pointer is of no use there. Does
+// nothing if no output shows the desktop.
+void clamp_cursor_off_mirror(vantore_server &server);
 
 // Gives an output the workspace that was last shown on it, else the first one that waits for no other output.
 void hand_workspace_to(vantore_output &o);

@@ -9,6 +9,7 @@
 #include "absent.hpp"
 #include "changing.hpp"
 #include "lookup.hpp"
+#include "mirror.hpp"
 #include "output.hpp"
 #include "rehome.hpp"
 
@@ -29,7 +30,9 @@ bool output_returns(vantore_output &o)
         return false;
     restore_output(o, remembered->description);
     o.turned_off = remembered->turned_off;
-    if (!o.turned_off)
+    if (remembered->description.mirror)
+        mirror_resume(o, *remembered->description.mirror);
+    if (is_usual_screen(o))
         take_workspace_back(o, remembered->workspace);
     return true;
 }

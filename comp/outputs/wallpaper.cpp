@@ -58,6 +58,12 @@ void wallpaper_destroy(vantore_output &o)
     o.wallpaper.node = nullptr;
 }
 
+void wallpaper_show(vantore_output &o, bool shown)
+{
+    if (o.wallpaper.node != nullptr)
+        wlr_scene_node_set_enabled(&o.wallpaper.node->node, shown);
+}
+
 static void wp_dispatch_load(vantore_output &o)
 {
     const vantore_wallpaper &shown = o.wallpaper;
@@ -96,6 +102,8 @@ static bool note_fit(vantore_wallpaper &shown, const wlr_box &box, wp_mode mode)
 
 void set_wallpaper(vantore_output &o, bool force, bool repick)
 {
+    if (o.mirror.mir_on)
+        return;
     vantore_wallpaper &shown = o.wallpaper;
     const wlr_box box = output_layout_box(o);
     if (shown.node != nullptr)
@@ -144,6 +152,7 @@ static void show_picture(vantore_output &o, picture shown)
     scene_buffer_set_cairo(node, cairo_buffer_from_surface(shown.release()));
     wallpaper_destroy(o);
     o.wallpaper.node = node;
+    wallpaper_show(o, !o.mirror.mir_on);
 }
 
 // After a failure the old picture stays.

@@ -37,7 +37,7 @@ static vantore_output *requested_output(const vantore_toplevel &t)
         o = output_by_name(*t.server, text_of(g_game_output));
     else if (const wlr_output *wanted = t.xdg_toplevel->requested.fullscreen_output)
         o = output_of(*t.server, wanted);
-    return o != nullptr && o->wlr_output->enabled ? o : nullptr;
+    return o != nullptr && shows_desktop(*o) ? o : nullptr;
 }
 
 // A float that was dragged to another output fills that output. A window whose workspace is not shown lies on
@@ -48,7 +48,7 @@ static vantore_output *output_below(const vantore_toplevel &t)
     if (output_showing(t) == nullptr || toplevel_is_tiled(t) || box.width < 2 || box.height < 2)
         return nullptr;
     vantore_output *o = output_at(*t.server, box.x + box.width / 2.0, box.y + box.height / 2.0);
-    return o != nullptr && !o->turned_off ? o : nullptr;
+    return o != nullptr && is_usual_screen(*o) ? o : nullptr;
 }
 
 static vantore_output *output_to_fill(vantore_toplevel &t)

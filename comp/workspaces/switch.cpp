@@ -35,7 +35,7 @@ void focus_workspace_top(vantore_workspace &ws)
 vantore_output *home_of(const vantore_workspace &ws)
 {
     vantore_output *home = output_by_name(*ws.server, text_of(ws.pref_output));
-    return home != nullptr && home->wlr_output->enabled ? home : nullptr;
+    return home != nullptr && shows_desktop(*home) ? home : nullptr;
 }
 
 static vantore_output *output_to_show_on(const vantore_workspace &ws)

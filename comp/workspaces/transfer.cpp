@@ -46,7 +46,7 @@ vantore_output *adjacent_output(vantore_server &server, const vantore_output *fr
     const auto step = [dir](const wl_list &at) { return dir < 0 ? at.prev : at.next; };
     const auto is_passed_over = [&](wl_list *at) {
         return at == &server.outputs ||
-               (at != &from->link && owner_of<&vantore_output::link>(at)->turned_off);
+               (at != &from->link && !is_usual_screen(*owner_of<&vantore_output::link>(at)));
     };
     wl_list *next = step(from->link);
     while (is_passed_over(next))
@@ -102,7 +102,7 @@ static void rebind(vantore_workspace &ws, vantore_output &target)
 
 void move_workspace_to_output(vantore_workspace *ws, vantore_output &target)
 {
-    if (ws == nullptr || !target.wlr_output->enabled)
+    if (ws == nullptr || !shows_desktop(target))
         return;
     vantore_output *source = ws->output;
     if (source == &target) {

@@ -76,6 +76,36 @@ TEST_F(login_session, lights_an_output_without_a_mode_in_its_preferred_one)
     EXPECT_EQ(made.base.width, 1024);
 }
 
+TEST_F(login_session, returns_with_its_mirrors)
+{
+    for (const char *gone_first : {"A", "B"}) {
+        const std::string other = gone_first == std::string{"A"} ? "B" : "A";
+        plug("A", 800, 600);
+        plug("B", 400, 300);
+        switch_to(true);
+        command("output B mirror output A");
+        switch_to(false);
+        unplug(gone_first);
+        unplug(other);
+        settle();
+        auto &c = dial();
+        EXPECT_THAT(ask(c, VNT_MSG_GET_OUTPUTS), HasSubstr(R"("mirror":{"kind":"screen","output":"A"})"));
+        plug(other == "A" ? test::output_traits{.name = "A", .width = 800, .height = 600}
+                          : test::output_traits{.name = "B", .width = 400, .height = 300});
+        plug(other == "A" ? test::output_traits{.name = "B", .width = 400, .height = 300}
+                          : test::output_traits{.name = "A", .width = 800, .height = 600});
+        switch_to(true);
+        settle();
+        EXPECT_TRUE(output("B").mirror.mir_on);
+        EXPECT_EQ(output("B").current_ws, nullptr);
+        EVENTUALLY_EQ(output("B").mirror.seen, output("A").wlr_output->commit_seq);
+        command("output B mirror off");
+        unplug("A");
+        unplug("B");
+        settle();
+    }
+}
+
 TEST_F(login_session, ends_the_compositor_when_the_seat_daemon_hangs_up)
 {
     plug("A", 800, 600);

@@ -352,6 +352,27 @@ TEST_F(wallpaper, of_a_folder_changes_with_each_interval)
     EXPECT_THAT((std::set<std::string>{slides.begin(), slides.end()}), SizeIs(33));
 }
 
+TEST_F(wallpaper, of_a_folder_waits_while_its_output_is_a_mirror)
+{
+    plug("A", 320, 200);
+    plug("B", 320, 200);
+    for (int i = 0; i < 20; i++)
+        picture_file(std::to_string(i) + ".png", red);
+    choose("wallpaper = " + pictures.string() + "\nwallpaper_interval = 60\n");
+    pass(seconds{5});
+    command("output A mirror output B");
+    settle();
+    EXPECT_FALSE(node("A")->node.enabled);
+    const std::string before = output("A").wallpaper.path;
+    const int64_t next = output("A").wallpaper.next_s;
+    pass(seconds{60});
+    EXPECT_EQ(output("A").wallpaper.path, before);
+    EXPECT_EQ(output("A").wallpaper.next_s, next + 60);
+    command("output A mirror off");
+    settle();
+    EXPECT_TRUE(node("A")->node.enabled);
+}
+
 TEST_F(wallpaper, of_a_folder_keeps_its_picture_when_the_output_changes)
 {
     auto &a = plug("A", 320, 200);

@@ -96,20 +96,36 @@ private:
             const std::string name = std::string{"output "} + output_name(o.wlr_output);
             expect(o.current_ws == nullptr || o.current_ws->output == &o, name + "'s workspace points back");
             expect(o.scene_output != nullptr, name + " shows the scene");
-            if (o.wallpaper.node != nullptr)
+            if (o.mirror.mir_on)
+                check_mirror(o, name);
+            if (o.wallpaper.node != nullptr && !o.mirror.mir_on)
                 check_wallpaper(*o.wallpaper.node, output_layout_box(o), name + "'s wallpaper");
         }
+    }
+
+    void check_mirror(const vantore_output &o, const std::string &name)
+    {
+        const vantore_mirror &m = o.mirror;
+        const wlr_box box = output_layout_box(o);
+        expect(o.current_ws == nullptr, name + " mirrors and has no workspace");
+        expect(m.source.mir_is_output != (m.source.mir_src_wid != 0), name + " mirrors one thing");
+        expect(m.mir_tree != nullptr && m.mir_tree->node.x == box.x && m.mir_tree->node.y == box.y &&
+                   m.mir_bg->width == box.width && m.mir_bg->height == box.height,
+               name + " mirrors in its place");
+        const vantore_output *at = output_at(server, server.cursor->x, server.cursor->y);
+        expect(at != &o, name + " mirrors and has no pointer");
     }
 
     // Only other wallpapers lie between a wallpaper and the backdrop.
     void check_wallpaper(wlr_scene_buffer &shown, const wlr_box &box, const std::string &name)
     {
         const wlr_scene_node &node = shown.node;
-        expect(node.enabled && node.x == box.x && node.y == box.y, name + " is in its place");
+        expect(node.x == box.x && node.y == box.y, name + " is in its place");
         expect(shown.point_accepts_input != nullptr && !shown.point_accepts_input(&shown, nullptr, nullptr),
                name + " takes no input");
         if (!expect(node.parent == server.layers[0], name + " lies in the background"))
             return;
+        expect(node.enabled, name + " shows");
         int others = 0;
         for (auto &o : each<&vantore_output::link>(server.outputs))
             others += o.wallpaper.node != nullptr && o.wallpaper.node != &shown ? 1 : 0;

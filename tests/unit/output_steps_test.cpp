@@ -27,6 +27,7 @@ std::string told(const output_step &step)
             return "mode " + std::to_string(m.width) + " " + std::to_string(m.height) + " " +
                    std::to_string(m.refresh_hz);
         }
+        std::string operator()(const output_mirror &m) { return "mirror " + m.kind + " " + m.source; }
         std::string operator()(const output_unhandled &u) { return "unhandled " + u.word; }
     };
     return std::visit(teller{}, step);
@@ -46,6 +47,17 @@ TEST(output_steps, are_read_in_their_order)
                 ElementsAre("enable", "mode 1920 1080 60", "position 0 0"));
     EXPECT_THAT(steps(" \t disable\r\n"), ElementsAre("disable"));
     EXPECT_THAT(steps(""), IsEmpty());
+}
+
+TEST(output_steps, go_on_after_a_mirror)
+{
+    EXPECT_THAT(steps("mirror off enable"), ElementsAre("mirror off ", "enable"));
+    EXPECT_THAT(steps("mirror window 12 enable"), ElementsAre("mirror window 12", "enable"));
+    EXPECT_THAT(steps("mirror output HDMI-1 mirror screen A-B-C"),
+                ElementsAre("mirror output HDMI-1", "mirror screen A-B-C"));
+    EXPECT_THAT(steps("mirror upside-down enable"), ElementsAre("mirror upside-down ", "enable"));
+    EXPECT_THAT(steps("enable mirror"), ElementsAre("enable", "mirror  "));
+    EXPECT_THAT(steps("mirror window"), ElementsAre("mirror window "));
 }
 
 TEST(output_steps, know_all_transforms)
