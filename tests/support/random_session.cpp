@@ -95,7 +95,7 @@ std::string random_session::visit_other_session()
     handle_session_active(server);
     server.session = nullptr;
     for (const std::string &name : plugged)
-        if (output(name).current_ws != shown[name])
+        if (shown[name] != nullptr && output(name).current_ws != shown[name])
             broken_promises.push_back(name + " shows its workspace again");
     return "visit another session";
 }
@@ -218,9 +218,22 @@ std::string random_session::change_power()
     return "power";
 }
 
+std::string random_session::mirror_step()
+{
+    const vantore_toplevel *t = any_mapped();
+    const auto *o = each<&vantore_output::link>(server.outputs).first();
+    if (t != nullptr && below(2) == 0)
+        return "mirror window " + std::to_string(t->id);
+    if (o != nullptr && below(3) != 0)
+        return std::string{"mirror output "} + o->wlr_output->name;
+    return "mirror off";
+}
+
 // Returns one step that changes a display, or a few.
 std::string random_session::display_steps()
 {
+    if (below(3) == 0)
+        return mirror_step();
     static constexpr const char *words[]{"enable",           "transform 90",  "transform flipped-180",
                                          "transform normal", "scale 1",       "scale 1.5",
                                          "scale 2",          "mode 1024x768", "mode 800x600@60Hz"};

@@ -44,6 +44,7 @@ private:
     std::string change_power();
     std::string display_steps();
     std::string change_display();
+    std::string mirror_step();
     std::string move_pointer();
     std::string focus_window();
     std::string arrow_key();
