@@ -3,6 +3,7 @@
 // draws in threads of its own. A frame is compared with the same nodes in a scene that has nothing else to
 // do.
 
+#include "in_process.hpp"
 #include "support/desktop.hpp"
 
 #include "cairo_buffer.hpp"
@@ -16,46 +17,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <ctime>
-
-static constexpr int rounds = 21;
-
-struct cost {
-    double main_us, all_us; // CPU time of this thread, and of all
-};
-
-static double cpu_us(clockid_t clock)
-{
-    timespec now{};
-    clock_gettime(clock, &now);
-    return double(now.tv_sec) * 1e6 + double(now.tv_nsec) / 1e3;
-}
-
-static double median(std::vector<double> values)
-{
-    std::ranges::nth_element(values, values.begin() + ptrdiff_t(values.size() / 2));
-    return values[values.size() / 2];
-}
-
-// The medians of many calls. `prepare` runs before each and is not measured.
-template <class Prepare, class Action> static cost measure(Prepare prepare, Action action)
-{
-    std::vector<double> main_us, all_us;
-    for (int i = 0; i < rounds; i++) {
-        prepare();
-        const double main_before = cpu_us(CLOCK_THREAD_CPUTIME_ID),
-                     all_before = cpu_us(CLOCK_PROCESS_CPUTIME_ID);
-        action();
-        main_us.push_back(cpu_us(CLOCK_THREAD_CPUTIME_ID) - main_before);
-        all_us.push_back(cpu_us(CLOCK_PROCESS_CPUTIME_ID) - all_before);
-    }
-    return {.main_us = median(main_us), .all_us = median(all_us)};
-}
-
-static void print(const std::string &what, const cost &c)
-{
-    printf("%s: %.0f microseconds of the main thread, %.0f of all\n", what.c_str(), c.main_us, c.all_us);
-}
 
 // Lets a copy show what the original shows. The scene gives up the compositor's own pictures once they are in
 // the GPU's memory, so a plain picture of the same size stands for them.
