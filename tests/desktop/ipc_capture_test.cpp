@@ -1,9 +1,7 @@
 // Snapshots of windows, outputs, regions and everything. Taking one changes nothing else.
 
 #include "support/desktop.hpp"
-
-#include <sys/stat.h>
-#include <unistd.h>
+#include "support/snapshot.hpp"
 
 using testing::Each;
 
@@ -35,21 +33,7 @@ struct capture : test::desktop {
             ADD_FAILURE() << spec << ": " << reply;
             return {};
         }
-        return read_file(file, w, h);
-    }
-
-    static test::image read_file(int file, int w, int h)
-    {
-        struct stat about{};
-        fstat(file, &about);
-        test::image picture{.width = w, .height = h, .argb = {}};
-        EXPECT_EQ(about.st_size, off_t{w} * h * 4);
-        picture.argb.resize(size_t(about.st_size) / 4);
-        EXPECT_EQ(pread(file, picture.argb.data(), size_t(about.st_size), 0), about.st_size);
-        close(file);
-        for (uint32_t &p : picture.argb) // from bytes in the order red, green, blue, alpha
-            p = (p & 0xff00ff00) | (p & 0xff) << 16 | (p >> 16 & 0xff);
-        return picture;
+        return test::read_snapshot(file, w, h);
     }
 
     void expect_failure(std::string_view spec, vnt_ipc_msg type = VNT_MSG_CAPTURE)

@@ -1,6 +1,7 @@
 // The IPC socket: frames, connections, events, commands.
 
 #include "support/desktop.hpp"
+#include "support/sockets.hpp"
 
 #include "ipc/client.hpp"
 #include "ipc/send.hpp"
@@ -248,15 +249,6 @@ TEST_F(ipc, windows_that_open_where_nobody_sees_them_are_announced)
     EVENTUALLY_EQ(c.events(), std::vector{VNT_EVT_WINDOWS});
 }
 
-// Fills the server's side of a connection until nothing fits.
-void fill_socket(int fd)
-{
-    const std::string block(4096, '\0');
-    for (size_t n = block.size(); n > 0; n /= 2)
-        while (::send(fd, block.data(), n, MSG_DONTWAIT | MSG_NOSIGNAL) > 0) {
-        }
-}
-
 // Skips the null bytes that fill_socket wrote in front of the frames.
 void drain_filling(test::ipc_client &c)
 {
@@ -269,7 +261,7 @@ TEST_F(ipc, subscriber_that_does_not_read_is_dropped_at_the_event_that_does_not_
     test::ipc_client &c = dial();
     (void)ask(c, VNT_MSG_SUBSCRIBE);
     c.reads = false;
-    fill_socket(newest().fd);
+    test::fill_socket(newest().fd);
     EXPECT_FALSE(newest().dead);
     ipc_broadcast(server, VNT_EVT_WINDOWS);
     EXPECT_TRUE(newest().dead);
@@ -281,7 +273,7 @@ TEST_F(ipc, reply_that_does_not_fit_arrives_whole_once_there_is_room)
 {
     test::ipc_client &c = dial();
     c.reads = false;
-    fill_socket(newest().fd);
+    test::fill_socket(newest().fd);
     const std::string text(300'000, 'x');
     ipc_reply(newest(), VNT_MSG_GET_WINDOWS, text);
     EXPECT_FALSE(newest().dead);
@@ -298,7 +290,7 @@ TEST_F(ipc, events_follow_the_rest_of_a_reply)
     (void)ask(c, VNT_MSG_SUBSCRIBE);
     (void)c.take();
     c.reads = false;
-    fill_socket(newest().fd);
+    test::fill_socket(newest().fd);
     ipc_reply(newest(), VNT_MSG_GET_WINDOWS, "[]");
     ipc_broadcast(server, VNT_EVT_WORKSPACES);
     ipc_reply(newest(), VNT_MSG_GET_OUTPUTS, "[]");
@@ -314,7 +306,7 @@ TEST_F(ipc, descriptors_wait_in_line_with_their_reply)
 {
     test::ipc_client &c = dial();
     c.reads = false;
-    fill_socket(newest().fd);
+    test::fill_socket(newest().fd);
     const int file = memfd_create("waits", MFD_CLOEXEC);
     ipc_reply(newest(), VNT_MSG_CAPTURE, "{}", {&file, 1});
     close(file); // the reply holds a duplicate
@@ -330,7 +322,7 @@ TEST_F(ipc, client_that_lets_more_than_sixteen_pictures_wait_is_dropped)
 {
     test::ipc_client &c = dial();
     c.reads = false;
-    fill_socket(newest().fd);
+    test::fill_socket(newest().fd);
     const int file = memfd_create("picture", MFD_CLOEXEC);
     for (int i = 0; i < 16; i++)
         ipc_reply(newest(), VNT_MSG_CAPTURE, "{}", {&file, 1});
@@ -345,7 +337,7 @@ TEST_F(ipc, client_that_lets_eight_mebibytes_wait_is_dropped)
 {
     test::ipc_client &c = dial();
     c.reads = false;
-    fill_socket(newest().fd);
+    test::fill_socket(newest().fd);
     const std::string mebibyte(1024 * 1024, 'x');
     for (int i = 0; i < 7; i++)
         ipc_reply(newest(), VNT_MSG_GET_WINDOWS, mebibyte);
@@ -358,7 +350,7 @@ TEST_F(ipc, client_that_lets_eight_mebibytes_wait_is_dropped)
 TEST_F(ipc, nothing_is_pushed_to_a_client_for_which_a_reply_waits)
 {
     dial().reads = false;
-    fill_socket(newest().fd);
+    test::fill_socket(newest().fd);
     ipc_reply(newest(), VNT_MSG_GET_WINDOWS, "[]");
     EXPECT_EQ(ipc_push_fds(newest(), VNT_MSG_CAPTURE_FRAME, "{}", {}), 0);
 }
@@ -375,7 +367,7 @@ TEST_F(ipc, client_that_is_condemned_by_its_own_request_gets_no_further_one_run)
     test::ipc_client &c = dial();
     (void)ask(c, VNT_MSG_SUBSCRIBE);
     c.reads = false;
-    fill_socket(newest().fd);
+    test::fill_socket(newest().fd);
     c.send_bytes(test::ipc_bytes(VNT_MSG_COMMAND, "workspace 2") +
                  test::ipc_bytes(VNT_MSG_COMMAND, "workspace 3"));
     EVENTUALLY_EQ(connections(), 0);
@@ -497,7 +489,7 @@ TEST_F(two_ends, tell_whether_a_push_went_out)
     const files_to_send files;
     EXPECT_EQ(ipc_push_fds(peer, 9, "{}", std::span{files.fds}.first(2)), 1);
     EXPECT_THAT(receive(ends[1]).files, SizeIs(2));
-    fill_socket(ends[0]);
+    test::fill_socket(ends[0]);
     EXPECT_EQ(ipc_push_fds(peer, 9, "{}", {}), 0);
 }
 

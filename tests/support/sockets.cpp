@@ -36,4 +36,12 @@ int bind_to(const std::filesystem::path &path)
     return named_socket(path, bind);
 }
 
+void fill_socket(int fd)
+{
+    const std::string block(4096, '\0');
+    for (size_t n = block.size(); n > 0; n /= 2)
+        while (::send(fd, block.data(), n, MSG_DONTWAIT | MSG_NOSIGNAL) > 0) {
+        }
+}
+
 } // namespace test

@@ -1,4 +1,4 @@
-// Sockets of the file system.
+// Sockets of the file system, and how full one is.
 #pragma once
 
 #include <filesystem>
@@ -14,5 +14,8 @@ int connect_to(const std::filesystem::path &path);
 
 // Returns the descriptor of a new socket at the path, or -1. Nobody listens there yet.
 int bind_to(const std::filesystem::path &path);
+
+// Fills the sending side of a connection until nothing fits.
+void fill_socket(int fd);
 
 } // namespace test

@@ -225,10 +225,22 @@ std::string client::name_of(wl_surface *surface) const
 
 void client::paint(wl_surface *surface, test::size s, uint32_t argb)
 {
+    show(surface, s, [&](uint32_t *memory, size_t pixels) { std::fill_n(memory, pixels, argb); });
+}
+
+void client::paint_noise(wl_surface *surface, test::size s)
+{
+    show(surface, s, [](uint32_t *memory, size_t pixels) {
+        for (size_t i = 0; i < pixels; i++)
+            memory[i] = 0xff000000 | uint32_t(i * 2654435761U >> 8);
+    });
+}
+
+void client::show(wl_surface *surface, test::size s, const std::function<void(uint32_t *, size_t)> &fill)
+{
     static constexpr wl_buffer_listener listener{.release = client_events::release};
     const size_t pixels = size_t(s.width) * size_t(s.height);
-    const int fd =
-        memory_file<uint32_t>(pixels, [&](uint32_t *memory) { std::fill_n(memory, pixels, argb); });
+    const int fd = memory_file<uint32_t>(pixels, [&](uint32_t *memory) { fill(memory, pixels); });
     wl_shm_pool *pool = wl_shm_create_pool(shm, fd, int(pixels * 4));
     wl_buffer *buffer =
         wl_shm_pool_create_buffer(pool, 0, s.width, s.height, s.width * 4, WL_SHM_FORMAT_ARGB8888);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <map>
 #include <optional>
@@ -213,6 +214,8 @@ public:
     void destroy_surface(wl_surface *surface);
     // Attaches a new buffer of one colour and commits.
     void paint(wl_surface *surface, test::size s, uint32_t argb);
+    // Does the same with opaque pixels that differ from their neighbours.
+    void paint_noise(wl_surface *surface, test::size s);
     [[nodiscard]] std::string name_of(wl_surface *surface) const;
 
     // Returns null if there is no such output.
@@ -239,6 +242,7 @@ private:
         std::string name;
     };
     [[nodiscard]] std::string name_of(const wl_output *proxy) const;
+    void show(wl_surface *surface, test::size s, const std::function<void(uint32_t *, size_t)> &fill);
 
     wl_display *display;
     wl_registry *registry = nullptr;
