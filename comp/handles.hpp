@@ -11,6 +11,9 @@ template <auto Free> struct freed_by {
 template <class T, auto Free> using handle = std::unique_ptr<T, freed_by<Free>>;
 
 using event_source = handle<wl_event_source, wl_event_source_remove>;
+using texture_handle = handle<wlr_texture, wlr_texture_destroy>;
+using swapchain_handle = handle<wlr_swapchain, wlr_swapchain_destroy>;
+using locked_buffer = handle<wlr_buffer, wlr_buffer_unlock>;
 
 // An output state that finishes itself when it goes out of scope.
 struct output_state : wlr_output_state {

@@ -144,3 +144,15 @@ pixel_memory read_rgba(wlr_texture *texture)
     options.stride = uint32_t(stride);
     return wlr_texture_read_pixels(texture, &options) ? std::move(pixels) : nullptr;
 }
+
+// The renderer waits for its threads before it reads.
+bool offscreen_await(const vantore_server &server, wlr_buffer &buffer)
+{
+    const texture_handle texture{wlr_texture_from_buffer(server.renderer, &buffer)};
+    uint32_t pixel = 0;
+    const wlr_texture_read_pixels_options options{.data = &pixel,
+                                                  .format = DRM_FORMAT_ABGR8888,
+                                                  .stride = sizeof pixel,
+                                                  .src_box = {.x = 0, .y = 0, .width = 1, .height = 1}};
+    return texture != nullptr && wlr_texture_read_pixels(texture.get(), &options);
+}

@@ -7,11 +7,7 @@
 
 #include <cstdlib>
 
-using texture_handle = handle<wlr_texture, wlr_texture_destroy>;
-using swapchain_handle = handle<wlr_swapchain, wlr_swapchain_destroy>;
 using pixel_memory = handle<unsigned char, free>;
-
-using locked_buffer = handle<wlr_buffer, wlr_buffer_unlock>;
 
 enum class pixel_order { any, linear_if_possible }; // linear buffers can be read by any program
 
@@ -34,6 +30,11 @@ picture_size offscreen_surface_size(wlr_surface &surface);
 // buffer. Returns null on failure.
 locked_buffer offscreen_draw_surface(const vantore_server &server, wlr_swapchain &swapchain,
                                      wlr_surface &surface);
+
+// Waits until the buffer holds what was drawn into it. A GPU's driver makes other programs wait when they
+// read the buffer, but a software renderer goes on in threads of its own that nobody waits for. Returns false
+// on failure.
+bool offscreen_await(const vantore_server &server, wlr_buffer &buffer);
 
 // Returns the texture's pixels as red, green, blue and alpha, with the rows packed. Returns null if there is
 // no memory or the texture can't be read.

@@ -60,6 +60,12 @@ template <auto Member, auto Handler> void listen(record_of<Member> &record, wl_s
     wl_signal_add(&signal, &l);
 }
 
+struct signal_head : wl_signal {
+    signal_head() { wl_signal_init(this); }
+    signal_head(const signal_head &) = delete;
+    signal_head &operator=(const signal_head &) = delete;
+};
+
 struct list_head : wl_list {
     list_head() { wl_list_init(this); }
     list_head(const list_head &) = delete;

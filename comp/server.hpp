@@ -10,6 +10,7 @@
 #include "input/switching.hpp"
 #include "input/tap.hpp"
 #include "input/tiler.hpp"
+#include "ipc/capturing.hpp"
 #include "ipc/socket.hpp"
 #include "outputs/absent.hpp"
 #include "outputs/on_screen.hpp"
@@ -98,6 +99,7 @@ struct vantore_server {
     uint32_t wm_modifier = WLR_MODIFIER_LOGO; // Ctrl, Alt or Logo
     bool shutting_down = false; // the event loop has ended; the teardown must not rearrange windows
     uint32_t next_toplevel_id = 0; // the last id that was assigned
+    signal_head window_ends; // emitted with a vantore_toplevel that is about to be deleted
     uint32_t last_focused = 0; // id of the window that got the keyboard last; it may be gone
     int next_stack_id = 1;
     vantore_tap tap;
@@ -115,6 +117,7 @@ struct vantore_server {
     bool locked = false; // nothing except the lock screen may be seen or reached
     wlr_output *virtual_output = nullptr; // on the headless backend; null if there is none
     vantore_ipc ipc;
+    vantore_capturing capturing;
 
     wlr_scene_tree *lock_tree = nullptr;
     wlr_scene_tree *drag_icon_tree = nullptr;

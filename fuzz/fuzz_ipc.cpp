@@ -12,6 +12,8 @@ static void read_texts(std::string_view text)
     require(spec.max_dim >= 0 && spec.output_name.back() == '\0');
     require(spec.kind == capture_kind::window || spec.window_id == 0);
     (void)ipc_parse_thumbnail(text);
+    const capture_wish wish = ipc_parse_capture_wish(text);
+    require(wish.fps >= 1 && wish.fps <= 480);
     ipc_words words{text};
     size_t letters = 0;
     while (const char *word = words.next()) {

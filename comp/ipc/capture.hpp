@@ -12,6 +12,9 @@
 
 struct strbuf;
 
+// The reply to a capture that failed.
+inline constexpr std::string_view ipc_no_capture = R"({"ok":false})";
+
 // Runs the text of a VNT_MSG_CAPTURE request.
 int ipc_capture(vantore_server &server, std::string_view request, strbuf &meta);
 // Runs the text of a VNT_MSG_GET_THUMBNAIL request.

@@ -2,6 +2,7 @@
 
 #include "../strbuf.hpp"
 #include "capture.hpp"
+#include "capture_dmabuf.hpp"
 #include "client.hpp"
 #include "command.hpp"
 #include "protocol.hpp"
@@ -13,7 +14,6 @@
 
 static constexpr std::string_view success = R"({"success":true})";
 static constexpr std::string_view unknown_type = R"({"success":false,"error":"unknown message type"})";
-static constexpr std::string_view no_capture = R"({"ok":false})";
 
 static void run_command(vnt_ipc_client &client, uint32_t type, std::string_view payload)
 {
@@ -42,17 +42,17 @@ static void answer_capture(vnt_ipc_client &client, uint32_t type, std::string_vi
     strbuf meta;
     const int file = Capture(*client.server, payload, meta);
     if (file < 0) {
-        ipc_reply(client, type, no_capture);
+        ipc_reply(client, type, ipc_no_capture);
         return;
     }
     ipc_reply(client, type, meta.text(), {&file, 1});
     close(file);
 }
 
-// We can't hand out GPU buffers yet.
+// We can't push pictures yet.
 static void refuse_capture(vnt_ipc_client &client, uint32_t type, std::string_view)
 {
-    ipc_reply(client, type, no_capture);
+    ipc_reply(client, type, ipc_no_capture);
 }
 
 using request_handler = void (*)(vnt_ipc_client &client, uint32_t type, std::string_view payload);
@@ -65,7 +65,7 @@ static constexpr request_handler handlers[]{
     subscribe, // VNT_MSG_SUBSCRIBE
     answer_capture<ipc_thumbnail>, // VNT_MSG_GET_THUMBNAIL
     answer_capture<ipc_capture>, // VNT_MSG_CAPTURE
-    refuse_capture, // VNT_MSG_CAPTURE_DMABUF
+    ipc_capture_dmabuf_reply, // VNT_MSG_CAPTURE_DMABUF
     refuse_capture, // VNT_MSG_CAPTURE_SUBSCRIBE
 };
 static_assert(std::size(handlers) == VNT_MSG_CAPTURE_SUBSCRIBE + 1);

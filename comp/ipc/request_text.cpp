@@ -11,6 +11,8 @@
 static constexpr const char *blanks = " \t\r\n";
 static constexpr size_t longest_capture = 127;
 static constexpr size_t longest_thumbnail = 31;
+static constexpr size_t longest_wish = 63;
+static constexpr int most_fps = 480;
 
 static std::string up_to_null(std::string_view text)
 {
@@ -142,4 +144,15 @@ uint32_t ipc_parse_thumbnail(std::string_view text)
     const std::string cut = up_to_null(text.substr(0, longest_thumbnail));
     const char *at = cut.c_str();
     return take_id(at);
+}
+
+capture_wish ipc_parse_capture_wish(std::string_view text)
+{
+    const std::string cut = up_to_null(text.substr(0, longest_wish));
+    const char *at = cut.c_str();
+    capture_wish wish{.window_id = take_id(at)};
+    int fps = 0;
+    if (take_int(at, fps) && fps >= 1 && fps <= most_fps)
+        wish.fps = fps;
+    return wish;
 }

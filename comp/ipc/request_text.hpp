@@ -53,3 +53,13 @@ capture_spec ipc_parse_capture(std::string_view text);
 
 // Returns the window id of a thumbnail request. Only its first 31 bytes are read.
 uint32_t ipc_parse_thumbnail(std::string_view text);
+
+struct capture_wish {
+    uint32_t window_id = 0; // 0 is never a window
+    int fps = 60; // 1 to 480
+    friend bool operator==(const capture_wish &, const capture_wish &) = default;
+};
+
+// Reads a window id and how many frames a second are wanted, which may be missing. Only the first 63 bytes
+// are read, and any other rate gives 60.
+capture_wish ipc_parse_capture_wish(std::string_view text);

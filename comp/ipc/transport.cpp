@@ -9,6 +9,7 @@
 #include "../broadcast.hpp"
 #include "../server.hpp"
 #include "../text.hpp"
+#include "capture_dmabuf.hpp"
 #include "client.hpp"
 #include "dispatch.hpp"
 #include "frame.hpp"
@@ -180,6 +181,7 @@ void ipc_init(vantore_server &server)
         return;
     }
     broadcast_listen(ipc_tell_subscribers);
+    capture_dmabuf_begin(server);
     setenv("VANTORESOCK", server.ipc.ipc_path.data(), 1);
     wlr_log(WLR_INFO, "vantore-comp: IPC listening on %s", server.ipc.ipc_path.data());
 }
@@ -189,6 +191,7 @@ void ipc_finish(vantore_server &server)
     broadcast_unlisten(ipc_tell_subscribers);
     for (auto &client : each<&vnt_ipc_client::link>(server.ipc.ipc_clients))
         ipc_client_destroy(client);
+    capture_dmabuf_end(server);
     listening_stop(server.ipc.ipc_listen);
     if (server.ipc.ipc_path[0] != '\0')
         unlink(server.ipc.ipc_path.data());

@@ -153,6 +153,7 @@ static void xdg_toplevel_destroy(vantore_toplevel &t)
 {
     vantore_server &server = *t.server;
     vantore_workspace *ws = t.workspace;
+    wl_signal_emit_mutable(&server.window_ends, &t);
     deco_forget_window(t);
     // The xdg_surface may outlive this window and get another role object. The scene would keep the tree as
     // long as the xdg_surface lives.

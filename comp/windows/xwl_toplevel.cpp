@@ -141,6 +141,7 @@ static void xwl_handle_dissociate(vantore_toplevel &t)
 static void xwl_handle_destroy(vantore_toplevel &t)
 {
     vantore_server &server = *t.server;
+    wl_signal_emit_mutable(&server.window_ends, &t);
     t.xwl->data = nullptr;
     delete &t;
     memory_note_window_gone(server);

@@ -187,14 +187,6 @@ TEST_F(ipc, unknown_types_are_named_in_their_answer)
         EXPECT_EQ(ask(c, type, "payload"), unknown_type) << type;
 }
 
-TEST_F(ipc, gpu_captures_are_refused)
-{
-    test::ipc_client &c = dial();
-    EXPECT_EQ(ask(c, VNT_MSG_CAPTURE_DMABUF, "1"), R"({"ok":false})");
-    EXPECT_EQ(ask(c, VNT_MSG_CAPTURE_SUBSCRIBE, "1 60"), R"({"ok":false})");
-    EXPECT_EQ(c.take_descriptor(), -1);
-}
-
 TEST_F(ipc, requests_of_a_client_that_then_closes_are_run)
 {
     plug("A", 800, 600);
