@@ -11,6 +11,7 @@
 #include <memory>
 #include <pthread.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -96,6 +97,7 @@ vnt_platform g_platform{
     .start_child = fork_child,
     .child_has_ended = reap_child,
     .send_signal = kill,
+    .send_message = sendmsg,
     .arm_timer = wl_event_source_timer_update,
     .change_vt = wlr_session_change_vt,
     .has_render_timers = can_make_render_timer,

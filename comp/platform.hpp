@@ -1,13 +1,14 @@
 // The system functions and paths that tests must be able to replace. They start programs, children and
-// workers, find and signal processes, read clocks and arm timers, pick random numbers, measure the GPU,
-// switch the virtual terminal, and say where the kernel's command line and the log are. Only tests write to
-// this record.
+// workers, find and signal processes, send to sockets, read clocks and arm timers, pick random numbers,
+// measure the GPU, switch the virtual terminal, and say where the kernel's command line and the log are. Only
+// tests write to this record.
 #pragma once
 
 #include <cstdint>
 #include <cstdio>
 #include <sys/types.h>
 
+struct msghdr;
 struct wl_client;
 struct wl_event_source;
 struct wlr_renderer;
@@ -31,6 +32,8 @@ struct vnt_platform {
     // Returns true once, when the child has ended, and reaps it.
     bool (*child_has_ended)(pid_t child);
     int (*send_signal)(pid_t pid, int signal);
+    // Sends to a program at the IPC socket.
+    ssize_t (*send_message)(int fd, const msghdr *message, int flags);
     int (*arm_timer)(wl_event_source *timer, int ms);
     bool (*change_vt)(wlr_session *session, unsigned vt);
     bool (*has_render_timers)(wlr_renderer *renderer);

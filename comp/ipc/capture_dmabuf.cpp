@@ -8,6 +8,7 @@
 #include "../windows/toplevel.hpp"
 #include "../workspaces/workspace.hpp"
 #include "capture.hpp"
+#include "capture_subscription.hpp"
 #include "client.hpp"
 #include "request_text.hpp"
 #include "send.hpp"
@@ -106,6 +107,8 @@ void ipc_capture_dmabuf_reply(vnt_ipc_client &client, uint32_t type, std::string
 
 void capture_dmabuf_forget(vantore_server &server, uint32_t id)
 {
+    if (cap_sub_wid(server) == id)
+        cap_sub_clear(server, true);
     if (server.capturing.cap_sc != nullptr && server.capturing.cap_wid == id)
         capture_dmabuf_reset(server);
 }

@@ -3,6 +3,7 @@
 #include "../strbuf.hpp"
 #include "capture.hpp"
 #include "capture_dmabuf.hpp"
+#include "capture_subscription.hpp"
 #include "client.hpp"
 #include "command.hpp"
 #include "protocol.hpp"
@@ -49,12 +50,6 @@ static void answer_capture(vnt_ipc_client &client, uint32_t type, std::string_vi
     close(file);
 }
 
-// We can't push pictures yet.
-static void refuse_capture(vnt_ipc_client &client, uint32_t type, std::string_view)
-{
-    ipc_reply(client, type, ipc_no_capture);
-}
-
 using request_handler = void (*)(vnt_ipc_client &client, uint32_t type, std::string_view payload);
 
 static constexpr request_handler handlers[]{
@@ -66,7 +61,7 @@ static constexpr request_handler handlers[]{
     answer_capture<ipc_thumbnail>, // VNT_MSG_GET_THUMBNAIL
     answer_capture<ipc_capture>, // VNT_MSG_CAPTURE
     ipc_capture_dmabuf_reply, // VNT_MSG_CAPTURE_DMABUF
-    refuse_capture, // VNT_MSG_CAPTURE_SUBSCRIBE
+    ipc_capture_subscribe, // VNT_MSG_CAPTURE_SUBSCRIBE
 };
 static_assert(std::size(handlers) == VNT_MSG_CAPTURE_SUBSCRIBE + 1);
 

@@ -3,6 +3,7 @@
 
 #include "send.hpp"
 
+#include "../platform.hpp"
 #include "client.hpp"
 #include "frame.hpp"
 #include "transport.hpp"
@@ -12,11 +13,14 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 static constexpr size_t most_descriptors = 4;
 static constexpr ptrdiff_t most_waiting_pictures = 16;
+static constexpr int most_unread = 16 * 1024; // bytes of kernel memory, so about 16 short frames
 
 using control_space = std::array<char, CMSG_SPACE(sizeof(int) * most_descriptors)>;
 
@@ -46,7 +50,7 @@ static ssize_t send_some(int fd, std::string_view bytes, std::span<const int> fd
     attach_descriptors(message, control, fds);
     ssize_t sent = 0;
     do {
-        sent = sendmsg(fd, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+        sent = g_platform.send_message(fd, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
     } while (sent < 0 && errno == EINTR);
     return sent;
 }
@@ -120,6 +124,12 @@ void ipc_send_event(vnt_ipc_client &client, uint32_t type)
                                           : keep(client, frame, {});
     if (!told)
         ipc_client_dispose(client);
+}
+
+bool ipc_keeps_up(const vnt_ipc_client &client)
+{
+    int unread = 0;
+    return client.rest.empty() && ioctl(client.fd, SIOCOUTQ, &unread) == 0 && unread <= most_unread;
 }
 
 int ipc_push_fds(vnt_ipc_client &client, uint32_t type, std::string_view payload, std::span<const int> fds)

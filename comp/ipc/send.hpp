@@ -20,6 +20,9 @@ void ipc_reply(vnt_ipc_client &client, uint32_t type, std::string_view payload,
 // take the event at once is condemned.
 void ipc_send_event(vnt_ipc_client &client, uint32_t type);
 
+// Tells whether nothing waits for the client and it has read all but the last few frames that were sent.
+bool ipc_keeps_up(const vnt_ipc_client &client);
+
 // Sends something that is not worth waiting for, with up to four descriptors, which stay the caller's.
 // Returns 1 if the whole frame went out, and -1 if only a part did, which damages the stream. Returns 0 if
 // nothing did, which is always so while something waits for the client.

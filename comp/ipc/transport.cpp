@@ -10,6 +10,7 @@
 #include "../server.hpp"
 #include "../text.hpp"
 #include "capture_dmabuf.hpp"
+#include "capture_subscription.hpp"
 #include "client.hpp"
 #include "dispatch.hpp"
 #include "frame.hpp"
@@ -33,6 +34,7 @@ static void ipc_client_destroy(vnt_ipc_client &client)
 {
     if (client.reap != nullptr)
         wl_event_source_remove(client.reap);
+    cap_sub_forget(client);
     client.src.reset();
     shutdown(client.fd, SHUT_RDWR); // programs that were started meanwhile hold the connection too
     close(client.fd);
