@@ -57,7 +57,23 @@ INSTANTIATE_TEST_SUITE_P(
                  "a.png"},
         accepted{
             {"capture", "window", "4294967295", "a.png"}, VNT_MSG_CAPTURE, "window 4294967295 0", "a.png"},
-        accepted{{"capture", "window", "12", "a.png"}, VNT_MSG_CAPTURE, "window 12 0", "a.png"}));
+        accepted{{"capture", "window", "12", "a.png"}, VNT_MSG_CAPTURE, "window 12 0", "a.png"},
+        accepted{{"capture", "--dmabuf", "12"}, VNT_MSG_CAPTURE_DMABUF, "12", ""},
+        accepted{{"record", "12", "folder"}, VNT_MSG_CAPTURE_SUBSCRIBE, "12 60", "folder"},
+        accepted{{"record", "--raw", "--fps", "480", "--frames", "9", "12", "folder"},
+                 VNT_MSG_CAPTURE_SUBSCRIBE,
+                 "12 480",
+                 "folder"}));
+
+TEST(recording, is_asked_for_with_its_options)
+{
+    const auto plain = parse_arguments({"record", "1", "folder"});
+    EXPECT_EQ(plain->pictures, 0);
+    EXPECT_FALSE(plain->raw);
+    const auto limited = parse_arguments({"record", "--frames", "9", "--raw", "1", "folder"});
+    EXPECT_EQ(limited->pictures, 9);
+    EXPECT_TRUE(limited->raw);
+}
 
 struct rejected {
     words arguments;
@@ -99,7 +115,19 @@ INSTANTIATE_TEST_SUITE_P(
         rejected{{"capture", "region", "x", "2", "3", "4", "a.png"}, "'x' is no coordinate"},
         rejected{{"capture", "window", "0", "a.png"}, "capture window takes the window's id and a file"},
         rejected{{"capture", "window", "4294967296", "a.png"},
-                 "capture window takes the window's id and a file"}));
+                 "capture window takes the window's id and a file"},
+        rejected{{"capture", "--dmabuf"}, "capture --dmabuf takes the window's id"},
+        rejected{{"capture", "--dmabuf", "all"}, "capture --dmabuf takes the window's id"},
+        rejected{{"record"}, "record takes the window's id and a folder"},
+        rejected{{"record", "12"}, "record takes the window's id and a folder"},
+        rejected{{"record", "12", ""}, "record takes the window's id and a folder"},
+        rejected{{"record", "all", "folder"}, "record takes the window's id and a folder"},
+        rejected{{"record", "--fps", "0", "12", "folder"}, "--fps takes a number"},
+        rejected{{"record", "--fps"}, "--fps takes a number"},
+        rejected{{"record", "--fps", "481", "12", "folder"}, "--fps takes at most 480"},
+        rejected{{"record", "--frames", "many", "12", "folder"}, "--frames takes a number"},
+        rejected{{"record", "--png", "12", "folder"},
+                 "record knows --fps, --frames and --raw, not '--png'"}));
 
 struct text_case {
     const char *given;

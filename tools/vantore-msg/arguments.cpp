@@ -18,6 +18,11 @@ const std::string_view usage =
                                output [NAME]        one output, the current one without a name
                                region X Y W H       a part of the layout
                                window ID            what a window has drawn, as "windows" lists it
+  capture --dmabuf ID        describes the buffer in graphics memory that holds a window's picture
+  record [--fps N] [--frames N] [--raw] ID FOLDER
+                             writes what a window draws into a folder, as PNG files or, with --raw, as files of
+                             bytes: red, green, blue, alpha. Ends when the window closes, after N pictures or
+                             with Ctrl-C. Only one program can record at a time, the one that began last
   --help                     prints this text
 
 Lists are tables on a terminal and JSON otherwise. The compositor is found by VANTORESOCK.
@@ -27,6 +32,7 @@ Exit status: 0 done; 1 the compositor can't be reached or refused; 2 the argumen
 using words_left = std::span<const std::string>;
 
 static constexpr std::string_view blanks = " \t\r\n\v\f";
+static constexpr long most_fps = 480;
 static constexpr size_t longest_name = 95; // the longest name that a request can carry, in bytes
 
 static std::unexpected<std::string> wrong(std::string why)
@@ -89,8 +95,17 @@ static std::expected<std::string, std::string> capture_spec(words_left words)
     return "window " + rest[0];
 }
 
+static std::expected<request, std::string> description_request(words_left words)
+{
+    if (words.size() != 1 || !is_window_id(words[0]))
+        return wrong("capture --dmabuf takes the window's id");
+    return request{.what = action::describe, .message = VNT_MSG_CAPTURE_DMABUF, .payload = words[0]};
+}
+
 static std::expected<request, std::string> capture_request(words_left words)
 {
+    if (!words.empty() && words[0] == "--dmabuf")
+        return description_request(words.subspan(1));
     std::string limit = "0";
     if (words.size() >= 2 && words[0] == "--max") {
         if (!is_number(words[1], 1))
@@ -109,6 +124,48 @@ static std::expected<request, std::string> capture_request(words_left words)
                    .message = VNT_MSG_CAPTURE,
                    .payload = *spec + " " + limit,
                    .file = words.back()};
+}
+
+struct record_options {
+    std::string fps = "60", pictures = "0";
+    bool raw = false;
+};
+
+// Takes the options off the front of the words.
+static std::expected<record_options, std::string> take_record_options(words_left &words)
+{
+    record_options options;
+    while (!words.empty() && words[0].starts_with("--")) {
+        const std::string &name = words[0];
+        options.raw |= name == "--raw";
+        if (name != "--raw" && name != "--fps" && name != "--frames")
+            return wrong("record knows --fps, --frames and --raw, not '" + name + "'");
+        if (name != "--raw") {
+            if (words.size() < 2 || !is_number(words[1], 1))
+                return wrong(name + " takes a number");
+            (name == "--fps" ? options.fps : options.pictures) = words[1];
+            words = words.subspan(1);
+        }
+        words = words.subspan(1);
+    }
+    return options;
+}
+
+static std::expected<request, std::string> record_request(words_left words)
+{
+    const auto options = take_record_options(words);
+    if (!options)
+        return std::unexpected{options.error()};
+    if (std::stol(options->fps) > most_fps)
+        return wrong("--fps takes at most " + std::to_string(most_fps));
+    if (words.size() != 2 || !is_window_id(words[0]) || words[1].empty())
+        return wrong("record takes the window's id and a folder");
+    return request{.what = action::record,
+                   .message = VNT_MSG_CAPTURE_SUBSCRIBE,
+                   .payload = words[0] + " " + options->fps,
+                   .file = words[1],
+                   .pictures = std::stol(options->pictures),
+                   .raw = options->raw};
 }
 
 static std::expected<request, std::string> command_request(words_left words)
@@ -147,6 +204,8 @@ std::expected<request, std::string> parse_arguments(const std::vector<std::strin
         return command_request(rest);
     if (words[0] == "capture")
         return capture_request(rest);
+    if (words[0] == "record")
+        return record_request(rest);
     for (const plain_command &command : plain_commands) {
         if (words[0] != command.name)
             continue;

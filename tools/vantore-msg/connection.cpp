@@ -10,6 +10,7 @@
 
 // Larger than any real list of windows. A frame with a greater length does not come from our compositor.
 static constexpr uint32_t largest_reply = 256U << 20;
+static constexpr size_t most_descriptors = 4; // in one frame
 
 owned_fd::~owned_fd()
 {
@@ -60,21 +61,24 @@ std::expected<void, std::string> connection::send(uint32_t type, std::string_vie
     return {};
 }
 
-static void take_descriptor(msghdr &message, owned_fd &attached)
+static void take_descriptors(msghdr &message, std::vector<owned_fd> &attached)
 {
     for (cmsghdr *c = CMSG_FIRSTHDR(&message); c != nullptr; c = CMSG_NXTHDR(&message, c)) {
-        if (c->cmsg_level != SOL_SOCKET || c->cmsg_type != SCM_RIGHTS || c->cmsg_len < CMSG_LEN(sizeof(int)))
+        if (c->cmsg_level != SOL_SOCKET || c->cmsg_type != SCM_RIGHTS)
             continue;
-        int fd = -1;
-        memcpy(&fd, CMSG_DATA(c), sizeof fd);
-        attached = owned_fd{fd};
+        for (size_t at = CMSG_LEN(0); at + sizeof(int) <= c->cmsg_len; at += sizeof(int)) {
+            int fd = -1;
+            memcpy(&fd, reinterpret_cast<const char *>(c) + at, sizeof fd);
+            attached.emplace_back(fd);
+        }
     }
 }
 
-std::expected<void, std::string> connection::read_exactly(char *into, size_t count, owned_fd &attached)
+std::expected<void, std::string> connection::read_exactly(char *into, size_t count,
+                                                          std::vector<owned_fd> &attached)
 {
     for (size_t read = 0; read < count;) {
-        alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
+        alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int) * most_descriptors)> control{};
         iovec piece{.iov_base = into + read, .iov_len = count - read};
         msghdr message{};
         message.msg_iov = &piece;
@@ -87,7 +91,7 @@ std::expected<void, std::string> connection::read_exactly(char *into, size_t cou
         if (n < 0 && errno != EINTR)
             return system_error("no answer from the compositor");
         if (n > 0)
-            take_descriptor(message, attached);
+            take_descriptors(message, attached);
         read += n > 0 ? size_t(n) : 0;
     }
     return {};

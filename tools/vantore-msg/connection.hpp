@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Owns a descriptor and closes it.
 class owned_fd
@@ -29,7 +30,7 @@ private:
 struct frame {
     uint32_t type = 0;
     std::string payload;
-    owned_fd attached; // the descriptor that came with the frame, if any
+    std::vector<owned_fd> attached; // the descriptors that came with the frame
 };
 
 // Errors are messages for the user.
@@ -49,7 +50,7 @@ public:
 
 private:
     explicit connection(owned_fd connected) : socket(std::move(connected)) {}
-    std::expected<void, std::string> read_exactly(char *into, size_t count, owned_fd &attached);
+    std::expected<void, std::string> read_exactly(char *into, size_t count, std::vector<owned_fd> &attached);
 
     owned_fd socket;
 };

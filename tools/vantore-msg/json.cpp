@@ -37,6 +37,14 @@ long member_number(const json &object, const char *key)
     return member != nullptr && member->is_number_integer() ? member->get<long>() : 0;
 }
 
+long first_number(const json &object, const char *key)
+{
+    const json *member = find(object, key);
+    const bool has_number =
+        member != nullptr && member->is_array() && !member->empty() && (*member)[0].is_number_integer();
+    return has_number ? (*member)[0].get<long>() : -1;
+}
+
 json member_object(const json &object, const char *key)
 {
     const json *member = find(object, key);

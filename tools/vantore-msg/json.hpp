@@ -13,5 +13,7 @@ std::string member_text(const json &object, const char *key);
 bool member_is_true(const json &object, const char *key);
 // 0 if the member is missing or not a whole number.
 long member_number(const json &object, const char *key);
+// The first number of an array; -1 if the member is no array that begins with a whole number.
+long first_number(const json &object, const char *key);
 // An empty object if the member is missing.
 json member_object(const json &object, const char *key);

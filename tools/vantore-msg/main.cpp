@@ -5,6 +5,7 @@
 #include "json.hpp"
 #include "picture.hpp"
 #include "printable.hpp"
+#include "recording.hpp"
 #include "tables.hpp"
 
 #include <array>
@@ -125,6 +126,14 @@ static int finish(const request &r, connection &compositor, const frame &reply)
     case action::capture: {
         const auto written = write_picture(reply, r.file);
         return written ? int(done) : complain(refused, written.error());
+    }
+    case action::describe:
+        return member_is_true(parse_reply(reply.payload), "ok")
+                   ? print(reply.payload + '\n')
+                   : complain(refused, "the compositor could not capture that");
+    case action::record: {
+        const auto summary = record(r, compositor, reply);
+        return summary ? print(*summary) : complain(refused, summary.error());
     }
     case action::command:
         return succeeded(reply) ? int(done) : complain(refused, "the compositor refused the command");

@@ -16,8 +16,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-static constexpr long largest_side = 32768;
-
 struct close_file {
     void operator()(FILE *file) const { fclose(file); }
 };
@@ -55,20 +53,14 @@ static std::expected<void, std::string> map_pixels(const frame &reply, shared_pi
     const bool sound = p.width >= 1 && p.width <= largest_side && p.height >= 1 && p.height <= largest_side &&
                        p.stride >= p.width * 4 && p.stride <= largest_side * 8;
     struct stat file{};
-    if (!sound || !reply.attached.is_open() || fstat(reply.attached.get(), &file) != 0 ||
+    if (!sound || reply.attached.empty() || fstat(reply.attached[0].get(), &file) != 0 ||
         file.st_size < p.stride * p.height)
         return std::unexpected{std::string{"the answer does not describe a picture"}};
-    p.memory = mmap(nullptr, size_t(p.stride * p.height), PROT_READ, MAP_SHARED, reply.attached.get(), 0);
+    p.memory = mmap(nullptr, size_t(p.stride * p.height), PROT_READ, MAP_SHARED, reply.attached[0].get(), 0);
     if (p.memory == MAP_FAILED)
         return failed("can't look at the picture");
     return {};
 }
-
-// Pixels as PNG needs them: with straight alpha, and without gaps between rows.
-struct straight_pixels {
-    long width = 0, height = 0;
-    std::unique_ptr<uint8_t[]> rgba;
-};
 
 static void undo_premultiplication(uint8_t *pixel)
 {
@@ -79,11 +71,15 @@ static void undo_premultiplication(uint8_t *pixel)
         pixel[i] = alpha == 0 ? 0 : uint8_t(std::min(0xffU, (pixel[i] * 0xffU + alpha / 2) / alpha));
 }
 
+std::unique_ptr<uint8_t[]> memory_for_pixels(long width, long height)
+{
+    return std::unique_ptr<uint8_t[]>{new (std::nothrow) uint8_t[size_t(width) * size_t(height) * 4]};
+}
+
 static std::expected<straight_pixels, std::string> straightened(const shared_pixels &p)
 {
     const size_t row = size_t(p.width) * 4, bytes = row * size_t(p.height);
-    straight_pixels result{p.width, p.height, nullptr};
-    result.rgba.reset(new (std::nothrow) uint8_t[bytes]);
+    straight_pixels result{p.width, p.height, memory_for_pixels(p.width, p.height)};
     if (result.rgba == nullptr)
         return std::unexpected{std::string{"there is not enough memory for the picture"}};
     for (size_t y = 0; y < size_t(p.height); y++)
@@ -93,7 +89,7 @@ static std::expected<straight_pixels, std::string> straightened(const shared_pix
     return result;
 }
 
-static std::expected<void, std::string> write_png(const straight_pixels &p, FILE *file)
+std::expected<void, std::string> write_png(const straight_pixels &p, FILE *file)
 {
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
@@ -103,6 +99,14 @@ static std::expected<void, std::string> write_png(const straight_pixels &p, FILE
     if (png_image_write_to_stdio(&image, file, 0, p.rgba.get(), 0, nullptr) == 0)
         return std::unexpected{std::string{"can't write the picture: "} + image.message};
     if (fflush(file) != 0)
+        return failed("can't write the picture");
+    return {};
+}
+
+std::expected<void, std::string> write_raw(const straight_pixels &p, FILE *file)
+{
+    const size_t bytes = size_t(p.width) * size_t(p.height) * 4;
+    if (fwrite(p.rgba.get(), 1, bytes, file) != bytes || fflush(file) != 0)
         return failed("can't write the picture");
     return {};
 }
@@ -126,7 +130,8 @@ private:
 };
 
 // Writes a temporary file next to the target, so that renaming it is a single step.
-static std::expected<void, std::string> write_png_file(const straight_pixels &p, const std::string &path)
+std::expected<void, std::string> write_file(const straight_pixels &p, const std::string &path,
+                                            pixel_writer write)
 {
     const interruptions_held_back until_it_is_renamed;
     std::string unfinished = path + ".XXXXXX";
@@ -139,7 +144,7 @@ static std::expected<void, std::string> write_png_file(const straight_pixels &p,
         unlink(unfinished.c_str());
         return failed("can't write " + path);
     }
-    auto written = write_png(p, file.get());
+    auto written = write(p, file.get());
     const mode_t mask = umask(0); // mkostemp made the file private, but the user's mask should decide
     umask(mask);
     if (written && (fchmod(fd, 0666 & ~mask) != 0 || rename(unfinished.c_str(), path.c_str()) != 0))
@@ -172,5 +177,5 @@ std::expected<void, std::string> write_picture(const frame &reply, const std::st
     if (file == "-")
         return write_png(*pixels, stdout);
     const auto target = file_to_replace(file);
-    return target ? write_png_file(*pixels, *target) : std::unexpected{target.error()};
+    return target ? write_file(*pixels, *target, write_png) : std::unexpected{target.error()};
 }
