@@ -23,6 +23,7 @@
 
 #include <format>
 #include <linux/input-event-codes.h>
+#include <unistd.h>
 
 namespace test
 {
@@ -42,6 +43,7 @@ void random_session::begin(x11 windows_of_x11)
 
 void random_session::end()
 {
+    viewer.reset();
     menus.clear();
     title_bars.clear();
     panels.clear();
@@ -581,6 +583,43 @@ std::string random_session::let_time_pass()
     return "let time pass";
 }
 
+// Asks for a window's pictures in graphics memory. A subscription takes over from the one before.
+std::string random_session::capture_window()
+{
+    const vantore_toplevel *t = any_mapped();
+    const std::string id = std::to_string(t != nullptr ? t->id : 0);
+    if (!viewer || viewer->hung_up())
+        viewer.emplace(server.ipc.ipc_path.data());
+    switch (below(6)) {
+    case 0:
+        return viewer->vanish(), "the viewer hangs up";
+    case 1:
+        viewer->reads = !viewer->reads;
+        return viewer->reads ? "the viewer reads again" : "the viewer does not read";
+    case 2:
+        return viewer->send(VNT_MSG_CAPTURE_DMABUF, id), "capture a window";
+    default:
+        viewer->send(VNT_MSG_CAPTURE_SUBSCRIBE, id + " " + std::to_string(below(600)));
+        return "follow a window";
+    }
+}
+
+// Now and then a program captures a window. It chooses from numbers of its own, so that the operations make
+// the same choices with it and without it.
+std::string random_session::use_viewer(unsigned seed)
+{
+    const std::mt19937 for_operations = std::exchange(random, std::mt19937{~seed});
+    const std::string done = below(4) == 0 ? ", " + capture_window() : "";
+    random = for_operations;
+    if (!viewer)
+        return done;
+    viewer->pump();
+    viewer->take();
+    for (int fd = 0; (fd = viewer->take_descriptor()) >= 0;)
+        close(fd);
+    return done;
+}
+
 std::string random_session::step(unsigned seed)
 {
     random.seed(seed);
@@ -592,6 +631,7 @@ std::string random_session::step(unsigned seed)
     while (chosen >= at->weight)
         chosen -= (at++)->weight;
     std::string done = (this->*at->run)();
+    done += use_viewer(seed);
     if (below(2) == 0) // otherwise the next operation happens while messages are under way
         settle();
     return done;

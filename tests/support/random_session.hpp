@@ -6,6 +6,7 @@
 #include "wayland_popup.hpp"
 
 #include <list>
+#include <optional>
 #include <random>
 #include <set>
 
@@ -72,6 +73,8 @@ private:
     std::string use_switcher();
     wlr_box any_part_of_overview();
     std::string use_overview();
+    std::string capture_window();
+    std::string use_viewer(unsigned seed);
     bool can_be_seen(vantore_toplevel &t);
 
     struct operation {
@@ -102,6 +105,7 @@ private:
     };
     std::list<title_bar> title_bars;
     std::vector<std::string> broken_promises; // what operations found wrong themselves, a sentence each
+    std::optional<ipc_client> viewer; // captures windows
     bool with_x11 = false;
     std::vector<x11_client *> x11_programs;
     struct x11_entry {

@@ -3,6 +3,7 @@
 #include "input/constraints.hpp"
 #include "input/hit_test.hpp"
 #include "input/pointer.hpp"
+#include "ipc/client.hpp"
 #include "outputs/lookup.hpp"
 #include "outputs/output.hpp"
 #include "presentation/effects.hpp"
@@ -298,6 +299,22 @@ private:
                "the Mouse Tiler is on an output that is there");
         check_constraint();
         check_overview();
+        check_capturing();
+    }
+
+    void check_capturing()
+    {
+        const vantore_capturing &c = server.capturing;
+        bool connected = false;
+        for (const auto &client : each<&vnt_ipc_client::link>(server.ipc.ipc_clients))
+            connected |= &client == c.cap_sub.client;
+        const bool subscribed = c.cap_sub.client != nullptr;
+        expect(connected == subscribed, "who gets pictures of a window is connected");
+        expect((c.cap_sub.wid != 0) == subscribed && (c.cap_sub.watch != nullptr) == subscribed,
+               "a window is watched iff somebody gets its pictures");
+        for (const locked_buffer &held : c.cap_sub.held)
+            expect(held == nullptr || (subscribed && held->n_locks > 0), "pictures are held for somebody");
+        expect((c.cap_sc != nullptr) == (c.cap_wid != 0), "buffers for pictures belong to a window");
     }
 
     void check_overview()
