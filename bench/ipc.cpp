@@ -1,4 +1,5 @@
-// Measures what the IPC socket costs: a query, an event, and a picture that goes into a memory file.
+// Measures what the IPC socket costs: a query, an event, a picture that goes into a memory file, and a
+// window's picture with and without copying.
 
 #include "subject.hpp"
 
@@ -14,6 +15,7 @@
 #include <cstring>
 #include <list>
 #include <sys/mman.h>
+#include <unistd.h>
 
 using std::chrono::steady_clock;
 
@@ -133,6 +135,54 @@ void memory_files()
            width, height, median(ours_ms), median(plain_ms), median(shrunk_ms));
 }
 
+void close_descriptors(test::ipc_client &c)
+{
+    for (int fd = 0; (fd = c.take_descriptor()) >= 0;)
+        close(fd);
+}
+
+// CPU time of the main thread for one picture, in microseconds.
+template <class Action> double picture_us(const subject &session, test::ipc_client &c, Action take_picture)
+{
+    constexpr int pictures = 20;
+    std::vector<double> us;
+    for (int i = 0; i < 7; i++) {
+        const double before = cpu_us(session.pid());
+        for (int n = 0; n < pictures; n++) {
+            take_picture();
+            close_descriptors(c);
+        }
+        us.push_back((cpu_us(session.pid()) - before) / pictures);
+    }
+    return median(us);
+}
+
+// A new subscription pushes a picture at once.
+void take_push(test::ipc_client &c)
+{
+    ask(c, VNT_MSG_CAPTURE_SUBSCRIBE, "1 60");
+    while (std::ranges::find(c.messages(), VNT_MSG_CAPTURE_FRAME, &test::ipc_message::type) ==
+           c.messages().end())
+        c.pump();
+}
+
+void windows()
+{
+    subject session{test::compositor_binary};
+    auto client = session.connect();
+    test::window &w = session.map_one(*client);
+    w.draw({width, height}, 0xff336699);
+    session.rest(*client);
+    test::ipc_client c{session.ipc_socket()};
+    const double copied = picture_us(session, c, [&] { ask(c, VNT_MSG_CAPTURE, "1"); });
+    const double once = picture_us(session, c, [&] { ask(c, VNT_MSG_CAPTURE_DMABUF, "1"); });
+    const double pushed = picture_us(session, c, [&] { take_push(c); });
+    printf(
+        "a window of %dx%d: %.0f microseconds of the main thread with a copy, %.0f for a buffer, %.0f for a "
+        "push\n",
+        width, height, copied, once, pushed);
+}
+
 } // namespace
 
 int main()
@@ -140,4 +190,5 @@ int main()
     queries();
     events();
     memory_files();
+    windows();
 }
