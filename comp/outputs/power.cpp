@@ -50,9 +50,11 @@ void keep_one_lit(vantore_server &server)
 {
     if (g_dpms_off)
         return;
-    if (outputs_enabled_count(server) == 0)
+    if (outputs_enabled_count(server) == 0) {
         for (auto &o : each<&vantore_output::link>(server.outputs))
             output_turn_on(o);
+        outputs_rearranged(server); // they may have moved while they were dark
+    }
     keep_one_desktop(server);
     find_homes(server);
 }

@@ -277,6 +277,16 @@ TEST_F(display_commands, turn_a_display_on_again_when_no_other_is_left)
     EXPECT_NE(output("A").current_ws, nullptr);
 }
 
+TEST_F(display_commands, place_everything_on_a_display_that_moved_while_it_was_off)
+{
+    plug_two();
+    command("output B disable");
+    unplug("A");
+    EXPECT_TRUE(is_lit("B"));
+    EXPECT_EQ(output_layout_box(output("B")).x, 0);
+    EXPECT_EQ(output("B").usable, output_layout_box(output("B")));
+}
+
 TEST_F(display_commands, do_not_turn_off_the_only_display_while_it_is_dark)
 {
     plug_two();
