@@ -73,6 +73,23 @@ TEST_F(panels, of_wallpapers_cover_the_output_and_go)
     EXPECT_TRUE(eventually([&] { return !shows(0xff123456U); }));
 }
 
+TEST_F(panels, of_wallpaper_programs_cover_our_wallpaper_and_uncover_it)
+{
+    const std::filesystem::path picture = world.directory() / "ours.png";
+    ASSERT_TRUE(
+        (test::image{.width = 8, .height = 8, .argb = std::vector<uint32_t>(64, 0xff654321U)}.save(picture)));
+    std::ofstream{world.directory() / "config/vantore/appearance.conf"} << "wallpaper = " << picture.string()
+                                                                        << '\n';
+    compositor.send(SIGHUP);
+    ASSERT_TRUE(eventually([&] { return shows(0xff654321U); })) << compositor.output();
+    test::process swaybg = run({"swaybg", "--color", "#123456"});
+    EXPECT_TRUE(eventually([&] { return shows(0xff123456U); })) << swaybg.output();
+    EXPECT_FALSE(shows(0xff654321U));
+    swaybg.send(SIGTERM);
+    EXPECT_TRUE(eventually([&] { return shows(0xff654321U); }));
+    EXPECT_FALSE(shows(0xff123456U));
+}
+
 const char *const two_entries = R"(<interface>
   <object class="GtkMenu" id="menu">
     <child><object class="GtkMenuItem" id="first"><property name="label">First</property></object></child>
