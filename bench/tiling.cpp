@@ -1,5 +1,5 @@
 // Measures in this process what managing windows costs: the arithmetic of tiles, arranging windows, switching
-// workspaces, focus by direction, and the display of the Mouse Tiler.
+// workspaces, focus by direction, an output that comes and goes, and the display of the Mouse Tiler.
 
 #include "support/desktop.hpp"
 
@@ -10,6 +10,7 @@
 #include "workspaces/focus.hpp"
 #include "workspaces/switch.hpp"
 #include "workspaces/tile_boxes.hpp"
+#include "workspaces/transfer.hpp"
 
 #include <chrono>
 #include <cstdio>
@@ -18,18 +19,31 @@ using std::chrono::steady_clock;
 
 static constexpr int rounds = 21;
 
+static double middle(std::vector<double> values)
+{
+    const auto half = values.begin() + ptrdiff_t(values.size() / 2);
+    std::ranges::nth_element(values, half);
+    return *half;
+}
+
+template <class Action> static double duration_us(Action action)
+{
+    const auto begin = steady_clock::now();
+    action();
+    return std::chrono::duration<double, std::micro>(steady_clock::now() - begin).count();
+}
+
 // The median of this many rounds, in microseconds for one call.
 template <class Action> static double microseconds(int calls, Action action)
 {
     std::vector<double> us;
-    for (int round = 0; round < rounds; round++) {
-        const auto begin = steady_clock::now();
-        for (int i = 0; i < calls; i++)
-            action();
-        us.push_back(std::chrono::duration<double, std::micro>(steady_clock::now() - begin).count() / calls);
-    }
-    std::ranges::nth_element(us, us.begin() + rounds / 2);
-    return us[rounds / 2];
+    for (int round = 0; round < rounds; round++)
+        us.push_back(duration_us([&] {
+                         for (int i = 0; i < calls; i++)
+                             action();
+                     }) /
+                     calls);
+    return middle(us);
 }
 
 TEST(bench, boxes_of_tiles)
@@ -104,6 +118,30 @@ TEST_F(windows, focused_by_direction)
         printf("focus by direction among %d windows: %.1f microseconds, %.2f for each\n", count, us,
                us / count);
     }
+}
+
+// A dock that is plugged in and out again and again. The windows of its output move back and forth.
+TEST_F(windows, on_an_output_that_comes_and_goes)
+{
+    map_up_to(50);
+    command("ws-layout 2 tiling");
+    plug("dock", 2560, 1440);
+    int i = 0;
+    for (auto &t : each<&vantore_toplevel::link>(server.toplevels))
+        if (i++ % 2 == 0)
+            move_toplevel_to_workspace(t, 2);
+    settle();
+    constexpr int plugs = 100;
+    std::vector<double> plug_us, unplug_us;
+    for (int n = 0; n < plugs; n++) {
+        unplug_us.push_back(duration_us([&] { unplug("dock"); }));
+        settle();
+        plug_us.push_back(duration_us([&] { plug("dock", 2560, 1440); }));
+        settle();
+    }
+    printf("an output with half of 50 windows: %.0f microseconds to unplug, %.0f to plug in; at most %.0f, "
+           "%.0f\n",
+           middle(unplug_us), middle(plug_us), std::ranges::max(unplug_us), std::ranges::max(plug_us));
 }
 
 TEST_F(windows, shown_by_the_mouse_tiler)
