@@ -128,12 +128,18 @@ struct soak : test::desktop {
         settle();
         disconnect(w.owner());
     }
+    // Takes the window's picture as a copy, as a buffer in graphics memory, and by following the window.
     void capture(uint32_t id)
     {
-        ask(*asker, VNT_MSG_CAPTURE, "win " + std::to_string(id));
-        const int file = asker->take_descriptor();
-        EXPECT_GE(file, 0);
-        close(file);
+        const std::string window = std::to_string(id);
+        ask(*asker, VNT_MSG_CAPTURE, "win " + window);
+        ask(*asker, VNT_MSG_CAPTURE_DMABUF, window);
+        ask(*asker, VNT_MSG_CAPTURE_SUBSCRIBE, window);
+        settle();
+        int files = 0;
+        for (int file = 0; (file = asker->take_descriptor()) >= 0; files++)
+            close(file);
+        EXPECT_EQ(files, 3);
     }
     void one_client(int number)
     {
