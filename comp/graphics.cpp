@@ -2,13 +2,19 @@
 
 #include "config/settings.hpp"
 #include "handles.hpp"
+#include "offscreen.hpp"
 #include "platform.hpp"
 #include "server.hpp"
 
+#include <GLES2/gl2.h>
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
+
+static constexpr std::string_view software_renderers[]{"llvmpipe", "softpipe", "swrast", "swiftshader"};
 
 bool cmdline_has(const char *needle)
 {
@@ -42,6 +48,13 @@ static void allow_software_by_environment()
                       "per-pixel effects auto-disabled");
 }
 
+static void note_software_renderer()
+{
+    g_soft_render = true;
+    wlr_log(WLR_ERROR, "vantore-comp: software renderer detected — shadows/blur/animations disabled "
+                       "(force_effects = true overrides)");
+}
+
 bool renderer_create(vantore_server &server)
 {
     allow_software_by_environment();
@@ -53,12 +66,39 @@ bool renderer_create(vantore_server &server)
                 "(llvmpipe), or use a render-capable GPU (virtio-gpu+virgl in a VM). Exiting cleanly.");
         return false;
     }
-    if (wlr_renderer_get_drm_fd(server.renderer) < 0) {
-        g_soft_render = true;
-        wlr_log(WLR_ERROR, "vantore-comp: software renderer detected — shadows/blur/animations disabled "
-                           "(force_effects = true overrides)");
-    }
+    if (wlr_renderer_get_drm_fd(server.renderer) < 0)
+        note_software_renderer();
     return true;
+}
+
+bool is_software_renderer(std::string_view name)
+{
+    std::string lower{name};
+    std::ranges::transform(lower, lower.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
+    return std::ranges::any_of(software_renderers,
+                               [&](std::string_view software) { return lower.contains(software); });
+}
+
+// The driver answers only while the renderer draws.
+static std::string renderer_name(const vantore_server &server)
+{
+    const swapchain_handle swapchain = offscreen_swapchain(server, 1, 1);
+    const locked_buffer buffer{swapchain != nullptr ? wlr_swapchain_acquire(swapchain.get()) : nullptr};
+    wlr_render_pass *pass =
+        buffer != nullptr ? wlr_renderer_begin_buffer_pass(server.renderer, buffer.get(), nullptr) : nullptr;
+    if (pass == nullptr)
+        return {};
+    const GLubyte *name = glGetString(GL_RENDERER);
+    std::string copy{name != nullptr ? reinterpret_cast<const char *>(name) : ""};
+    wlr_render_pass_submit(pass);
+    return copy;
+}
+
+void notice_software_renderer(const vantore_server &server)
+{
+    if (!g_soft_render && is_software_renderer(renderer_name(server)))
+        note_software_renderer();
 }
 
 void export_reduced_motion()

@@ -3,6 +3,8 @@
 
 #include "fwd.hpp"
 
+#include <string_view>
+
 inline bool g_soft_render; // a software renderer draws
 inline bool g_safe_graphics; // the kernel command line contains "vantore.safe=1"
 
@@ -12,6 +14,13 @@ bool cmdline_has(const char *needle);
 // Reads the kernel command line. If it asks for safe graphics, prepares the environment for software
 // rendering. Call it before the backend is created.
 void safe_graphics_detect();
+
+// Whether this is how a renderer that draws in software calls itself.
+bool is_software_renderer(std::string_view name);
+
+// Notices a software renderer on a device of its own, which only its name tells. Call it when there is an
+// allocator.
+void notice_software_renderer(const vantore_server &server);
 
 // Makes the renderer, which may be a software renderer if the user's environment allows that. Returns false
 // and logs the reason if there is none.

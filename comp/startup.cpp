@@ -219,6 +219,8 @@ static bool create_allocator(vantore_server &server)
 {
     wlr_renderer_init_wl_display(server.renderer, server.display);
     server.allocator = wlr_allocator_autocreate(server.backend, server.renderer);
+    if (server.allocator != nullptr)
+        notice_software_renderer(server);
     if (g_soft_render && server.allocator != nullptr)
         server.allocator = padded_allocator_create(server.allocator);
     return made(server.allocator != nullptr, "buffer allocator");

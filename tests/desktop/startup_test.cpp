@@ -238,6 +238,24 @@ TEST_F(desktop, a_software_renderer_is_noticed_and_logged)
     EXPECT_EQ(environment("VNT_RENDER_NODE"), "(unset)");
 }
 
+TEST_F(desktop, a_software_renderer_with_a_device_is_noticed_by_its_name)
+{
+    g_soft_render = false; // as if it had one
+    notice_software_renderer(server);
+    EXPECT_TRUE(g_soft_render);
+}
+
+TEST(renderers, are_known_by_their_names)
+{
+    EXPECT_TRUE(is_software_renderer("llvmpipe (LLVM 21.1.0, 256 bits)"));
+    EXPECT_TRUE(is_software_renderer("softpipe"));
+    EXPECT_TRUE(is_software_renderer("Software Rasterizer, SwRast"));
+    EXPECT_TRUE(is_software_renderer("ANGLE (Google, Vulkan 1.3 (SwiftShader Device))"));
+    EXPECT_FALSE(is_software_renderer("AMD Radeon RX 7800 XT (radeonsi, navi32)"));
+    EXPECT_FALSE(is_software_renderer("virgl (NVIDIA GeForce RTX 3060)"));
+    EXPECT_FALSE(is_software_renderer(""));
+}
+
 struct motion_case {
     bool animations, safe, soft, force;
     const char *reduced;

@@ -14,7 +14,7 @@ fail() {
 }
 
 native_libraries=(wlroots-0.20 scenefx-0.5 wayland-server wayland-client wayland-protocols xkbcommon cairo
-	libdrm pixman-1 stb libwebp libwebpdemux libwebpmux xcb xcb-ewmh xcb-icccm libinput libudev libpng nlohmann_json
+	libdrm glesv2 pixman-1 stb libwebp libwebpdemux libwebpmux xcb xcb-ewmh xcb-icccm libinput libudev libpng nlohmann_json
 	gtest_main gmock benchmark)
 
 has_everything() {
