@@ -9,6 +9,7 @@
 #include "../windows/toplevel.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/workspace.hpp"
+#include "identify.hpp"
 #include "lookup.hpp"
 #include "mirror_picture.hpp"
 #include "output.hpp"
@@ -68,6 +69,7 @@ static void create_nodes(vantore_output &o)
 static void mirror_begin(vantore_output &o, mirror_source source)
 {
     output_leaves(*o.server, o.wlr_output); // modes end there
+    identify_output_leaves(o);
     mirror_disable(o, false);
     g_mirror_any++;
     g_output_mirror_count += source.mir_is_output ? 1 : 0;
@@ -76,6 +78,12 @@ static void mirror_begin(vantore_output &o, mirror_source source)
     give_workspace_up(o);
     wallpaper_show(o, false);
     create_nodes(o);
+}
+
+static void draw_now(vantore_output &o, int64_t now)
+{
+    o.mirror.mir_last_ns = now;
+    mir_update(o);
 }
 
 static void mir_commit(void *data)
@@ -90,15 +98,15 @@ static void mir_commit(void *data)
         wlr_output_schedule_frame(o.wlr_output); // its frames are as far apart
         return;
     }
-    o.mirror.mir_last_ns = now;
-    mir_update(o);
+    draw_now(o, now);
 }
 
 static void mir_surf_destroy(void *data)
 {
     auto &o = *static_cast<vantore_output *>(data);
     mirror_disable(o, true);
-    settle_outputs(*o.server);
+    if (!o.server->shutting_down)
+        settle_outputs(*o.server);
 }
 
 static void show_window(vantore_output &o, const mirror_source &source)
@@ -225,8 +233,13 @@ void mirror_refresh(vantore_output &o)
 
 void mirror_before_paint(vantore_output &o)
 {
-    if (o.mirror.mir_on && (o.mirror.source.mir_is_output || std::exchange(o.mirror.late, false)))
-        mirror_refresh(o);
+    vantore_mirror &m = o.mirror;
+    if (!m.mir_on)
+        return;
+    if (m.source.mir_is_output)
+        mir_update_output(o);
+    else if (std::exchange(m.late, false))
+        draw_now(o, g_platform.monotonic_ns());
 }
 
 void mirror_wake_for_source(const vantore_output &o)
