@@ -8,6 +8,7 @@
 #include <format>
 #include <fstream>
 
+using test::eventually;
 using testing::Optional;
 
 namespace
@@ -42,6 +43,13 @@ struct displays : test::real_session {
     {
         words.insert(words.begin(), {"command", "output"});
         EXPECT_EQ(output_of(words), "");
+    }
+    // Whether a program that takes pictures of the screen finds much of this colour on the display.
+    [[nodiscard]] bool shows(const std::string &name, uint32_t argb) const
+    {
+        const std::string path = world.directory() / (name + ".png");
+        test::process grim = run({"grim", "-o", name, path});
+        return grim.wait() == 0 && std::ranges::count(test::image::load(path).argb, argb) > 10'000;
     }
     void expect_box(const std::string &name, const wlr_box &expected) const
     {
@@ -113,6 +121,22 @@ TEST_F(displays, take_several_steps_at_once)
             "720"});
     EXPECT_TRUE(is_on("HEADLESS-2"));
     expect_box("HEADLESS-2", {0, 720, 600, 800});
+}
+
+TEST_F(displays, mirror_each_other_for_other_programs_too)
+{
+    constexpr uint32_t only_on_one = 0xff123456;
+    test::process swaybg = run({"swaybg", "--output", "HEADLESS-1", "--color", "#123456"});
+    EXPECT_TRUE(eventually([&] { return shows("HEADLESS-1", only_on_one); })) << swaybg.output();
+    EXPECT_FALSE(shows("HEADLESS-2", only_on_one));
+    change({"HEADLESS-2", "mirror", "output", "HEADLESS-1"});
+    const json source = member_object(about("HEADLESS-2"), "mirror");
+    EXPECT_EQ(member_text(source, "kind"), "screen");
+    EXPECT_EQ(member_text(source, "output"), "HEADLESS-1");
+    EXPECT_TRUE(eventually([&] { return shows("HEADLESS-2", only_on_one); }));
+    change({"HEADLESS-2", "mirror", "off"});
+    EXPECT_FALSE(member_is_true(about("HEADLESS-2"), "mirror"));
+    EXPECT_TRUE(eventually([&] { return !shows("HEADLESS-2", only_on_one); }));
 }
 
 TEST_F(displays, are_arranged_when_the_session_starts_again)
