@@ -12,20 +12,6 @@
 #include <span>
 #include <utility>
 
-// Keeps the scene from passing a client's own buffer through, because that has the client's size and format.
-struct composition_lock {
-    explicit composition_lock(wlr_output *locked) : output(locked)
-    {
-        wlr_output_lock_attach_render(output, true);
-    }
-    ~composition_lock() { wlr_output_lock_attach_render(output, false); }
-    composition_lock(const composition_lock &) = delete;
-    composition_lock &operator=(const composition_lock &) = delete;
-
-private:
-    wlr_output *output;
-};
-
 static const wlr_drm_format *picture_format(const vantore_server &server)
 {
     const wlr_drm_format_set *formats =
@@ -53,18 +39,18 @@ swapchain_handle offscreen_swapchain(const vantore_server &server, int width, in
     return swapchain_handle{wlr_swapchain_create(server.allocator, width, height, format)};
 }
 
-static picture_size texture_size(const wlr_texture *texture, wl_output_transform transform)
-{
-    picture_size size{.width = int(texture->width), .height = int(texture->height)};
-    if ((unsigned(transform) & WL_OUTPUT_TRANSFORM_90) != 0)
-        std::swap(size.width, size.height);
-    return size;
-}
-
+// A toolkit may stretch a buffer of one pixel and draw everything into subsurfaces, so a picture is never
+// smaller than its surface.
 picture_size offscreen_surface_size(wlr_surface &surface)
 {
-    const wlr_texture *texture = wlr_surface_get_texture(&surface);
-    return texture != nullptr ? texture_size(texture, surface.current.transform) : picture_size{};
+    if (wlr_surface_get_texture(&surface) == nullptr)
+        return {};
+    wlr_fbox shown{};
+    wlr_surface_get_buffer_source_box(&surface, &shown);
+    if ((unsigned(surface.current.transform) & WL_OUTPUT_TRANSFORM_90) != 0)
+        std::swap(shown.width, shown.height);
+    return {.width = std::max(int(std::lround(shown.width)), surface.current.width),
+            .height = std::max(int(std::lround(shown.height)), surface.current.height)};
 }
 
 // Where surfaces are drawn, and how many pixels a unit of their coordinates takes.

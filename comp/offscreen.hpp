@@ -9,6 +9,20 @@
 
 using pixel_memory = handle<unsigned char, free>;
 
+// Keeps the scene from passing a client's own buffer through, because that has the client's size and format.
+struct composition_lock {
+    explicit composition_lock(wlr_output *locked) : output(locked)
+    {
+        wlr_output_lock_attach_render(output, true);
+    }
+    ~composition_lock() { wlr_output_lock_attach_render(output, false); }
+    composition_lock(const composition_lock &) = delete;
+    composition_lock &operator=(const composition_lock &) = delete;
+
+private:
+    wlr_output *output;
+};
+
 enum class pixel_order { any, linear_if_possible }; // linear buffers can be read by any program
 
 // Returns a swapchain whose buffers the renderer can draw into and read. Sizes are pixels. Returns null if a
@@ -21,8 +35,8 @@ swapchain_handle offscreen_swapchain(const vantore_server &server, int width, in
 // Nothing is committed, and all damage remains for the output's next frame. Returns false on failure.
 bool offscreen_draw_output(vantore_output &o, wlr_swapchain *swapchain, wlr_output_state &state);
 
-// Returns the size of the picture that the client has drawn of the surface, the right way up. Both sides are
-// 0 if it has drawn nothing.
+// Returns the size of the picture that the client has drawn of the surface: of the part of its buffer that it
+// shows, the right way up, and at least of the surface. Both sides are 0 if it has drawn nothing.
 picture_size offscreen_surface_size(wlr_surface &surface);
 
 // Draws the surface and its subsurfaces, on black, into the next buffer of the swapchain, which must have the

@@ -1,3 +1,4 @@
+// The size of a picture.
 #pragma once
 
 struct picture_size {

@@ -6,7 +6,8 @@
 struct surface_watch;
 
 struct surface_watch_events {
-    // The surface or one of its subsurfaces shows a new buffer. May end the watch.
+    // The surface or one of its subsurfaces shows a new buffer. A commit without one is not told, even if it
+    // moves a subsurface. May end the watch.
     void (*new_picture)(void *data);
     // The surface is being destroyed, and the watch tells nothing more. May end the watch.
     void (*gone)(void *data);

@@ -23,6 +23,7 @@ bool will_come_back(const vantore_output &o)
 static remembered_output remember(const vantore_output &o, bool has_own_place)
 {
     return {.description = describe_output(o),
+            .name_before = output_name(o.wlr_output),
             .workspace = o.current_ws != nullptr ? o.current_ws->num : 0,
             .has_own_place = has_own_place,
             .turned_off = o.turned_off};

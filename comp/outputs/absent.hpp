@@ -11,6 +11,7 @@
 
 struct remembered_output {
     output_description description;
+    std::string name_before; // it may return on another connector
     int workspace = 0; // the number of the one that it showed, 0 for none
     bool absent = false; // the others are here, but were remembered with it
     bool has_own_place = false; // the user has placed it in the layout

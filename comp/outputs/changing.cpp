@@ -119,7 +119,7 @@ public:
     void settle();
 
 private:
-    void mirror_window(const std::string &id);
+    void mirror_window(const output_mirror &wish);
     void mirror_screen(const std::string &source);
 
     vantore_output &o;
@@ -159,12 +159,12 @@ bool output_change::operator()(const output_disable &)
     return true;
 }
 
-void output_change::mirror_window(const std::string &id)
+void output_change::mirror_window(const output_mirror &wish)
 {
-    vantore_toplevel *t = toplevel_by_id(*o.server, uint32_t(strtoul(id.c_str(), nullptr, 10)));
+    vantore_toplevel *t = toplevel_by_id(*o.server, wish.window);
     if (t != nullptr)
         return mirror_enable(o, *t);
-    wlr_log(WLR_INFO, "IPC output mirror: no window '%s'", id.c_str());
+    wlr_log(WLR_INFO, "IPC output mirror: no window '%s'", wish.source.c_str());
     config_notify("Mirror: no such window");
 }
 
@@ -182,7 +182,7 @@ bool output_change::operator()(const output_mirror &wish)
     if (wish.kind == "off")
         mirror_disable(o, true);
     else if (wish.kind == "window")
-        mirror_window(wish.source);
+        mirror_window(wish);
     else if (wish.kind == "output" || wish.kind == "screen")
         mirror_screen(wish.source);
     else

@@ -103,7 +103,7 @@ static void surface_commit(followed_surface &followed)
     for (auto &o : each<&vantore_output::link>(followed.server->outputs)) {
         search wanted{.output = o, .surface = followed.surface};
         wlr_scene_output_for_each_buffer(o.scene_output, look_for_surface, &wanted);
-        if (wanted.found || mirrored_surface(o) == followed.surface)
+        if (wanted.found || mirrored_surface(o) == wlr_surface_get_root_surface(followed.surface))
             wlr_output_schedule_frame(o.wlr_output);
     }
 }

@@ -50,12 +50,12 @@ vantore_output *output_at(vantore_server &server, double lx, double ly)
 vantore_output *current_output(vantore_server &server)
 {
     vantore_output *at = output_at(server, server.cursor->x, server.cursor->y);
-    if (at != nullptr && !at->mirror.mir_on)
+    if (at != nullptr && is_usual_screen(*at))
         return at;
     for (auto &o : each<&vantore_output::link>(server.outputs))
-        if (!o.mirror.mir_on)
+        if (is_usual_screen(o))
             return &o;
-    return nullptr;
+    return at != nullptr ? at : each<&vantore_output::link>(server.outputs).first();
 }
 
 vantore_output *resolve_primary_output(vantore_server &server)

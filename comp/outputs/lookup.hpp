@@ -12,14 +12,15 @@ vantore_output *output_by_name(vantore_server &server, std::string_view name);
 vantore_output *output_of(vantore_server &server, const struct wlr_output *wlr_output);
 // Whether the output has a workspace when it is lit. One that is turned off or mirrors something has none.
 bool is_usual_screen(const vantore_output &o);
-// Whether that is so now.
+// Whether the output is lit and mirrors nothing.
 bool shows_desktop(const vantore_output &o);
 
 // Returns the output at a point, or null. Where several lie, it is one that shows the desktop.
 struct wlr_output *layout_output_at(const vantore_server &server, double lx, double ly);
 // Returns its record.
 vantore_output *output_at(vantore_server &server, double lx, double ly);
-// Returns the output under the pointer, else the newest output that mirrors nothing, else null.
+// Returns the output under the pointer if it is a usual screen, else the newest usual screen. If there is
+// none, returns the output under the pointer, else the newest, else null.
 vantore_output *current_output(vantore_server &server);
 // Returns the output to use when only one is wanted: of those that show the desktop that of the setting
 // `primary`, else the newest. Null if there is none.

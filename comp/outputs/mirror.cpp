@@ -12,6 +12,7 @@
 #include "identify.hpp"
 #include "lookup.hpp"
 #include "mirror_picture.hpp"
+#include "mirror_pointer.hpp"
 #include "output.hpp"
 #include "rehome.hpp"
 #include "wallpaper.hpp"
@@ -26,7 +27,8 @@ static bool shows_output(const vantore_output &o, const vantore_output &source)
     return o.mirror.mir_on && shown.mir_is_output && shown.mir_src_out == output_name(source.wlr_output);
 }
 
-// Whether the source shows the output, directly or through other mirrors. No mirror that exists shows itself.
+// Whether the source shows the output, directly or through other mirrors. The walk ends because no mirror is
+// ever begun that would show itself.
 static bool leads_back(const vantore_output &source, const vantore_output &o)
 {
     const vantore_output *at = &source;
@@ -47,7 +49,7 @@ static void give_workspace_up(vantore_output &o)
 {
     if (vantore_workspace *ws = std::exchange(o.current_ws, nullptr))
         ws->output = nullptr;
-    refresh_workspace_visibility(*o.server);
+    show_workspaces(*o.server);
 }
 
 // Without memory, what is missing is not shown.
@@ -83,6 +85,7 @@ static void mirror_begin(vantore_output &o, mirror_source source)
 static void draw_now(vantore_output &o, int64_t now)
 {
     o.mirror.mir_last_ns = now;
+    o.mirror.late = false;
     mir_update(o);
 }
 
@@ -95,26 +98,38 @@ static void mir_commit(void *data)
         return;
     if (now - o.mirror.mir_last_ns < least_gap) {
         o.mirror.late = true;
-        wlr_output_schedule_frame(o.wlr_output); // its frames are as far apart
+        wlr_output_schedule_frame(o.wlr_output); // the next frame draws it
         return;
     }
     draw_now(o, now);
 }
 
-static void mir_surf_destroy(void *data)
+static void source_gone(vantore_output &o)
 {
-    auto &o = *static_cast<vantore_output *>(data);
     mirror_disable(o, true);
     if (!o.server->shutting_down)
         settle_outputs(*o.server);
 }
 
+static void mir_surf_destroy(void *data)
+{
+    source_gone(*static_cast<vantore_output *>(data));
+}
+
+// A client may destroy its window and keep the surface.
+static void window_ends(vantore_output &o, vantore_toplevel *t)
+{
+    if (o.mirror.source.mir_src_wid == t->id)
+        source_gone(o);
+}
+
 static void show_window(vantore_output &o, const mirror_source &source)
 {
     mirror_begin(o, source);
+    listen<&vantore_output::mirrored_window_ends, window_ends>(o, o.server->window_ends);
     vantore_toplevel *t = toplevel_by_id(*o.server, source.mir_src_wid);
     if (wlr_surface *surface = t != nullptr ? tl_surface(*t) : nullptr)
-        o.mirror.mir_commit =
+        o.mirror.watch =
             surface_watch_create(*surface, {.new_picture = mir_commit, .gone = mir_surf_destroy}, &o);
     mir_update(o);
 }
@@ -151,22 +166,16 @@ void mirror_enable_output(vantore_output &o, const vantore_output &src)
 
 void mirror_resume(vantore_output &o, const mirror_source &source)
 {
-    if (source.mir_is_output)
+    const vantore_output *src = output_by_name(*o.server, source.mir_src_out);
+    if (source.mir_is_output && src != nullptr && !leads_back(*src, o))
         show_output(o, source);
     else if (toplevel_by_id(*o.server, source.mir_src_wid) != nullptr)
         show_window(o, source);
+    else
+        give_workspace_up(o); // a better one may be free now
 }
 
-static void take_workspace(vantore_output &o)
-{
-    vantore_workspace *ws = pick_workspace_for_output(*o.server, o.wlr_output, nullptr);
-    if (ws == nullptr || !o.wlr_output->enabled)
-        return;
-    ws_bind(*ws, o);
-    arrange_workspace(ws);
-}
-
-// It still needs a workspace.
+// The caller gives it a workspace.
 static void become_usual_screen(vantore_output &o)
 {
     wallpaper_show(o, true);
@@ -180,6 +189,7 @@ static void end_mirror(vantore_output &o)
         wlr_scene_node_destroy(&o.mirror.mir_tree->node);
     g_mirror_any--;
     g_output_mirror_count -= o.mirror.source.mir_is_output ? 1 : 0;
+    unlisten(o.mirrored_window_ends);
     o.mirror = {};
 }
 
@@ -191,23 +201,24 @@ void mirror_disable(vantore_output &o, bool restore)
     if (!restore || o.server->shutting_down)
         return;
     become_usual_screen(o);
-    take_workspace(o);
-    refresh_workspace_visibility(*o.server);
+    if (o.wlr_output->enabled)
+        hand_workspace_to(o);
     ipc_broadcast(*o.server, VNT_EVT_OUTPUTS);
 }
 
-void mirror_output_leaves(vantore_output &o, bool returns)
+void mirror_drop_lost(vantore_server &server)
 {
-    mirror_disable(o, false);
-    if (returns || o.server->shutting_down)
-        return;
-    for (auto &other : each<&vantore_output::link>(o.server->outputs))
-        if (&other != &o && shows_output(other, o))
-            mirror_disable(other, true);
+    for (auto &o : each<&vantore_output::link>(server.outputs)) {
+        const mirror_source &source = o.mirror.source;
+        if (o.mirror.mir_on && source.mir_is_output && output_by_name(server, source.mir_src_out) == nullptr)
+            mirror_disable(o, true);
+    }
 }
 
 void keep_one_desktop(vantore_server &server)
 {
+    if (g_mirror_any == 0)
+        return;
     vantore_output *lit_mirror = nullptr;
     for (auto &o : each<&vantore_output::link>(server.outputs)) {
         if (shows_desktop(o))
@@ -238,8 +249,17 @@ void mirror_before_paint(vantore_output &o)
         return;
     if (m.source.mir_is_output)
         mir_update_output(o);
-    else if (std::exchange(m.late, false))
+    else if (m.late)
         draw_now(o, g_platform.monotonic_ns());
+}
+
+bool is_mirrored(const vantore_output &o)
+{
+    if (g_output_mirror_count > 0)
+        for (const auto &other : each<&vantore_output::link>(o.server->outputs))
+            if (shows_output(other, o))
+                return true;
+    return false;
 }
 
 void mirror_wake_for_source(const vantore_output &o)
@@ -247,8 +267,17 @@ void mirror_wake_for_source(const vantore_output &o)
     if (g_output_mirror_count == 0)
         return;
     for (const auto &other : each<&vantore_output::link>(o.server->outputs))
-        if (shows_output(other, o) && other.mirror.seen != o.wlr_output->commit_seq)
+        if (&other != &o && shows_output(other, o) && other.mirror.seen != o.wlr_output->commit_seq)
             wlr_output_schedule_frame(other.wlr_output);
+}
+
+// Whether the mirror shows the pointer, or is to show it now.
+static bool pointer_matters_to(const vantore_output &o)
+{
+    const vantore_mirror &m = o.mirror;
+    const vantore_output *src = output_by_name(*o.server, m.source.mir_src_out);
+    const bool is_shown = m.mir_cursor != nullptr && m.mir_cursor->node.enabled;
+    return is_shown || (src != nullptr && has_pointer(*src));
 }
 
 void mirror_follow_pointer(const vantore_server &server)
@@ -256,6 +285,6 @@ void mirror_follow_pointer(const vantore_server &server)
     if (g_output_mirror_count == 0)
         return;
     for (const auto &o : each<&vantore_output::link>(server.outputs))
-        if (o.mirror.mir_on && o.mirror.source.mir_is_output)
+        if (o.mirror.mir_on && o.mirror.source.mir_is_output && pointer_matters_to(o))
             wlr_output_schedule_frame(o.wlr_output);
 }

@@ -1,6 +1,7 @@
 #include "mirror_picture.hpp"
 
 #include "../handles.hpp"
+#include "../offscreen.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
 #include "lookup.hpp"
@@ -9,10 +10,10 @@
 
 #include <utility>
 
-// The picture as it is shown: a turned output's is turned back.
+// A turned output's picture is turned back.
 static picture_size upright_size(const vantore_mirror &m)
 {
-    picture_size size{.width = m.mir_sc->width, .height = m.mir_sc->height};
+    picture_size size = m.drawn;
     if ((unsigned(m.mir_buf->transform) & WL_OUTPUT_TRANSFORM_90) != 0)
         std::swap(size.width, size.height);
     return size;
@@ -26,7 +27,7 @@ static void mir_fit(vantore_output &o)
     const wlr_box box = output_layout_box(o);
     wlr_scene_node_set_position(&m.mir_tree->node, box.x, box.y);
     wlr_scene_rect_set_size(m.mir_bg, box.width, box.height);
-    if (m.mir_sc == nullptr || wlr_box_empty(&box))
+    if (m.drawn == picture_size{} || wlr_box_empty(&box))
         return;
     const auto [width, height] = upright_size(m);
     m.fit = fit_picture(width, height, box.width, box.height);
@@ -43,13 +44,19 @@ static bool ready_to_draw(vantore_output &o, const picture_size &size)
     return swapchain != nullptr && o.mirror.mir_buf != nullptr;
 }
 
+static void show(vantore_mirror &m, wlr_buffer &buffer)
+{
+    wlr_scene_buffer_set_buffer(m.mir_buf, &buffer);
+    m.drawn = {.width = buffer.width, .height = buffer.height};
+}
+
 static void mir_render_source(vantore_output &o, wlr_surface &surface)
 {
     vantore_mirror &m = o.mirror;
     if (!ready_to_draw(o, offscreen_surface_size(surface)))
         return;
     if (const locked_buffer buffer = offscreen_draw_surface(*o.server, *m.mir_sc, surface))
-        wlr_scene_buffer_set_buffer(m.mir_buf, buffer.get());
+        show(m, *buffer);
 }
 
 void mir_update(vantore_output &o)
@@ -70,7 +77,7 @@ static void mir_render_output(vantore_output &o, vantore_output &src)
     if (!ready_to_draw(o, {.width = source.width, .height = source.height}) ||
         !offscreen_draw_output(src, m.mir_sc.get(), state))
         return;
-    wlr_scene_buffer_set_buffer(m.mir_buf, state.buffer);
+    show(m, *state.buffer);
     wlr_scene_buffer_set_transform(m.mir_buf, source.transform);
     m.seen = source.commit_seq;
 }
@@ -78,9 +85,9 @@ static void mir_render_output(vantore_output &o, vantore_output &src)
 void mir_update_output(vantore_output &o)
 {
     vantore_output *src = output_by_name(*o.server, o.mirror.source.mir_src_out);
-    if (src == nullptr || src == &o)
-        return;
-    mir_render_output(o, *src);
+    if (src != nullptr && src != &o)
+        mir_render_output(o, *src);
     mir_fit(o);
-    mir_cursor_update(o, *src);
+    if (src != nullptr)
+        mir_cursor_update(o, *src);
 }

@@ -2,6 +2,7 @@
 
 #include "../cairo_buffer.hpp"
 #include "../input/cursor_locate.hpp"
+#include "../presentation/live_picture.hpp"
 #include "../presentation/overlay.hpp"
 #include "../server.hpp"
 #include "../windows/placement.hpp"
@@ -22,21 +23,19 @@ static bool is_in_picture(const struct wlr_output &source)
     return false;
 }
 
-static void show_buffer_of(wlr_surface &surface, wlr_scene_buffer *copy)
+static void show_buffer_of(wlr_surface &surface, vantore_mirror &m)
 {
-    wlr_fbox part{};
-    wlr_surface_get_buffer_source_box(&surface, &part);
-    wlr_scene_buffer_set_buffer(copy, &surface.buffer->base);
-    wlr_scene_buffer_set_source_box(copy, &part);
-    wlr_scene_buffer_set_transform(copy, surface.current.transform);
+    scene_buffer_show_surface(m.mir_cursor, surface);
+    wlr_surface_get_buffer_source_box(&surface, &m.mir_cur_part);
+    wlr_scene_buffer_set_transform(m.mir_cursor, surface.current.transform);
 }
 
 static void copy_surface(vantore_mirror &m, const vantore_cursor_shown &shown, double scale)
 {
     wlr_surface &surface = *shown.cur_cursor_surface;
-    const std::string key = std::format("s:{}:{}", static_cast<void *>(&surface), surface.current.seq);
-    if (key != m.mir_cur_key) // each new buffer causes a frame
-        show_buffer_of(surface, m.mir_cursor);
+    const std::string key = std::format("s:{}:{}", static_cast<void *>(surface.buffer), surface.current.seq);
+    if (key != m.mir_cur_key) // giving the node a buffer causes a frame, even if it is the same one
+        show_buffer_of(surface, m);
     m.mir_cur_key = key;
     m.mir_cur_w = int(std::lround(surface.current.width * scale));
     m.mir_cur_h = int(std::lround(surface.current.height * scale));
@@ -52,7 +51,7 @@ static void copy_image(vantore_mirror &m, const wlr_xcursor_image &image)
         memcpy(pixels, image.buffer, size_t{image.width} * image.height * 4);
     cairo_surface_mark_dirty(picture);
     scene_buffer_set_cairo(m.mir_cursor, cairo_buffer_from_surface(picture));
-    wlr_scene_buffer_set_source_box(m.mir_cursor, nullptr);
+    m.mir_cur_part = {0, 0, double(image.width), double(image.height)};
     wlr_scene_buffer_set_transform(m.mir_cursor, WL_OUTPUT_TRANSFORM_NORMAL);
     m.mir_cur_w = int(image.width);
     m.mir_cur_h = int(image.height);
@@ -89,24 +88,49 @@ static bool copy_shown(vantore_mirror &m, const vantore_server &server, float sc
     return true;
 }
 
-static void place_copy(const vantore_mirror &m, const wlr_cursor &cursor, const wlr_box &source, double scale)
+// Cuts the copy at the edges of its output. Returns false if nothing is left of it.
+static bool place_copy(const vantore_output &o, const wlr_cursor &cursor, const wlr_box &source, double scale)
 {
+    const vantore_mirror &m = o.mirror;
     const double x = (cursor.x - source.x) * scale, y = (cursor.y - source.y) * scale;
     const wlr_box at = fit_pointer(m.fit, x, y, m.mir_cur_hx, m.mir_cur_hy, m.mir_cur_w, m.mir_cur_h);
-    wlr_scene_buffer_set_dest_size(m.mir_cursor, at.width, at.height);
-    wlr_scene_node_set_position(&m.mir_cursor->node, at.x, at.y);
+    const wlr_box box = output_layout_box(o),
+                  screen{.x = 0, .y = 0, .width = box.width, .height = box.height};
+    wlr_box visible{};
+    if (!wlr_box_intersection(&visible, &at, &screen))
+        return false;
+    const wlr_box cut{
+        .x = visible.x - at.x, .y = visible.y - at.y, .width = visible.width, .height = visible.height};
+    const wlr_fbox part =
+        live_picture_source(cut, at.width, at.height, m.mir_cur_part, m.mir_cursor->transform);
+    wlr_scene_buffer_set_source_box(m.mir_cursor, &part);
+    wlr_scene_buffer_set_dest_size(m.mir_cursor, visible.width, visible.height);
+    wlr_scene_node_set_position(&m.mir_cursor->node, visible.x, visible.y);
+    return true;
 }
 
-static bool show_copy(vantore_mirror &m, const vantore_output &src)
+bool has_pointer(const vantore_output &o)
 {
+    return box_contains(output_layout_box(o), o.server->cursor->x, o.server->cursor->y);
+}
+
+static bool show_copy(vantore_output &o, const vantore_output &src)
+{
+    vantore_mirror &m = o.mirror;
     const vantore_server &server = *src.server;
-    const wlr_box source = output_layout_box(src);
-    if (!box_contains(source, server.cursor->x, server.cursor->y) || is_in_picture(*src.wlr_output))
+    if (!has_pointer(src) || is_in_picture(*src.wlr_output))
         return false;
     if (!copy_shown(m, server, src.wlr_output->scale) || m.mir_cur_w < 1 || m.mir_cur_h < 1)
         return false;
-    place_copy(m, *server.cursor, source, double(src.wlr_output->scale));
-    return true;
+    return place_copy(o, *server.cursor, output_layout_box(src), double(src.wlr_output->scale));
+}
+
+// Or a client's buffer would stay locked.
+static void drop_image(vantore_mirror &m)
+{
+    if (!m.mir_cur_key.empty())
+        wlr_scene_buffer_set_buffer(m.mir_cursor, nullptr);
+    m.mir_cur_key.clear();
 }
 
 void mir_cursor_update(vantore_output &o, const vantore_output &src)
@@ -117,6 +141,10 @@ void mir_cursor_update(vantore_output &o, const vantore_output &src)
         if (m.mir_cursor != nullptr)
             m.mir_cursor->point_accepts_input = takes_no_input;
     }
-    if (m.mir_cursor != nullptr)
-        wlr_scene_node_set_enabled(&m.mir_cursor->node, show_copy(m, src));
+    if (m.mir_cursor == nullptr)
+        return;
+    const bool shown = show_copy(o, src);
+    wlr_scene_node_set_enabled(&m.mir_cursor->node, shown);
+    if (!shown)
+        drop_image(m);
 }

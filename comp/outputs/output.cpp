@@ -55,7 +55,6 @@ static void output_destroy(vantore_output &o)
     const bool returns = !server.shutting_down && will_come_back(o);
     if (returns)
         remember_absent(o);
-    mirror_output_leaves(o, returns);
     if (o.wlr_output == server.virtual_output)
         server.virtual_output = nullptr;
     if (!server.shutting_down) { // the end of the session destroys the scene before the outputs
@@ -66,6 +65,7 @@ static void output_destroy(vantore_output &o)
             wlr_scene_output_destroy(o.scene_output);
         wlr_output_layout_remove(server.output_layout, o.wlr_output);
     }
+    mirror_disable(o, false); // when the scene shows nothing on this output any more
     layer_surfaces_of_output_gone(server, o.wlr_output);
     if (o.current_ws != nullptr)
         o.current_ws->output = nullptr; // its windows stay on the workspace
@@ -73,6 +73,8 @@ static void output_destroy(vantore_output &o)
     delete &o;
     if (server.shutting_down)
         return;
+    if (!returns)
+        mirror_drop_lost(server);
     if (returns) {
         show_bound_workspaces(server);
         focus_top_if_hidden(server);

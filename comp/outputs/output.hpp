@@ -26,6 +26,7 @@ struct vantore_output {
     render_times times;
     vantore_wallpaper wallpaper;
     vantore_mirror mirror; // while it is on, current_ws is null
+    listener mirrored_window_ends;
     wlr_scene_buffer *ident_buf = nullptr; // the badge with its name, while that is shown
     listener frame, present, request_state, destroy;
 };

@@ -102,12 +102,21 @@ static bool read_mode(std::string_view &words, steps &into)
     return true;
 }
 
+// Returns 0 for a word that is no id.
+static uint32_t window_id(std::string_view word)
+{
+    uint32_t id = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), id);
+    return error == std::errc{} && end == word.data() + word.size() ? id : 0;
+}
+
 static bool read_mirror(std::string_view &words, steps &into)
 {
     const std::string_view kind = take_word(words);
     const bool has_source = kind == "window" || kind == "output" || kind == "screen";
     const std::string_view source = has_source ? take_word(words) : std::string_view{};
-    into.emplace_back(output_mirror{.kind = std::string{kind}, .source = std::string{source}});
+    into.emplace_back(
+        output_mirror{.kind = std::string{kind}, .source = std::string{source}, .window = window_id(source)});
     return true;
 }
 

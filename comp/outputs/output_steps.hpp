@@ -30,6 +30,7 @@ struct output_mode_wish {
 struct output_mirror {
     std::string kind; // "window", "output", "screen", "off", or a word that makes no sense
     std::string source; // the window's id or the output's token; may be empty
+    uint32_t window = 0; // the id; 0 if the text is none
 };
 struct output_unhandled {
     std::string word;

@@ -2,6 +2,7 @@
 
 #include "../config/settings.hpp"
 #include "../handles.hpp"
+#include "../offscreen.hpp"
 #include "../platform.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
@@ -10,6 +11,8 @@
 #include "lookup.hpp"
 #include "mirror.hpp"
 #include "output.hpp"
+
+#include <optional>
 
 static bool is_measured()
 {
@@ -76,6 +79,9 @@ static void output_do_repaint(vantore_output &o)
 {
     read_measurement(o);
     mirror_before_paint(o);
+    std::optional<composition_lock> composed;
+    if (is_mirrored(o))
+        composed.emplace(o.wlr_output);
     if (output_wants_tearing(o))
         commit_tearing(o);
     else if (is_measured() && !o.times.rt_giveup)

@@ -6,6 +6,7 @@
 #include "../input/pointer.hpp"
 #include "../input/resting_pointer.hpp"
 #include "../server.hpp"
+#include "../windows/xwayland.hpp"
 #include "../workspaces/arrange.hpp"
 #include "../workspaces/focus.hpp"
 #include "../workspaces/workspace.hpp"
@@ -113,15 +114,20 @@ void clamp_cursor_off_mirror(vantore_server &server)
         wlr_cursor_warp(server.cursor, nullptr, best->x, best->y);
 }
 
+void show_workspaces(vantore_server &server)
+{
+    if (server.absence.outputs.empty())
+        refresh_workspace_visibility(server);
+    else
+        show_bound_workspaces(server); // what is minimized stays so until all outputs have returned
+}
+
 void hand_workspace_to(vantore_output &o)
 {
     vantore_workspace *ws = pick_workspace_for_output(*o.server, o.wlr_output, nullptr);
     if (ws != nullptr)
         ws_bind(*ws, o);
-    if (o.server->absence.outputs.empty())
-        refresh_workspace_visibility(*o.server);
-    else
-        show_bound_workspaces(*o.server); // what is minimized stays so until all outputs have returned
+    show_workspaces(*o.server);
     focus_top_if_hidden(*o.server); // the window that has the keyboard may be on an absent output
     arrange_workspace(ws); // its windows may come from an output at another place
 }
@@ -150,5 +156,6 @@ void settle_outputs(vantore_server &server)
     cursor_ensure_on_output(server);
     pointer_look_again(server);
     apply_touch_mapping(server);
+    apply_x_primary(server);
     ipc_broadcast(server, VNT_EVT_OUTPUTS);
 }

@@ -15,6 +15,10 @@ void cursor_ensure_on_output(vantore_server &server);
 // nothing if no output shows the desktop.
 void clamp_cursor_off_mirror(vantore_server &server);
 
+// Shows the workspaces that outputs have. Windows that are put away come back, except while outputs are
+// absent.
+void show_workspaces(vantore_server &server);
+
 // Gives an output the workspace that was last shown on it, else the first one that waits for no other output.
 void hand_workspace_to(vantore_output &o);
 

@@ -30,9 +30,7 @@ bool output_returns(vantore_output &o)
         return false;
     restore_output(o, remembered->description);
     o.turned_off = remembered->turned_off;
-    if (remembered->description.mirror)
-        mirror_resume(o, *remembered->description.mirror);
-    if (is_usual_screen(o))
+    if (!o.turned_off && !remembered->description.mirror)
         take_workspace_back(o, remembered->workspace);
     return true;
 }
@@ -41,7 +39,7 @@ bool output_returns(vantore_output &o)
 static void bring_back_by_connector(vantore_server &server)
 {
     for (auto &o : each<&vantore_output::link>(server.outputs)) {
-        if (was_recognised(o))
+        if (was_recognised(o) || !is_usual_screen(o))
             continue;
         const auto remembered = recognise(server, *o.wlr_output, likeness::connector);
         vantore_workspace *ws = remembered ? workspace_by_num(server, remembered->workspace) : nullptr;
@@ -71,6 +69,27 @@ static void focus_as_before(vantore_server &server, uint32_t id)
         focus_top_toplevel(server);
 }
 
+// Returns the name that the output of this name has now. Empty if it has not returned.
+static std::string name_now(const vantore_server &server, const std::string &name_before)
+{
+    for (const remembered_output &remembered : server.absence.outputs)
+        if (remembered.name_before == name_before)
+            return remembered.absent ? "" : remembered.description.name;
+    return "";
+}
+
+static void resume_mirrors(vantore_server &server)
+{
+    for (const remembered_output &remembered : server.absence.outputs) {
+        vantore_output *o = output_by_name(server, remembered.description.name);
+        if (o == nullptr || remembered.absent || !remembered.description.mirror)
+            continue;
+        mirror_source source = *remembered.description.mirror;
+        source.mir_src_out = name_now(server, source.mir_src_out);
+        mirror_resume(*o, source);
+    }
+}
+
 // Displays that the user has unplugged meanwhile are unplugged for us only now.
 void outputs_returned(vantore_server &server)
 {
@@ -84,6 +103,7 @@ void outputs_returned(vantore_server &server)
         fit_windows(o);
     }
     const uint32_t focused = server.absence.focused;
+    resume_mirrors(server);
     if (forget_absent(server))
         rehome_outputs(server);
     else

@@ -39,8 +39,7 @@ wlr_fbox live_picture_source(const wlr_box &geometry, int surface_width, int sur
     return part;
 }
 
-// Waits for the point in time at which the client has drawn the buffer, where the client says so.
-static void set_buffer(const live_picture &p, wlr_surface &surface)
+void scene_buffer_show_surface(wlr_scene_buffer *node, wlr_surface &surface)
 {
     wlr_buffer *buffer = surface.buffer != nullptr ? &surface.buffer->base : nullptr;
     wlr_scene_buffer_set_buffer_options options{};
@@ -48,13 +47,13 @@ static void set_buffer(const live_picture &p, wlr_surface &surface)
         options.wait_timeline = sync->acquire_timeline;
         options.wait_point = sync->acquire_point;
     }
-    wlr_scene_buffer_set_buffer_with_options(p.node, buffer, &options);
+    wlr_scene_buffer_set_buffer_with_options(node, buffer, &options);
 }
 
 static void show_latest(live_picture &p)
 {
     wlr_surface *surface = tl_surface(*p.window);
-    set_buffer(p, *surface);
+    scene_buffer_show_surface(p.node, *surface);
     if (surface->buffer == nullptr)
         return;
     wlr_fbox whole{};

@@ -4,6 +4,10 @@
 #include "../fwd.hpp"
 #include "../wlr.hpp"
 
+// Shows the surface's latest buffer, or nothing if it has none. Waits for the point in time at which the
+// client has drawn the buffer, where the client says so.
+void scene_buffer_show_surface(wlr_scene_buffer *node, wlr_surface &surface);
+
 // Returns the part of the buffer that shows the window geometry, in pixels of the buffer as the client sent
 // it. `geometry` and the surface's size are in surface coordinates, `source` is the part of the buffer that
 // the surface shows.

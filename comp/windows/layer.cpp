@@ -244,12 +244,12 @@ static void attach_listeners(vantore_layer_surface &l)
     listen<&vantore_layer_surface::destroy, layer_surface_destroy>(l, l.layer_surface->events.destroy);
 }
 
-// Returns the newest output that is not turned off, or else the newest. A client on one that is turned off
-// would wait for its first configure.
+// Returns the newest usual screen, or else the newest output. A client on one that is turned off would wait
+// for its first configure, and nobody would see one on a mirror.
 static wlr_output *newest_output(vantore_server &server)
 {
     for (const auto &o : each<&vantore_output::link>(server.outputs))
-        if (!o.turned_off)
+        if (is_usual_screen(o))
             return o.wlr_output;
     const vantore_output *o = each<&vantore_output::link>(server.outputs).first();
     return o != nullptr ? o->wlr_output : nullptr;

@@ -35,7 +35,8 @@ static const vantore_output *output_under(const vantore_toplevel &t)
 {
     const wlr_box box = asked_box(t);
     const auto is_over = [&](const vantore_output &o) {
-        return !o.turned_off && box_contains(o.usable, box.x + box.width / 2.0, box.y + box.height / 2.0);
+        return is_usual_screen(o) &&
+               box_contains(o.usable, box.x + box.width / 2.0, box.y + box.height / 2.0);
     };
     if (const vantore_output *o = output_showing(t); o != nullptr && is_over(*o))
         return o;

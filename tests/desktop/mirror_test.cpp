@@ -2,6 +2,7 @@
 
 #include "support/notifications.hpp"
 #include "support/outputs.hpp"
+#include "support/wayland_layer.hpp"
 #include "support/wayland_seat.hpp"
 
 #include "input/overview.hpp"
@@ -9,6 +10,7 @@
 #include "outputs/power.hpp"
 #include "text.hpp"
 #include "windows/fullscreen.hpp"
+#include "windows/states.hpp"
 #include "workspaces/focus.hpp"
 #include "workspaces/switch.hpp"
 #include "workspaces/transfer.hpp"
@@ -258,6 +260,21 @@ TEST_F(mirrors, show_the_pointer_in_the_scale_of_their_source)
     EXPECT_EQ(pointer_on("B").x, int((200 - m.mir_cur_hx) * 0.5 + 0.5));
 }
 
+TEST_F(mirrors, cut_the_pointer_at_their_edge)
+{
+    mirror("B", "output A");
+    point_at(*pointer, 1279, 703);
+    settle();
+    const wlr_box corner = pointer_on("B");
+    EXPECT_EQ(corner.x + corner.width, 640);
+    EXPECT_EQ(corner.y + corner.height, 352);
+    EXPECT_LT(corner.width, (output("B").mirror.mir_cur_w + 1) / 2);
+    point_at(*pointer, 0, 0);
+    settle();
+    EXPECT_EQ(pointer_on("B").x, 0);
+    EXPECT_EQ(pointer_on("B").y, 0);
+}
+
 TEST_F(mirrors, show_no_pointer_that_is_elsewhere)
 {
     plug_display("C", 640, 480);
@@ -395,6 +412,15 @@ TEST_F(mirrors, of_a_window_end_with_it)
     EXPECT_EQ(g_mirror_any, 0);
 }
 
+TEST_F(mirrors, of_a_window_end_when_only_its_surface_is_left)
+{
+    window &w = red_window(200, 100, {320, 176});
+    mirror("B", window_source(w));
+    w.destroy_role();
+    EVENTUALLY(!is_mirror("B"));
+    EXPECT_NE(output("B").current_ws, nullptr);
+}
+
 TEST_F(mirrors, of_a_window_draw_once_in_a_period_and_miss_nothing)
 {
     window &w = red_window(200, 100, {320, 176});
@@ -403,10 +429,13 @@ TEST_F(mirrors, of_a_window_draw_once_in_a_period_and_miss_nothing)
     w.fill(blue);
     settle();
     const int64_t drawn = output("B").mirror.mir_last_ns;
-    w.fill(red); // at the same moment
+    advance_clock_ms(10);
+    w.fill(red); // too soon, so the next frame draws it
     EVENTUALLY_EQ(pixel("B", 100, 100), red);
-    EXPECT_EQ(output("B").mirror.mir_last_ns, drawn);
-    EXPECT_FALSE(output("B").mirror.late);
+    EXPECT_EQ(output("B").mirror.mir_last_ns, drawn + 10'000'000);
+    advance_clock_ms(10);
+    w.fill(blue); // too soon after that
+    EVENTUALLY_EQ(pixel("B", 100, 100), blue);
     advance_clock_ms(100);
     w.fill(blue);
     EVENTUALLY_EQ(pixel("B", 100, 100), blue);
@@ -479,6 +508,25 @@ TEST_F(mirrors, are_passed_over_by_whatever_looks_for_an_output)
     goto_workspace(server, 8);
     EXPECT_EQ(output("B").current_ws, nullptr);
     EXPECT_NE(workspace(8).output, nullptr);
+}
+
+TEST_F(mirrors, get_no_panels_that_name_no_output)
+{
+    mirror("B", "output A"); // the newest output
+    const test::layer_surface panel{connect(), test::top_bar(30)};
+    settle();
+    EXPECT_EQ(output("B").usable.height, 352);
+    EXPECT_EQ(output("A").usable.height, 704 - 30);
+}
+
+TEST_F(mirrors, have_no_window_that_is_maximized_over_them)
+{
+    mirror("B", "output A");
+    window &w = map("window", {300, 200});
+    place(w, 1500, 50); // over B
+    toplevel_toggle_maximize(record(w));
+    settle();
+    EXPECT_LT(box(w).x, 1280);
 }
 
 TEST_F(mirrors, end_an_overview_on_their_output)
@@ -557,7 +605,9 @@ TEST_F(mirrors, leave_one_usual_screen)
 
 TEST_F(mirrors, of_what_is_not_there_are_refused)
 {
+    map("window");
     mirror("B", "window 99");
+    mirror("B", "window 4294967297"); // 1 in 32 bits
     mirror("B", "window");
     mirror("B", "output Z");
     mirror("B", "screen");
@@ -566,12 +616,14 @@ TEST_F(mirrors, of_what_is_not_there_are_refused)
     EXPECT_EQ(output("B").wlr_output->scale, 2);
     const std::string log = world.log();
     EXPECT_THAT(log, HasSubstr("IPC output mirror: no window '99'\n"));
+    EXPECT_THAT(log, HasSubstr("IPC output mirror: no window '4294967297'\n"));
     EXPECT_THAT(log, HasSubstr("IPC output mirror: no window ''\n"));
     EXPECT_THAT(log, HasSubstr("IPC output mirror: no screen 'Z'\n"));
     EXPECT_THAT(log, HasSubstr("IPC output mirror: no screen ''\n"));
     EXPECT_THAT(log, HasSubstr("IPC output mirror: expected 'window <id>', 'output <name>' or 'off'\n"));
-    EXPECT_THAT(notifications_in(world), ElementsAre("Mirror: no such window", "Mirror: no such window",
-                                                     "Mirror: no such screen", "Mirror: no such screen"));
+    EXPECT_THAT(notifications_in(world),
+                ElementsAre("Mirror: no such window", "Mirror: no such window", "Mirror: no such window",
+                            "Mirror: no such screen", "Mirror: no such screen"));
 }
 
 // Ends
@@ -586,6 +638,18 @@ TEST_F(mirrors, of_an_output_end_when_it_is_unplugged)
     EXPECT_EQ(output("B").current_ws, ws);
     EXPECT_EQ(g_mirror_any, 0);
     EXPECT_EQ(g_output_mirror_count, 0);
+}
+
+TEST_F(mirrors, may_be_unplugged_with_a_panel_below_them)
+{
+    mirror("B", "output A");
+    test::layer_traits bar = test::top_bar(30);
+    bar.output = "B";
+    const test::layer_surface panel{connect(), bar};
+    settle();
+    unplug("B");
+    settle();
+    EXPECT_EQ(g_mirror_any, 0);
 }
 
 TEST_F(mirrors, may_be_unplugged)

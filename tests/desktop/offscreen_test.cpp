@@ -5,6 +5,7 @@
 #include "offscreen.hpp"
 #include "surface_watch.hpp"
 
+#include "viewporter-client-protocol.h"
 #include <wayland-client.h>
 
 namespace
@@ -105,6 +106,33 @@ TEST_F(offscreen, pictures_of_turned_buffers_are_the_right_way_up)
     EXPECT_EQ(shown.at(89, 69), teal);
 }
 
+TEST_F(offscreen, pictures_of_one_stretched_pixel_have_room_for_its_subsurfaces)
+{
+    auto *viewporter = static_cast<wp_viewporter *>(w->owner().bind(wp_viewporter_interface, 1));
+    wp_viewport *viewport = wp_viewporter_get_viewport(viewporter, w->get());
+    wp_viewport_set_destination(viewport, 100, 80);
+    draw(1, WL_OUTPUT_TRANSFORM_NORMAL, {1, 1});
+    w->add_subsurface(60, 50, {30, 20});
+    w->commit();
+    settle();
+    EXPECT_EQ(size(), (picture_size{100, 80}));
+    EXPECT_EQ(picture().at(60, 50), teal);
+    EXPECT_EQ(picture().at(10, 10), red);
+    wp_viewport_destroy(viewport);
+    wp_viewporter_destroy(viewporter);
+}
+
+TEST_F(offscreen, pictures_of_a_part_of_a_buffer_have_its_shape)
+{
+    auto *viewporter = static_cast<wp_viewporter *>(w->owner().bind(wp_viewporter_interface, 1));
+    wp_viewport *viewport = wp_viewporter_get_viewport(viewporter, w->get());
+    wp_viewport_set_source(viewport, 0, 0, wl_fixed_from_int(50), wl_fixed_from_int(20));
+    draw(1, WL_OUTPUT_TRANSFORM_NORMAL, {100, 80});
+    EXPECT_EQ(size(), (picture_size{50, 20}));
+    wp_viewport_destroy(viewport);
+    wp_viewporter_destroy(viewporter);
+}
+
 TEST_F(offscreen, pictures_of_windows_that_show_nothing_have_no_size)
 {
     wlr_surface &unmapped = surface();
@@ -152,6 +180,37 @@ TEST_F(watch, outlives_subsurfaces_and_ends_with_the_window)
     EXPECT_EQ(ends, 0);
     w->destroy();
     EVENTUALLY_EQ(ends, 1);
+}
+
+TEST_F(watch, forgets_what_lies_below_a_subsurface_that_goes)
+{
+    test::client &c = w->owner();
+    auto *manager = static_cast<wl_subcompositor *>(c.bind(wl_subcompositor_interface, 1));
+    wl_surface *middle = c.create_surface("middle"), *leaf = c.create_surface("leaf");
+    wl_subsurface *lower = wl_subcompositor_get_subsurface(manager, leaf, middle);
+    wl_subsurface_set_desync(lower);
+    begin();
+    for (int i = 0; i < 3; i++) { // each time, the window gets both anew
+        wl_subsurface *upper = wl_subcompositor_get_subsurface(manager, middle, w->get());
+        wl_subsurface_set_desync(upper);
+        c.paint(middle, {20, 20}, red);
+        w->commit();
+        settle();
+        pictures = 0;
+        c.paint(leaf, {10, 10}, teal);
+        settle();
+        EXPECT_EQ(pictures, 1);
+        wl_subsurface_destroy(upper);
+        settle();
+    }
+    pictures = 0;
+    c.paint(leaf, {10, 10}, red);
+    settle();
+    EXPECT_EQ(pictures, 0);
+    wl_subsurface_destroy(lower);
+    wl_subcompositor_destroy(manager);
+    c.destroy_surface(leaf);
+    c.destroy_surface(middle);
 }
 
 TEST_F(watch, may_be_ended_by_what_it_tells)

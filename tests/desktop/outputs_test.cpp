@@ -231,9 +231,10 @@ TEST_F(outputs, are_off_the_outputs_file_by_the_time_their_going_is_announced)
     seen.clear();
     self = this;
     const broadcast_receiver look = [](vantore_server &, vnt_event event) {
-        if (event == VNT_EVT_OUTPUTS)
+        if (event == VNT_EVT_OUTPUTS && seen.empty())
             seen = self->outputs_file();
     };
+    command("output B mirror output A"); // its end is announced too
     broadcast_listen(look);
     unplug("A");
     broadcast_unlisten(look);

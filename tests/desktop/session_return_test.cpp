@@ -106,6 +106,47 @@ TEST_F(login_session, returns_with_its_mirrors)
     }
 }
 
+TEST_F(login_session, returns_with_mirrors_of_displays_on_other_connectors)
+{
+    const auto display = [](const char *name, const char *serial) {
+        return test::output_traits{.name = name, .width = 800, .height = 600, .serial = serial};
+    };
+    plug(display("A", "1"));
+    plug(display("B", "2"));
+    plug(display("C", "3"));
+    switch_to(true);
+    command("output B mirror output A");
+    switch_to(false);
+    for (const char *name : {"A", "B", "C"})
+        unplug(name);
+    plug(display("A", "2")); // the cables are exchanged
+    plug(display("B", "1"));
+    plug(display("C", "3"));
+    switch_to(true);
+    settle();
+    EXPECT_TRUE(output("A").mirror.mir_on);
+    EXPECT_EQ(output("A").mirror.source.mir_src_out, "B");
+    EXPECT_FALSE(output("B").mirror.mir_on);
+    EXPECT_NE(output("B").current_ws, nullptr);
+}
+
+TEST_F(login_session, returns_without_the_mirrors_of_what_has_gone_meanwhile)
+{
+    plug("A", 800, 600);
+    plug("B", 400, 300);
+    switch_to(true);
+    command("output B mirror output A");
+    switch_to(false);
+    unplug("A");
+    unplug("B");
+    plug("C", 800, 600);
+    plug("B", 400, 300);
+    switch_to(true);
+    settle();
+    EXPECT_FALSE(output("B").mirror.mir_on);
+    EXPECT_NE(output("B").current_ws, nullptr);
+}
+
 TEST_F(login_session, ends_the_compositor_when_the_seat_daemon_hangs_up)
 {
     plug("A", 800, 600);

@@ -110,6 +110,8 @@ private:
         const wlr_box box = output_layout_box(o);
         expect(o.current_ws == nullptr, name + " mirrors and has no workspace");
         expect(m.source.mir_is_output != (m.source.mir_src_wid != 0), name + " mirrors one thing");
+        expect(o.wallpaper.node == nullptr || !o.wallpaper.node->node.enabled,
+               name + " mirrors and shows no wallpaper");
         expect(m.mir_tree != nullptr && m.mir_tree->node.x == box.x && m.mir_tree->node.y == box.y &&
                    m.mir_bg->width == box.width && m.mir_bg->height == box.height,
                name + " mirrors in its place");
