@@ -80,7 +80,7 @@ TEST_F(recording, ends_when_the_window_closes)
 
 TEST_F(recording, ends_in_order_when_it_is_interrupted)
 {
-    test::process tool = message({"record", "--fps", "10", id, folder});
+    test::process tool = message({"record", id, folder});
     EXPECT_TRUE(test::eventually([&] { return has_pictures(); })) << tool.output();
     tool.send(SIGINT);
     EXPECT_THAT(tool.wait(), Optional(0));
@@ -214,6 +214,26 @@ TEST_F(made_up_recording, ends_in_order_without_a_picture)
     EXPECT_THAT(tool.wait(), Optional(0));
     EXPECT_EQ(tool.output(), "0 pictures, 0.0 a second, 0 missed\n");
     EXPECT_THAT(names_in(folder), IsEmpty());
+}
+
+TEST_F(made_up_recording, ends_when_it_is_interrupted_although_more_pictures_wait)
+{
+    static constexpr size_t side = 2048; // so large that writing the picture takes a while
+    static constexpr std::string_view large =
+        R"({"ok":true,"w":2048,"h":2048,"format":875713112,"modifier":0,"planes":1,"t_ns":0,"seq":0,)"
+        R"("offset":[0],"stride":[8192]})";
+    close(buffer);
+    buffer = test::memory_file<uint32_t>(side * side, [](uint32_t *) {});
+    test::process tool = start({});
+    accept();
+    push(large);
+    EXPECT_TRUE(test::eventually([&] { return fs::exists(folder) && !names_in(folder).empty(); }));
+    tool.send(SIGSTOP);
+    push(large);
+    tool.send(SIGINT);
+    tool.send(SIGCONT);
+    EXPECT_THAT(tool.wait(), Optional(0));
+    EXPECT_EQ(tool.output(), "1 picture, 0.0 a second, 0 missed\n");
 }
 
 TEST_F(made_up_recording, ends_with_1_when_the_compositor_goes)

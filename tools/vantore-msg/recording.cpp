@@ -29,9 +29,13 @@ public:
         }
         sigprocmask(SIG_BLOCK, &both, &before);
     }
-    // Waits until there is something to receive. Returns false if a signal came first.
+    // Waits until there is something to receive. Returns false if a signal has come.
     [[nodiscard]] bool wait_for(const connection &compositor) const
     {
+        sigset_t pending;
+        sigpending(&pending); // ppoll delivers no signal if there is something to receive already
+        if (sigismember(&pending, SIGINT) == 1 || sigismember(&pending, SIGTERM) == 1)
+            return false;
         pollfd source{.fd = compositor.descriptor(), .events = POLLIN, .revents = 0};
         return ppoll(&source, 1, nullptr, &before) == 1;
     }
