@@ -12,6 +12,7 @@
 inline constexpr std::string_view ipc_magic = "i3-ipc";
 inline constexpr size_t ipc_header_size = 14;
 inline constexpr uint32_t ipc_largest_request = 0x100000; // payload bytes that a client may send in one frame
+inline constexpr int ipc_most_fps = 480; // of pictures that a client may ask for
 
 enum vnt_ipc_msg : uint32_t {
     VNT_MSG_COMMAND = 0,

@@ -1,6 +1,7 @@
 #include "request_text.hpp"
 
 #include "../text.hpp"
+#include "protocol.hpp"
 
 #include <algorithm>
 #include <climits>
@@ -12,7 +13,6 @@ static constexpr const char *blanks = " \t\r\n";
 static constexpr size_t longest_capture = 127;
 static constexpr size_t longest_thumbnail = 31;
 static constexpr size_t longest_wish = 63;
-static constexpr int most_fps = 480;
 
 static std::string up_to_null(std::string_view text)
 {
@@ -152,7 +152,7 @@ capture_wish ipc_parse_capture_wish(std::string_view text)
     const char *at = cut.c_str();
     capture_wish wish{.window_id = take_id(at)};
     int fps = 0;
-    if (take_int(at, fps) && fps >= 1 && fps <= most_fps)
+    if (take_int(at, fps) && fps >= 1 && fps <= ipc_most_fps)
         wish.fps = fps;
     return wish;
 }

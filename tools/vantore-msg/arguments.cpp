@@ -32,7 +32,6 @@ Exit status: 0 done; 1 the compositor can't be reached or refused; 2 the argumen
 using words_left = std::span<const std::string>;
 
 static constexpr std::string_view blanks = " \t\r\n\v\f";
-static constexpr long most_fps = 480;
 static constexpr size_t longest_name = 95; // the longest name that a request can carry, in bytes
 
 static std::unexpected<std::string> wrong(std::string why)
@@ -156,8 +155,8 @@ static std::expected<request, std::string> record_request(words_left words)
     const auto options = take_record_options(words);
     if (!options)
         return std::unexpected{options.error()};
-    if (std::stol(options->fps) > most_fps)
-        return wrong("--fps takes at most " + std::to_string(most_fps));
+    if (std::stol(options->fps) > ipc_most_fps)
+        return wrong("--fps takes at most " + std::to_string(ipc_most_fps));
     if (words.size() != 2 || !is_window_id(words[0]) || words[1].empty())
         return wrong("record takes the window's id and a folder");
     return request{.what = action::record,
