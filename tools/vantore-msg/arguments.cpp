@@ -1,5 +1,7 @@
 #include "arguments.hpp"
 
+#include "errors.hpp"
+
 #include <charconv>
 #include <span>
 
@@ -33,11 +35,6 @@ using words_left = std::span<const std::string>;
 
 static constexpr std::string_view blanks = " \t\r\n\v\f";
 static constexpr size_t longest_name = 95; // the longest name that a request can carry, in bytes
-
-static std::unexpected<std::string> wrong(std::string why)
-{
-    return std::unexpected{std::move(why)};
-}
 
 static bool is_number(std::string_view text, int smallest)
 {

@@ -1,5 +1,7 @@
 #include "connection.hpp"
 
+#include "errors.hpp"
+
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -26,18 +28,13 @@ owned_fd &owned_fd::operator=(owned_fd &&other) noexcept
     return *this;
 }
 
-static std::unexpected<std::string> system_error(const std::string &what)
-{
-    return std::unexpected{what + ": " + strerror(errno)};
-}
-
 std::expected<connection, std::string> connection::open(const char *path)
 {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     const std::string_view text{path};
     if (text.size() >= sizeof address.sun_path)
-        return std::unexpected{"the socket's path is too long: " + std::string{text}};
+        return wrong("the socket's path is too long: " + std::string{text});
     text.copy(address.sun_path, text.size());
     owned_fd fd{::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)};
     if (!fd.is_open() || connect(fd.get(), reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
@@ -87,7 +84,7 @@ std::expected<void, std::string> connection::read_exactly(char *into, size_t cou
         message.msg_controllen = control.size();
         const ssize_t n = recvmsg(socket.get(), &message, MSG_CMSG_CLOEXEC);
         if (n == 0)
-            return std::unexpected{std::string{"the compositor has closed the connection"}};
+            return wrong("the compositor has closed the connection");
         if (n < 0 && errno != EINTR)
             return system_error("no answer from the compositor");
         if (n > 0)
@@ -107,7 +104,7 @@ std::expected<frame, std::string> connection::receive()
     memcpy(&length, header.data() + ipc_magic.size(), sizeof length);
     memcpy(&f.type, header.data() + ipc_magic.size() + sizeof length, sizeof f.type);
     if (std::string_view{header.data(), ipc_magic.size()} != ipc_magic || length > largest_reply)
-        return std::unexpected{std::string{"the answer is no frame of the compositor's protocol"}};
+        return wrong("the answer is no frame of the compositor's protocol");
     f.payload.resize(length);
     if (auto read = read_exactly(f.payload.data(), length, f.attached); !read)
         return std::unexpected{std::move(read.error())};
@@ -122,6 +119,6 @@ std::expected<frame, std::string> connection::ask(uint32_t type, std::string_vie
     while (reply && (reply->type & ipc_event_bit) != 0)
         reply = receive();
     if (reply && reply->type != type)
-        return std::unexpected{std::string{"the answer belongs to another question"}};
+        return wrong("the answer belongs to another question");
     return reply;
 }

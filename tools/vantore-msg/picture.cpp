@@ -1,9 +1,9 @@
 #include "picture.hpp"
 
+#include "errors.hpp"
 #include "json.hpp"
 
 #include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -20,11 +20,6 @@ struct close_file {
     void operator()(FILE *file) const { fclose(file); }
 };
 using stdio_file = std::unique_ptr<FILE, close_file>;
-
-static std::unexpected<std::string> failed(const std::string &what)
-{
-    return std::unexpected{what + ": " + strerror(errno)};
-}
 
 // Pixels in the compositor's file: premultiplied by alpha, rows from top to bottom.
 struct shared_pixels {
@@ -46,7 +41,7 @@ static std::expected<void, std::string> map_pixels(const frame &reply, shared_pi
 {
     const json meta = parse_reply(reply.payload);
     if (!member_is_true(meta, "ok"))
-        return std::unexpected{std::string{"the compositor could not capture that"}};
+        return wrong("the compositor could not capture that");
     p.width = member_number(meta, "w");
     p.height = member_number(meta, "h");
     p.stride = member_number(meta, "stride");
@@ -55,10 +50,10 @@ static std::expected<void, std::string> map_pixels(const frame &reply, shared_pi
     struct stat file{};
     if (!sound || reply.attached.empty() || fstat(reply.attached[0].get(), &file) != 0 ||
         file.st_size < p.stride * p.height)
-        return std::unexpected{std::string{"the answer does not describe a picture"}};
+        return wrong("the answer does not describe a picture");
     p.memory = mmap(nullptr, size_t(p.stride * p.height), PROT_READ, MAP_SHARED, reply.attached[0].get(), 0);
     if (p.memory == MAP_FAILED)
-        return failed("can't look at the picture");
+        return system_error("can't look at the picture");
     return {};
 }
 
@@ -81,7 +76,7 @@ static std::expected<straight_pixels, std::string> straightened(const shared_pix
     const size_t row = size_t(p.width) * 4, bytes = row * size_t(p.height);
     straight_pixels result{p.width, p.height, memory_for_pixels(p.width, p.height)};
     if (result.rgba == nullptr)
-        return std::unexpected{std::string{"there is not enough memory for the picture"}};
+        return wrong("there is not enough memory for the picture");
     for (size_t y = 0; y < size_t(p.height); y++)
         memcpy(result.rgba.get() + y * row, static_cast<const char *>(p.memory) + y * size_t(p.stride), row);
     for (size_t at = 0; at < bytes; at += 4)
@@ -97,9 +92,9 @@ std::expected<void, std::string> write_png(const straight_pixels &p, FILE *file)
     image.height = png_uint_32(p.height);
     image.format = PNG_FORMAT_RGBA;
     if (png_image_write_to_stdio(&image, file, 0, p.rgba.get(), 0, nullptr) == 0)
-        return std::unexpected{std::string{"can't write the picture: "} + image.message};
+        return wrong(std::string{"can't write the picture: "} + image.message);
     if (fflush(file) != 0)
-        return failed("can't write the picture");
+        return system_error("can't write the picture");
     return {};
 }
 
@@ -107,7 +102,7 @@ std::expected<void, std::string> write_raw(const straight_pixels &p, FILE *file)
 {
     const size_t bytes = size_t(p.width) * size_t(p.height) * 4;
     if (fwrite(p.rgba.get(), 1, bytes, file) != bytes || fflush(file) != 0)
-        return failed("can't write the picture");
+        return system_error("can't write the picture");
     return {};
 }
 
@@ -137,18 +132,18 @@ std::expected<void, std::string> write_file(const straight_pixels &p, const std:
     std::string unfinished = path + ".XXXXXX";
     const int fd = mkostemp(unfinished.data(), O_CLOEXEC);
     if (fd < 0)
-        return failed("can't write " + path);
+        return system_error("can't write " + path);
     const stdio_file file{fdopen(fd, "wb")};
     if (file == nullptr) {
         close(fd);
         unlink(unfinished.c_str());
-        return failed("can't write " + path);
+        return system_error("can't write " + path);
     }
     auto written = write(p, file.get());
     const mode_t mask = umask(0); // mkostemp made the file private, but the user's mask should decide
     umask(mask);
     if (written && (fchmod(fd, 0666 & ~mask) != 0 || rename(unfinished.c_str(), path.c_str()) != 0))
-        written = failed("can't write " + path);
+        written = system_error("can't write " + path);
     if (!written)
         unlink(unfinished.c_str());
     return written;
@@ -162,7 +157,7 @@ static std::expected<std::string, std::string> file_to_replace(const std::string
     if (missing)
         return path;
     if (!std::filesystem::is_regular_file(target, missing))
-        return std::unexpected{path + " is no regular file"};
+        return wrong(path + " is no regular file");
     return target.string();
 }
 
@@ -173,9 +168,9 @@ std::expected<void, std::string> write_picture(const frame &reply, const std::st
         return mapped;
     const auto pixels = straightened(shared);
     if (!pixels)
-        return std::unexpected{pixels.error()};
+        return wrong(pixels.error());
     if (file == "-")
         return write_png(*pixels, stdout);
     const auto target = file_to_replace(file);
-    return target ? write_file(*pixels, *target, write_png) : std::unexpected{target.error()};
+    return target ? write_file(*pixels, *target, write_png) : wrong(target.error());
 }

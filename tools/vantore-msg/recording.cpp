@@ -1,5 +1,6 @@
 #include "recording.hpp"
 
+#include "errors.hpp"
 #include "json.hpp"
 #include "picture.hpp"
 #include "shared_buffer.hpp"
@@ -9,11 +10,6 @@
 #include <filesystem>
 #include <format>
 #include <poll.h>
-
-static std::unexpected<std::string> wrong(std::string why)
-{
-    return std::unexpected{std::move(why)};
-}
 
 // Lets SIGINT and SIGTERM through only while the program waits, so that they interrupt nothing else.
 class interruptions

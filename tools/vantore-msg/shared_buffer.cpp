@@ -1,5 +1,6 @@
 #include "shared_buffer.hpp"
 
+#include "errors.hpp"
 #include "json.hpp"
 
 #include <cerrno>
@@ -15,11 +16,6 @@ struct pixel_place {
     long width = 0, height = 0, offset = 0, stride = 0;
     [[nodiscard]] size_t end() const { return size_t(offset + stride * height); }
 };
-
-static std::unexpected<std::string> wrong(std::string why)
-{
-    return std::unexpected{std::move(why)};
-}
 
 static bool is_sound(const pixel_place &p)
 {
@@ -83,7 +79,7 @@ std::expected<straight_pixels, std::string> read_buffer(const frame &description
     const int buffer = description.attached[0].get();
     void *memory = mmap(nullptr, place->end(), PROT_READ, MAP_SHARED, buffer, 0);
     if (memory == MAP_FAILED)
-        return wrong(std::string{"can't map the buffer: "} + strerror(errno));
+        return system_error("can't map the buffer");
     const bool readable = tell_driver(buffer, DMA_BUF_SYNC_START);
     if (readable)
         copy_pixels(static_cast<const uint8_t *>(memory), *place, result.rgba.get());
