@@ -36,6 +36,13 @@ struct shared_pixels {
     shared_pixels &operator=(const shared_pixels &) = delete;
 };
 
+bool is_size_of_picture(long width, long height, long stride)
+{
+    static constexpr long largest_side = 32768;
+    return width >= 1 && width <= largest_side && height >= 1 && height <= largest_side &&
+           stride >= width * 4 && stride <= largest_side * 8;
+}
+
 // Fails unless the file is large enough for the picture that the reply describes.
 static std::expected<void, std::string> map_pixels(const frame &reply, shared_pixels &p)
 {
@@ -45,11 +52,9 @@ static std::expected<void, std::string> map_pixels(const frame &reply, shared_pi
     p.width = member_number(meta, "w");
     p.height = member_number(meta, "h");
     p.stride = member_number(meta, "stride");
-    const bool sound = p.width >= 1 && p.width <= largest_side && p.height >= 1 && p.height <= largest_side &&
-                       p.stride >= p.width * 4 && p.stride <= largest_side * 8;
     struct stat file{};
-    if (!sound || reply.attached.empty() || fstat(reply.attached[0].get(), &file) != 0 ||
-        file.st_size < p.stride * p.height)
+    if (!is_size_of_picture(p.width, p.height, p.stride) || reply.attached.empty() ||
+        fstat(reply.attached[0].get(), &file) != 0 || file.st_size < p.stride * p.height)
         return wrong("the answer does not describe a picture");
     p.memory = mmap(nullptr, size_t(p.stride * p.height), PROT_READ, MAP_SHARED, reply.attached[0].get(), 0);
     if (p.memory == MAP_FAILED)

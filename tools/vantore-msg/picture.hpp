@@ -18,7 +18,8 @@ struct straight_pixels {
     std::unique_ptr<uint8_t[]> rgba;
 };
 
-inline constexpr long largest_side = 32768; // of a picture
+// Whether a picture can have this size. The stride is a row in bytes, of which each pixel takes four.
+bool is_size_of_picture(long width, long height, long stride);
 
 // Returns null if there is no memory.
 std::unique_ptr<uint8_t[]> memory_for_pixels(long width, long height);

@@ -19,8 +19,7 @@ struct pixel_place {
 
 static bool is_sound(const pixel_place &p)
 {
-    return p.width >= 1 && p.width <= largest_side && p.height >= 1 && p.height <= largest_side &&
-           p.offset >= 0 && p.offset <= INT32_MAX && p.stride >= p.width * 4 && p.stride <= largest_side * 8;
+    return is_size_of_picture(p.width, p.height, p.stride) && p.offset >= 0 && p.offset <= INT32_MAX;
 }
 
 static std::expected<pixel_place, std::string> place_of_pixels(const frame &description)
