@@ -2,6 +2,7 @@
 // the compositor and for the floor. Rendering is done in software, so effects are off, and the driver draws
 // in threads of its own. The CPU times come from the kernel's counters.
 
+#include "median.hpp"
 #include "subject.hpp"
 
 #include "support/memory_file.hpp"

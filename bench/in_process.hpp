@@ -1,7 +1,8 @@
 // What an action costs in this process. The software renderer draws in threads of its own.
 #pragma once
 
-#include <algorithm>
+#include "median.hpp"
+
 #include <cstdio>
 #include <ctime>
 #include <string>
@@ -18,12 +19,6 @@ inline double cpu_us(clockid_t clock)
     timespec now{};
     clock_gettime(clock, &now);
     return double(now.tv_sec) * 1e6 + double(now.tv_nsec) / 1e3;
-}
-
-inline double median(std::vector<double> values)
-{
-    std::ranges::nth_element(values, values.begin() + ptrdiff_t(values.size() / 2));
-    return values[values.size() / 2];
 }
 
 // The medians of many calls. `prepare` runs before each and is not measured.

@@ -1,6 +1,7 @@
 // Measures what the IPC socket costs: a query, an event, a picture that goes into a memory file, and a
 // window's picture with and without copying.
 
+#include "median.hpp"
 #include "subject.hpp"
 
 #include "ipc/memory_file.hpp"

@@ -2,6 +2,7 @@
 // nothing. Each measured program is a child process. Its CPU time comes from the kernel, so a busy machine
 // hardly disturbs the result.
 
+#include "median.hpp"
 #include "subject.hpp"
 
 #include "support/places.hpp"

@@ -1,6 +1,5 @@
 #include "subject.hpp"
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -37,12 +36,6 @@ double cpu_of_threads_us(pid_t pid)
     for (const auto &thread : std::filesystem::directory_iterator{"/proc/" + std::to_string(pid) + "/task"})
         sum += thread_us(pid, thread.path().filename());
     return sum;
-}
-
-double median(std::vector<double> values)
-{
-    std::ranges::nth_element(values, values.begin() + long(values.size() / 2));
-    return values[values.size() / 2];
 }
 
 static const test::variables &prepared(test::private_world &world, const test::variables &more,

@@ -8,7 +8,6 @@
 #include <memory>
 #include <string>
 #include <unistd.h>
-#include <vector>
 
 // The contents of a file in the process's directory in /proc.
 std::string read_proc(pid_t pid, const char *file);
@@ -16,7 +15,6 @@ std::string read_proc(pid_t pid, const char *file);
 double cpu_us(pid_t pid);
 // CPU time of all its threads together.
 double cpu_of_threads_us(pid_t pid);
-double median(std::vector<double> values);
 
 class subject
 {

@@ -1,6 +1,7 @@
 // Measures in this process what managing windows costs: the arithmetic of tiles, arranging windows, switching
 // workspaces, focus by direction, an output that comes and goes, and the display of the Mouse Tiler.
 
+#include "in_process.hpp"
 #include "support/desktop.hpp"
 
 #include "input/mouse_tiler.hpp"
@@ -16,15 +17,6 @@
 #include <cstdio>
 
 using std::chrono::steady_clock;
-
-static constexpr int rounds = 21;
-
-static double middle(std::vector<double> values)
-{
-    const auto half = values.begin() + ptrdiff_t(values.size() / 2);
-    std::ranges::nth_element(values, half);
-    return *half;
-}
 
 template <class Action> static double duration_us(Action action)
 {
@@ -43,7 +35,7 @@ template <class Action> static double microseconds(int calls, Action action)
                              action();
                      }) /
                      calls);
-    return middle(us);
+    return median(us);
 }
 
 TEST(bench, boxes_of_tiles)
@@ -141,7 +133,7 @@ TEST_F(windows, on_an_output_that_comes_and_goes)
     }
     printf("an output with half of 50 windows: %.0f microseconds to unplug, %.0f to plug in; at most %.0f, "
            "%.0f\n",
-           middle(unplug_us), middle(plug_us), std::ranges::max(unplug_us), std::ranges::max(plug_us));
+           median(unplug_us), median(plug_us), std::ranges::max(unplug_us), std::ranges::max(plug_us));
 }
 
 TEST_F(windows, shown_by_the_mouse_tiler)
