@@ -122,10 +122,11 @@ INSTANTIATE_TEST_SUITE_P(
         rejected{{"record", "12"}, "record takes the window's id and a folder"},
         rejected{{"record", "12", ""}, "record takes the window's id and a folder"},
         rejected{{"record", "all", "folder"}, "record takes the window's id and a folder"},
-        rejected{{"record", "--fps", "0", "12", "folder"}, "--fps takes a number"},
-        rejected{{"record", "--fps"}, "--fps takes a number"},
+        rejected{{"record", "--fps", "0", "12", "folder"}, "--fps takes a number from 1, not '0'"},
+        rejected{{"record", "--fps"}, "--fps takes a number from 1"},
         rejected{{"record", "--fps", "481", "12", "folder"}, "--fps takes at most 480"},
-        rejected{{"record", "--frames", "many", "12", "folder"}, "--frames takes a number"},
+        rejected{{"record", "--frames", "many", "12", "folder"},
+                 "--frames takes a number from 1, not 'many'"},
         rejected{{"record", "--png", "12", "folder"},
                  "record knows --fps, --frames and --raw, not '--png'"}));
 

@@ -3,6 +3,7 @@
 #include "errors.hpp"
 
 #include <charconv>
+#include <optional>
 #include <span>
 
 const std::string_view usage =
@@ -36,19 +37,18 @@ using words_left = std::span<const std::string>;
 static constexpr std::string_view blanks = " \t\r\n\v\f";
 static constexpr size_t longest_name = 95; // the longest name that a request can carry, in bytes
 
-static bool is_number(std::string_view text, int smallest)
+template <class Number> static std::optional<Number> number_from(std::string_view text, Number smallest)
 {
-    int value = 0;
+    Number value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc{} && end == text.data() + text.size() && value >= smallest;
+    const bool sound = error == std::errc{} && end == text.data() + text.size() && value >= smallest;
+    return sound ? std::optional{value} : std::nullopt;
 }
 
 // Ids have 32 bits and begin at 1.
 static bool is_window_id(std::string_view text)
 {
-    uint32_t id = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
-    return error == std::errc{} && end == text.data() + text.size() && id > 0;
+    return number_from<uint32_t>(text, 1).has_value();
 }
 
 static std::expected<std::string, std::string> region_spec(words_left words)
@@ -56,7 +56,7 @@ static std::expected<std::string, std::string> region_spec(words_left words)
     if (words.size() != 4)
         return wrong("capture region takes X Y W H and a file");
     for (size_t i = 0; i < words.size(); i++)
-        if (!is_number(words[i], i < 2 ? -1'000'000 : 1))
+        if (!number_from(words[i], i < 2 ? -1'000'000 : 1))
             return wrong("'" + words[i] + "' is no " + (i < 2 ? "coordinate" : "size"));
     return "region " + words[0] + " " + words[1] + " " + words[2] + " " + words[3];
 }
@@ -104,7 +104,7 @@ static std::expected<request, std::string> capture_request(words_left words)
         return description_request(words.subspan(1));
     std::string limit = "0";
     if (words.size() >= 2 && words[0] == "--max") {
-        if (!is_number(words[1], 1))
+        if (!number_from(words[1], 1))
             return wrong("--max takes a number of pixels, not '" + words[1] + "'");
         limit = words[1];
         words = words.subspan(2);
@@ -123,9 +123,22 @@ static std::expected<request, std::string> capture_request(words_left words)
 }
 
 struct record_options {
-    std::string fps = "60", pictures = "0";
+    int fps = 60, pictures = 0;
     bool raw = false;
 };
+
+// Takes an option and its number off the front of the words.
+static std::expected<int, std::string> take_number(words_left &words)
+{
+    const std::string needed = words[0] + " takes a number from 1";
+    if (words.size() < 2)
+        return wrong(needed);
+    const auto number = number_from(words[1], 1);
+    if (!number)
+        return wrong(needed + ", not '" + words[1] + "'");
+    words = words.subspan(2);
+    return *number;
+}
 
 // Takes the options off the front of the words.
 static std::expected<record_options, std::string> take_record_options(words_left &words)
@@ -133,16 +146,17 @@ static std::expected<record_options, std::string> take_record_options(words_left
     record_options options;
     while (!words.empty() && words[0].starts_with("--")) {
         const std::string &name = words[0];
-        options.raw |= name == "--raw";
-        if (name != "--raw" && name != "--fps" && name != "--frames")
-            return wrong("record knows --fps, --frames and --raw, not '" + name + "'");
-        if (name != "--raw") {
-            if (words.size() < 2 || !is_number(words[1], 1))
-                return wrong(name + " takes a number");
-            (name == "--fps" ? options.fps : options.pictures) = words[1];
+        if (name == "--raw") {
+            options.raw = true;
             words = words.subspan(1);
+            continue;
         }
-        words = words.subspan(1);
+        if (name != "--fps" && name != "--frames")
+            return wrong("record knows --fps, --frames and --raw, not '" + name + "'");
+        const auto number = take_number(words);
+        if (!number)
+            return wrong(number.error());
+        (name == "--fps" ? options.fps : options.pictures) = *number;
     }
     return options;
 }
@@ -151,16 +165,16 @@ static std::expected<request, std::string> record_request(words_left words)
 {
     const auto options = take_record_options(words);
     if (!options)
-        return std::unexpected{options.error()};
-    if (std::stol(options->fps) > ipc_most_fps)
+        return wrong(options.error());
+    if (options->fps > ipc_most_fps)
         return wrong("--fps takes at most " + std::to_string(ipc_most_fps));
     if (words.size() != 2 || !is_window_id(words[0]) || words[1].empty())
         return wrong("record takes the window's id and a folder");
     return request{.what = action::record,
                    .message = VNT_MSG_CAPTURE_SUBSCRIBE,
-                   .payload = words[0] + " " + options->fps,
+                   .payload = words[0] + " " + std::to_string(options->fps),
                    .file = words[1],
-                   .pictures = std::stol(options->pictures),
+                   .pictures = options->pictures,
                    .raw = options->raw};
 }
 
