@@ -93,7 +93,7 @@ TEST_F(recording, of_an_unknown_window_leaves_no_folder)
 {
     test::process tool = message({"record", "4711", folder});
     EXPECT_THAT(tool.wait(), Optional(1));
-    EXPECT_EQ(tool.output(), "vantore-msg: there is no window with this id\n");
+    EXPECT_EQ(tool.output(), "vantore-msg: the compositor can't record that window\n");
     EXPECT_FALSE(fs::exists(folder));
 }
 

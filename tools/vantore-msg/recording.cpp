@@ -122,7 +122,7 @@ static std::expected<void, std::string> make_folder(const std::string &path)
 std::expected<std::string, std::string> record(const request &r, connection &compositor, const frame &reply)
 {
     if (!member_is_true(parse_reply(reply.payload), "ok"))
-        return wrong("there is no window with this id");
+        return wrong("the compositor can't record that window");
     const interruptions user;
     if (auto made = make_folder(r.file); !made)
         return wrong(made.error());
