@@ -75,6 +75,11 @@ TEST(recording, is_asked_for_with_its_options)
     EXPECT_TRUE(limited->raw);
 }
 
+TEST(recording, has_the_limit_of_its_rate_in_the_help)
+{
+    EXPECT_THAT(usage, HasSubstr(" " + std::to_string(ipc_most_fps) + " at most"));
+}
+
 struct rejected {
     words arguments;
     std::string reason;

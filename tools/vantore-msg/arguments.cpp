@@ -24,12 +24,17 @@ const std::string_view usage =
   capture --dmabuf ID        describes the buffer in graphics memory that holds a window's picture
   record [--fps N] [--frames N] [--raw] ID FOLDER
                              writes what a window draws into a folder, as PNG files or, with --raw, as files of
-                             bytes: red, green, blue, alpha. Ends when the window closes, after N pictures or
-                             with Ctrl-C. Only one program can record at a time, the one that began last
+                             bytes (red, green, blue, alpha) that carry the picture's size in their names.
+                             Takes about 60 pictures a second, or as many as --fps says, 480 at most, and
+                             passes over pictures that come faster. Ends when the window closes, when an X11
+                             window is unmapped, after as many pictures as --frames says, or with Ctrl-C. A
+                             recording that another program began earlier gets no more pictures and waits until
+                             Ctrl-C
   --help                     prints this text
 
 Lists are tables on a terminal and JSON otherwise. The compositor is found by VANTORESOCK.
-Exit status: 0 done; 1 the compositor can't be reached or refused; 2 the arguments are wrong.
+Exit status: 0 done; 1 the compositor can't be reached or refused, or a folder or file can't be written;
+2 the arguments are wrong.
 )";
 
 using words_left = std::span<const std::string>;
