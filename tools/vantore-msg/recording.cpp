@@ -95,19 +95,15 @@ static std::string summary(const progress &done)
                        done.written == 1 ? "picture" : "pictures", rate, drawn - done.written);
 }
 
-static std::expected<void, std::string> write_next(const request &r, const frame &picture, progress &done)
+static std::expected<void, std::string> write_numbered(const request &r, const frame &picture, long number)
 {
     const auto pixels = read_buffer(picture);
     if (!pixels)
         return wrong(pixels.error());
-    const std::string number = std::format("{}/{:06}", r.file, done.written + 1);
-    auto written =
-        r.raw ? write_file(*pixels, std::format("{}-{}x{}.rgba", number, pixels->width, pixels->height),
-                           write_raw)
-              : write_file(*pixels, number + ".png", write_png);
-    if (written)
-        note(done, parse_reply(picture.payload));
-    return written;
+    const std::string path = std::format("{}/{:06}", r.file, number);
+    return r.raw ? write_file(*pixels, std::format("{}-{}x{}.rgba", path, pixels->width, pixels->height),
+                              write_raw)
+                 : write_file(*pixels, path + ".png", write_png);
 }
 
 static std::expected<void, std::string> make_folder(const std::string &path)
@@ -135,8 +131,9 @@ std::expected<std::string, std::string> record(const request &r, connection &com
         window_gone = next->window_gone;
         if (!next->picture)
             continue;
-        if (auto written = write_next(r, *next->picture, done); !written)
+        if (auto written = write_numbered(r, *next->picture, done.written + 1); !written)
             return wrong(written.error());
+        note(done, parse_reply(next->picture->payload));
     }
     return summary(done);
 }
