@@ -62,11 +62,13 @@ TEST_F(recording, writes_as_many_pictures_as_wanted)
     EXPECT_THAT(names_in(folder), ElementsAre("000001.png", "000002.png", "000003.png"));
     const fs::path snapshot = world.directory() / "snapshot.png";
     (void)output_of({"capture", "window", id, snapshot});
-    const test::image first = test::image::load(folder / "000001.png"), same = test::image::load(snapshot);
+    const test::image first = test::image::load(folder / "000001.png"),
+                      last = test::image::load(folder / "000003.png"), same = test::image::load(snapshot);
     EXPECT_EQ(first.width, same.width);
     EXPECT_EQ(first.height, same.height);
     const int right = first.width - 1, bottom = first.height - 1;
     EXPECT_EQ(first.at(right, bottom), same.at(right, bottom)) << "the terminal's background";
+    EXPECT_GT(test::compare(first, last, 0).pixels, 0U) << "the terminal's text, which moves";
 }
 
 TEST_F(recording, ends_when_the_window_closes)
@@ -97,10 +99,14 @@ TEST_F(recording, of_an_unknown_window_leaves_no_folder)
     EXPECT_FALSE(fs::exists(folder));
 }
 
-TEST_F(recording, has_a_single_picture_as_its_little_sister)
+TEST_F(recording, describes_the_buffer_of_a_single_picture)
 {
     EXPECT_THAT(output_of({"capture", "--dmabuf", id}),
                 ContainsRegex("^\\{\"ok\":true,\"w\":[0-9]+,.*\"planes\":1,.*\\]\\}\n$"));
+}
+
+TEST_F(recording, describes_no_picture_of_an_unknown_window)
+{
     test::process tool = message({"capture", "--dmabuf", "4711"});
     EXPECT_THAT(tool.wait(), Optional(1));
     EXPECT_EQ(tool.output(), "vantore-msg: the compositor could not capture that\n");
