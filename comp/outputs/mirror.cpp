@@ -7,7 +7,6 @@
 #include "../presentation/overlay.hpp"
 #include "../server.hpp"
 #include "../windows/toplevel.hpp"
-#include "../workspaces/arrange.hpp"
 #include "../workspaces/workspace.hpp"
 #include "identify.hpp"
 #include "lookup.hpp"

@@ -8,8 +8,8 @@
 inline int g_mirror_any; // outputs that mirror something
 inline int g_output_mirror_count; // those that mirror another output
 
-// Begin to mirror. An output that mirrors something already ends that first. A refusal changes
-// nothing, and the user is told.
+// Begin to mirror. An output that mirrors something already ends that first. A refusal changes nothing, and
+// the user is told.
 void mirror_enable(vantore_output &o, vantore_toplevel &t);
 void mirror_enable_output(vantore_output &o, const vantore_output &src);
 

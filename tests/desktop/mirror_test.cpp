@@ -216,6 +216,28 @@ TEST_F(mirrors, of_mirrors_show_what_those_show)
     EVENTUALLY_EQ(pixel("C", 51, 26), blue);
 }
 
+TEST_F(mirrors, are_of_outputs_that_compose_all_they_show)
+{
+    static const wlr_output *composed = nullptr;
+    static int locks = -1;
+    plug({.name = "C", .width = 640, .height = 352, .accepts = [](const wlr_output_state &) {
+              locks = composed != nullptr ? composed->attach_render_locks : 0;
+              return true;
+          }});
+    composed = output("C").wlr_output;
+    point_at(*pointer, output_layout_box(output("C")).x + 10, 10);
+    window &w = map("window");
+    mirror("B", "output C");
+    w.fill(red);
+    settle();
+    EXPECT_EQ(locks, 1);
+    mirror("B", "off");
+    w.fill(blue);
+    settle();
+    EXPECT_EQ(locks, 0);
+    composed = nullptr;
+}
+
 // The copy of the pointer
 
 TEST_F(mirrors, show_the_pointer_of_their_source_at_its_place)
