@@ -82,14 +82,14 @@ struct capture_subscription : test::desktop {
                 result.push_back(m.payload);
         return result;
     }
-    std::vector<test::handed_buffer> pictures()
+    std::vector<test::handed_buffer> pictures() const
     {
         std::vector<test::handed_buffer> result;
         for (const std::string &text : texts(*c))
             result.push_back(test::take_buffer(text, *c));
         return result;
     }
-    std::vector<unsigned> numbers()
+    std::vector<unsigned> numbers() const
     {
         std::vector<unsigned> result;
         for (const test::handed_buffer &b : pictures())

@@ -15,13 +15,13 @@
 #include "workspaces/switch.hpp"
 #include "workspaces/transfer.hpp"
 
+#include <cmath>
 #include <wayland-client.h>
 
 using test::notifications_in;
 using test::window;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 namespace
@@ -247,9 +247,9 @@ TEST_F(mirrors, show_the_pointer_of_their_source_at_its_place)
     settle();
     const vantore_mirror &m = output("B").mirror;
     const wlr_box at = pointer_on("B");
-    EXPECT_EQ(at.width, int(m.mir_cur_w * 0.5 + 0.5));
-    EXPECT_EQ(at.x, int((400 - m.mir_cur_hx) * 0.5 + 0.5));
-    EXPECT_EQ(at.y, int((300 - m.mir_cur_hy) * 0.5 + 0.5));
+    EXPECT_EQ(at.width, std::lround(m.mir_cur_w * 0.5));
+    EXPECT_EQ(at.x, std::lround((400 - m.mir_cur_hx) * 0.5));
+    EXPECT_EQ(at.y, std::lround((300 - m.mir_cur_hy) * 0.5));
     const std::string key = m.mir_cur_key;
     EXPECT_THAT(key, HasSubstr("n:default@100:"));
     point_at(*pointer, 440, 300);
@@ -279,7 +279,7 @@ TEST_F(mirrors, show_the_pointer_in_the_scale_of_their_source)
     settle();
     EXPECT_THAT(output("B").mirror.mir_cur_key, HasSubstr("n:default@200:"));
     const vantore_mirror &m = output("B").mirror;
-    EXPECT_EQ(pointer_on("B").x, int((200 - m.mir_cur_hx) * 0.5 + 0.5));
+    EXPECT_EQ(pointer_on("B").x, std::lround((200 - m.mir_cur_hx) * 0.5));
 }
 
 TEST_F(mirrors, cut_the_pointer_at_their_edge)

@@ -71,16 +71,17 @@ static void undo_premultiplication(uint8_t *pixel)
         pixel[i] = alpha == 0 ? 0 : uint8_t(std::min(0xffU, (pixel[i] * 0xffU + alpha / 2) / alpha));
 }
 
-std::unique_ptr<uint8_t[]> memory_for_pixels(long width, long height)
+bool make_room(straight_pixels &p)
 {
-    return std::unique_ptr<uint8_t[]>{new (std::nothrow) uint8_t[size_t(width) * size_t(height) * 4]};
+    p.rgba.reset(new (std::nothrow) uint8_t[size_t(p.width) * size_t(p.height) * 4]);
+    return p.rgba != nullptr;
 }
 
 static std::expected<straight_pixels, std::string> straightened(const shared_pixels &p)
 {
     const size_t row = size_t(p.width) * 4, bytes = row * size_t(p.height);
-    straight_pixels result{p.width, p.height, memory_for_pixels(p.width, p.height)};
-    if (result.rgba == nullptr)
+    straight_pixels result{p.width, p.height, nullptr};
+    if (!make_room(result))
         return wrong("there is not enough memory for the picture");
     for (size_t y = 0; y < size_t(p.height); y++)
         memcpy(result.rgba.get() + y * row, static_cast<const char *>(p.memory) + y * size_t(p.stride), row);

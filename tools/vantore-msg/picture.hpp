@@ -21,8 +21,8 @@ struct straight_pixels {
 // Whether a picture can have this size. The stride is a row in bytes, of which each pixel takes four.
 bool is_size_of_picture(long width, long height, long stride);
 
-// Returns null if there is no memory.
-std::unique_ptr<uint8_t[]> memory_for_pixels(long width, long height);
+// Allocates the pixels of a picture whose size is set. Returns false without memory.
+bool make_room(straight_pixels &p);
 
 using pixel_writer = std::expected<void, std::string> (*)(const straight_pixels &pixels, FILE *file);
 std::expected<void, std::string> write_png(const straight_pixels &pixels, FILE *file);

@@ -72,8 +72,8 @@ std::expected<straight_pixels, std::string> read_buffer(const frame &description
     const auto place = place_of_pixels(description);
     if (!place)
         return wrong(place.error());
-    straight_pixels result{place->width, place->height, memory_for_pixels(place->width, place->height)};
-    if (result.rgba == nullptr)
+    straight_pixels result{place->width, place->height, nullptr};
+    if (!make_room(result))
         return wrong("there is not enough memory for the picture");
     const int buffer = description.attached[0].get();
     void *memory = mmap(nullptr, place->end(), PROT_READ, MAP_SHARED, buffer, 0);
