@@ -29,6 +29,7 @@ template <class Action> static double duration_us(Action action)
 template <class Action> static double microseconds(int calls, Action action)
 {
     std::vector<double> us;
+    us.reserve(rounds);
     for (int round = 0; round < rounds; round++)
         us.push_back(duration_us([&] {
                          for (int i = 0; i < calls; i++)

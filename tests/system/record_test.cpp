@@ -138,18 +138,18 @@ struct made_up_recording : testing::Test {
         EXPECT_EQ(compositor.hear(), (test::ipc_request{VNT_MSG_CAPTURE_SUBSCRIBE, std::string{request}}));
         compositor.say(test::ipc_frame_of(VNT_MSG_CAPTURE_SUBSCRIBE, R"({"ok":true})"));
     }
-    void push(std::string_view description)
+    void push(std::string_view description) const
     {
         compositor.say(test::ipc_frame_of(VNT_MSG_CAPTURE_FRAME, description), buffer);
     }
-    void push(int number, int ms)
+    void push(int number, int ms) const
     {
         push(std::format(R"({{"ok":true,"w":2,"h":2,"format":875713112,"modifier":0,"planes":1,)"
                          R"("t_ns":{},"seq":{},"offset":[8],"stride":[16]}})",
                          int64_t{ms} * 1'000'000, number));
     }
-    void say_gone() { compositor.say(test::ipc_frame_of(VNT_MSG_CAPTURE_FRAME, R"({"gone":true})")); }
-    bool wrote(const char *name)
+    void say_gone() const { compositor.say(test::ipc_frame_of(VNT_MSG_CAPTURE_FRAME, R"({"gone":true})")); }
+    [[nodiscard]] bool wrote(const char *name) const
     {
         return test::eventually([&] { return fs::exists(folder / name); });
     }
