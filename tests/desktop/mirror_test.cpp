@@ -70,6 +70,13 @@ struct mirrors : test::outputs_desk {
         settle();
         return w;
     }
+    // On A, and mirrored by B.
+    window &mirrored_window()
+    {
+        window &w = red_window(200, 100, {320, 176});
+        mirror("B", window_source(w));
+        return w;
+    }
     wlr_scene_buffer *copy_on(const std::string &name)
     {
         wlr_scene_buffer *copy = output(name).mirror.mir_cursor;
@@ -347,8 +354,7 @@ TEST_F(mirrors, show_a_pointer_that_is_part_of_the_picture_once)
 
 TEST_F(mirrors, of_a_window_show_its_content_with_subsurfaces)
 {
-    window &w = red_window(200, 100, {320, 176});
-    mirror("B", window_source(w));
+    window &w = mirrored_window();
     EVENTUALLY_EQ(pixel("B", 5, 5), red);
     EXPECT_EQ(pixel("B", 635, 347), red);
     EXPECT_THAT(world.log(),
@@ -364,16 +370,14 @@ TEST_F(mirrors, of_a_window_show_its_content_with_subsurfaces)
 
 TEST_F(mirrors, of_a_window_are_black_where_it_is_translucent)
 {
-    window &w = red_window(200, 100, {320, 176});
-    mirror("B", window_source(w));
+    window &w = mirrored_window();
     w.fill(0);
     EVENTUALLY_EQ(pixel("B", 100, 100), black);
 }
 
 TEST_F(mirrors, of_a_window_follow_its_size)
 {
-    window &w = red_window(200, 100, {320, 176});
-    mirror("B", window_source(w));
+    window &w = mirrored_window();
     w.draw({176, 176}, blue);
     EVENTUALLY_EQ(output("B").mirror.fit.box, (wlr_box{144, 0, 352, 352}));
     EVENTUALLY_EQ(pixel("B", 150, 100), blue);
@@ -395,8 +399,7 @@ TEST_F(mirrors, of_a_window_show_it_while_its_workspace_is_hidden)
 
 TEST_F(mirrors, of_a_window_go_on_when_it_moves_or_becomes_fullscreen)
 {
-    window &w = red_window(200, 100, {320, 176});
-    mirror("B", window_source(w));
+    window &w = mirrored_window();
     toplevel_set_fullscreen(record(w), true);
     settle();
     w.fill(blue);
@@ -410,8 +413,7 @@ TEST_F(mirrors, of_a_window_go_on_when_it_moves_or_becomes_fullscreen)
 
 TEST_F(mirrors, of_a_window_keep_the_last_picture_while_it_is_unmapped)
 {
-    window &w = red_window(200, 100, {320, 176});
-    mirror("B", window_source(w));
+    window &w = mirrored_window();
     EVENTUALLY_EQ(pixel("B", 100, 100), red);
     w.unmap();
     settle();
@@ -425,8 +427,7 @@ TEST_F(mirrors, of_a_window_keep_the_last_picture_while_it_is_unmapped)
 
 TEST_F(mirrors, of_a_window_end_with_it)
 {
-    window &w = red_window(200, 100, {320, 176});
-    mirror("B", window_source(w));
+    window &w = mirrored_window();
     w.destroy();
     EVENTUALLY(!is_mirror("B"));
     ASSERT_NE(output("B").current_ws, nullptr);
@@ -436,8 +437,7 @@ TEST_F(mirrors, of_a_window_end_with_it)
 
 TEST_F(mirrors, of_a_window_end_when_only_its_surface_is_left)
 {
-    window &w = red_window(200, 100, {320, 176});
-    mirror("B", window_source(w));
+    window &w = mirrored_window();
     w.destroy_role();
     EVENTUALLY(!is_mirror("B"));
     EXPECT_NE(output("B").current_ws, nullptr);
@@ -445,8 +445,7 @@ TEST_F(mirrors, of_a_window_end_when_only_its_surface_is_left)
 
 TEST_F(mirrors, of_a_window_draw_once_in_a_period_and_miss_nothing)
 {
-    window &w = red_window(200, 100, {320, 176});
-    mirror("B", window_source(w));
+    window &w = mirrored_window();
     advance_clock_ms(100);
     w.fill(blue);
     settle();
@@ -686,8 +685,7 @@ TEST_F(mirrors, may_be_unplugged)
 
 TEST_F(mirrors, of_a_window_end_when_no_other_screen_is_left)
 {
-    window &w = red_window(200, 100, {320, 176});
-    mirror("B", window_source(w));
+    window &w = mirrored_window();
     unplug("A");
     settle();
     EXPECT_FALSE(is_mirror("B"));

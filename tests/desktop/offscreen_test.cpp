@@ -30,6 +30,13 @@ struct offscreen : test::desktop {
         w->draw(pixels, argb);
         settle();
     }
+    void draw_with_part(int scale, wl_output_transform transform, test::size pixels)
+    {
+        draw(scale, transform, pixels);
+        w->add_subsurface(60, 50, {30, 20});
+        w->commit();
+        settle();
+    }
     picture_size size() { return offscreen_surface_size(surface()); }
     test::image picture()
     {
@@ -60,10 +67,7 @@ struct watch : offscreen {
 
 TEST_F(offscreen, pictures_show_the_window_with_its_subsurfaces)
 {
-    draw(1, WL_OUTPUT_TRANSFORM_NORMAL, {100, 80});
-    w->add_subsurface(60, 50, {30, 20});
-    w->commit();
-    settle();
+    draw_with_part(1, WL_OUTPUT_TRANSFORM_NORMAL, {100, 80});
     EXPECT_EQ(size(), (picture_size{100, 80}));
     const test::image shown = picture();
     EXPECT_EQ(shown.at(10, 10), red);
@@ -81,10 +85,7 @@ TEST_F(offscreen, pictures_have_black_behind_what_is_translucent)
 
 TEST_F(offscreen, pictures_have_the_pixels_of_the_buffer)
 {
-    draw(2, WL_OUTPUT_TRANSFORM_NORMAL, {200, 160});
-    w->add_subsurface(60, 50, {30, 20});
-    w->commit();
-    settle();
+    draw_with_part(2, WL_OUTPUT_TRANSFORM_NORMAL, {200, 160});
     EXPECT_EQ(size(), (picture_size{200, 160}));
     const test::image shown = picture();
     EXPECT_EQ(shown.at(119, 100), red);
@@ -95,10 +96,7 @@ TEST_F(offscreen, pictures_have_the_pixels_of_the_buffer)
 
 TEST_F(offscreen, pictures_of_turned_buffers_are_the_right_way_up)
 {
-    draw(1, WL_OUTPUT_TRANSFORM_90, {80, 100});
-    w->add_subsurface(60, 50, {30, 20});
-    w->commit();
-    settle();
+    draw_with_part(1, WL_OUTPUT_TRANSFORM_90, {80, 100});
     EXPECT_EQ(size(), (picture_size{100, 80}));
     const test::image shown = picture();
     EXPECT_EQ(shown.at(99, 79), red);
@@ -106,15 +104,28 @@ TEST_F(offscreen, pictures_of_turned_buffers_are_the_right_way_up)
     EXPECT_EQ(shown.at(89, 69), teal);
 }
 
+TEST_F(offscreen, pictures_of_turned_buffers_look_as_on_the_screen)
+{
+    for (const wl_output_transform transform :
+         {WL_OUTPUT_TRANSFORM_90, WL_OUTPUT_TRANSFORM_180, WL_OUTPUT_TRANSFORM_270,
+          WL_OUTPUT_TRANSFORM_FLIPPED, WL_OUTPUT_TRANSFORM_FLIPPED_90}) {
+        const bool lies = (unsigned(transform) & WL_OUTPUT_TRANSFORM_90) != 0;
+        wl_surface_set_buffer_transform(w->get(), transform);
+        w->owner().paint_noise(w->get(), lies ? test::size{80, 100} : test::size{100, 80});
+        settle();
+        const test::image shown = picture();
+        const wlr_box at = box(*w);
+        for (const auto &[x, y] : {std::pair{0, 0}, {99, 0}, {0, 79}, {99, 79}, {31, 17}})
+            EXPECT_EQ(shown.at(x, y), pixel("A", at.x + x, at.y + y)) << transform << " " << x << "," << y;
+    }
+}
+
 TEST_F(offscreen, pictures_of_one_stretched_pixel_have_room_for_its_subsurfaces)
 {
     auto *viewporter = static_cast<wp_viewporter *>(w->owner().bind(wp_viewporter_interface, 1));
     wp_viewport *viewport = wp_viewporter_get_viewport(viewporter, w->get());
     wp_viewport_set_destination(viewport, 100, 80);
-    draw(1, WL_OUTPUT_TRANSFORM_NORMAL, {1, 1});
-    w->add_subsurface(60, 50, {30, 20});
-    w->commit();
-    settle();
+    draw_with_part(1, WL_OUTPUT_TRANSFORM_NORMAL, {1, 1});
     EXPECT_EQ(size(), (picture_size{100, 80}));
     EXPECT_EQ(picture().at(60, 50), teal);
     EXPECT_EQ(picture().at(10, 10), red);
